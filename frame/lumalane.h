@@ -1,0 +1,447 @@
+// Lumalane: from decoded YV12 and YUY2 pictures to the pixels of a display surface.
+//
+// A player's renderer calls one of these functions per frame. Each reads buffers that the caller
+// owns, writes one destination that the caller owns, and returns nothing. The library allocates
+// nothing, starts no thread, opens no file and keeps one piece of state: the picture adjustment
+// that get_contrast_data() sets. Nothing is checked: a pointer, size or pitch that does not fit its
+// buffer is the caller's error.
+//
+// This header is the manual. It needs C++11 and nothing else.
+//
+// Conventions
+//   - Samples are unsigned bytes. A pitch is the distance in bytes from the first byte of a row to
+//     the first byte of the next, unless a function says pixels. Halved pitches and widths are
+//     rounded down.
+//   - Rows are worked in steps of 8, 16 or 32 pixels. A width that is not a multiple of the step is
+//     rounded up: the last step of every row reads and writes up to the next multiple, and since
+//     the move to the next row is computed from `width`, every later row (or pair of rows) starts
+//     that many pixels further right, in the source and in the destination. Every row gets at
+//     least one step. Give buffers room for it, or widths on the step.
+//   - 4:2:0 pictures are worked two rows at a time: an odd height converts one row more, and a
+//     height of 0 or 1 converts two rows.
+//   - Widths and heights are counted as unsigned numbers: negative ones run into unmapped memory.
+//   - Any function may run on several threads at once on separate buffers. The values of
+//     get_contrast_data() are read once at the start of each call; changing them while another
+//     thread converts is safe, but that picture may see a mixture of old and new values.
+//   - On 32-bit x86 every function leaves the multimedia (MMX) state empty, and a stack aligned to
+//     4 bytes is enough.
+//
+// Pixel formats
+//   YV12    three planes: Y (one byte per pixel), and V (Cr) and U (Cb) with one byte per 2x2
+//   pixels
+//           and half the pitch of Y. As a source they are given by three pointers; as a destination
+//           they lie in one buffer in the order Y, V, U.
+//   YUY2    2 bytes per pixel: Y0 U Y1 V for two pixels.
+//   RGB32   4 bytes per pixel: B G R 0.
+//   RGB24   3 bytes per pixel: B G R, without gaps.
+//   RGB16   one little-endian 16-bit word per pixel; tag_ajust_contrast_info::rgb16_layout has the
+//           four layouts.
+//   AYUY2   a subpicture (subtitle, menu): alpha and Y planes with one byte per pixel, V and U
+//   planes
+//           with one byte per two pixels on every row. Alpha runs from 0 (video only) to 16
+//           (subpicture only); more than 16 counts as 16.
+//   AYV12   the same four planes, of whose chroma rows every second one is read.
+//
+// Colour: ITU-R BT.601, studio range (Y 16..235, U and V 16..240 around 128), full-range RGB.
+#ifndef LUMALANE_H
+#define LUMALANE_H
+
+#include <stddef.h>
+
+// Shared library: the default. Static library: define LUMALANE_STATIC.
+#if defined(LUMALANE_STATIC)
+#define LUMALANE_API
+#elif defined(_WIN32)
+#if defined(LUMALANE_BUILD)
+#define LUMALANE_API __declspec(dllexport)
+#else
+#define LUMALANE_API __declspec(dllimport)
+#endif
+#else
+#define LUMALANE_API __attribute__((visibility("default")))
+#endif
+
+// Facts about the destination surface; the last argument of most functions. (In spite of its name
+// it carries no gain and no offset: those come from get_contrast_data().) 48 bytes, little-endian.
+struct tag_ajust_contrast_info {
+    unsigned char unread_0[32]; // the caller's own
+
+    // Bits of an RGB16 pixel, most significant first. Read by the RGB16 functions only; any other
+    // value makes them return at once and write nothing.
+    //   0: RRRRRGGG GGGBBBBB   5-6-5
+    //   1: RRRRRGGG GGBBBBB0   5-5-5 in the upper fifteen bits
+    //   2: RRRRRRGG GGGGBBBB   6-6-4
+    //   3: RRRRRRGG GGGBBBBB   6-5-5
+    unsigned int rgb16_layout;
+
+    unsigned char unread_36[4]; // the caller's own
+
+    // Rows of the whole YV12 destination surface. Read by loadimage_yv12_ajust() only.
+    int surface_height;
+
+    // Rows from the row at `dst` to the end of the surface's Y plane: surface_height minus the row
+    // at which the picture is placed. Read by loadimage_yv12_ajust() only.
+    int rows_to_plane_end;
+};
+
+// What get_contrast_data() reads. Of every field only the low 16 bits count.
+struct contrast_data {
+    int y_gain;         // gain of Y in 1/64: 64 leaves it as it is
+    int uv_gain;        // gain of U and V in 1/64
+    int y_offset;       // added to Y after the gain
+    int u_offset;       // added to U after the gain
+    int v_offset;       // added to V after the gain
+    int y_offset_extra; // added to y_offset, modulo 2^16
+    int u_offset_extra; // added to u_offset, modulo 2^16
+    int v_offset_extra; // added to v_offset, modulo 2^16
+};
+
+// The one argument of every subpicture function: the video, the subpicture and the destination.
+// Several functions use it as their running state and leave it changed; fill it before each call.
+struct tagMIX_INFO {
+    int video_pitch; // bytes per row of video_y; video_u and video_v have half of it
+    int sub_pitch;   // bytes per row of alpha_plane and sub_y; sub_u and sub_v have half of it
+    int dst_pitch;   // bytes per row of dst; dst_u and dst_v have half of it
+    int width;       // pixels per row
+    int height;      // rows
+
+    unsigned char *video_y; // the decoded video, 4:2:0
+    unsigned char *video_v;
+    unsigned char *video_u;
+
+    unsigned char *alpha_plane; // the subpicture, AYUY2
+    unsigned char *sub_y;
+    unsigned char *sub_v;
+    unsigned char *sub_u;
+
+    unsigned char *dst;   // drawing surface, or the surface that a mix writes (Y plane for YV12)
+    unsigned char *dst_u; // the YV12 mixes only
+    unsigned char *dst_v; // the YV12 mixes only
+
+    unsigned int color_key; // the drawing surface's colour for "no subpicture here"
+
+    int reserved1; // read by no function; the caller's own
+    int reserved2; // read by no function; the caller's own
+
+    tag_ajust_contrast_info *adjust_info; // the RGB16 functions only: rgb16_layout
+};
+
+// The frame that strech_opt_yuy2_ajust() reads.
+struct tagVideoFrame {
+    unsigned char unread_0[44];
+    int field_mode; // 1: one field at a time (rows two pitches apart); other values: progressive
+    unsigned char unread_48[48];
+    unsigned char *plane_y;
+    unsigned char *plane_u;
+    unsigned char *plane_v;
+    unsigned char unread_108[24];
+    int luma_pitch; // bytes per row of plane_y, and the number of pixels converted per row
+};
+
+// The records cross the boundary of a 32-bit library: their layout is a format.
+#if defined(_M_IX86) || defined(__i386__)
+static_assert(offsetof(tag_ajust_contrast_info, rgb16_layout) == 32, "rgb16_layout");
+static_assert(offsetof(tag_ajust_contrast_info, surface_height) == 40, "surface_height");
+static_assert(offsetof(tag_ajust_contrast_info, rows_to_plane_end) == 44, "rows_to_plane_end");
+static_assert(sizeof(tag_ajust_contrast_info) == 48, "tag_ajust_contrast_info");
+
+static_assert(offsetof(contrast_data, y_gain) == 0, "y_gain");
+static_assert(offsetof(contrast_data, uv_gain) == 4, "uv_gain");
+static_assert(offsetof(contrast_data, y_offset) == 8, "y_offset");
+static_assert(offsetof(contrast_data, u_offset) == 12, "u_offset");
+static_assert(offsetof(contrast_data, v_offset) == 16, "v_offset");
+static_assert(offsetof(contrast_data, y_offset_extra) == 20, "y_offset_extra");
+static_assert(offsetof(contrast_data, u_offset_extra) == 24, "u_offset_extra");
+static_assert(offsetof(contrast_data, v_offset_extra) == 28, "v_offset_extra");
+
+static_assert(offsetof(tagMIX_INFO, video_pitch) == 0, "video_pitch");
+static_assert(offsetof(tagMIX_INFO, sub_pitch) == 4, "sub_pitch");
+static_assert(offsetof(tagMIX_INFO, dst_pitch) == 8, "dst_pitch");
+static_assert(offsetof(tagMIX_INFO, width) == 12, "width");
+static_assert(offsetof(tagMIX_INFO, height) == 16, "height");
+static_assert(offsetof(tagMIX_INFO, video_y) == 20, "video_y");
+static_assert(offsetof(tagMIX_INFO, video_v) == 24, "video_v");
+static_assert(offsetof(tagMIX_INFO, video_u) == 28, "video_u");
+static_assert(offsetof(tagMIX_INFO, alpha_plane) == 32, "alpha_plane");
+static_assert(offsetof(tagMIX_INFO, sub_y) == 36, "sub_y");
+static_assert(offsetof(tagMIX_INFO, sub_v) == 40, "sub_v");
+static_assert(offsetof(tagMIX_INFO, sub_u) == 44, "sub_u");
+static_assert(offsetof(tagMIX_INFO, dst) == 48, "dst");
+static_assert(offsetof(tagMIX_INFO, dst_u) == 52, "dst_u");
+static_assert(offsetof(tagMIX_INFO, dst_v) == 56, "dst_v");
+static_assert(offsetof(tagMIX_INFO, color_key) == 60, "color_key");
+static_assert(offsetof(tagMIX_INFO, reserved1) == 64, "reserved1");
+static_assert(offsetof(tagMIX_INFO, reserved2) == 68, "reserved2");
+static_assert(offsetof(tagMIX_INFO, adjust_info) == 72, "adjust_info");
+static_assert(sizeof(tagMIX_INFO) == 76, "tagMIX_INFO");
+
+static_assert(offsetof(tagVideoFrame, field_mode) == 44, "field_mode");
+static_assert(offsetof(tagVideoFrame, plane_y) == 96, "plane_y");
+static_assert(offsetof(tagVideoFrame, plane_u) == 100, "plane_u");
+static_assert(offsetof(tagVideoFrame, plane_v) == 104, "plane_v");
+static_assert(offsetof(tagVideoFrame, luma_pitch) == 132, "luma_pitch");
+#endif
+
+// ---- Picture adjustment ---------------------------------------------------------------------
+
+// Sets the adjustment that every function whose name ends in _ajust or _adjust applies, until the
+// next call, for all threads. `params` points to a contrast_data. Before the first call all gains
+// and offsets are 0, so every adjusted sample comes out 0.
+//
+// A sample x of a plane with gain g and offset o becomes, in 16-bit lanes,
+//     clamp_to_byte(((low16(x * g) saturating+ 32) logical>> 6) saturating+ o)
+// so gain 64 and offset 0 change nothing. There is no guard against x * g of 32768 or more: the
+// product wraps.
+LUMALANE_API void get_contrast_data(void *params);
+
+// ---- Picture functions ----------------------------------------------------------------------
+//
+// They all take the same nine arguments:
+//   src, src_u, src_v   the Y, U and V planes of a YV12 picture, or one packed picture at src
+//   dst                 first byte of the first destination row
+//   width, height       of the source, in pixels and rows
+//   src_pitch           bytes per row of src; src_u and src_v have half of it
+//   dst_pitch           bytes per row of dst (of its Y plane for YV12)
+//   info                facts about the destination; null will do where it is not read
+
+// Copies a YV12 picture into a YV12 buffer, with addressing that is peculiar and kept (W = width,
+// H = height, S = src_pitch, D = dst_pitch; info is not read):
+//   - Y, two rows per pass, steps of 16 bytes: W bytes (rounded up) go from the source to the
+//     destination, and those W bytes further on in the source go S bytes further down in the
+//     destination. Then the source moves on by (2S - W) + (2D - W) and the destination not at all,
+//     both on top of the rounded-up W.
+//   - V goes to one byte before dst + H * D, U to (H * D) / 4 after that; two rows per pass, steps
+//     of 8 bytes over W / 2, rows S / 2 and D / 2 apart, (2S - W) / 2 and (2D - W) / 2 to the next
+//     pass.
+//   - As many chroma rows as luma rows are copied: H of each plane (rounded up to even), twice what
+//     the planes hold. Source and destination must have room for them.
+LUMALANE_API void loadimage_yv12(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
+                                 unsigned char *dst, int width, int height, int src_pitch,
+                                 int dst_pitch, tag_ajust_contrast_info *info);
+
+// Adjusts a YV12 picture into a YV12 surface that may be taller than the picture (D = dst_pitch):
+//   - The V plane of the surface starts at dst + rows_to_plane_end * D, the picture's V rows
+//     (surface_height - rows_to_plane_end) * D / 4 after that; the U rows surface_height * D / 4
+//     after the V rows.
+//   - Each plane is worked in steps of 8 bytes. The source rows are taken as one continuous run:
+//     every row starts where the last step of the row before ended, whatever src_pitch says.
+//     Destination rows are D bytes apart (D / 2 for chroma); a width off the step drifts.
+//   - Y gets the Y gain and offset; V gets the chroma gain and the U offset; U the chroma gain and
+//     the V offset (crossed, unlike the functions that produce RGB).
+//   - Every plane gets at least one row of one step.
+LUMALANE_API void loadimage_yv12_ajust(unsigned char *src, unsigned char *src_u,
+                                       unsigned char *src_v, unsigned char *dst, int width,
+                                       int height, int src_pitch, int dst_pitch,
+                                       tag_ajust_contrast_info *info);
+
+// YV12 to RGB32, RGB24 and RGB16, plain and adjusted: row pairs, steps of 16 pixels. Each 2x2 block
+// of pixels takes its U and V as they stand; no interpolation. In 16-bit lanes, where hi(a, b) is
+// the upper half of the signed product, truncated:
+//     R = hi((Y-16) << 2, 19071) + hi((V-128) << 2, 26149)
+//     G = hi((Y-16) << 2, 19071) - hi(U-128, 25625) - hi((V-128) << 1, 26641)
+//     B = hi((Y-16) << 2, 19071) + hi((U-128) << 3, 16532)
+// each clamped to a byte. (The factors are BT.601's 1.164, 1.596, 0.391, 0.813 and 2.018 as 16-bit
+// fractions.) Nothing is rounded: white (235, 128, 128) gives 254, black (16, 128, 128) gives 0.
+// RGB16 keeps the upper bits of each channel, without dithering.
+//
+// Only the two RGB16 functions read info. With a width off the step each pair of rows starts
+// further right than the pair before (chroma by half as much).
+LUMALANE_API void loadimage_rgb32(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
+                                  unsigned char *dst, int width, int height, int src_pitch,
+                                  int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void loadimage_rgb32_ajust(unsigned char *src, unsigned char *src_u,
+                                        unsigned char *src_v, unsigned char *dst, int width,
+                                        int height, int src_pitch, int dst_pitch,
+                                        tag_ajust_contrast_info *info);
+LUMALANE_API void loadimage_rgb24(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
+                                  unsigned char *dst, int width, int height, int src_pitch,
+                                  int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void loadimage_rgb24_ajust(unsigned char *src, unsigned char *src_u,
+                                        unsigned char *src_v, unsigned char *dst, int width,
+                                        int height, int src_pitch, int dst_pitch,
+                                        tag_ajust_contrast_info *info);
+LUMALANE_API void loadimage_rgb16(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
+                                  unsigned char *dst, int width, int height, int src_pitch,
+                                  int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void loadimage_rgb16_ajust(unsigned char *src, unsigned char *src_u,
+                                        unsigned char *src_v, unsigned char *dst, int width,
+                                        int height, int src_pitch, int dst_pitch,
+                                        tag_ajust_contrast_info *info);
+
+// Declared for callers that bind to the finished library; a function that does not exist yet is
+// missing at link time. The README has the table of those that do.
+
+// YV12 to YUY2: plain, adjusted, adjusted with grey chroma; to half the width as YUY2 (averaged)
+// and as YV12 (every second sample).
+LUMALANE_API void loadimage_yuy2(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
+                                 unsigned char *dst, int width, int height, int src_pitch,
+                                 int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void loadimage_yuy2_ajust(unsigned char *src, unsigned char *src_u,
+                                       unsigned char *src_v, unsigned char *dst, int width,
+                                       int height, int src_pitch, int dst_pitch,
+                                       tag_ajust_contrast_info *info);
+LUMALANE_API void loadimage_yuy2_mono_ajust(unsigned char *src, unsigned char *src_u,
+                                            unsigned char *src_v, unsigned char *dst, int width,
+                                            int height, int src_pitch, int dst_pitch,
+                                            tag_ajust_contrast_info *info);
+LUMALANE_API void loadimage_half_yuy2_ajust(unsigned char *src, unsigned char *src_u,
+                                            unsigned char *src_v, unsigned char *dst, int width,
+                                            int height, int src_pitch, int dst_pitch,
+                                            tag_ajust_contrast_info *info);
+LUMALANE_API void loadimage_half_yv12_ajust(unsigned char *src, unsigned char *src_u,
+                                            unsigned char *src_v, unsigned char *dst, int width,
+                                            int height, int src_pitch, int dst_pitch,
+                                            tag_ajust_contrast_info *info);
+
+// YUY2 to YUY2 and RGB. src_pitch is counted in pixels; src_u and src_v are not read. Both rows of
+// a pair take the chroma of the upper one.
+LUMALANE_API void LoadYUY2_YUY2(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
+                                unsigned char *dst, int width, int height, int src_pitch,
+                                int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LoadYUY2_YUY2_adjust(unsigned char *src, unsigned char *src_u,
+                                       unsigned char *src_v, unsigned char *dst, int width,
+                                       int height, int src_pitch, int dst_pitch,
+                                       tag_ajust_contrast_info *info);
+LUMALANE_API void LoadYUY2_RGB16(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
+                                 unsigned char *dst, int width, int height, int src_pitch,
+                                 int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LoadYUY2_RGB16_adjust(unsigned char *src, unsigned char *src_u,
+                                        unsigned char *src_v, unsigned char *dst, int width,
+                                        int height, int src_pitch, int dst_pitch,
+                                        tag_ajust_contrast_info *info);
+LUMALANE_API void LoadYUY2_RGB24(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
+                                 unsigned char *dst, int width, int height, int src_pitch,
+                                 int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LoadYUY2_RGB24_adjust(unsigned char *src, unsigned char *src_u,
+                                        unsigned char *src_v, unsigned char *dst, int width,
+                                        int height, int src_pitch, int dst_pitch,
+                                        tag_ajust_contrast_info *info);
+LUMALANE_API void LoadYUY2_RGB32(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
+                                 unsigned char *dst, int width, int height, int src_pitch,
+                                 int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LoadYUY2_RGB32_adjust(unsigned char *src, unsigned char *src_u,
+                                        unsigned char *src_v, unsigned char *dst, int width,
+                                        int height, int src_pitch, int dst_pitch,
+                                        tag_ajust_contrast_info *info);
+
+// ---- Subpictures ----------------------------------------------------------------------------
+
+// An RGB drawing surface to the Y, V and U planes of a subpicture; groups of 8 pixels that are all
+// of the key colour are skipped.
+LUMALANE_API void Convert_RGB32_To_AYUY2(tagMIX_INFO *mix);
+LUMALANE_API void Convert_RGB24_To_AYUY2(tagMIX_INFO *mix);
+LUMALANE_API void Convert_RGB16_565_To_AYUY2(tagMIX_INFO *mix);
+
+// The blue channel of a drawing surface to the alpha plane, and back.
+LUMALANE_API void Restore_RGB32_To_Alpha(tagMIX_INFO *mix);
+LUMALANE_API void Restore_RGB24_To_Alpha(tagMIX_INFO *mix);
+LUMALANE_API void Restore_RGB16_565_To_Alpha(tagMIX_INFO *mix);
+LUMALANE_API void load_subpicture_alpha_rgb32(tagMIX_INFO *mix);
+LUMALANE_API void load_subpicture_alpha_rgb24(tagMIX_INFO *mix);
+LUMALANE_API void load_subpicture_alpha_rgb16_565(tagMIX_INFO *mix);
+
+// A subpicture back onto a drawing surface, with the key colour where alpha is 0.
+LUMALANE_API void load_subpicture_yuy2_rgb32(tagMIX_INFO *mix);
+LUMALANE_API void load_subpicture_yuy2_rgb32_ajust(tagMIX_INFO *mix);
+LUMALANE_API void load_subpicture_yuy2_rgb24(tagMIX_INFO *mix);
+LUMALANE_API void load_subpicture_yuy2_rgb24_ajust(tagMIX_INFO *mix);
+LUMALANE_API void load_subpicture_yuy2_rgb16(tagMIX_INFO *mix);
+LUMALANE_API void load_subpicture_yuy2_rgb16_ajust(tagMIX_INFO *mix);
+
+// Fills a rectangle with the key colour.
+LUMALANE_API void LoadColorKeyRgb32(unsigned int key, void *surface, int width, int height,
+                                    int reserved, int pitch);
+LUMALANE_API void LoadColorKeyRgb24(unsigned int key, void *surface, int width, int height,
+                                    int reserved, int pitch);
+LUMALANE_API void LoadColorKeyRgb16(unsigned int key, void *surface, int width, int height,
+                                    int reserved, int pitch);
+
+// Writes key_value into every byte of dst under which mask holds mask_value.
+LUMALANE_API void RelaceMaskWithColorKey(unsigned char *dst, unsigned char *mask,
+                                         unsigned int mask_value, unsigned int key_value, int width,
+                                         int pitch, int height);
+
+// A subpicture over YV12 video onto YUY2 and YV12 surfaces: progressive (_p), or a field doubled to
+// a frame (_i).
+LUMALANE_API void mix_ayuy2_yuy2_p_ajust(tagMIX_INFO *mix);
+LUMALANE_API void mix_ayuy2_half_yuy2_p_ajust(tagMIX_INFO *mix);
+LUMALANE_API void mix_ayuy2_yuy2_i_ajust(tagMIX_INFO *mix);
+LUMALANE_API void mix_ayv12_yv12_p(tagMIX_INFO *mix);
+LUMALANE_API void mix_ayv12_yv12_i(tagMIX_INFO *mix);
+LUMALANE_API void mix_ayv12_yv12_p_ajust(tagMIX_INFO *mix);
+
+// A subpicture over YV12 video onto RGB surfaces.
+LUMALANE_API void mix_ayuy2_rgb32_p_ajust(tagMIX_INFO *mix);
+LUMALANE_API void mix_ayuy2_rgb24_p_ajust(tagMIX_INFO *mix);
+LUMALANE_API void mix_ayuy2_rgb16_p_ajust(tagMIX_INFO *mix);
+LUMALANE_API void mix_ayuy2_rgb32_i_ajust(tagMIX_INFO *mix);
+LUMALANE_API void mix_ayuy2_rgb24_i_ajust(tagMIX_INFO *mix);
+LUMALANE_API void mix_ayuy2_rgb16_i_ajust(tagMIX_INFO *mix);
+
+// ---- Stretching -----------------------------------------------------------------------------
+
+// YV12 to YUY2 of twice the height (1X2) or twice both (2X2).
+LUMALANE_API void strech_picture_1X2_yuy2(unsigned char *src, unsigned char *src_u,
+                                          unsigned char *src_v, unsigned char *dst, int width,
+                                          int height, int src_pitch, int dst_pitch,
+                                          tag_ajust_contrast_info *info);
+LUMALANE_API void strech_picture_1X2_yuy2_ajust(unsigned char *src, unsigned char *src_u,
+                                                unsigned char *src_v, unsigned char *dst, int width,
+                                                int height, int src_pitch, int dst_pitch,
+                                                tag_ajust_contrast_info *info);
+LUMALANE_API void strech_picture_2X2_yuy2(unsigned char *src, unsigned char *src_u,
+                                          unsigned char *src_v, unsigned char *dst, int width,
+                                          int height, int src_pitch, int dst_pitch,
+                                          tag_ajust_contrast_info *info);
+LUMALANE_API void strech_picture_2X2_yuy2_ajust(unsigned char *src, unsigned char *src_u,
+                                                unsigned char *src_v, unsigned char *dst, int width,
+                                                int height, int src_pitch, int dst_pitch,
+                                                tag_ajust_contrast_info *info);
+
+// YUY2 to YUY2 of twice the width and height.
+LUMALANE_API void yuy2_strech_picture_2X2_yuy2(void *src, void *unread_u, void *unread_v, void *dst,
+                                               int row_bytes, int height, int dst_pitch);
+LUMALANE_API void yuy2_strech_picture_2X2_yuy2_ajust(void *src, void *unread_u, void *unread_v,
+                                                     void *dst, int row_bytes, int height,
+                                                     int dst_pitch, tag_ajust_contrast_info *info);
+
+// YV12 to RGB of twice the height.
+LUMALANE_API void strech_picture_1X2_yuy2_ajust_rgb32(unsigned char *src, unsigned char *src_u,
+                                                      unsigned char *src_v, unsigned char *dst,
+                                                      int width, int height, int src_pitch,
+                                                      int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void strech_picture_1X2_yuy2_ajust_rgb24(unsigned char *src, unsigned char *src_u,
+                                                      unsigned char *src_v, unsigned char *dst,
+                                                      int width, int height, int src_pitch,
+                                                      int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void strech_picture_1X2_yuy2_ajust_rgb16(unsigned char *src, unsigned char *src_u,
+                                                      unsigned char *src_v, unsigned char *dst,
+                                                      int width, int height, int src_pitch,
+                                                      int dst_pitch, tag_ajust_contrast_info *info);
+
+// YV12 to YV12 of twice the width and height, or twice the height.
+LUMALANE_API void strech_picture_2X2_yv12_ajust(unsigned char *src, unsigned char *src_u,
+                                                unsigned char *src_v, unsigned char *dst, int width,
+                                                int height, int src_pitch, int dst_pitch,
+                                                tag_ajust_contrast_info *info);
+LUMALANE_API void strech_picture_1X2_yv12_ajust(unsigned char *src, unsigned char *src_u,
+                                                unsigned char *src_v, unsigned char *dst, int width,
+                                                int height, int src_pitch, int dst_pitch,
+                                                tag_ajust_contrast_info *info);
+
+// One plane; plane_number is 1 for Y, 2 and 3 for the first and second chroma plane.
+LUMALANE_API void strech_pic_2X2(unsigned char *src, unsigned char *dst, int width, int height,
+                                 int src_pitch, int dst_pitch);
+LUMALANE_API void strech_pic_2X2_adjust(unsigned char *src, unsigned char *dst, int width,
+                                        int height, int src_pitch, int dst_pitch,
+                                        tag_ajust_contrast_info *info, int plane_number);
+LUMALANE_API void strech_pic_1X2_adjust(unsigned char *src, unsigned char *dst, int width,
+                                        int height, int src_pitch, int dst_pitch,
+                                        tag_ajust_contrast_info *info, int plane_number);
+
+// A frame to YUY2 of twice the height, interpolated along edges.
+LUMALANE_API void strech_opt_yuy2_ajust(tagVideoFrame *frame, int start, int height,
+                                        unsigned char *dst, int dst_pitch,
+                                        tag_ajust_contrast_info *info);
+
+#endif

@@ -1,0 +1,13 @@
+// The argument lists of the exported functions, by the signature names that exports.inc uses:
+// LUMALANE_PARAMETERS_<signature> declares them, LUMALANE_ARGUMENTS_<signature> passes them on.
+#pragma once
+
+#include "frame/lumalane.h"
+
+#define LUMALANE_PARAMETERS_parameters void *params
+#define LUMALANE_ARGUMENTS_parameters params
+
+#define LUMALANE_PARAMETERS_picture                                                                \
+    unsigned char *src, unsigned char *src_u, unsigned char *src_v, unsigned char *dst, int width, \
+        int height, int src_pitch, int dst_pitch, tag_ajust_contrast_info *info
+#define LUMALANE_ARGUMENTS_picture src, src_u, src_v, dst, width, height, src_pitch, dst_pitch, info
