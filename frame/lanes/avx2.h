@@ -1,0 +1,259 @@
+// Lanes in the 256-bit registers of AVX2, two blocks each; portable.h defines the operations. The
+// vectors of one block are those of sse2.h, with better weaving.
+#pragma once
+
+#include <immintrin.h>
+
+#define LUMALANE_WIDER_LANES
+#include "frame/lanes/sse2.h"
+
+namespace lumalane::LUMALANE_LANES {
+
+template <>
+struct bytes<32> {
+    __m256i v;
+};
+template <>
+struct words<16> {
+    __m256i v;
+};
+
+inline constexpr int widest = 32;
+
+// ---- Memory ------------------------------------------------------------------------------------
+
+template <>
+LUMALANE_INLINE bytes<32> load<32>(const unsigned char *from) {
+    return {_mm256_loadu_si256(reinterpret_cast<const __m256i *>(from))};
+}
+
+LUMALANE_INLINE void store(unsigned char *to, bytes<32> a) {
+    _mm256_storeu_si256(reinterpret_cast<__m256i *>(to), a.v);
+}
+
+LUMALANE_INLINE void stream(unsigned char *to, bytes<32> a) {
+    _mm256_stream_si256(reinterpret_cast<__m256i *>(to), a.v);
+}
+
+// ---- One lane at a time ------------------------------------------------------------------------
+
+template <>
+LUMALANE_INLINE words<16> fill_words<16>(int value) {
+    return {_mm256_set1_epi16(static_cast<short>(value))};
+}
+
+template <>
+LUMALANE_INLINE bytes<32> fill_bytes<32>(int value) {
+    return {_mm256_set1_epi8(static_cast<char>(value))};
+}
+
+LUMALANE_INLINE words<16> add(words<16> a, words<16> b) { return {_mm256_add_epi16(a.v, b.v)}; }
+
+LUMALANE_INLINE words<16> subtract(words<16> a, words<16> b) {
+    return {_mm256_sub_epi16(a.v, b.v)};
+}
+
+LUMALANE_INLINE words<16> add_saturate(words<16> a, words<16> b) {
+    return {_mm256_adds_epi16(a.v, b.v)};
+}
+
+LUMALANE_INLINE words<16> maximum(words<16> a, words<16> b) { return {_mm256_max_epi16(a.v, b.v)}; }
+
+LUMALANE_INLINE words<16> multiply_low(words<16> a, words<16> b) {
+    return {_mm256_mullo_epi16(a.v, b.v)};
+}
+
+LUMALANE_INLINE words<16> multiply_high(words<16> a, words<16> b) {
+    return {_mm256_mulhi_epi16(a.v, b.v)};
+}
+
+template <int count>
+LUMALANE_INLINE words<16> shift_left(words<16> a) {
+    return {_mm256_slli_epi16(a.v, count)};
+}
+
+template <int count>
+LUMALANE_INLINE words<16> shift_right_logical(words<16> a) {
+    return {_mm256_srli_epi16(a.v, count)};
+}
+
+LUMALANE_INLINE bytes<32> operator&(bytes<32> a, bytes<32> b) {
+    return {_mm256_and_si256(a.v, b.v)};
+}
+
+LUMALANE_INLINE bytes<32> operator|(bytes<32> a, bytes<32> b) {
+    return {_mm256_or_si256(a.v, b.v)};
+}
+
+template <int count>
+LUMALANE_INLINE bytes<32> shift_left(bytes<32> a) {
+    return bytes<32>{_mm256_slli_epi16(a.v, count)} & fill_bytes<32>(0xff << count);
+}
+
+template <int count>
+LUMALANE_INLINE bytes<32> shift_right_logical(bytes<32> a) {
+    return bytes<32>{_mm256_srli_epi16(a.v, count)} & fill_bytes<32>(0xff >> count);
+}
+
+// ---- Between bytes and words -------------------------------------------------------------------
+
+LUMALANE_INLINE words<16> widen(bytes<16> a) { return {_mm256_cvtepu8_epi16(a.v)}; }
+
+LUMALANE_INLINE words<16> widen_low(bytes<32> a) {
+    return {_mm256_unpacklo_epi8(a.v, _mm256_setzero_si256())};
+}
+
+LUMALANE_INLINE words<16> widen_high(bytes<32> a) {
+    return {_mm256_unpackhi_epi8(a.v, _mm256_setzero_si256())};
+}
+
+LUMALANE_INLINE words<16> even(bytes<32> a) {
+    return {_mm256_and_si256(a.v, _mm256_set1_epi16(0x00ff))};
+}
+
+LUMALANE_INLINE words<16> odd(bytes<32> a) { return {_mm256_srli_epi16(a.v, 8)}; }
+
+// One multiply-add by bytes 4 and 0 (0 and 4) instead of a shift and a mask.
+LUMALANE_INLINE words<16> even_times_4(bytes<32> a) {
+    return {_mm256_maddubs_epi16(a.v, _mm256_set1_epi16(0x0004))};
+}
+
+LUMALANE_INLINE words<16> odd_times_4(bytes<32> a) {
+    return {_mm256_maddubs_epi16(a.v, _mm256_set1_epi16(0x0400))};
+}
+
+LUMALANE_INLINE words<8> even_times_4(bytes<16> a) {
+    return {_mm_maddubs_epi16(a.v, _mm_set1_epi16(0x0004))};
+}
+
+LUMALANE_INLINE words<8> odd_times_4(bytes<16> a) {
+    return {_mm_maddubs_epi16(a.v, _mm_set1_epi16(0x0400))};
+}
+
+LUMALANE_INLINE bytes<32> narrow_saturate(words<16> a, words<16> b) {
+    return {_mm256_packus_epi16(a.v, b.v)};
+}
+
+LUMALANE_INLINE bytes<16> narrow_saturate(words<16> a) {
+    const __m256i twice = _mm256_packus_epi16(a.v, a.v);
+    return {_mm256_castsi256_si128(_mm256_permute4x64_epi64(twice, 0x08))};
+}
+
+// ---- Pixels ------------------------------------------------------------------------------------
+
+template <deal by>
+LUMALANE_INLINE __m256i dealt(__m256i a) {
+    if constexpr (by == deal::halves)
+        return _mm256_permute4x64_epi64(a, 0xd8); // 64-bit lanes 0 2 1 3
+    else if constexpr (by == deal::quarters)
+        return _mm256_permutevar8x32_epi32(a, _mm256_setr_epi32(0, 2, 4, 6, 1, 3, 5, 7));
+    else
+        return a;
+}
+
+template <deal by>
+LUMALANE_INLINE bytes<32> dealt(bytes<32> a) {
+    return {dealt<by>(a.v)};
+}
+
+template <deal by>
+LUMALANE_INLINE words<16> dealt(words<16> a) {
+    return {dealt<by>(a.v)};
+}
+
+// Byte shuffles of a split block. In 3-byte pixels, channel c of pixel p goes to byte 3p + c of 48:
+// 16 pixels of a channel take 16 different places modulo 16, so that one shuffle puts them where
+// they belong in all three parts, and each part picks its bytes from the three channels. Byte m
+// holds pixel (m - c) / 3 modulo 16, and 11 is 1/3 there.
+struct shuffles {
+    alignas(16) unsigned char pixel_order[16]; // the 16 pixels, no longer split
+    alignas(16) unsigned char channel[3][16];
+    alignas(16) unsigned char every_third[3][16]; // 0xff at bytes m with m % 3 == 0, 1, 2
+};
+
+constexpr shuffles make_shuffles() {
+    shuffles s{};
+    for (int m = 0; m < 16; ++m) {
+        const auto split_lane = [](int pixel) { return pixel / 2 + pixel % 2 * 8; };
+        s.pixel_order[m] = static_cast<unsigned char>(split_lane(m));
+        for (int c = 0; c < 3; ++c) {
+            s.channel[c][m] = static_cast<unsigned char>(split_lane((m - c + 16) * 11 % 16));
+            s.every_third[c][m] = m % 3 == c ? 0xff : 0;
+        }
+    }
+    return s;
+}
+
+constexpr shuffles shuffle = make_shuffles();
+
+LUMALANE_INLINE bytes<16> shuffled(bytes<16> a, const unsigned char *by) {
+    return {_mm_shuffle_epi8(a.v, load<16>(by).v)};
+}
+
+LUMALANE_INLINE bytes<32> shuffled(bytes<32> a, const unsigned char *by) {
+    return {_mm256_shuffle_epi8(a.v, _mm256_broadcastsi128_si256(load<16>(by).v))};
+}
+
+// b where the mask is set, a elsewhere.
+LUMALANE_INLINE bytes<16> select(bytes<16> a, bytes<16> b, const unsigned char *mask) {
+    return {_mm_blendv_epi8(a.v, b.v, load<16>(mask).v)};
+}
+
+LUMALANE_INLINE bytes<32> select(bytes<32> a, bytes<32> b, const unsigned char *mask) {
+    return {_mm256_blendv_epi8(a.v, b.v, _mm256_broadcastsi128_si256(load<16>(mask).v))};
+}
+
+LUMALANE_INLINE woven<2, 32> weave(bytes<32> first, bytes<32> second) {
+    const __m256i evens = _mm256_unpacklo_epi8(first.v, second.v);
+    const __m256i odds = _mm256_unpackhi_epi8(first.v, second.v);
+    return {{{_mm256_unpacklo_epi16(evens, odds)}, {_mm256_unpackhi_epi16(evens, odds)}}};
+}
+
+LUMALANE_INLINE woven<4, 16> weave_padded(bytes<16> first, bytes<16> second, bytes<16> third) {
+    const __m128i a = shuffled(first, shuffle.pixel_order).v;
+    const __m128i b = shuffled(second, shuffle.pixel_order).v;
+    const __m128i c = shuffled(third, shuffle.pixel_order).v, zero = _mm_setzero_si128();
+    const __m128i low_ab = _mm_unpacklo_epi8(a, b), high_ab = _mm_unpackhi_epi8(a, b);
+    const __m128i low_c0 = _mm_unpacklo_epi8(c, zero), high_c0 = _mm_unpackhi_epi8(c, zero);
+    return {{{_mm_unpacklo_epi16(low_ab, low_c0)},
+             {_mm_unpackhi_epi16(low_ab, low_c0)},
+             {_mm_unpacklo_epi16(high_ab, high_c0)},
+             {_mm_unpackhi_epi16(high_ab, high_c0)}}};
+}
+
+LUMALANE_INLINE woven<4, 32> weave_padded(bytes<32> first, bytes<32> second, bytes<32> third) {
+    const __m256i a = shuffled(first, shuffle.pixel_order).v;
+    const __m256i b = shuffled(second, shuffle.pixel_order).v;
+    const __m256i c = shuffled(third, shuffle.pixel_order).v, zero = _mm256_setzero_si256();
+    const __m256i low_ab = _mm256_unpacklo_epi8(a, b), high_ab = _mm256_unpackhi_epi8(a, b);
+    const __m256i low_c0 = _mm256_unpacklo_epi8(c, zero), high_c0 = _mm256_unpackhi_epi8(c, zero);
+    return {{{_mm256_unpacklo_epi16(low_ab, low_c0)},
+             {_mm256_unpackhi_epi16(low_ab, low_c0)},
+             {_mm256_unpacklo_epi16(high_ab, high_c0)},
+             {_mm256_unpackhi_epi16(high_ab, high_c0)}}};
+}
+
+// The three parts of every block.
+template <int n>
+LUMALANE_INLINE woven<3, n> weave_blocks(bytes<n> first, bytes<n> second, bytes<n> third) {
+    const bytes<n> a = shuffled(first, shuffle.channel[0]);
+    const bytes<n> b = shuffled(second, shuffle.channel[1]);
+    const bytes<n> c = shuffled(third, shuffle.channel[2]);
+    const auto pick = [](bytes<n> at_0, bytes<n> at_1, bytes<n> at_2) {
+        return select(select(at_0, at_1, shuffle.every_third[1]), at_2, shuffle.every_third[2]);
+    };
+    return {{pick(a, b, c), pick(b, c, a), pick(c, a, b)}};
+}
+
+LUMALANE_INLINE woven<3, 16> weave(bytes<16> first, bytes<16> second, bytes<16> third) {
+    return weave_blocks(first, second, third);
+}
+
+LUMALANE_INLINE woven<3, 32> weave(bytes<32> first, bytes<32> second, bytes<32> third) {
+    const auto [p] = weave_blocks(first, second, third);
+    return {{{_mm256_permute2x128_si256(p[0].v, p[1].v, 0x20)},
+             {_mm256_blend_epi32(p[2].v, p[0].v, 0xf0)},
+             {_mm256_permute2x128_si256(p[1].v, p[2].v, 0x31)}}};
+}
+
+} // namespace lumalane::LUMALANE_LANES

@@ -1,0 +1,225 @@
+// Lanes in the 128-bit registers of SSE2; portable.h defines the operations. avx2.h includes this
+// file too, for its vectors of one block.
+#pragma once
+
+#include <emmintrin.h>
+
+namespace lumalane::LUMALANE_LANES {
+
+template <int n>
+struct bytes;
+template <int n>
+struct words;
+
+template <>
+struct bytes<16> {
+    __m128i v;
+};
+template <>
+struct bytes<8> { // in the lower half
+    __m128i v;
+};
+template <>
+struct words<8> {
+    __m128i v;
+};
+
+#ifndef LUMALANE_WIDER_LANES
+inline constexpr int widest = 16;
+#endif
+
+// ---- Memory ------------------------------------------------------------------------------------
+
+template <int n>
+LUMALANE_INLINE bytes<n> load(const unsigned char *from);
+
+template <>
+LUMALANE_INLINE bytes<16> load<16>(const unsigned char *from) {
+    return {_mm_loadu_si128(reinterpret_cast<const __m128i *>(from))};
+}
+
+template <>
+LUMALANE_INLINE bytes<8> load<8>(const unsigned char *from) {
+    return {_mm_loadl_epi64(reinterpret_cast<const __m128i *>(from))};
+}
+
+LUMALANE_INLINE void store(unsigned char *to, bytes<16> a) {
+    _mm_storeu_si128(reinterpret_cast<__m128i *>(to), a.v);
+}
+
+LUMALANE_INLINE void store(unsigned char *to, bytes<8> a) {
+    _mm_storel_epi64(reinterpret_cast<__m128i *>(to), a.v);
+}
+
+LUMALANE_INLINE void stream(unsigned char *to, bytes<16> a) {
+    _mm_stream_si128(reinterpret_cast<__m128i *>(to), a.v);
+}
+
+LUMALANE_INLINE void stream_fence() { _mm_sfence(); }
+
+// ---- One lane at a time ------------------------------------------------------------------------
+
+template <int n>
+LUMALANE_INLINE words<n> fill_words(int value);
+
+template <>
+LUMALANE_INLINE words<8> fill_words<8>(int value) {
+    return {_mm_set1_epi16(static_cast<short>(value))};
+}
+
+template <int n>
+LUMALANE_INLINE bytes<n> fill_bytes(int value);
+
+template <>
+LUMALANE_INLINE bytes<16> fill_bytes<16>(int value) {
+    return {_mm_set1_epi8(static_cast<char>(value))};
+}
+
+LUMALANE_INLINE words<8> add(words<8> a, words<8> b) { return {_mm_add_epi16(a.v, b.v)}; }
+
+LUMALANE_INLINE words<8> subtract(words<8> a, words<8> b) { return {_mm_sub_epi16(a.v, b.v)}; }
+
+LUMALANE_INLINE words<8> add_saturate(words<8> a, words<8> b) { return {_mm_adds_epi16(a.v, b.v)}; }
+
+LUMALANE_INLINE words<8> maximum(words<8> a, words<8> b) { return {_mm_max_epi16(a.v, b.v)}; }
+
+LUMALANE_INLINE words<8> multiply_low(words<8> a, words<8> b) {
+    return {_mm_mullo_epi16(a.v, b.v)};
+}
+
+LUMALANE_INLINE words<8> multiply_high(words<8> a, words<8> b) {
+    return {_mm_mulhi_epi16(a.v, b.v)};
+}
+
+template <int count>
+LUMALANE_INLINE words<8> shift_left(words<8> a) {
+    return {_mm_slli_epi16(a.v, count)};
+}
+
+template <int count>
+LUMALANE_INLINE words<8> shift_right_logical(words<8> a) {
+    return {_mm_srli_epi16(a.v, count)};
+}
+
+LUMALANE_INLINE bytes<16> operator&(bytes<16> a, bytes<16> b) { return {_mm_and_si128(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<16> operator|(bytes<16> a, bytes<16> b) { return {_mm_or_si128(a.v, b.v)}; }
+
+// x86 shifts no single bytes: shift words, and mask what came over from the neighbour.
+template <int count>
+LUMALANE_INLINE bytes<16> shift_left(bytes<16> a) {
+    return bytes<16>{_mm_slli_epi16(a.v, count)} & fill_bytes<16>(0xff << count);
+}
+
+template <int count>
+LUMALANE_INLINE bytes<16> shift_right_logical(bytes<16> a) {
+    return bytes<16>{_mm_srli_epi16(a.v, count)} & fill_bytes<16>(0xff >> count);
+}
+
+// ---- Between bytes and words -------------------------------------------------------------------
+
+LUMALANE_INLINE words<8> widen(bytes<8> a) { return {_mm_unpacklo_epi8(a.v, _mm_setzero_si128())}; }
+
+LUMALANE_INLINE words<8> widen_low(bytes<16> a) {
+    return {_mm_unpacklo_epi8(a.v, _mm_setzero_si128())};
+}
+
+LUMALANE_INLINE words<8> widen_high(bytes<16> a) {
+    return {_mm_unpackhi_epi8(a.v, _mm_setzero_si128())};
+}
+
+LUMALANE_INLINE words<8> even(bytes<16> a) { return {_mm_and_si128(a.v, _mm_set1_epi16(0x00ff))}; }
+
+LUMALANE_INLINE words<8> odd(bytes<16> a) { return {_mm_srli_epi16(a.v, 8)}; }
+
+#ifndef LUMALANE_WIDER_LANES
+LUMALANE_INLINE words<8> even_times_4(bytes<16> a) {
+    return {_mm_and_si128(_mm_slli_epi16(a.v, 2), _mm_set1_epi16(0x03fc))};
+}
+
+LUMALANE_INLINE words<8> odd_times_4(bytes<16> a) {
+    return {_mm_and_si128(_mm_srli_epi16(a.v, 6), _mm_set1_epi16(0x03fc))};
+}
+#endif
+
+LUMALANE_INLINE bytes<16> narrow_saturate(words<8> a, words<8> b) {
+    return {_mm_packus_epi16(a.v, b.v)};
+}
+
+LUMALANE_INLINE bytes<8> narrow_saturate(words<8> a) { return {_mm_packus_epi16(a.v, a.v)}; }
+
+// ---- Pixels ------------------------------------------------------------------------------------
+
+template <int count, int n>
+struct woven {
+    bytes<n> part[count];
+};
+
+enum class deal { whole, halves, quarters };
+
+template <deal>
+LUMALANE_INLINE bytes<16> dealt(bytes<16> a) {
+    return a;
+}
+
+template <deal>
+LUMALANE_INLINE words<8> dealt(words<8> a) {
+    return a;
+}
+
+// Interleaves the even pixels (lower halves) and the odd ones apart, then the two.
+LUMALANE_INLINE woven<2, 16> weave(bytes<16> first, bytes<16> second) {
+    const __m128i evens = _mm_unpacklo_epi8(first.v, second.v);
+    const __m128i odds = _mm_unpackhi_epi8(first.v, second.v);
+    return {{{_mm_unpacklo_epi16(evens, odds)}, {_mm_unpackhi_epi16(evens, odds)}}};
+}
+
+#ifndef LUMALANE_WIDER_LANES
+LUMALANE_INLINE woven<4, 16> weave_padded(bytes<16> first, bytes<16> second, bytes<16> third) {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i even_12 = _mm_unpacklo_epi8(first.v, second.v);
+    const __m128i odd_12 = _mm_unpackhi_epi8(first.v, second.v);
+    const __m128i even_30 = _mm_unpacklo_epi8(third.v, zero);
+    const __m128i odd_30 = _mm_unpackhi_epi8(third.v, zero);
+    const __m128i even_0 = _mm_unpacklo_epi16(even_12, even_30);
+    const __m128i even_1 = _mm_unpackhi_epi16(even_12, even_30);
+    const __m128i odd_0 = _mm_unpacklo_epi16(odd_12, odd_30);
+    const __m128i odd_1 = _mm_unpackhi_epi16(odd_12, odd_30);
+    return {{{_mm_unpacklo_epi32(even_0, odd_0)},
+             {_mm_unpackhi_epi32(even_0, odd_0)},
+             {_mm_unpacklo_epi32(even_1, odd_1)},
+             {_mm_unpackhi_epi32(even_1, odd_1)}}};
+}
+
+// The two pixels of pair k are three words, 1e2e 3e1o 2o3o (1, 2, 3 the channels, e even, o odd);
+// pairs 2k and 2k+1, a couple, are three 32-bit lanes: begin, middle and end.
+LUMALANE_INLINE woven<3, 16> weave(bytes<16> first, bytes<16> second, bytes<16> third) {
+    const __m128i words_0 = _mm_unpacklo_epi8(first.v, second.v);
+    const __m128i words_1 = _mm_unpacklo_epi8(third.v, _mm_unpackhi_epi64(first.v, first.v));
+    const __m128i words_2 = _mm_unpackhi_epi8(second.v, third.v);
+    const __m128i next_words_0 = _mm_srli_si128(words_0, 2);
+    const auto low = [](__m128i a, __m128i b) {
+        return _mm_castsi128_ps(_mm_unpacklo_epi16(a, b));
+    };
+    const auto high = [](__m128i a, __m128i b) {
+        return _mm_castsi128_ps(_mm_unpackhi_epi16(a, b));
+    };
+    // Couples 0 and 1 (then 2 and 3) in lanes 0 and 2 of begin and middle, lanes 1 and 3 of end.
+    const __m128 begin_01 = low(words_0, words_1), begin_23 = high(words_0, words_1);
+    const __m128 middle_01 = low(words_2, next_words_0), middle_23 = high(words_2, next_words_0);
+    const __m128 end_01 = low(words_1, words_2), end_23 = high(words_1, words_2);
+
+    const __m128 begin_0_middle_0 = _mm_unpacklo_ps(begin_01, middle_01);
+    const __m128 end_0_begin_1 = _mm_shuffle_ps(end_01, begin_01, _MM_SHUFFLE(2, 2, 1, 1));
+    const __m128 middle_1_end_1 = _mm_unpackhi_ps(middle_01, end_01);
+    const __m128 begin_2_middle_2 = _mm_unpacklo_ps(begin_23, middle_23);
+    const __m128 end_2_begin_3 = _mm_shuffle_ps(end_23, begin_23, _MM_SHUFFLE(2, 2, 1, 1));
+    const __m128 middle_3_end_3 = _mm_unpackhi_ps(middle_23, end_23);
+    const __m128 part_0 = _mm_shuffle_ps(begin_0_middle_0, end_0_begin_1, _MM_SHUFFLE(2, 0, 1, 0));
+    const __m128 part_1 = _mm_shuffle_ps(middle_1_end_1, begin_2_middle_2, _MM_SHUFFLE(1, 0, 3, 0));
+    const __m128 part_2 = _mm_shuffle_ps(end_2_begin_3, middle_3_end_3, _MM_SHUFFLE(3, 0, 2, 0));
+    return {{{_mm_castps_si128(part_0)}, {_mm_castps_si128(part_1)}, {_mm_castps_si128(part_2)}}};
+}
+#endif
+
+} // namespace lumalane::LUMALANE_LANES

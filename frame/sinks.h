@@ -1,0 +1,91 @@
+// Sinks: what packs the pixels of a group and puts them into memory.
+//
+// `Put` decides how: cached or streamed.
+#pragma once
+
+#include "frame/rgb.h"
+
+namespace lumalane::LUMALANE_LANES {
+
+struct cached {
+    template <int n>
+    LUMALANE_INLINE static void put(unsigned char *to, bytes<n> a) {
+        store(to, a);
+    }
+};
+
+// Around the cache; `to` is aligned to n bytes.
+struct streamed {
+    template <int n>
+    LUMALANE_INLINE static void put(unsigned char *to, bytes<n> a) {
+        stream(to, a);
+    }
+};
+
+template <class Put, int count, int n>
+LUMALANE_INLINE void put_parts(unsigned char *to, const woven<count, n> &parts) {
+    for (int i = 0; i < count; ++i)
+        Put::put(to + i * n, parts.part[i]);
+}
+
+// What the sinks of RGB have in common: they want nothing of the chroma but its terms.
+template <int size, deal by>
+struct rgb_sink {
+    static constexpr bool is_stage = true;
+    static constexpr int bytes_per_pixel() { return size; }
+    static constexpr deal dealing() { return by; }
+
+    template <int n>
+    LUMALANE_INLINE chroma_terms<n> chroma(chroma_terms<n> terms) const {
+        return terms;
+    }
+};
+
+struct rgb32 : rgb_sink<4, deal::quarters> {
+    template <class Put, int n>
+    LUMALANE_INLINE void row(unsigned char *to, rgb_pixels<n> p, const chroma_terms<n> &) const {
+        put_parts<Put>(to, weave_padded(p.blue, p.green, p.red));
+    }
+};
+
+struct rgb24 : rgb_sink<3, deal::whole> {
+    template <class Put, int n>
+    LUMALANE_INLINE void row(unsigned char *to, rgb_pixels<n> p, const chroma_terms<n> &) const {
+        put_parts<Put>(to, weave(p.blue, p.green, p.red));
+    }
+};
+
+// Upper bits of red, green and blue from bit 15 down, then 16 - red - green - blue zero bits.
+template <int red, int green, int blue>
+struct rgb16 : rgb_sink<2, deal::halves> {
+    template <class Put, int n>
+    LUMALANE_INLINE void row(unsigned char *to, rgb_pixels<n> p, const chroma_terms<n> &) const {
+        // Green lies across the two bytes of the pixel.
+        const auto upper = [](auto channel, int bits) {
+            return channel & fill_bytes<2 * n>(0xff00 >> bits);
+        };
+        const bytes<2 *n> g = upper(p.green, green);
+        const bytes<2 *n> high = upper(p.red, red) | shift_right_logical<red>(g);
+        const bytes<2 *n> low =
+            shift_left<8 - red>(g) | shift_right_logical<red + green - 8>(upper(p.blue, blue));
+        put_parts<Put>(to, weave(low, high));
+    }
+};
+
+// Runs `run` with the RGB16 sink of tag_ajust_contrast_info::rgb16_layout; not at all for a value
+// that is none.
+template <class Run>
+LUMALANE_INLINE void with_rgb16_layout(unsigned layout, Run run) {
+    switch (layout) {
+    case 0:
+        return run(rgb16<5, 6, 5>{});
+    case 1:
+        return run(rgb16<5, 5, 5>{});
+    case 2:
+        return run(rgb16<6, 6, 4>{});
+    case 3:
+        return run(rgb16<6, 5, 5>{});
+    }
+}
+
+} // namespace lumalane::LUMALANE_LANES

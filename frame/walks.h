@@ -1,0 +1,163 @@
+// Walks: the loops over a picture.
+//
+// Every walk has two forms. The stepwise one takes the fixed steps that a function promises, in
+// their order, for any shape: rows that drift because the width is off the step, rows and buffers
+// that overlap. The wide one takes the widest vectors and whole rows; it serves the shapes for
+// which nobody can tell the difference, and never touches a byte that the steps would not.
+#pragma once
+
+#include "frame/dispatch.h"
+#include "frame/sinks.h"
+
+#include <stdint.h>
+
+namespace lumalane::LUMALANE_LANES {
+
+// The arguments of a picture function, in their order.
+struct picture {
+    unsigned char *src, *src_u, *src_v, *dst;
+    int width, height, src_pitch, dst_pitch;
+    tag_ajust_contrast_info *info;
+};
+
+// Counts a loop down whose body runs before the test: true while more than `step` was left.
+LUMALANE_INLINE bool again(unsigned &left, unsigned step) {
+    const bool more = left > step;
+    left -= step;
+    return more;
+}
+
+// 32-bit arithmetic that wraps.
+LUMALANE_INLINE int difference(unsigned a, unsigned b) { return static_cast<int>(a - b); }
+
+LUMALANE_INLINE int twice(int a) { return static_cast<int>(2u * static_cast<unsigned>(a)); }
+
+LUMALANE_INLINE int product(int a, int b) {
+    return static_cast<int>(static_cast<unsigned>(a) * static_cast<unsigned>(b));
+}
+
+// ---- Which memory rows lie in ------------------------------------------------------------------
+
+struct extent {
+    long long begin, end; // addresses
+};
+
+LUMALANE_INLINE extent rows_at(const unsigned char *first, long long rows, long long pitch,
+                               long long row_bytes) {
+    const long long base = static_cast<long long>(reinterpret_cast<uintptr_t>(first));
+    const long long last = base + (rows - 1) * pitch;
+    return {base < last ? base : last, (base < last ? last : base) + row_bytes};
+}
+
+LUMALANE_INLINE bool apart(extent a, extent b) { return a.end <= b.begin || b.end <= a.begin; }
+
+// Rows of at least row_bytes each, pitch apart, have no byte in common.
+LUMALANE_INLINE bool rows_apart(int pitch, int row_bytes) {
+    return pitch >= row_bytes || -pitch >= row_bytes;
+}
+
+// Whether `bytes` of output in rows at `dst` are better written around the cache: there are more of
+// them than it holds (smaller outputs are about to be read from it again), and the stores align.
+LUMALANE_INLINE bool outgrows_cache(const unsigned char *dst, int pitch, long long bytes) {
+    const unsigned cache = last_level_cache_bytes();
+    return cache != 0 && bytes > cache &&
+           (reinterpret_cast<uintptr_t>(dst) | static_cast<unsigned>(pitch)) % widest == 0;
+}
+
+// ---- Rows of single bytes ----------------------------------------------------------------------
+
+// `map` of every byte of a row, 8 or more at a time. The count is a multiple of 8.
+template <class Put, class Map>
+LUMALANE_INLINE void map_row(unsigned char *to, const unsigned char *from, ptrdiff_t count,
+                             const Map &map) {
+    ptrdiff_t x = 0;
+    for (; x + widest <= count; x += widest)
+        Put::put(to + x, map(load<widest>(from + x)));
+    if (widest > 16 && x + 16 <= count) {
+        Put::put(to + x, map(load<16>(from + x)));
+        x += 16;
+    }
+    if (x < count)
+        cached::put(to + x, map(load<8>(from + x)));
+}
+
+// ---- Row pairs of planar 4:2:0 -----------------------------------------------------------------
+
+// One step: `pixels` pixels of two rows and the chroma samples that they share.
+template <int pixels, class Put, class Pipe>
+LUMALANE_INLINE void row_pair_step(const Pipe &pipe, const unsigned char *y, const unsigned char *u,
+                                   const unsigned char *v, unsigned char *dst, ptrdiff_t src_pitch,
+                                   ptrdiff_t dst_pitch) {
+    constexpr deal by = Pipe::dealing();
+    const auto shared = pipe.chroma(chroma_samples<pixels / 2>{
+        dealt<by>(widen(load<pixels / 2>(u))), dealt<by>(widen(load<pixels / 2>(v)))});
+    pipe.template row<Put>(dst, dealt<by>(load<pixels>(y)), shared);
+    pipe.template row<Put>(dst + dst_pitch, dealt<by>(load<pixels>(y + src_pitch)), shared);
+}
+
+template <class Pipe>
+LUMALANE_INLINE void row_pairs_stepwise(const picture &p, const Pipe &pipe) {
+    constexpr int step = 16, size = Pipe::bytes_per_pixel();
+    const int y_rest = difference(twice(p.src_pitch), p.width);
+    const int chroma_rest = difference(p.src_pitch, p.width) >> 1;
+    const int dst_rest = difference(twice(p.dst_pitch), static_cast<unsigned>(p.width) * size);
+    const unsigned char *y = p.src, *u = p.src_u, *v = p.src_v;
+    unsigned char *dst = p.dst;
+    unsigned rows = static_cast<unsigned>(p.height);
+    do {
+        unsigned columns = static_cast<unsigned>(p.width);
+        do {
+            row_pair_step<step, cached>(pipe, y, u, v, dst, p.src_pitch, p.dst_pitch);
+            y += step, u += step / 2, v += step / 2, dst += step * size;
+        } while (again(columns, step));
+        y += y_rest, u += chroma_rest, v += chroma_rest, dst += dst_rest;
+    } while (again(rows, 2));
+}
+
+template <class Put, class Pipe>
+LUMALANE_INLINE void row_pairs_wide(const picture &p, const Pipe &pipe) {
+    constexpr int size = Pipe::bytes_per_pixel();
+    const ptrdiff_t width = p.width, src_pitch = p.src_pitch, dst_pitch = p.dst_pitch;
+    const ptrdiff_t chroma_pitch = ((src_pitch - width) >> 1) + width / 2;
+    const unsigned char *y = p.src, *u = p.src_u, *v = p.src_v;
+    unsigned char *dst = p.dst;
+    for (int rows = p.height; rows > 0; rows -= 2) {
+        ptrdiff_t x = 0;
+        for (; x + widest <= width; x += widest)
+            row_pair_step<widest, Put>(pipe, y + x, u + x / 2, v + x / 2, dst + x * size, src_pitch,
+                                       dst_pitch);
+        if (x < width) // widths are multiples of 16
+            row_pair_step<16, Put>(pipe, y + x, u + x / 2, v + x / 2, dst + x * size, src_pitch,
+                                   dst_pitch);
+        y += 2 * src_pitch, u += chroma_pitch, v += chroma_pitch, dst += 2 * dst_pitch;
+    }
+}
+
+// True where the wide walk over row pairs cannot be told from the stepwise one: no step goes past a
+// row's end, so no row drifts; no two destination rows overlap, so the order of the stores does not
+// show; and nothing is read back that was written.
+LUMALANE_INLINE bool row_pairs_are_regular(const picture &p, int row_bytes) {
+    if (p.width <= 0 || p.width % 16 != 0 || p.height <= 0 || p.height % 2 != 0 ||
+        !rows_apart(p.dst_pitch, row_bytes))
+        return false;
+    const extent dst = rows_at(p.dst, p.height, p.dst_pitch, row_bytes);
+    const int chroma_pitch = ((p.src_pitch - p.width) >> 1) + p.width / 2;
+    return apart(dst, rows_at(p.src, p.height, p.src_pitch, p.width)) &&
+           apart(dst, rows_at(p.src_u, p.height / 2, chroma_pitch, p.width / 2)) &&
+           apart(dst, rows_at(p.src_v, p.height / 2, chroma_pitch, p.width / 2));
+}
+
+// The picture through `pipe`, two rows at a time, in steps of 16 pixels.
+template <class Pipe>
+LUMALANE_INLINE void row_pairs(const picture &p, const Pipe &pipe) {
+    const int row_bytes =
+        static_cast<int>(static_cast<unsigned>(p.width) * Pipe::bytes_per_pixel());
+    if (!row_pairs_are_regular(p, row_bytes))
+        return row_pairs_stepwise(p, pipe);
+    if (!outgrows_cache(p.dst, p.dst_pitch, static_cast<long long>(p.height) * row_bytes))
+        return row_pairs_wide<cached>(p, pipe);
+    row_pairs_wide<streamed>(p, pipe);
+    stream_fence();
+}
+
+} // namespace lumalane::LUMALANE_LANES
