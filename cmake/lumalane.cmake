@@ -1,0 +1,79 @@
+# The library: kernel files compiled once per lane set, and the frame around them.
+
+# Warnings for every target of the project.
+add_library(lumalane_warnings INTERFACE)
+target_compile_options(lumalane_warnings INTERFACE -Wall -Wextra -Wshadow
+                       $<$<BOOL:${LUMALANE_WERROR}>:-Werror>)
+
+# Each is compiled once per lane set.
+set(kernel_files
+    frame/kernels.cpp
+    load/yv12_to_rgb.cpp
+    load/yv12_to_yv12.cpp)
+
+set(frame_files frame/adjustment.cpp frame/dispatch.cpp frame/exports.cpp)
+if(WIN32)
+  list(APPEND frame_files frame/windows_entry.cpp)
+endif()
+
+# 32-bit libraries start on a processor with SSE and no SSE2, for callers that align the stack to
+# 4 bytes (the compiler for Windows assumes no more).
+set(x86_32 FALSE)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  set(x86_32 TRUE)
+endif()
+
+add_library(lumalane_options INTERFACE)
+target_include_directories(lumalane_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_link_libraries(lumalane_options INTERFACE lumalane_warnings)
+target_compile_definitions(lumalane_options INTERFACE LUMALANE_BUILD)
+target_compile_options(
+  lumalane_options
+  INTERFACE -ffreestanding -fno-exceptions -fno-rtti -fno-threadsafe-statics -fno-stack-protector
+            -fvisibility=hidden -Wmissing-declarations
+            # No calls of memcpy or memset in place of our loops: there is nobody to provide them.
+            $<$<CXX_COMPILER_ID:GNU>:-fno-tree-loop-distribute-patterns>
+            $<$<BOOL:${x86_32}>:-march=pentium3>
+            $<$<AND:$<BOOL:${x86_32}>,$<NOT:$<BOOL:${WIN32}>>>:-mstackrealign>)
+
+set(lane_flags_portable "")
+set(lane_flags_sse2 -msse2)
+set(lane_flags_avx2 -mavx2)
+
+set(objects "")
+foreach(lanes portable sse2 avx2)
+  add_library(lumalane_lanes_${lanes} OBJECT ${kernel_files})
+  target_link_libraries(lumalane_lanes_${lanes} PRIVATE lumalane_options)
+  target_compile_definitions(lumalane_lanes_${lanes} PRIVATE LUMALANE_LANES=${lanes})
+  target_compile_options(lumalane_lanes_${lanes} PRIVATE ${lane_flags_${lanes}})
+  list(APPEND objects $<TARGET_OBJECTS:lumalane_lanes_${lanes}>)
+endforeach()
+add_library(lumalane_frame OBJECT ${frame_files})
+target_link_libraries(lumalane_frame PRIVATE lumalane_options)
+list(APPEND objects $<TARGET_OBJECTS:lumalane_frame>)
+set_target_properties(lumalane_lanes_portable lumalane_lanes_sse2 lumalane_lanes_avx2 lumalane_frame
+                      PROPERTIES POSITION_INDEPENDENT_CODE ON)
+
+add_library(lumalane_static STATIC ${objects})
+add_library(lumalane::static ALIAS lumalane_static)
+target_compile_definitions(lumalane_static INTERFACE LUMALANE_STATIC)
+
+add_library(lumalane_shared SHARED ${objects})
+add_library(lumalane::lumalane ALIAS lumalane_shared)
+
+foreach(target lumalane_static lumalane_shared)
+  target_include_directories(${target} INTERFACE ${PROJECT_SOURCE_DIR})
+  set_target_properties(${target} PROPERTIES OUTPUT_NAME lumalane LINKER_LANGUAGE CXX)
+endforeach()
+
+if(WIN32)
+  # The import library and the static one would have the same name.
+  set_target_properties(lumalane_static PROPERTIES OUTPUT_NAME lumalane_static)
+  target_link_options(lumalane_shared PRIVATE -nostdlib LINKER:/entry:lumalane_entry
+                      LINKER:/dynamicbase LINKER:/nxcompat LINKER:/Brepro)
+else()
+  set_target_properties(lumalane_shared PROPERTIES SOVERSION ${PROJECT_VERSION_MAJOR}
+                                                   VERSION ${PROJECT_VERSION})
+  target_link_options(lumalane_shared PRIVATE -nostdlib LINKER:-z,defs LINKER:-z,relro LINKER:-z,now
+                      LINKER:-z,noexecstack)
+endif()

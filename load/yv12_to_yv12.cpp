@@ -1,0 +1,194 @@
+// YV12 pictures into YV12 surfaces.
+#include "frame/adjust.h"
+#include "frame/kernels.h"
+#include "frame/walks.h"
+
+namespace lumalane::LUMALANE_LANES {
+
+namespace {
+
+// ---- Adjusted planes ---------------------------------------------------------------------------
+
+struct adjusted_bytes {
+    plane_adjustment by;
+
+    LUMALANE_INLINE bytes<8> operator()(bytes<8> a) const {
+        return narrow_saturate(adjusted(widen(a), by));
+    }
+
+    template <int n>
+    LUMALANE_INLINE bytes<n> operator()(bytes<n> a) const {
+        return narrow_saturate(adjusted(widen_low(a), by), adjusted(widen_high(a), by));
+    }
+};
+
+struct plane {
+    unsigned char *src, *dst;
+    int width, height, dst_pitch;
+};
+
+void adjust_plane_stepwise(const plane &p, plane_adjustment by) {
+    const int dst_rest = difference(p.dst_pitch, p.width);
+    const unsigned char *src = p.src;
+    unsigned char *dst = p.dst;
+    unsigned rows = static_cast<unsigned>(p.height);
+    do {
+        unsigned columns = static_cast<unsigned>(p.width);
+        do {
+            store(dst, adjusted_bytes{by}(load<8>(src)));
+            src += 8, dst += 8;
+        } while (again(columns, 8));
+        dst += dst_rest;
+    } while (again(rows, 1));
+}
+
+template <class Put>
+void adjust_plane_wide(const plane &p, plane_adjustment by) {
+    for (ptrdiff_t row = 0; row < p.height; ++row)
+        map_row<Put>(p.dst + row * p.dst_pitch, p.src + row * p.width, p.width, adjusted_bytes{by});
+}
+
+// One plane, one row at a time, in steps of 8 bytes. Deliberately the source rows are one
+// continuous run, whatever the source's pitch.
+void adjust_plane(plane p, plane_adjustment by) {
+    // Nobody can tell the wide form where no row drifts, no rows overlap and nothing is read back.
+    if (p.width <= 0 || p.width % 8 != 0 || p.height <= 0 || !rows_apart(p.dst_pitch, p.width) ||
+        !apart(rows_at(p.dst, p.height, p.dst_pitch, p.width),
+               rows_at(p.src, p.height, p.width, p.width)))
+        return adjust_plane_stepwise(p, by);
+    const long long size = static_cast<long long>(p.height) * p.width;
+    if (!outgrows_cache(p.dst, p.dst_pitch, size))
+        return adjust_plane_wide<cached>(p, by);
+    adjust_plane_wide<streamed>(p, by);
+    stream_fence();
+}
+
+} // namespace
+
+void loadimage_yv12_ajust(LUMALANE_PARAMETERS_picture) {
+    static_cast<void>(src_pitch);
+    const adjustment current = current_adjustment();
+    const int surface_bytes = product(info->surface_height, dst_pitch);
+    const int bytes_to_plane_end = product(info->rows_to_plane_end, dst_pitch);
+    unsigned char *const dst_v =
+        dst + bytes_to_plane_end + (difference(surface_bytes, bytes_to_plane_end) >> 2);
+    unsigned char *const dst_u = dst_v + (surface_bytes >> 2);
+    adjust_plane({src, dst, width, height, dst_pitch}, current.y);
+    // Deliberately crossed: V gets the offset of U, and U that of V.
+    adjust_plane({src_v, dst_v, width >> 1, height >> 1, dst_pitch >> 1}, current.u);
+    adjust_plane({src_u, dst_u, width >> 1, height >> 1, dst_pitch >> 1}, current.v);
+}
+
+// ---- Plain copy --------------------------------------------------------------------------------
+
+namespace {
+
+template <int n>
+LUMALANE_INLINE void copy(unsigned char *to, const unsigned char *from) {
+    store(to, load<n>(from));
+}
+
+// Addresses of the copy.
+struct copied_planes {
+    unsigned char *v, *u;
+    int src_rest, dst_rest; // what a pass adds for the source's and for the destination's pitch
+    unsigned src_half, dst_half;
+
+    explicit copied_planes(const picture &p)
+        : v(p.dst + product(p.height, p.dst_pitch) - 1),
+          u(v + (product(p.height, p.dst_pitch) >> 2)),
+          src_rest(difference(twice(p.src_pitch), p.width)),
+          dst_rest(difference(twice(p.dst_pitch), p.width)),
+          src_half(static_cast<unsigned>(p.src_pitch) >> 1),
+          dst_half(static_cast<unsigned>(p.dst_pitch) >> 1) {}
+};
+
+void copy_stepwise(const picture &p) {
+    const copied_planes to(p);
+
+    const unsigned char *y = p.src;
+    unsigned char *dst_y = p.dst;
+    unsigned rows = static_cast<unsigned>(p.height);
+    do {
+        unsigned columns = static_cast<unsigned>(p.width);
+        do {
+            copy<16>(dst_y, y);
+            copy<16>(dst_y + p.src_pitch, y + p.width);
+            y += 16, dst_y += 16;
+        } while (again(columns, 16));
+        y += to.src_rest;
+        y += to.dst_rest;
+    } while (again(rows, 2));
+
+    const unsigned char *u = p.src_u, *v = p.src_v;
+    unsigned char *dst_u = to.u, *dst_v = to.v;
+    const unsigned src_rest = static_cast<unsigned>(to.src_rest) >> 1;
+    const unsigned dst_rest = static_cast<unsigned>(to.dst_rest) >> 1;
+    rows = static_cast<unsigned>(p.height);
+    do {
+        unsigned columns = static_cast<unsigned>(p.width >> 1);
+        do {
+            copy<8>(dst_u, u);
+            copy<8>(dst_u + to.dst_half, u + to.src_half);
+            copy<8>(dst_v, v);
+            copy<8>(dst_v + to.dst_half, v + to.src_half);
+            u += 8, v += 8, dst_u += 8, dst_v += 8;
+        } while (again(columns, 8));
+        u += src_rest, v += src_rest, dst_u += dst_rest, dst_v += dst_rest;
+    } while (again(rows, 2));
+}
+
+// What remains to be seen of the stepwise copy of a regular picture. Its upper rows of luma lie one
+// after the other, each pass covering what the pass before left in its way: of the lower rows only
+// what lies beyond the last upper row stays. Of the U plane the upper half ends under the V plane.
+void copy_wide(const picture &p) {
+    const copied_planes to(p);
+    const auto as_it_is = [](auto a) { return a; };
+    const ptrdiff_t width = p.width, passes = p.height / 2, upper_end = passes * width;
+    const ptrdiff_t src_step = width + to.src_rest + to.dst_rest;
+    for (ptrdiff_t pass = 0; pass < passes; ++pass) {
+        const unsigned char *const upper = p.src + pass * src_step, *const lower = upper + width;
+        map_row<cached>(p.dst + pass * width, upper, width, as_it_is);
+        const ptrdiff_t at = pass * width + p.src_pitch;
+        const ptrdiff_t hidden = at < upper_end ? upper_end - at : 0;
+        if (hidden < width)
+            map_row<cached>(p.dst + at + hidden, lower + hidden, width - hidden, as_it_is);
+    }
+    for (ptrdiff_t row = p.height / 2; row < p.height; ++row)
+        map_row<cached>(to.u + row * to.dst_half, p.src_u + row * to.src_half, width / 2, as_it_is);
+    for (ptrdiff_t row = 0; row < p.height; ++row)
+        map_row<cached>(to.v + row * to.dst_half, p.src_v + row * to.src_half, width / 2, as_it_is);
+}
+
+// Nobody can tell the wide copy where no row drifts, the rows of a plane lie apart and on whole
+// steps, the halves of pitches are exact, and nothing is read back.
+bool copy_is_regular(const picture &p) {
+    if (p.width <= 0 || p.width % 16 != 0 || p.height <= 0 || p.height % 2 != 0 ||
+        p.src_pitch < p.width || p.src_pitch % 8 != 0 || p.dst_pitch < p.width ||
+        p.dst_pitch % 2 != 0)
+        return false;
+    const copied_planes to(p);
+    const long long height = p.height, width = p.width;
+    const extent dst_y = rows_at(p.dst, 1, 0, p.src_pitch + height / 2 * width);
+    const extent dst_chroma[] = {rows_at(to.v, height, to.dst_half, width / 2),
+                                 rows_at(to.u, height, to.dst_half, width / 2)};
+    const extent src[] = {rows_at(p.src, height / 2, width + to.src_rest + to.dst_rest, 2 * width),
+                          rows_at(p.src_u, height, to.src_half, width / 2),
+                          rows_at(p.src_v, height, to.src_half, width / 2)};
+    for (const extent &from : src)
+        if (!apart(from, dst_y) || !apart(from, dst_chroma[0]) || !apart(from, dst_chroma[1]))
+            return false;
+    return true;
+}
+
+} // namespace
+
+void loadimage_yv12(LUMALANE_PARAMETERS_picture) {
+    const picture p{LUMALANE_ARGUMENTS_picture};
+    if (copy_is_regular(p))
+        copy_wide(p);
+    else
+        copy_stepwise(p);
+}
+
+} // namespace lumalane::LUMALANE_LANES
