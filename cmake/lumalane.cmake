@@ -33,6 +33,9 @@ target_compile_options(
             -fvisibility=hidden -Wmissing-declarations
             # No calls of memcpy or memset in place of our loops: there is nobody to provide them.
             $<$<CXX_COMPILER_ID:GNU>:-fno-tree-loop-distribute-patterns>
+            # The processor's window is too short to find the parallelism of a step by itself. (With
+            # the 8 registers of 32 bits there is nothing to gain.)
+            $<$<AND:$<CXX_COMPILER_ID:GNU>,$<NOT:$<BOOL:${x86_32}>>>:-fschedule-insns$<SEMICOLON>-fsched-pressure>
             $<$<BOOL:${x86_32}>:-march=pentium3>
             $<$<AND:$<BOOL:${x86_32}>,$<NOT:$<BOOL:${WIN32}>>>:-mstackrealign>)
 
@@ -57,18 +60,23 @@ set_target_properties(lumalane_lanes_portable lumalane_lanes_sse2 lumalane_lanes
 add_library(lumalane_static STATIC ${objects})
 add_library(lumalane::static ALIAS lumalane_static)
 target_compile_definitions(lumalane_static INTERFACE LUMALANE_STATIC)
+target_include_directories(lumalane_static INTERFACE ${PROJECT_SOURCE_DIR})
+set_target_properties(lumalane_static PROPERTIES OUTPUT_NAME lumalane)
+if(WIN32)
+  # The import library is lumalane.lib.
+  set_target_properties(lumalane_static PROPERTIES OUTPUT_NAME lumalane_static)
+endif()
+
+# Sanitized code needs its runtime, which a library without any cannot have.
+if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+  return()
+endif()
 
 add_library(lumalane_shared SHARED ${objects})
 add_library(lumalane::lumalane ALIAS lumalane_shared)
-
-foreach(target lumalane_static lumalane_shared)
-  target_include_directories(${target} INTERFACE ${PROJECT_SOURCE_DIR})
-  set_target_properties(${target} PROPERTIES OUTPUT_NAME lumalane LINKER_LANGUAGE CXX)
-endforeach()
-
+target_include_directories(lumalane_shared INTERFACE ${PROJECT_SOURCE_DIR})
+set_target_properties(lumalane_shared PROPERTIES OUTPUT_NAME lumalane)
 if(WIN32)
-  # The import library and the static one would have the same name.
-  set_target_properties(lumalane_static PROPERTIES OUTPUT_NAME lumalane_static)
   target_link_options(lumalane_shared PRIVATE -nostdlib LINKER:/entry:lumalane_entry
                       LINKER:/dynamicbase LINKER:/nxcompat LINKER:/Brepro)
 else()

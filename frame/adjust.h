@@ -25,6 +25,10 @@ LUMALANE_INLINE words<n> adjusted(words<n> x, plane_adjustment by) {
 // It clamps to 0..255 in two operations instead of three by adding a bias together with the offset:
 // 255 + bias is where signed addition saturates, and the maximum with the bias is the other end.
 // Offsets are brought into -1023..255 first, beyond which they change nothing more.
+//
+// `gentle` gains are those up to 128, with which x * g + 32 stays within 15 bits and a rounded
+// multiplication does the gain at once: (64 x * 8 g) / 2^15.
+template <bool gentle>
 struct adjust {
     static constexpr bool is_stage = true;
     static constexpr int bias = 0x7fff - 255;
@@ -36,12 +40,22 @@ struct adjust {
 
     template <int n>
     LUMALANE_INLINE chroma_samples<n, bias> chroma(chroma_samples<n> samples) const {
-        return {clamped(samples.u, by.u), clamped(samples.v, by.v)};
+        if constexpr (gentle)
+            return {clamped(scaled(shift_left<6>(samples.u), by.u), by.u),
+                    clamped(scaled(shift_left<6>(samples.v), by.v), by.v)};
+        else
+            return {clamped(amplified(samples.u, by.u), by.u),
+                    clamped(amplified(samples.v, by.v), by.v)};
     }
 
     template <int n, class Shared>
-    LUMALANE_INLINE auto luma(bytes<n> samples, const Shared &) const {
-        return luma_samples<n / 2, bias>{clamped(even(samples), by.y), clamped(odd(samples), by.y)};
+    LUMALANE_INLINE luma_samples<n / 2, bias> luma(bytes<n> samples, const Shared &) const {
+        if constexpr (gentle)
+            return {clamped(scaled(even_times<64>(samples), by.y), by.y),
+                    clamped(scaled(odd_times<64>(samples), by.y), by.y)};
+        else
+            return {clamped(amplified(even(samples), by.y), by.y),
+                    clamped(amplified(odd(samples), by.y), by.y)};
     }
 
 private:
@@ -51,8 +65,13 @@ private:
     }
 
     template <int n>
-    LUMALANE_INLINE static words<n> clamped(words<n> x, plane_adjustment plane) {
-        return maximum(adjusted(x, plane), fill_words<n>(bias));
+    LUMALANE_INLINE static words<n> scaled(words<n> x_times_64, plane_adjustment plane) {
+        return multiply_rounded(x_times_64, fill_words<n>(8 * plane.gain));
+    }
+
+    template <int n>
+    LUMALANE_INLINE static words<n> clamped(words<n> amplified, plane_adjustment plane) {
+        return maximum(add_saturate(amplified, fill_words<n>(plane.offset)), fill_words<n>(bias));
     }
 };
 
@@ -62,9 +81,11 @@ template <class Run>
 LUMALANE_INLINE void with_adjustment(Run run) {
     const adjustment current = current_adjustment();
     if (current.neutral())
-        run(as_they_are{});
-    else
-        run(adjust{current});
+        return run(as_they_are{});
+    if constexpr (multiplies_rounded)
+        if (current.gains_within(0, 128))
+            return run(adjust<true>{current});
+    run(adjust<false>{current});
 }
 
 } // namespace lumalane::LUMALANE_LANES

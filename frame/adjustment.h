@@ -17,6 +17,11 @@ struct adjustment {
 
     // A neutral adjustment leaves every sample as it is.
     bool neutral() const { return y.neutral() && u.neutral() && v.neutral(); }
+
+    bool gains_within(int low, int high) const {
+        return low <= y.gain && y.gain <= high && low <= u.gain && u.gain <= high &&
+               low <= v.gain && v.gain <= high;
+    }
 };
 
 // Takes over what get_contrast_data() was given.

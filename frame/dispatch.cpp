@@ -143,4 +143,8 @@ unsigned last_level_cache_bytes() {
     return bytes;
 }
 
+void assume_last_level_cache(unsigned bytes) {
+    __atomic_store_n(&cache_bytes, bytes, __ATOMIC_RELAXED);
+}
+
 } // namespace lumalane

@@ -26,8 +26,10 @@ const kernel_table &kernels();
 // which the processor must be able to run. The shared library does not export it.
 void force(lane_set set);
 
-// Size in bytes of the last-level cache; outputs larger than it are written around the cache.
-// 0 where the processor does not tell: then nothing is.
+// Size in bytes of the last-level cache; 0 where the processor does not tell.
 unsigned last_level_cache_bytes();
+
+// For tests: as if the last-level cache had so many bytes.
+void assume_last_level_cache(unsigned bytes);
 
 } // namespace lumalane

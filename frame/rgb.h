@@ -23,8 +23,8 @@ struct to_rgb {
     // Coefficients as 16-bit fractions of the shifted samples.
     static constexpr int y_to_all = 19071;   // 1.164 of Y - 16, shifted left by 2
     static constexpr int v_to_red = 26149;   // 1.596 of V - 128, shifted left by 2
-    static constexpr int u_to_green = 25625; // 0.391 of U - 128
-    static constexpr int v_to_green = 26641; // 0.813 of V - 128, shifted left by 1
+    static constexpr int u_to_green = 3204;  // 0.391 of U - 128, shifted left by 3
+    static constexpr int v_to_green = 13321; // 0.813 of V - 128, shifted left by 2
     static constexpr int u_to_blue = 16532;  // 2.018 of U - 128, shifted left by 3
 
     template <int n, int bias>
@@ -33,33 +33,38 @@ struct to_rgb {
         const words<n> v = subtract(samples.v, fill_words<n>(128 + bias));
         // Sums of terms stay far from the ends of 16 bits: in which order they are added, and
         // whether with saturation, shows nowhere.
-        return {multiply_high(shift_left<2>(v), fill_words<n>(v_to_red)),
-                add(multiply_high(u, fill_words<n>(u_to_green)),
-                    multiply_high(shift_left<1>(v), fill_words<n>(v_to_green))),
-                multiply_high(shift_left<3>(u), fill_words<n>(u_to_blue))};
+        const words<n> u_times_8 = shift_left<3>(u), v_times_4 = shift_left<2>(v);
+        return {multiply_high(v_times_4, fill_words<n>(v_to_red)),
+                add(multiply_high(u_times_8, fill_words<n>(u_to_green)),
+                    multiply_high(v_times_4, fill_words<n>(v_to_green))),
+                multiply_high(u_times_8, fill_words<n>(u_to_blue))};
     }
 
     template <int n>
     LUMALANE_INLINE rgb_pixels<n> luma(bytes<2 * n> samples, const chroma_terms<n> &terms) const {
-        return sums<0>(even_times_4(samples), odd_times_4(samples), terms);
+        const auto term = [](words<n> y_times_4) {
+            return multiply_high(subtract(y_times_4, fill_words<n>(4 * 16)),
+                                 fill_words<n>(y_to_all));
+        };
+        return sums(term(even_times<4>(samples)), term(odd_times<4>(samples)), terms);
     }
 
     template <int n, int bias>
     LUMALANE_INLINE rgb_pixels<n> luma(luma_samples<n, bias> samples,
                                        const chroma_terms<n> &terms) const {
-        return sums<bias>(shift_left<2>(samples.even), shift_left<2>(samples.odd), terms);
+        // The same product without the shift: 4 times y_to_all is 1.0 and a rest in 16-bit
+        // fractions.
+        const auto term = [](words<n> biased) {
+            const words<n> y = subtract(biased, fill_words<n>(16 + bias));
+            return add(y, multiply_high(y, fill_words<n>(4 * y_to_all - 65536)));
+        };
+        return sums(term(samples.even), term(samples.odd), terms);
     }
 
 private:
-    // Of luma samples times 4.
-    template <int bias, int n>
-    LUMALANE_INLINE static rgb_pixels<n> sums(words<n> even_y, words<n> odd_y,
+    template <int n>
+    LUMALANE_INLINE static rgb_pixels<n> sums(words<n> even, words<n> odd,
                                               const chroma_terms<n> &terms) {
-        const auto scaled = [](words<n> y) {
-            return multiply_high(subtract(y, fill_words<n>(4 * (16 + bias))),
-                                 fill_words<n>(y_to_all));
-        };
-        const words<n> even = scaled(even_y), odd = scaled(odd_y);
         return {narrow_saturate(add(even, terms.red), add(odd, terms.red)),
                 narrow_saturate(subtract(even, terms.green), subtract(odd, terms.green)),
                 narrow_saturate(add(even, terms.blue), add(odd, terms.blue))};

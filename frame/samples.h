@@ -45,8 +45,7 @@ struct pipe {
         second.template row<Put>(to, first.luma(samples, shared), shared);
     }
 
-    // The sink's: how it wants the pixels of a group dealt, and the bytes of each that it writes.
-    static constexpr deal dealing() { return Second::dealing(); }
+    // That the sink writes; also the parts in which it weaves a group.
     static constexpr int bytes_per_pixel() { return Second::bytes_per_pixel(); }
 };
 

@@ -22,18 +22,20 @@ struct streamed {
     }
 };
 
-template <class Put, int count, int n>
+// One after the other; not a loop, which compilers may leave rolled, with the parts in memory.
+template <class Put, int first = 0, int count, int n>
 LUMALANE_INLINE void put_parts(unsigned char *to, const woven<count, n> &parts) {
-    for (int i = 0; i < count; ++i)
-        Put::put(to + i * n, parts.part[i]);
+    if constexpr (first < count) {
+        Put::put(to + first * n, parts.part[first]);
+        put_parts<Put, first + 1>(to, parts);
+    }
 }
 
 // What the sinks of RGB have in common: they want nothing of the chroma but its terms.
-template <int size, deal by>
+template <int size>
 struct rgb_sink {
     static constexpr bool is_stage = true;
     static constexpr int bytes_per_pixel() { return size; }
-    static constexpr deal dealing() { return by; }
 
     template <int n>
     LUMALANE_INLINE chroma_terms<n> chroma(chroma_terms<n> terms) const {
@@ -41,14 +43,14 @@ struct rgb_sink {
     }
 };
 
-struct rgb32 : rgb_sink<4, deal::quarters> {
+struct rgb32 : rgb_sink<4> {
     template <class Put, int n>
     LUMALANE_INLINE void row(unsigned char *to, rgb_pixels<n> p, const chroma_terms<n> &) const {
         put_parts<Put>(to, weave_padded(p.blue, p.green, p.red));
     }
 };
 
-struct rgb24 : rgb_sink<3, deal::whole> {
+struct rgb24 : rgb_sink<3> {
     template <class Put, int n>
     LUMALANE_INLINE void row(unsigned char *to, rgb_pixels<n> p, const chroma_terms<n> &) const {
         put_parts<Put>(to, weave(p.blue, p.green, p.red));
@@ -57,7 +59,7 @@ struct rgb24 : rgb_sink<3, deal::whole> {
 
 // Upper bits of red, green and blue from bit 15 down, then 16 - red - green - blue zero bits.
 template <int red, int green, int blue>
-struct rgb16 : rgb_sink<2, deal::halves> {
+struct rgb16 : rgb_sink<2> {
     template <class Put, int n>
     LUMALANE_INLINE void row(unsigned char *to, rgb_pixels<n> p, const chroma_terms<n> &) const {
         // Green lies across the two bytes of the pixel.

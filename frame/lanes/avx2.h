@@ -19,6 +19,7 @@ struct words<16> {
 };
 
 inline constexpr int widest = 32;
+inline constexpr bool multiplies_rounded = true;
 
 // ---- Memory ------------------------------------------------------------------------------------
 
@@ -67,6 +68,14 @@ LUMALANE_INLINE words<16> multiply_high(words<16> a, words<16> b) {
     return {_mm256_mulhi_epi16(a.v, b.v)};
 }
 
+LUMALANE_INLINE words<8> multiply_rounded(words<8> a, words<8> b) {
+    return {_mm_mulhrs_epi16(a.v, b.v)};
+}
+
+LUMALANE_INLINE words<16> multiply_rounded(words<16> a, words<16> b) {
+    return {_mm256_mulhrs_epi16(a.v, b.v)};
+}
+
 template <int count>
 LUMALANE_INLINE words<16> shift_left(words<16> a) {
     return {_mm256_slli_epi16(a.v, count)};
@@ -113,21 +122,25 @@ LUMALANE_INLINE words<16> even(bytes<32> a) {
 
 LUMALANE_INLINE words<16> odd(bytes<32> a) { return {_mm256_srli_epi16(a.v, 8)}; }
 
-// One multiply-add by bytes 4 and 0 (0 and 4) instead of a shift and a mask.
-LUMALANE_INLINE words<16> even_times_4(bytes<32> a) {
-    return {_mm256_maddubs_epi16(a.v, _mm256_set1_epi16(0x0004))};
+// One multiply-add with bytes (factor, 0) or (0, factor) instead of a shift and a mask.
+template <int factor>
+LUMALANE_INLINE words<16> even_times(bytes<32> a) {
+    return {_mm256_maddubs_epi16(a.v, _mm256_set1_epi16(factor))};
 }
 
-LUMALANE_INLINE words<16> odd_times_4(bytes<32> a) {
-    return {_mm256_maddubs_epi16(a.v, _mm256_set1_epi16(0x0400))};
+template <int factor>
+LUMALANE_INLINE words<16> odd_times(bytes<32> a) {
+    return {_mm256_maddubs_epi16(a.v, _mm256_set1_epi16(factor << 8))};
 }
 
-LUMALANE_INLINE words<8> even_times_4(bytes<16> a) {
-    return {_mm_maddubs_epi16(a.v, _mm_set1_epi16(0x0004))};
+template <int factor>
+LUMALANE_INLINE words<8> even_times(bytes<16> a) {
+    return {_mm_maddubs_epi16(a.v, _mm_set1_epi16(factor))};
 }
 
-LUMALANE_INLINE words<8> odd_times_4(bytes<16> a) {
-    return {_mm_maddubs_epi16(a.v, _mm_set1_epi16(0x0400))};
+template <int factor>
+LUMALANE_INLINE words<8> odd_times(bytes<16> a) {
+    return {_mm_maddubs_epi16(a.v, _mm_set1_epi16(factor << 8))};
 }
 
 LUMALANE_INLINE bytes<32> narrow_saturate(words<16> a, words<16> b) {
@@ -141,32 +154,14 @@ LUMALANE_INLINE bytes<16> narrow_saturate(words<16> a) {
 
 // ---- Pixels ------------------------------------------------------------------------------------
 
-template <deal by>
-LUMALANE_INLINE __m256i dealt(__m256i a) {
-    if constexpr (by == deal::halves)
-        return _mm256_permute4x64_epi64(a, 0xd8); // 64-bit lanes 0 2 1 3
-    else if constexpr (by == deal::quarters)
-        return _mm256_permutevar8x32_epi32(a, _mm256_setr_epi32(0, 2, 4, 6, 1, 3, 5, 7));
-    else
-        return a;
-}
-
-template <deal by>
-LUMALANE_INLINE bytes<32> dealt(bytes<32> a) {
-    return {dealt<by>(a.v)};
-}
-
-template <deal by>
-LUMALANE_INLINE words<16> dealt(words<16> a) {
-    return {dealt<by>(a.v)};
-}
-
 // Byte shuffles of a split block. In 3-byte pixels, channel c of pixel p goes to byte 3p + c of 48:
 // 16 pixels of a channel take 16 different places modulo 16, so that one shuffle puts them where
 // they belong in all three parts, and each part picks its bytes from the three channels. Byte m
 // holds pixel (m - c) / 3 modulo 16, and 11 is 1/3 there.
 struct shuffles {
     alignas(16) unsigned char pixel_order[16]; // the 16 pixels, no longer split
+    // For 2, 3 and 4 parts: 16 chroma samples, in both blocks, to dealt words.
+    alignas(32) unsigned char chroma[3][32];
     alignas(16) unsigned char channel[3][16];
     alignas(16) unsigned char every_third[3][16]; // 0xff at bytes m with m % 3 == 0, 1, 2
 };
@@ -179,6 +174,15 @@ constexpr shuffles make_shuffles() {
         for (int c = 0; c < 3; ++c) {
             s.channel[c][m] = static_cast<unsigned char>(split_lane((m - c + 16) * 11 % 16));
             s.every_third[c][m] = m % 3 == c ? 0xff : 0;
+        }
+    }
+    for (int count = 2; count <= 4; ++count) {
+        const int group = count == 2 ? 4 : count == 3 ? 8 : 2; // samples: half as many as pixels
+        for (int word = 0; word < 16; ++word) {
+            const int block = word / 8, turn = word % 8 / group;
+            const int sample = (2 * turn + block) * group + word % group;
+            s.chroma[count - 2][2 * word] = static_cast<unsigned char>(sample);
+            s.chroma[count - 2][2 * word + 1] = 0x80; // a zero
         }
     }
     return s;
@@ -201,6 +205,33 @@ LUMALANE_INLINE bytes<16> select(bytes<16> a, bytes<16> b, const unsigned char *
 
 LUMALANE_INLINE bytes<32> select(bytes<32> a, bytes<32> b, const unsigned char *mask) {
     return {_mm256_blendv_epi8(a.v, b.v, _mm256_broadcastsi128_si256(load<16>(mask).v))};
+}
+
+// How the 32 pixels of a vector are dealt over its two blocks. Woven, the blocks give one half of
+// every part each; so that a part's halves follow each other in memory, groups of consecutive
+// pixels go to the blocks in turn.
+//     2 parts, groups of 8:  0 2 | 1 3
+//     3 parts, groups of 16: 0 | 1 (their weave crosses blocks itself)
+//     4 parts, groups of 4:  0 2 4 6 | 1 3 5 7
+template <int count, int n>
+LUMALANE_INLINE bytes<n> load_pixels(const unsigned char *from) {
+    const bytes<n> in_order = load<n>(from);
+    if constexpr (n == 16 || count == 3)
+        return in_order;
+    else if constexpr (count == 2)
+        return {_mm256_permute4x64_epi64(in_order.v, _MM_SHUFFLE(3, 1, 2, 0))};
+    else
+        return {_mm256_permutevar8x32_epi32(in_order.v, _mm256_setr_epi32(0, 2, 4, 6, 1, 3, 5, 7))};
+}
+
+template <int count, int n>
+LUMALANE_INLINE words<n> load_chroma(const unsigned char *from) {
+    if constexpr (n == 8) {
+        return widen(load<8>(from));
+    } else {
+        const __m256i twice = _mm256_broadcastsi128_si256(load<16>(from).v);
+        return {_mm256_shuffle_epi8(twice, load<32>(shuffle.chroma[count - 2]).v)};
+    }
 }
 
 LUMALANE_INLINE woven<2, 32> weave(bytes<32> first, bytes<32> second) {

@@ -119,6 +119,15 @@ LUMALANE_INLINE words<n> multiply_high(words<n> a, words<n> b) {
     return each(a, b, [](int x, int y) { return (x * y) >> 16; });
 }
 
+// The product divided by 2^15, rounded to the nearest. Worth its while only where it is one
+// instruction.
+inline constexpr bool multiplies_rounded = false;
+
+template <int n>
+LUMALANE_INLINE words<n> multiply_rounded(words<n> a, words<n> b) {
+    return each(a, b, [](int x, int y) { return (x * y + 0x4000) >> 15; });
+}
+
 template <int count, int n>
 LUMALANE_INLINE words<n> shift_left(words<n> a) {
     return each(a, a,
@@ -197,15 +206,15 @@ LUMALANE_INLINE words<n / 2> odd(bytes<n> a) {
     return r;
 }
 
-// The same lanes times 4.
-template <int n>
-LUMALANE_INLINE words<n / 2> even_times_4(bytes<n> a) {
-    return shift_left<2>(even(a));
+// The same lanes times `factor`, a power of two up to 64.
+template <int factor, int n>
+LUMALANE_INLINE words<n / 2> even_times(bytes<n> a) {
+    return each(even(a), even(a), [](int x, int) { return x * factor; });
 }
 
-template <int n>
-LUMALANE_INLINE words<n / 2> odd_times_4(bytes<n> a) {
-    return shift_left<2>(odd(a));
+template <int factor, int n>
+LUMALANE_INLINE words<n / 2> odd_times(bytes<n> a) {
+    return each(odd(a), odd(a), [](int x, int) { return x * factor; });
 }
 
 // Clamped to 0..255; in every block the 8 lanes of `a`, then the 8 lanes of `b`.
@@ -230,8 +239,8 @@ LUMALANE_INLINE bytes<n> narrow_saturate(words<n> a) {
 
 // ---- Pixels ------------------------------------------------------------------------------------
 //
-// A sink weaves the channels of a group of n pixels into vectors of n bytes in memory order. What
-// it is given is split: in every block of 16 pixels the 8 even ones, then the 8 odd ones, as
+// A sink weaves the channels of a group of n pixels into vectors in memory order. What it is given
+// is split: in every block of 16 pixels the 8 even ones, then the 8 odd ones, as
 // narrow_saturate(even, odd) leaves them.
 
 template <int count, int n>
@@ -239,86 +248,47 @@ struct woven {
     bytes<n> part[count];
 };
 
-// Where the pixel of a split lane lies in its block of 16.
+// A vector of several blocks that is woven within its blocks does not come out in memory order. So
+// pixels and their chroma are dealt out over the blocks when they are loaded, for `count` parts, in
+// whatever way makes the weave for so many parts leave in order. One block needs no dealing.
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> load_pixels(const unsigned char *from) {
+    return load<n>(from);
+}
+
+template <int count, int n>
+LUMALANE_INLINE words<n> load_chroma(const unsigned char *from) {
+    return widen(load<n>(from));
+}
+
+// Where the pixel of a split lane lies in its block.
 LUMALANE_INLINE constexpr int pixel_of_split_lane(int lane) { return lane % 8 * 2 + lane / 8; }
 
-// In the plain order of memory, dealing is the identity for vectors of one block; wider vectors
-// deal the pixels of a group out so that parts woven within blocks leave in memory order:
-// `quarters` for 4 parts, `halves` for 2, `whole` as it is. Groups of pixels: 4 or 8 bytes, 2 or 4
-// chroma words.
-enum class deal { whole, halves, quarters };
-
-template <deal by, int n>
-LUMALANE_INLINE bytes<n> dealt(bytes<n> a) {
-    constexpr int blocks = n / 16, hands = by == deal::quarters ? 4 : 2, group = 16 / hands;
-    if constexpr (by == deal::whole || blocks < 2) {
-        return a;
-    } else {
-        bytes<n> r;
-        for (int i = 0; i < n; ++i) {
-            const int block = i / 16, hand = i % 16 / group;
-            r.lane[i] = a.lane[(hand * blocks + block) * group + i % group];
+template <int count>
+LUMALANE_INLINE woven<count, 16> weave_channels(const bytes<16> (&channels)[count]) {
+    woven<count, 16> r;
+    for (int c = 0; c < count; ++c)
+        for (int i = 0; i < 16; ++i) {
+            const int at = count * pixel_of_split_lane(i) + c;
+            r.part[at / 16].lane[at % 16] = channels[c].lane[i];
         }
-        return r;
-    }
-}
-
-template <deal by, int n>
-LUMALANE_INLINE words<n> dealt(words<n> a) {
-    constexpr int blocks = n / 8, hands = by == deal::quarters ? 4 : 2, group = 8 / hands;
-    if constexpr (by == deal::whole || blocks < 2) {
-        return a;
-    } else {
-        words<n> r;
-        for (int i = 0; i < n; ++i) {
-            const int block = i / 8, hand = i % 8 / group;
-            r.lane[i] = a.lane[(hand * blocks + block) * group + i % group];
-        }
-        return r;
-    }
-}
-
-// 2 bytes per pixel: first, second. Part p holds hand p of every block (see deal).
-template <int n>
-LUMALANE_INLINE woven<2, n> weave(bytes<n> first, bytes<n> second) {
-    woven<2, n> r;
-    for (int i = 0; i < n; ++i) {
-        const int block = i / 16 * 16, pixel = pixel_of_split_lane(i % 16);
-        const int at = block + pixel % 8 * 2;
-        r.part[pixel / 8].lane[at] = first.lane[i];
-        r.part[pixel / 8].lane[at + 1] = second.lane[i];
-    }
     return r;
 }
 
-// 4 bytes per pixel: first, second, third, 0. Part p holds hand p of every block.
-template <int n>
-LUMALANE_INLINE woven<4, n> weave_padded(bytes<n> first, bytes<n> second, bytes<n> third) {
-    woven<4, n> r;
-    for (int i = 0; i < n; ++i) {
-        const int block = i / 16 * 16, pixel = pixel_of_split_lane(i % 16);
-        unsigned char *at = r.part[pixel / 4].lane + block + pixel % 4 * 4;
-        at[0] = first.lane[i];
-        at[1] = second.lane[i];
-        at[2] = third.lane[i];
-        at[3] = 0;
-    }
-    return r;
+// 2 bytes per pixel: first, second.
+LUMALANE_INLINE woven<2, 16> weave(bytes<16> first, bytes<16> second) {
+    return weave_channels<2>({first, second});
 }
 
-// 3 bytes per pixel: first, second, third. The parts are in memory order for pixels dealt whole.
-template <int n>
-LUMALANE_INLINE woven<3, n> weave(bytes<n> first, bytes<n> second, bytes<n> third) {
-    woven<3, n> r;
-    for (int i = 0; i < n; ++i) {
-        const int pixel = i / 16 * 16 + pixel_of_split_lane(i % 16);
-        const unsigned char channel[] = {first.lane[i], second.lane[i], third.lane[i]};
-        for (int c = 0; c < 3; ++c) {
-            const int at = 3 * pixel + c;
-            r.part[at / n].lane[at % n] = channel[c];
-        }
-    }
-    return r;
+// 3 bytes per pixel: first, second, third.
+LUMALANE_INLINE woven<3, 16> weave(bytes<16> first, bytes<16> second, bytes<16> third) {
+    return weave_channels<3>({first, second, third});
+}
+
+// 4 bytes per pixel: first, second, third, 0.
+LUMALANE_INLINE woven<4, 16> weave_padded(bytes<16> first, bytes<16> second, bytes<16> third) {
+    return weave_channels<4>({first, second, third, fill_bytes<16>(0)});
 }
 
 } // namespace lumalane::LUMALANE_LANES

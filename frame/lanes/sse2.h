@@ -26,6 +26,7 @@ struct words<8> {
 
 #ifndef LUMALANE_WIDER_LANES
 inline constexpr int widest = 16;
+inline constexpr bool multiplies_rounded = false;
 #endif
 
 // ---- Memory ------------------------------------------------------------------------------------
@@ -133,12 +134,16 @@ LUMALANE_INLINE words<8> even(bytes<16> a) { return {_mm_and_si128(a.v, _mm_set1
 LUMALANE_INLINE words<8> odd(bytes<16> a) { return {_mm_srli_epi16(a.v, 8)}; }
 
 #ifndef LUMALANE_WIDER_LANES
-LUMALANE_INLINE words<8> even_times_4(bytes<16> a) {
-    return {_mm_and_si128(_mm_slli_epi16(a.v, 2), _mm_set1_epi16(0x03fc))};
+template <int factor>
+LUMALANE_INLINE words<8> even_times(bytes<16> a) {
+    return {
+        _mm_and_si128(_mm_slli_epi16(a.v, __builtin_ctz(factor)), _mm_set1_epi16(0xff * factor))};
 }
 
-LUMALANE_INLINE words<8> odd_times_4(bytes<16> a) {
-    return {_mm_and_si128(_mm_srli_epi16(a.v, 6), _mm_set1_epi16(0x03fc))};
+template <int factor>
+LUMALANE_INLINE words<8> odd_times(bytes<16> a) {
+    return {_mm_and_si128(_mm_srli_epi16(a.v, 8 - __builtin_ctz(factor)),
+                          _mm_set1_epi16(0xff * factor))};
 }
 #endif
 
@@ -155,17 +160,17 @@ struct woven {
     bytes<n> part[count];
 };
 
-enum class deal { whole, halves, quarters };
-
-template <deal>
-LUMALANE_INLINE bytes<16> dealt(bytes<16> a) {
-    return a;
+#ifndef LUMALANE_WIDER_LANES
+template <int count, int n>
+LUMALANE_INLINE bytes<n> load_pixels(const unsigned char *from) {
+    return load<n>(from);
 }
 
-template <deal>
-LUMALANE_INLINE words<8> dealt(words<8> a) {
-    return a;
+template <int count, int n>
+LUMALANE_INLINE words<n> load_chroma(const unsigned char *from) {
+    return widen(load<n>(from));
 }
+#endif
 
 // Interleaves the even pixels (lower halves) and the odd ones apart, then the two.
 LUMALANE_INLINE woven<2, 16> weave(bytes<16> first, bytes<16> second) {
