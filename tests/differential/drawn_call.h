@@ -1,0 +1,75 @@
+// One call with its arguments drawn at random, ready to be made on a model or on a function, with
+// its buffers anywhere in memory.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "frame/dispatch.h"
+#include "tests/differential/random.h"
+#include "tests/model/memory.h"
+
+namespace differential {
+
+// A place in one of the buffers of a call. Several pointers of a call may lie in one buffer: then
+// they share memory.
+struct spot {
+    std::size_t buffer;
+    std::ptrdiff_t offset;
+};
+
+// Where the buffers of a call lie in one run: the address of the offset 0 of each.
+struct placement {
+    std::vector<model::address> origins;
+
+    template <class T = unsigned char>
+    T *at(spot s) const {
+        return reinterpret_cast<T *>(origins[s.buffer] + s.offset);
+    }
+};
+
+struct buffer {
+    const char *name;
+    // A record has a size that counts as a whole, and is filled here after its random bytes; its
+    // pointers lie where the placement says.
+    std::size_t record_size = 0;
+    std::function<void(void *record, const placement &)> fill = {};
+};
+
+struct drawn_call {
+    std::string arguments; // for people
+    std::vector<buffer> buffers;
+    contrast_data contrast; // set before the call
+    std::function<void(model::memory &, const placement &)> on_model;
+    std::function<void(const lumalane::kernel_table &, const placement &)> on_function;
+
+    // Adds a buffer; returns its number.
+    std::size_t add(buffer b) {
+        buffers.push_back(std::move(b));
+        return buffers.size() - 1;
+    }
+
+    // Makes the call out of the tuple of arguments that `arguments_at` gives for a placement.
+    template <class Model, class Function, class Arguments>
+    void call(Model on_this_model, Function lumalane::kernel_table::*on_this,
+              Arguments arguments_at) {
+        on_model = [=](model::memory &m, const placement &places) {
+            std::apply(on_this_model, std::tuple_cat(std::tie(m), arguments_at(places)));
+        };
+        on_function = [=](const lumalane::kernel_table &functions, const placement &places) {
+            std::apply(functions.*on_this, arguments_at(places));
+        };
+    }
+};
+
+// A function that exists, by its name, and how its calls are drawn.
+struct subject {
+    const char *name;
+    drawn_call (*draw)(random &);
+};
+const std::vector<subject> &subjects();
+
+} // namespace differential

@@ -1,0 +1,104 @@
+// What the built files define: the shared library to its users, the objects of a lane set to the
+// linker.
+#include <algorithm>
+#include <cstdio>
+#include <set>
+#include <sstream>
+#include <string>
+#include <typeinfo>
+
+#include <gtest/gtest.h>
+
+#include "frame/signatures.h"
+
+namespace {
+
+std::string output_of(const std::string &command) {
+    std::string output;
+    FILE *const pipe = popen(command.c_str(), "r");
+    for (int c; (c = std::fgetc(pipe)) != EOF;)
+        output += static_cast<char>(c);
+    EXPECT_EQ(pclose(pipe), 0) << command;
+    return output;
+}
+
+// The lines of the output of `command` that have `part` in them.
+std::string lines_with(const std::string &part, const std::string &command) {
+    std::istringstream lines(output_of(command));
+    std::string found;
+    for (std::string line; std::getline(lines, line);)
+        if (line.find(part) != line.npos)
+            found += line + '\n';
+    return found;
+}
+
+const std::string dynamic_section = LUMALANE_READELF " -dW '" LUMALANE_SHARED_LIBRARY "'";
+const std::string program_headers = LUMALANE_READELF " -lW '" LUMALANE_SHARED_LIBRARY "'";
+
+// "_Z" and the length of the name, the name, and the types of the arguments, which the name of the
+// function's type has between "Fv" and "E".
+std::string decorated(const std::string &name, const std::type_info &function) {
+    const std::string type = function.name();
+    return "_Z" + std::to_string(name.size()) + name + type.substr(2, type.size() - 3);
+}
+
+TEST(shared_library, exports_exactly_the_functions_that_exist) {
+    const std::multiset<std::string> existing = {
+#define LUMALANE_EXPORT(signature, name) decorated(#name, typeid(decltype(name))) + " T",
+#include "frame/exports.inc"
+#undef LUMALANE_EXPORT
+    };
+    std::istringstream lines(
+        output_of(LUMALANE_NM " -D -P --defined-only '" LUMALANE_SHARED_LIBRARY "'"));
+    std::multiset<std::string> exported;
+    for (std::string line; std::getline(lines, line);)
+        exported.insert(line.substr(0, line.find(' ', line.find(' ') + 1)));
+    EXPECT_EQ(exported, existing);
+}
+
+TEST(shared_library, is_named_after_its_interface) {
+    EXPECT_NE(lines_with("(SONAME)", dynamic_section).find("[liblumalane.so.1]"),
+              std::string::npos);
+}
+
+TEST(shared_library, needs_no_other_library) {
+    EXPECT_EQ(lines_with("(NEEDED)", dynamic_section), "");
+}
+
+TEST(shared_library, has_a_stack_that_is_not_executable) {
+    const std::string stack = lines_with("GNU_STACK", program_headers);
+    EXPECT_NE(stack.find(" RW "), std::string::npos) << stack;
+}
+
+TEST(shared_library, is_read_only_once_it_is_loaded) {
+    EXPECT_NE(lines_with("GNU_RELRO", program_headers), "");
+    EXPECT_NE(lines_with("NOW", dynamic_section), "");
+}
+
+class lane_set_objects : public testing::TestWithParam<const char *> {};
+
+// What two objects define under one name the linker takes from either: code for a newer processor
+// must not be what it picks for an older one. So everything lies in the namespace of the lane set.
+TEST_P(lane_set_objects, define_nothing_outside_of_their_namespace) {
+    const std::string lanes = GetParam();
+    const std::string within = "8lumalane" + std::to_string(lanes.size()) + lanes;
+    std::istringstream symbols(output_of(
+        LUMALANE_NM " -P -g --defined-only '@" LUMALANE_OBJECT_LISTS "/" + lanes + ".objects'"));
+    int defined = 0;
+    for (std::string name, line; symbols >> name && std::getline(symbols, line);) {
+        const bool names_its_file = name.back() == ':';
+        const bool program_counter_thunk = name.starts_with("__x86.get_pc_thunk.");
+        if (names_its_file || program_counter_thunk)
+            continue;
+        // In front of the namespace an encoding has only letters: _ZN, _ZNK, _ZZN, _ZTVN ...
+        const std::size_t first_digit = std::min(name.find_first_of("0123456789"), name.size());
+        EXPECT_EQ(name.substr(first_digit, within.size()), within) << name;
+        ++defined;
+    }
+    EXPECT_GT(defined, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(lanes, lane_set_objects, testing::Values("portable", "sse2", "avx2"),
+                         [](const auto &lanes) { return std::string(lanes.param); });
+
+} // namespace

@@ -1,0 +1,61 @@
+// Every access of a model goes through one object, which knows the buffers of the call and keeps
+// the exact footprint in each of them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace model {
+
+// Addresses are numbers here, so that a pointer that is moved past its buffer after the last row
+// (and never used again) means nothing.
+using address = std::uintptr_t;
+
+inline address address_of(const void *pointer) { return reinterpret_cast<address>(pointer); }
+
+// The bytes [first, end); empty if nothing was touched.
+struct extent {
+    address first = 0;
+    address end = 0;
+    bool empty() const { return first == end; }
+};
+
+// Thrown by an access outside of every buffer.
+struct stray_access {
+    address where;
+};
+
+class memory {
+public:
+    // Lets the model touch the bytes of one more buffer. Buffers are numbered 0, 1 ...
+    void add(extent bytes) { buffers.push_back({bytes, {}}); }
+
+    std::uint8_t load(address where) { return *touch(where); }
+    void store(address where, std::uint8_t value) { *touch(where) = value; }
+
+    // Reads a field of a record, byte by byte.
+    template <class T>
+    T field(const T &record_field) {
+        T value;
+        for (std::size_t i = 0; i < sizeof(T); ++i)
+            reinterpret_cast<std::uint8_t *>(&value)[i] = load(address_of(&record_field) + i);
+        return value;
+    }
+
+    // From the lowest to the highest byte of the buffer that was read or written.
+    extent footprint(std::size_t number) const { return buffers[number].touched; }
+
+private:
+    struct buffer {
+        extent bytes;
+        extent touched;
+    };
+
+    std::uint8_t *touch(address where);
+
+    std::vector<buffer> buffers;
+    std::size_t latest = 0; // the buffer of the latest access: most often that of the next one
+};
+
+} // namespace model

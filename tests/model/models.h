@@ -1,0 +1,15 @@
+// The plain model of every exported function: its name, its arguments behind the memory it works
+// in. Written straight from the description of the function, sample by sample, in the order of
+// reads and writes that it promises; it shares nothing with the library but the public header.
+#pragma once
+
+#include "frame/signatures.h"
+#include "tests/model/memory.h"
+
+namespace model {
+
+#define LUMALANE_EXPORT(signature, name) void name(memory &, LUMALANE_PARAMETERS_##signature);
+#include "frame/exports.inc"
+#undef LUMALANE_EXPORT
+
+} // namespace model

@@ -1,0 +1,48 @@
+// Before get_contrast_data() is called for the first time: a program of its own.
+#include <vector>
+
+#include "tests/lane_sets.h"
+
+namespace {
+
+class before_any_parameters : public tests::on_each_lane_set {
+protected:
+    static constexpr int width = 64, height = 4;
+
+    std::vector<unsigned char> samples = std::vector<unsigned char>(width * height, 200);
+    std::vector<unsigned char> dst = std::vector<unsigned char>(4 * width * height, 0xa5);
+    tag_ajust_contrast_info info{};
+
+    void load(void (*function)(LUMALANE_PARAMETERS_picture), int dst_pitch) {
+        info.surface_height = info.rows_to_plane_end = height;
+        function(samples.data(), samples.data(), samples.data(), dst.data(), width, height, width,
+                 dst_pitch, &info);
+    }
+};
+
+TEST_P(before_any_parameters, every_adjusted_sample_is_0) {
+    load(loadimage_yv12_ajust, width);
+    const std::size_t written = width * height * 3 / 2;
+    EXPECT_EQ(std::vector(dst.begin(), dst.begin() + written),
+              std::vector<unsigned char>(written, 0));
+}
+
+TEST_P(before_any_parameters, every_adjusted_pixel_is_the_green_of_three_zero_samples) {
+    load(loadimage_rgb32_ajust, 4 * width);
+    for (std::size_t i = 0; i < dst.size(); i += 4)
+        ASSERT_EQ(std::vector(dst.begin() + i, dst.begin() + i + 4),
+                  (std::vector<unsigned char>{0, 137, 0, 0}))
+            << "pixel " << i / 4;
+    load(loadimage_rgb24_ajust, 3 * width);
+    for (std::size_t i = 0; i < 3u * width * height; i += 3)
+        ASSERT_EQ(std::vector(dst.begin() + i, dst.begin() + i + 3),
+                  (std::vector<unsigned char>{0, 137, 0}))
+            << "pixel " << i / 3;
+    load(loadimage_rgb16_ajust, 2 * width);
+    for (std::size_t i = 0; i < 2u * width * height; i += 2)
+        ASSERT_EQ(dst[i] | dst[i + 1] << 8, 137 >> 2 << 5) << "pixel " << i / 2;
+}
+
+INSTANTIATE_ON_EACH_LANE_SET(before_any_parameters);
+
+} // namespace
