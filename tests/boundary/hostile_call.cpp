@@ -1,0 +1,103 @@
+#include "tests/boundary/hostile_call.h"
+
+#include <bit>
+#include <cstdint>
+#include <utility>
+
+#include "tests/boundary/call_record.h"
+
+namespace {
+
+using boundary::word;
+
+constexpr word direction_flag = 1 << 10;
+constexpr word empty_tags = 0xffff;
+
+lumalane::kernel_table called;
+word stack_offset = 0;
+boundary::report so_far;
+
+__attribute__((target("avx"))) bool upper_halves_in_use() {
+    std::uint64_t halves[2];
+    __asm__ volatile("vorps %%ymm1, %%ymm0, %%ymm0\n\t"
+                     "vorps %%ymm2, %%ymm0, %%ymm0\n\t"
+                     "vorps %%ymm3, %%ymm0, %%ymm0\n\t"
+                     "vorps %%ymm4, %%ymm0, %%ymm0\n\t"
+                     "vorps %%ymm5, %%ymm0, %%ymm0\n\t"
+                     "vorps %%ymm6, %%ymm0, %%ymm0\n\t"
+                     "vorps %%ymm7, %%ymm0, %%ymm0\n\t"
+                     "vextractf128 $1, %%ymm0, %0\n\t"
+                     "vzeroupper"
+                     : "=m"(halves)
+                     :
+                     : "xmm0");
+    return halves[0] != 0 || halves[1] != 0;
+}
+
+void complain(const char *function, const char *what) {
+    if (so_far.complaint.empty())
+        so_far.complaint = std::string(function) + " " + what + " (stack at +" +
+                           std::to_string(stack_offset) + ")";
+}
+
+template <class Function, class... Arguments>
+void call(const char *name, Function function, Arguments... arguments) {
+    static const bool has_upper_halves = __builtin_cpu_supports("avx");
+    if (has_upper_halves)
+        __asm__ volatile("vzeroupper");
+
+    boundary::call_record record{};
+    record.function = reinterpret_cast<void (*)()>(function);
+    record.stack_offset = stack_offset;
+    word *next = record.arguments;
+    ((*next++ = std::bit_cast<word>(arguments)), ...);
+    record.before = {0xb0b1b2b3, 0x50515253, 0xd0d1d2d3, 0xe0e1e2e3, 0};
+    boundary::hostile_call(&record);
+
+    ++so_far.calls;
+    if (record.after != record.before)
+        complain(name, "changes ebx, esi, edi, ebp or esp");
+    if (record.flags & direction_flag)
+        complain(name, "leaves the direction flag set");
+    if ((record.environment.tags & empty_tags) != empty_tags)
+        complain(name, "leaves the multimedia state in use");
+    if ((record.environment.control & 0xffff) != record.own_control_word)
+        complain(name, "changes the floating-point control word");
+    if (has_upper_halves && upper_halves_in_use())
+        complain(name, "leaves the upper halves of the wide registers in use");
+}
+
+namespace hostile {
+#define LUMALANE_EXPORT(signature, name)                                                           \
+    void name(LUMALANE_PARAMETERS_##signature) {                                                   \
+        call(#name, called.name, LUMALANE_ARGUMENTS_##signature);                                  \
+    }
+#include "frame/exports.inc"
+#undef LUMALANE_EXPORT
+} // namespace hostile
+
+} // namespace
+
+namespace boundary {
+
+std::vector<differential::target> hostile_callers(const lumalane::kernel_table &functions) {
+    called = functions;
+    std::vector<differential::target> callers;
+    for (const auto &[name, offset] : {std::pair{"stack at +0", 0u},
+                                       {"stack at +4", 4u},
+                                       {"stack at +8", 8u},
+                                       {"stack at +12", 12u}}) {
+        const lumalane::kernel_table calling = {
+            name,
+#define LUMALANE_EXPORT(signature, name) hostile::name,
+#include "frame/exports.inc"
+#undef LUMALANE_EXPORT
+        };
+        callers.push_back({calling, [offset = offset] { stack_offset = offset; }});
+    }
+    return callers;
+}
+
+const report &calls_so_far() { return so_far; }
+
+} // namespace boundary
