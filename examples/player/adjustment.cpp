@@ -1,0 +1,29 @@
+#include "examples/player/adjustment.h"
+
+#include "frame/lumalane.h"
+
+namespace player {
+namespace {
+
+// The library's gains are in 1/64. 200 % is the most that cannot wrap: 255 * 128 < 32768.
+int gain(int percent) { return (percent * 64 + 50) / 100; }
+
+// A gain multiplies the whole sample and so moves the middle of the range, 128, to 2 * gain; this
+// offset brings it back. For chroma that is a must: 128 stands for no colour, and any other middle
+// would tint the picture. For luma it makes contrast pivot around middle grey, so that dark parts
+// become darker as bright parts become brighter.
+int recentre(int gain) { return 128 - 2 * gain; }
+
+} // namespace
+
+void adjustment::apply() const {
+    contrast_data data{};
+    data.y_gain = gain(contrast);
+    data.uv_gain = gain(saturation);
+    data.y_offset = recentre(data.y_gain);
+    data.y_offset_extra = brightness;
+    data.u_offset = data.v_offset = recentre(data.uv_gain);
+    get_contrast_data(&data);
+}
+
+} // namespace player

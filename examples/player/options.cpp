@@ -1,0 +1,69 @@
+#include "examples/player/options.h"
+
+#include "examples/player/failure.h"
+#include "examples/player/keys.h"
+#include "examples/player/lanes.h"
+#include "examples/player/surface.h"
+
+#include <CLI/CLI.hpp>
+#include <climits>
+
+namespace player {
+
+std::optional<options> parse(int argc, char **argv) {
+    options chosen;
+    std::vector<std::string> surfaces;
+    for (const surface_format &format : surface_formats())
+        surfaces.emplace_back(format.name);
+    std::string surface_name = surfaces.front();
+
+    CLI::App app{"Plays a video through Lumalane.", "lumalane-player"};
+    const CLI::Option *file =
+        app.add_option("FILE", chosen.file,
+                       "Any video that libavformat reads (a clip of tulips, repeated)")
+            ->type_name("");
+    app.add_flag("--repeat", chosen.repeat, "Start again at the end");
+    app.add_option("--frames", chosen.frames, "Stop after so many frames (all)")
+        ->type_name("N")
+        ->check(CLI::Range(1L, LONG_MAX).description(""));
+    app.add_option("--surface", surface_name, "What the library fills (" + surface_name + ")")
+        ->type_name("NAME")
+        ->check(CLI::IsMember(surfaces, CLI::ignore_case));
+    app.add_option("--lanes", chosen.lanes, "The lane set that runs (the widest)")
+        ->type_name("NAME")
+        ->check(CLI::IsMember(lane_set_names(), CLI::ignore_case));
+    const auto add_control = [&app](const char *name, int &value, control_range range,
+                                    const char *unit) {
+        const auto text = [](int number) { return std::to_string(number); };
+        app.add_option(name, value,
+                       text(range.least) + " to " + text(range.most) + unit + " (" + text(value) +
+                           ")")
+            ->type_name("N")
+            ->check(CLI::Range(range.least, range.most).description(""));
+    };
+    add_control("--brightness", chosen.picture.brightness, brightness_range, " levels");
+    add_control("--contrast", chosen.picture.contrast, gain_range, " %");
+    add_control("--saturation", chosen.picture.saturation, gain_range, " %");
+    app.add_option("--png", chosen.png_directory,
+                   "Write the frames as PNG files into this directory; needs no display")
+        ->type_name("DIR");
+    app.footer(describe_keys());
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success &help) {
+        app.exit(help);
+        return std::nullopt;
+    } catch (const CLI::ParseError &wrong) {
+        throw failure(wrong.what());
+    }
+
+    chosen.surface = find_surface_format(surface_name);
+    if (file->empty()) {
+        chosen.file = LUMALANE_PLAYER_CLIP;
+        chosen.repeat |= chosen.png_directory.empty();
+    }
+    return chosen;
+}
+
+} // namespace player

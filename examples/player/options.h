@@ -1,0 +1,26 @@
+// The command line.
+#pragma once
+
+#include "examples/player/adjustment.h"
+
+#include <optional>
+#include <string>
+
+namespace player {
+
+struct surface_format;
+
+struct options {
+    std::string file;
+    bool repeat = false;
+    std::optional<long> frames; // none: all
+    const surface_format *surface = nullptr;
+    std::string lanes; // empty: the widest that the processor runs
+    adjustment picture;
+    std::string png_directory; // empty: show a window
+};
+
+// Nothing if help was asked for and has been printed. Throws failure if the arguments are wrong.
+std::optional<options> parse(int argc, char **argv);
+
+} // namespace player

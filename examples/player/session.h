@@ -1,0 +1,69 @@
+// One run of the player: a video, the picture in hand, and how it is loaded.
+#pragma once
+
+#include "examples/player/decoder.h"
+#include "examples/player/keys.h"
+#include "examples/player/options.h"
+#include "examples/player/picture.h"
+#include "examples/player/surface.h"
+
+#include <chrono>
+#include <string>
+
+namespace player {
+
+// Counts frames and the time that the library took for them.
+class meter {
+public:
+    using clock = std::chrono::steady_clock;
+
+    void count(std::chrono::nanoseconds library_time);
+
+    long frames() const { return counted; }
+    std::chrono::duration<double> age() const { return clock::now() - start; }
+    double frames_per_second() const { return static_cast<double>(counted) / age().count(); }
+    double library_microseconds() const; // per frame
+
+private:
+    clock::time_point start = clock::now();
+    std::chrono::nanoseconds library{};
+    long counted = 0;
+};
+
+class session {
+public:
+    // Throws failure, as the functions of decoder do.
+    explicit session(const options &start_with);
+
+    // Shows so many frames at most.
+    void stop_after(long frames);
+
+    // Decodes the next frame and loads it; false when there are no more to show.
+    bool advance();
+
+    // Loads the picture in hand again, for a change to be seen while it stands still.
+    void reload();
+
+    // Changes how pictures are loaded; `pause` and `quit` change nothing here.
+    void obey(command wish);
+
+    const decoder &video() const { return input; }
+    const surface &loaded() const { return target; }
+
+    // Surface, lane set and what is adjusted, in words.
+    std::string describe() const;
+    std::string summary() const;
+
+    meter recent; // restarted by whoever shows it
+
+private:
+    std::chrono::nanoseconds load();
+
+    options chosen;
+    decoder input;
+    picture current;
+    surface target;
+    meter whole;
+};
+
+} // namespace player
