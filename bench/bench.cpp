@@ -1,0 +1,187 @@
+// Measures every function of the library beside the same conversion by other libraries and beside
+// memcpy of as many bytes as the function writes.
+#include "bench/contest.h"
+#include "bench/library.h"
+#include "bench/other_build.h"
+#include "bench/peers.h"
+#include "bench/report.h"
+
+#include <CLI/CLI.hpp>
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <optional>
+#include <regex>
+#include <sstream>
+#include <stdexcept>
+
+namespace lumalane::bench {
+namespace {
+
+struct options {
+    std::vector<std::string> lanes; // the first is what all others are compared with
+    std::string beside_name;        // empty: nobody
+    std::string beside_program;
+    int rounds = 9;
+    double milliseconds = 10;
+};
+
+// In the order of `jobs`.
+const std::vector<peer> &peers_of(const job &job) {
+    static const std::vector<peer> peers[] = {
+#define LUMALANE_JOB(name, pitch, bytes, ...) {__VA_ARGS__},
+#include "bench/jobs.inc"
+#undef LUMALANE_JOB
+    };
+    return peers[&job - jobs];
+}
+
+constexpr char copy[] = "memcpy";
+
+std::string title(const std::string &lanes) { return "Lumalane " + lanes; }
+
+// Everybody who may compete, in the order of the columns.
+std::vector<std::string> contestant_names(const options &options) {
+    std::vector<std::string> names;
+    for (const std::string &lanes : options.lanes)
+        names.push_back(title(lanes));
+    if (!options.beside_name.empty())
+        names.push_back(options.beside_name);
+    for (const job &job : jobs)
+        for (const peer &peer : peers_of(job))
+            if (std::find(names.begin(), names.end(), peer.library) == names.end())
+                names.push_back(peer.library);
+    names.push_back(copy);
+    return names;
+}
+
+void measure(benchmark::State &state, const job &job, size picture, const options &options) {
+    scene scene(picture, job.dst_pitch_per_pixel);
+    const std::size_t bytes = job.bytes_per_pixel * picture.pixels();
+    const buffer copied(bytes);
+
+    std::vector<contestant> contestants;
+    for (const std::string &lanes : options.lanes)
+        contestants.push_back(
+            {title(lanes), [&](long calls) { return time(job, scene, lanes, calls); }});
+    std::optional<other_build> beside;
+    if (!options.beside_name.empty()) {
+        beside.emplace(options.beside_program, job.name, options.lanes.front(), picture);
+        contestants.push_back(
+            {options.beside_name, [&](long calls) { return beside->time(calls); }});
+    }
+    for (const peer &peer : peers_of(job))
+        contestants.push_back({peer.library, [convert = peer.prepare(scene)](long calls) {
+                                   return time(convert, calls);
+                               }});
+    contestants.push_back(
+        {copy, [&](long calls) {
+             return time([&] { std::memcpy(scene.dst.data(), copied.data(), bytes); }, calls);
+         }});
+
+    for (contestant &contestant : contestants)
+        calibrate(contestant, options.milliseconds / 1000);
+    const contestant &ours = contestants.front();
+    for (auto _ : state) {
+        round(contestants);
+        state.SetIterationTime(ours.seconds.back());
+    }
+    for (const contestant &contestant : contestants) {
+        state.counters[contestant.name] = median(contestant.seconds) * 1e9 / picture.pixels();
+        state.counters[quotient(contestant.name)] = paired_ratio(contestant, ours);
+    }
+}
+
+void print_head(const options &options, std::ostream &out) {
+    out << "Measured on " << machine() << "; " << peer_versions() << ".\n"
+        << "Nanoseconds per pixel, medians of " << options.rounds << " rounds of at least "
+        << options.milliseconds << " ms each. In brackets: how many times as long as "
+        << title(options.lanes.front()) << " (median of the rounds' quotients).\n\n"
+        << "| Function | Bytes written per pixel | Peers |\n|---|---:|---|\n";
+    for (const job &job : jobs) {
+        out << "| `" << job.name << "` | " << job.bytes_per_pixel << " | ";
+        for (const peer &peer : peers_of(job))
+            out << peer.library << ' ' << peer.way << ", ";
+        out << copy << " |\n";
+    }
+}
+
+void add_measurements(const std::vector<size> &pictures, const std::regex &filter,
+                      const options &options) {
+    for (size picture : pictures)
+        for (const job &job : jobs) {
+            std::ostringstream name;
+            name << picture << '/' << job.name;
+            if (!std::regex_search(name.str(), filter))
+                continue;
+            const auto run = [&options, &job, picture](benchmark::State &state) {
+                measure(state, job, picture, options);
+            };
+            benchmark::RegisterBenchmark(name.str().c_str(), run)
+                ->Iterations(options.rounds)
+                ->UseManualTime();
+        }
+}
+
+int run(int argc, char **argv) {
+    options options;
+    std::vector<size> pictures{{320, 240}, {1280, 720}, {1920, 1080}, {3840, 2160}};
+    std::string lanes;
+    bool all_lanes = false;
+    std::string filter = ".";
+    std::string beside;
+    std::string json;
+    std::string csv = "/dev/null";
+    std::vector<std::string> sets = lane_sets();
+    std::reverse(sets.begin(), sets.end());
+
+    CLI::App app("Times the functions of Lumalane beside other libraries and memcpy.");
+    app.add_option("--sizes", pictures, "instead of the usual four")
+        ->delimiter(',')
+        ->type_name("WIDTHxHEIGHT,...");
+    app.add_option("--filter", filter, "only the matching, as 1920x1080/.*rgb32$")
+        ->type_name("REGEX");
+    app.add_option("--lanes", lanes, "run this lane set instead of the widest")
+        ->check(CLI::IsMember(sets));
+    app.add_flag("--all-lanes", all_lanes, "run every lane set that this processor has")
+        ->excludes("--lanes");
+    app.add_option("--beside", beside, "also the lumalane_timer of another build")
+        ->type_name("NAME=PROGRAM");
+    app.add_option("--rounds", options.rounds, "rounds per measurement")
+        ->check(CLI::PositiveNumber);
+    app.add_option("--milliseconds", options.milliseconds, "least duration of a turn");
+    app.add_option("--json", json, "write Google Benchmark's JSON too")->type_name("FILE");
+    app.add_option("--csv", csv, "write the table as CSV too")->type_name("FILE");
+    CLI11_PARSE(app, argc, argv);
+
+    options.lanes = all_lanes ? sets : std::vector{lanes.empty() ? sets.front() : lanes};
+    options.beside_name = beside.substr(0, beside.find('='));
+    options.beside_program = beside.substr(beside.find('=') + 1);
+    add_measurements(pictures, std::regex(filter), options);
+
+    std::string program = argv[0];
+    std::string out = "--benchmark_out=" + json;
+    char *arguments[] = {program.data(), out.data(), nullptr};
+    int count = 2;
+    benchmark::Initialize(&count, arguments);
+
+    std::ofstream csv_file(csv);
+    if (!csv_file)
+        throw std::runtime_error("cannot write " + csv);
+    report report(contestant_names(options), std::cout, csv_file);
+    print_head(options, std::cout);
+    return benchmark::RunSpecifiedBenchmarks(&report) ? 0 : 1;
+}
+
+} // namespace
+} // namespace lumalane::bench
+
+int main(int argc, char **argv) try {
+    return lumalane::bench::run(argc, argv);
+} catch (const std::exception &error) {
+    std::cerr << "lumalane_bench: " << error.what() << '\n';
+    return 1;
+}

@@ -1,0 +1,56 @@
+#include "bench/contest.h"
+
+#include <algorithm>
+#include <ctime>
+#include <functional>
+
+namespace lumalane::bench {
+namespace {
+
+// The processor's time of this thread: other programs that run meanwhile do not count.
+double now() {
+    timespec spent;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &spent);
+    return spent.tv_sec + spent.tv_nsec * 1e-9;
+}
+
+} // namespace
+
+double time(const task &work, long calls) {
+    work();
+    const double start = now();
+    for (long i = 0; i < calls; ++i)
+        work();
+    return now() - start;
+}
+
+void calibrate(contestant &contestant, double seconds) {
+    for (;;) {
+        const double taken = contestant.time(contestant.calls);
+        if (taken >= seconds)
+            return;
+        // A fifth more than the proportion says, but never a wild guess from a short run.
+        const double factor = std::clamp(1.2 * seconds / taken, 1.2, 100.0);
+        contestant.calls = long(contestant.calls * factor) + 1;
+    }
+}
+
+void round(std::vector<contestant> &contestants) {
+    for (contestant &contestant : contestants)
+        contestant.seconds.push_back(contestant.time(contestant.calls) / contestant.calls);
+}
+
+double median(std::vector<double> values) {
+    const auto middle = values.begin() + values.size() / 2;
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+double paired_ratio(const contestant &a, const contestant &b) {
+    std::vector<double> quotients(a.seconds.size());
+    std::transform(a.seconds.begin(), a.seconds.end(), b.seconds.begin(), quotients.begin(),
+                   std::divides<>());
+    return median(quotients);
+}
+
+} // namespace lumalane::bench

@@ -1,0 +1,33 @@
+// Timing in turns: A B C, A B C, ... so that whatever disturbs the machine disturbs all alike.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace lumalane::bench {
+
+using task = std::function<void()>;
+
+// Seconds that `calls` runs of the work take, after one that is not counted.
+double time(const task &work, long calls);
+
+struct contestant {
+    std::string name;
+    std::function<double(long calls)> time;
+    long calls = 1;                // per round
+    std::vector<double> seconds{}; // per call, one entry per round
+};
+
+// Raises `calls` until a round of this contestant takes at least `seconds`.
+void calibrate(contestant &contestant, double seconds);
+
+// One round: everybody once, in order.
+void round(std::vector<contestant> &contestants);
+
+double median(std::vector<double> values);
+
+// Median of the quotients of the rounds, a's time over b's.
+double paired_ratio(const contestant &a, const contestant &b);
+
+} // namespace lumalane::bench
