@@ -8,7 +8,10 @@ target_compile_options(lumalane_warnings INTERFACE -Wall -Wextra -Wshadow
 # Each is compiled once per lane set.
 set(kernel_files
     frame/kernels.cpp
+    load/yuy2_to_rgb.cpp
+    load/yuy2_to_yuy2.cpp
     load/yv12_to_rgb.cpp
+    load/yv12_to_yuy2.cpp
     load/yv12_to_yv12.cpp)
 
 set(frame_files frame/adjustment.cpp frame/dispatch.cpp frame/exports.cpp)
@@ -39,23 +42,29 @@ target_compile_options(
             $<$<BOOL:${x86_32}>:-march=pentium3>
             $<$<AND:$<BOOL:${x86_32}>,$<NOT:$<BOOL:${WIN32}>>>:-mstackrealign>)
 
+set(lane_sets portable sse2 avx2)
 set(lane_flags_portable "")
 set(lane_flags_sse2 -msse2)
 set(lane_flags_avx2 -mavx2)
 
+# lumalane_lanes(TARGET LANES FILE ...): the objects of the files, compiled for the lane set.
+function(lumalane_lanes target lanes)
+  add_library(${target} OBJECT ${ARGN})
+  target_link_libraries(${target} PRIVATE lumalane_options)
+  target_compile_definitions(${target} PRIVATE LUMALANE_LANES=${lanes})
+  target_compile_options(${target} PRIVATE ${lane_flags_${lanes}})
+  set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+endfunction()
+
 set(objects "")
-foreach(lanes portable sse2 avx2)
-  add_library(lumalane_lanes_${lanes} OBJECT ${kernel_files})
-  target_link_libraries(lumalane_lanes_${lanes} PRIVATE lumalane_options)
-  target_compile_definitions(lumalane_lanes_${lanes} PRIVATE LUMALANE_LANES=${lanes})
-  target_compile_options(lumalane_lanes_${lanes} PRIVATE ${lane_flags_${lanes}})
+foreach(lanes IN LISTS lane_sets)
+  lumalane_lanes(lumalane_lanes_${lanes} ${lanes} ${kernel_files})
   list(APPEND objects $<TARGET_OBJECTS:lumalane_lanes_${lanes}>)
 endforeach()
 add_library(lumalane_frame OBJECT ${frame_files})
 target_link_libraries(lumalane_frame PRIVATE lumalane_options)
 list(APPEND objects $<TARGET_OBJECTS:lumalane_frame>)
-set_target_properties(lumalane_lanes_portable lumalane_lanes_sse2 lumalane_lanes_avx2 lumalane_frame
-                      PROPERTIES POSITION_INDEPENDENT_CODE ON)
+set_target_properties(lumalane_frame PROPERTIES POSITION_INDEPENDENT_CODE ON)
 
 add_library(lumalane_static STATIC ${objects})
 add_library(lumalane::static ALIAS lumalane_static)

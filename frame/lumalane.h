@@ -268,11 +268,20 @@ LUMALANE_API void loadimage_rgb16_ajust(unsigned char *src, unsigned char *src_u
                                         int height, int src_pitch, int dst_pitch,
                                         tag_ajust_contrast_info *info);
 
-// Declared for callers that bind to the finished library; a function that does not exist yet is
-// missing at link time. The README has the table of those that do.
-
-// YV12 to YUY2: plain, adjusted, adjusted with grey chroma; to half the width as YUY2 (averaged)
-// and as YV12 (every second sample).
+// YV12 to YUY2, plain, adjusted, and adjusted with grey chroma (every U and V byte 128). Both rows
+// of a pair get the same chroma row; no interpolation. Steps of 16 pixels; info is not read.
+//   loadimage_yuy2              row pairs, as loadimage_rgb32(). Of every lower row the first 8
+//   bytes
+//                               of each 32 (pixels 0 to 3 of 16) are not written.
+//   loadimage_yuy2_ajust        one row after the other: with a width off the step every row starts
+//                               further right, and the lower row of a pair reads its chroma further
+//                               right than the upper one. Writes nothing for a height of 8 or less
+//                               (signed) or an odd one.
+//   loadimage_yuy2_mono_ajust   rows as above, any height. src_u and src_v are not read.
+//   loadimage_half_yuy2_ajust   rows as above, any height; half the width: width / 2 pixels
+//   (`width`
+//                               bytes) per row, all rows. Two neighbours make one sample, their
+//                               average rounded up, U with U and V with V, before the adjustment.
 LUMALANE_API void loadimage_yuy2(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
                                  unsigned char *dst, int width, int height, int src_pitch,
                                  int dst_pitch, tag_ajust_contrast_info *info);
@@ -288,13 +297,25 @@ LUMALANE_API void loadimage_half_yuy2_ajust(unsigned char *src, unsigned char *s
                                             unsigned char *src_v, unsigned char *dst, int width,
                                             int height, int src_pitch, int dst_pitch,
                                             tag_ajust_contrast_info *info);
+
+// YV12 to YV12 of half the width, adjusted; of two neighbours the second stays. Y at dst, height
+// rows of width / 2 bytes; V at dst + height * dst_pitch; U (dst_pitch / 2) * (height / 2) bytes
+// after V; both with height / 2 rows of width / 4 bytes, dst_pitch / 2 apart. V gets the V offset
+// and U the U offset. Y is worked in steps of 16 source samples and drifts with a width off the
+// step. Chroma does not: what whole steps leave over gets one more step of 16 samples and 8 bytes
+// that ends where the row ends (for rows shorter than a step it begins before the row). At least
+// one row of each plane. info is not read.
 LUMALANE_API void loadimage_half_yv12_ajust(unsigned char *src, unsigned char *src_u,
                                             unsigned char *src_v, unsigned char *dst, int width,
                                             int height, int src_pitch, int dst_pitch,
                                             tag_ajust_contrast_info *info);
 
-// YUY2 to YUY2 and RGB. src_pitch is counted in pixels; src_u and src_v are not read. Both rows of
-// a pair take the chroma of the upper one.
+// Packed YUY2 to YUY2, RGB16, RGB24 and RGB32, plain and adjusted. src_pitch is counted in pixels
+// (rows lie 2 * src_pitch bytes apart); src_u and src_v are not read; info is read by the RGB16
+// functions alone. Two rows at a time: the lower row keeps its luma and takes the chroma of the
+// upper one. Steps of 8 pixels to YUY2, of 16 to RGB; the last step reads and writes up to the next
+// multiple, but rows do not drift: each pair starts two pitches below the one before. (A width of 0
+// is worked as one step and does drift by it.)
 LUMALANE_API void LoadYUY2_YUY2(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
                                 unsigned char *dst, int width, int height, int src_pitch,
                                 int dst_pitch, tag_ajust_contrast_info *info);

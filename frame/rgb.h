@@ -18,7 +18,7 @@ struct rgb_pixels {
 };
 
 struct to_rgb {
-    static constexpr bool is_stage = true;
+    static constexpr bool is_part = true;
 
     // Coefficients as 16-bit fractions of the shifted samples.
     static constexpr int y_to_all = 19071;   // 1.164 of Y - 16, shifted left by 2

@@ -1,16 +1,18 @@
-// What flows through a pipeline of stages, and the pipe itself.
+// What flows through a pipeline, and the pipe itself.
 //
-// A step works on a group of 2n pixels of one or two rows. Its n chroma samples go through chroma()
-// of every stage first and end as what the rows of the step share; then the 2n luma samples of each
-// row go through luma() of every stage and into the sink's row().
+// A pipeline is a source, stages and a sink: planar{} | adjusted | to_rgb{} | rgb32{}. A step works
+// on a group of pixels of one or two rows. The source's chroma samples go through chroma() of every
+// stage and end as what the rows of the step share; then the luma samples of each row go through
+// luma() of every stage, which may look at that, and into the sink's row().
 #pragma once
 
 #include "frame/lanes/lanes.h"
 
 namespace lumalane::LUMALANE_LANES {
 
-// Samples in 16-bit lanes. A stage may leave them with a bias, which whoever takes them away does
-// so together with a constant of its own.
+// Samples on their way to RGB: chroma of 2n pixels, luma even and odd pixels apart. A stage may
+// leave them with a bias, which whoever takes them away does so together with a constant of its
+// own.
 template <int n, int bias = 0>
 struct chroma_samples {
     words<n> u, v;
@@ -21,44 +23,101 @@ struct luma_samples {
     words<n> even, odd;
 };
 
-// Two stages, or a stage and the sink, in a row. A first stage takes luma as bytes.
+// Samples on their way to YUY2: the chroma U V U V ... of n pixels, beside their luma bytes<n>.
+template <int n>
+struct chroma_pairs {
+    bytes<n> uv;
+};
+
+// The same in 16-bit lanes, beside luma words<n>.
+template <int n>
+struct wide_chroma_pairs {
+    words<n> uv;
+};
+
+// For a source whose chroma is not read.
+template <int n>
+struct no_chroma {};
+
+// A group of a packed YUY2 picture as it stands: luma in the even bytes, chroma in the odd ones.
+template <int n>
+struct packed_samples {
+    bytes<n> all;
+};
+
+// Two parts of a pipeline in a row. `from` are the source's pointers for the group.
 template <class First, class Second>
 struct pipe {
-    static constexpr bool is_stage = true;
+    static constexpr bool is_part = true;
 
     First first;
     Second second;
 
-    template <class Chroma>
-    LUMALANE_INLINE auto chroma(Chroma samples) const {
-        return second.chroma(first.chroma(samples));
+    // What the rows of a step of so many pixels share.
+    template <int pixels, class... From>
+    LUMALANE_INLINE auto shared(From... from) const {
+        return first.template load_chroma<Second::parts, pixels>(from...);
     }
 
-    template <class Luma, class Shared>
-    LUMALANE_INLINE auto luma(Luma samples, const Shared &shared) const {
-        return second.luma(first.luma(samples, shared), shared);
+    // Puts the group's pixels of a row at `to`.
+    template <int pixels, class Put, class Shared>
+    LUMALANE_INLINE void row(unsigned char *to, const unsigned char *from,
+                             const Shared &shared) const {
+        second.template row<Put>(to, first.template load_luma<Second::parts, pixels>(from, shared),
+                                 shared);
     }
 
-    // Puts the group's pixels at `to`.
-    template <class Put, class Luma, class Shared>
-    LUMALANE_INLINE void row(unsigned char *to, Luma samples, const Shared &shared) const {
-        second.template row<Put>(to, first.luma(samples, shared), shared);
+    // The same for the lower row of a pair, which some sinks treat differently.
+    template <int pixels, class Put, class Shared>
+    LUMALANE_INLINE void lower_row(unsigned char *to, const unsigned char *from,
+                                   const Shared &shared) const {
+        const auto luma = first.template load_luma<Second::parts, pixels>(from, shared);
+        if constexpr (requires { second.template lower_row<Put>(to, luma, shared); })
+            second.template lower_row<Put>(to, luma, shared);
+        else
+            second.template row<Put>(to, luma, shared);
     }
 
-    // That the sink writes; also the parts in which it weaves a group.
-    static constexpr int bytes_per_pixel() { return Second::bytes_per_pixel(); }
+    static constexpr int bytes_per_pixel() { return Second::bytes_per_pixel; }
+
+    // For the pipe that this one is the first part of. The sink weaves in `parts` parts.
+    template <int parts, int pixels, class... From>
+    LUMALANE_INLINE auto load_chroma(From... from) const {
+        return second.chroma(first.template load_chroma<parts, pixels>(from...));
+    }
+
+    template <int parts, int pixels, class Shared>
+    LUMALANE_INLINE auto load_luma(const unsigned char *from, const Shared &shared) const {
+        return second.luma(first.template load_luma<parts, pixels>(from, shared), shared);
+    }
 };
 
 template <class First, class Second>
-requires(First::is_stage &&Second::is_stage) LUMALANE_INLINE pipe<First, Second>
+requires(First::is_part &&Second::is_part) LUMALANE_INLINE pipe<First, Second>
 operator|(First first, Second second) { return {first, second}; }
 
-// No stage at all, where another might stand.
-struct as_they_are {};
+// No stage at all, where adjust might stand.
+struct as_they_are {
+    static constexpr bool is_part = true;
 
-template <class Second>
-LUMALANE_INLINE Second operator|(as_they_are, Second second) {
-    return second;
+    // Of planes by themselves.
+    template <int n>
+    LUMALANE_INLINE bytes<n> y(bytes<n> samples) const {
+        return samples;
+    }
+    template <int n>
+    LUMALANE_INLINE bytes<n> u(bytes<n> samples) const {
+        return samples;
+    }
+    template <int n>
+    LUMALANE_INLINE bytes<n> v(bytes<n> samples) const {
+        return samples;
+    }
+};
+
+template <class First>
+LUMALANE_INLINE First operator|(First first, as_they_are) {
+    return first;
 }
 
 } // namespace lumalane::LUMALANE_LANES

@@ -11,3 +11,15 @@
     unsigned char *src, unsigned char *src_u, unsigned char *src_v, unsigned char *dst, int width, \
         int height, int src_pitch, int dst_pitch, tag_ajust_contrast_info *info
 #define LUMALANE_ARGUMENTS_picture src, src_u, src_v, dst, width, height, src_pitch, dst_pitch, info
+
+#define LUMALANE_PARAMETERS_mix tagMIX_INFO *mix
+#define LUMALANE_ARGUMENTS_mix mix
+
+#define LUMALANE_PARAMETERS_key_fill                                                               \
+    unsigned int key, void *surface, int width, int height, [[maybe_unused]] int reserved, int pitch
+#define LUMALANE_ARGUMENTS_key_fill key, surface, width, height, reserved, pitch
+
+#define LUMALANE_PARAMETERS_mask                                                                   \
+    unsigned char *dst, unsigned char *mask, unsigned int mask_value, unsigned int key_value,      \
+        int width, int pitch, int height
+#define LUMALANE_ARGUMENTS_mask dst, mask, mask_value, key_value, width, pitch, height

@@ -31,26 +31,25 @@ LUMALANE_INLINE void put_parts(unsigned char *to, const woven<count, n> &parts) 
     }
 }
 
-// What the sinks of RGB have in common: they want nothing of the chroma but its terms.
-template <int size>
-struct rgb_sink {
-    static constexpr bool is_stage = true;
-    static constexpr int bytes_per_pixel() { return size; }
-
-    template <int n>
-    LUMALANE_INLINE chroma_terms<n> chroma(chroma_terms<n> terms) const {
-        return terms;
-    }
+// What sinks have in common: the bytes that they write per pixel of the source, and the parts in
+// which they weave a group.
+template <int size, int parts_>
+struct sink {
+    static constexpr bool is_part = true;
+    static constexpr int bytes_per_pixel = size;
+    static constexpr int parts = parts_;
 };
 
-struct rgb32 : rgb_sink<4> {
+// ---- RGB ---------------------------------------------------------------------------------------
+
+struct rgb32 : sink<4, 4> {
     template <class Put, int n>
     LUMALANE_INLINE void row(unsigned char *to, rgb_pixels<n> p, const chroma_terms<n> &) const {
         put_parts<Put>(to, weave_padded(p.blue, p.green, p.red));
     }
 };
 
-struct rgb24 : rgb_sink<3> {
+struct rgb24 : sink<3, 3> {
     template <class Put, int n>
     LUMALANE_INLINE void row(unsigned char *to, rgb_pixels<n> p, const chroma_terms<n> &) const {
         put_parts<Put>(to, weave(p.blue, p.green, p.red));
@@ -59,17 +58,17 @@ struct rgb24 : rgb_sink<3> {
 
 // Upper bits of red, green and blue from bit 15 down, then 16 - red - green - blue zero bits.
 template <int red, int green, int blue>
-struct rgb16 : rgb_sink<2> {
+struct rgb16 : sink<2, 2> {
     template <class Put, int n>
     LUMALANE_INLINE void row(unsigned char *to, rgb_pixels<n> p, const chroma_terms<n> &) const {
         // Green lies across the two bytes of the pixel.
-        const auto upper = [](auto channel, int bits) {
+        const auto upper_bits = [](bytes<2 * n> channel, int bits) {
             return channel & fill_bytes<2 * n>(0xff00 >> bits);
         };
-        const bytes<2 *n> g = upper(p.green, green);
-        const bytes<2 *n> high = upper(p.red, red) | shift_right_logical<red>(g);
+        const bytes<2 *n> g = upper_bits(p.green, green);
+        const bytes<2 *n> high = upper_bits(p.red, red) | shift_right_logical<red>(g);
         const bytes<2 *n> low =
-            shift_left<8 - red>(g) | shift_right_logical<red + green - 8>(upper(p.blue, blue));
+            shift_left<8 - red>(g) | shift_right_logical<red + green - 8>(upper_bits(p.blue, blue));
         put_parts<Put>(to, weave(low, high));
     }
 };
@@ -89,5 +88,32 @@ LUMALANE_INLINE void with_rgb16_layout(unsigned layout, Run run) {
         return run(rgb16<6, 5, 5>{});
     }
 }
+
+// ---- YUY2 --------------------------------------------------------------------------------------
+
+struct yuy2 : sink<2, 2> {
+    template <class Put, int n>
+    LUMALANE_INLINE void row(unsigned char *to, bytes<n> y, const chroma_pairs<n> &chroma) const {
+        put_parts<Put>(to, interleave(y, chroma.uv));
+    }
+};
+
+// From samples that are words or already packed: a group is one part. `size` is that of sink.
+template <int size>
+struct packed_yuy2 : sink<size, 1> {
+    template <class Put, int n>
+    LUMALANE_INLINE void row(unsigned char *to, words<n> y,
+                             const wide_chroma_pairs<n> &chroma) const {
+        Put::put(to, narrow_interleaved(y, chroma.uv));
+    }
+
+    template <class Put, int n>
+    LUMALANE_INLINE void row(unsigned char *to, packed_samples<n> luma,
+                             const packed_samples<n> &chroma) const {
+        const bytes<n> luma_bytes = join(fill_words<n / 2>(0xff), fill_words<n / 2>(0));
+        const bytes<n> chroma_bytes = join(fill_words<n / 2>(0), fill_words<n / 2>(0xff));
+        Put::put(to, (luma.all & luma_bytes) | (chroma.all & chroma_bytes));
+    }
+};
 
 } // namespace lumalane::LUMALANE_LANES

@@ -8,6 +8,7 @@
 
 #include "frame/dispatch.h"
 #include "frame/sinks.h"
+#include "frame/sources.h"
 
 #include <stdint.h>
 
@@ -52,7 +53,7 @@ LUMALANE_INLINE extent rows_at(const unsigned char *first, long long rows, long 
 LUMALANE_INLINE bool apart(extent a, extent b) { return a.end <= b.begin || b.end <= a.begin; }
 
 // Rows of at least row_bytes each, pitch apart, have no byte in common.
-LUMALANE_INLINE bool rows_apart(int pitch, int row_bytes) {
+LUMALANE_INLINE bool rows_apart(long long pitch, long long row_bytes) {
     return pitch >= row_bytes || -pitch >= row_bytes;
 }
 
@@ -90,19 +91,18 @@ template <int pixels, class Put, class Pipe>
 LUMALANE_INLINE void row_pair_step(const Pipe &pipe, const unsigned char *y, const unsigned char *u,
                                    const unsigned char *v, unsigned char *dst, ptrdiff_t src_pitch,
                                    ptrdiff_t dst_pitch) {
-    constexpr int parts = Pipe::bytes_per_pixel();
-    const auto shared = pipe.chroma(chroma_samples<pixels / 2>{load_chroma<parts, pixels / 2>(u),
-                                                               load_chroma<parts, pixels / 2>(v)});
-    pipe.template row<Put>(dst, load_pixels<parts, pixels>(y), shared);
-    pipe.template row<Put>(dst + dst_pitch, load_pixels<parts, pixels>(y + src_pitch), shared);
+    const auto shared = pipe.template shared<pixels>(u, v);
+    pipe.template row<pixels, Put>(dst, y, shared);
+    pipe.template lower_row<pixels, Put>(dst + dst_pitch, y + src_pitch, shared);
 }
 
+// Both rows of a pair step by step.
 template <class Pipe>
 LUMALANE_INLINE void row_pairs_stepwise(const picture &p, const Pipe &pipe) {
     constexpr int step = 16, size = Pipe::bytes_per_pixel();
     const int y_rest = difference(twice(p.src_pitch), p.width);
     const int chroma_rest = difference(p.src_pitch, p.width) >> 1;
-    const int dst_rest = difference(twice(p.dst_pitch), static_cast<unsigned>(p.width) * size);
+    const int dst_rest = difference(twice(p.dst_pitch), product(p.width, size));
     const unsigned char *y = p.src, *u = p.src_u, *v = p.src_v;
     unsigned char *dst = p.dst;
     unsigned rows = static_cast<unsigned>(p.height);
@@ -113,6 +113,30 @@ LUMALANE_INLINE void row_pairs_stepwise(const picture &p, const Pipe &pipe) {
             y += step, u += step / 2, v += step / 2, dst += step * size;
         } while (again(columns, step));
         y += y_rest, u += chroma_rest, v += chroma_rest, dst += dst_rest;
+    } while (again(rows, 2));
+}
+
+// The upper row of a pair, then the lower one, for which the chroma pointers go back by the width:
+// with a width off the step every row starts further right, not every pair.
+template <class Pipe>
+LUMALANE_INLINE void rows_in_pairs_stepwise(const picture &p, const Pipe &pipe) {
+    constexpr int step = 16, size = Pipe::bytes_per_pixel();
+    const int y_rest = difference(p.src_pitch, p.width);
+    const int dst_rest = difference(p.dst_pitch, product(p.width, size));
+    const unsigned char *y = p.src, *u = p.src_u, *v = p.src_v;
+    unsigned char *dst = p.dst;
+    unsigned rows = static_cast<unsigned>(p.height);
+    do {
+        const int chroma_rests[] = {-(p.width >> 1), y_rest >> 1};
+        for (const int chroma_rest : chroma_rests) {
+            unsigned columns = static_cast<unsigned>(p.width);
+            do {
+                const auto shared = pipe.template shared<step>(u, v);
+                pipe.template row<step, cached>(dst, y, shared);
+                y += step, u += step / 2, v += step / 2, dst += step * size;
+            } while (again(columns, step));
+            y += y_rest, u += chroma_rest, v += chroma_rest, dst += dst_rest;
+        }
     } while (again(rows, 2));
 }
 
@@ -135,9 +159,9 @@ LUMALANE_INLINE void row_pairs_wide(const picture &p, const Pipe &pipe) {
     }
 }
 
-// True where the wide walk over row pairs cannot be told from the stepwise one: no step goes past a
-// row's end, so no row drifts; no two destination rows overlap, so the order of the stores does not
-// show; and nothing is read back that was written.
+// True where the wide walk over row pairs cannot be told from the stepwise ones: no step goes past
+// a row's end, so no row drifts; no two destination rows overlap, so the order of the stores does
+// not show; and nothing is read back that was written.
 LUMALANE_INLINE bool row_pairs_are_regular(const picture &p, int row_bytes) {
     if (p.width <= 0 || p.width % 16 != 0 || p.height <= 0 || p.height % 2 != 0 ||
         !rows_apart(p.dst_pitch, row_bytes))
@@ -149,16 +173,101 @@ LUMALANE_INLINE bool row_pairs_are_regular(const picture &p, int row_bytes) {
            apart(dst, rows_at(p.src_v, p.height / 2, chroma_pitch, p.width / 2));
 }
 
-// The picture through `pipe`, two rows at a time, in steps of 16 pixels.
+// False, and nothing done, for a picture that is not regular.
+template <class Pipe>
+LUMALANE_INLINE bool row_pairs_wide_if_regular(const picture &p, const Pipe &pipe) {
+    const int row_bytes = product(p.width, Pipe::bytes_per_pixel());
+    if (!row_pairs_are_regular(p, row_bytes))
+        return false;
+    if (outgrows_cache(p.dst, p.dst_pitch, static_cast<long long>(p.height) * row_bytes)) {
+        row_pairs_wide<streamed>(p, pipe);
+        stream_fence();
+    } else {
+        row_pairs_wide<cached>(p, pipe);
+    }
+    return true;
+}
+
+// The picture through `pipe` in steps of 16 pixels of both rows of a pair.
 template <class Pipe>
 LUMALANE_INLINE void row_pairs(const picture &p, const Pipe &pipe) {
-    const int row_bytes =
-        static_cast<int>(static_cast<unsigned>(p.width) * Pipe::bytes_per_pixel());
-    if (!row_pairs_are_regular(p, row_bytes))
-        return row_pairs_stepwise(p, pipe);
-    if (!outgrows_cache(p.dst, p.dst_pitch, static_cast<long long>(p.height) * row_bytes))
-        return row_pairs_wide<cached>(p, pipe);
-    row_pairs_wide<streamed>(p, pipe);
+    if (!row_pairs_wide_if_regular(p, pipe))
+        row_pairs_stepwise(p, pipe);
+}
+
+// The picture through `pipe` in steps of 16 pixels, one row of a pair after the other.
+template <class Pipe>
+LUMALANE_INLINE void rows_in_pairs(const picture &p, const Pipe &pipe) {
+    if (!row_pairs_wide_if_regular(p, pipe))
+        rows_in_pairs_stepwise(p, pipe);
+}
+
+// ---- Row pairs of packed pictures --------------------------------------------------------------
+
+template <int pixels, class Put, class Pipe>
+LUMALANE_INLINE void packed_step(const Pipe &pipe, const unsigned char *src, unsigned char *dst,
+                                 ptrdiff_t src_bytes, ptrdiff_t dst_pitch) {
+    const auto shared = pipe.template shared<pixels>(src);
+    pipe.template row<pixels, Put>(dst, src, shared);
+    pipe.template row<pixels, Put>(dst + dst_pitch, src + src_bytes, shared);
+}
+
+template <int step, class Pipe>
+LUMALANE_INLINE void packed_row_pairs_stepwise(const picture &p, const Pipe &pipe) {
+    constexpr int size = Pipe::bytes_per_pixel();
+    const int row_bytes = twice(p.width), src_bytes = twice(p.src_pitch);
+    // How far the last step goes past the row's end, from where the pointers are pulled back.
+    const int past = (row_bytes & -2 * step) - row_bytes + 2 * step;
+    const bool pulled_back = past != 2 * step;
+    const int src_rest = difference(twice(src_bytes), row_bytes) - (pulled_back ? past : 0);
+    const int dst_rest = difference(twice(p.dst_pitch), product(p.width, size)) -
+                         (pulled_back ? past * size / 2 : 0);
+    const unsigned char *src = p.src;
+    unsigned char *dst = p.dst;
+    unsigned rows = static_cast<unsigned>(p.height);
+    do {
+        unsigned columns = static_cast<unsigned>(row_bytes);
+        do {
+            packed_step<step, cached>(pipe, src, dst, src_bytes, p.dst_pitch);
+            src += 2 * step, dst += step * size;
+        } while (again(columns, 2 * step));
+        src += src_rest, dst += dst_rest;
+    } while (again(rows, 2));
+}
+
+template <int step, class Put, class Pipe>
+LUMALANE_INLINE void packed_row_pairs_wide(const picture &p, const Pipe &pipe) {
+    constexpr int size = Pipe::bytes_per_pixel(), wide = step * (widest / 16);
+    const ptrdiff_t width = p.width, dst_pitch = p.dst_pitch;
+    const ptrdiff_t src_bytes = 2 * static_cast<ptrdiff_t>(p.src_pitch);
+    const unsigned char *src = p.src;
+    unsigned char *dst = p.dst;
+    for (int rows = p.height; rows > 0; rows -= 2) {
+        ptrdiff_t x = 0;
+        for (; x + wide <= width; x += wide)
+            packed_step<wide, Put>(pipe, src + 2 * x, dst + x * size, src_bytes, dst_pitch);
+        for (; x < width; x += step)
+            packed_step<step, cached>(pipe, src + 2 * x, dst + x * size, src_bytes, dst_pitch);
+        src += 2 * src_bytes, dst += 2 * dst_pitch;
+    }
+}
+
+// A packed YUY2 picture through `pipe`, two rows at a time, in steps of `step` pixels; src_pitch is
+// in pixels. Widths off the step do not drift here: each pair of rows starts where it should.
+template <int step, class Pipe>
+LUMALANE_INLINE void packed_row_pairs(const picture &p, const Pipe &pipe) {
+    // Nobody can tell the wide form where the rows, with what the last step writes past their ends,
+    // do not overlap and nothing is read back that was written.
+    const long long columns = (static_cast<long long>(p.width) + step - 1) / step * step;
+    const long long rows = (static_cast<long long>(p.height) + 1) / 2 * 2;
+    const long long row_bytes = columns * Pipe::bytes_per_pixel();
+    if (p.width <= 0 || p.height <= 0 || !rows_apart(p.dst_pitch, row_bytes) ||
+        !apart(rows_at(p.dst, rows, p.dst_pitch, row_bytes),
+               rows_at(p.src, rows, 2LL * p.src_pitch, 2 * columns)))
+        return packed_row_pairs_stepwise<step>(p, pipe);
+    if (!outgrows_cache(p.dst, p.dst_pitch, rows * row_bytes))
+        return packed_row_pairs_wide<step, cached>(p, pipe);
+    packed_row_pairs_wide<step, streamed>(p, pipe);
     stream_fence();
 }
 

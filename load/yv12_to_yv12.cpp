@@ -1,4 +1,4 @@
-// YV12 pictures into YV12 surfaces.
+// YV12 pictures into YV12 surfaces of the same and of half the width.
 #include "frame/adjust.h"
 #include "frame/kernels.h"
 #include "frame/walks.h"
@@ -7,27 +7,49 @@ namespace lumalane::LUMALANE_LANES {
 
 namespace {
 
-// ---- Adjusted planes ---------------------------------------------------------------------------
-
-struct adjusted_bytes {
-    plane_adjustment by;
-
-    LUMALANE_INLINE bytes<8> operator()(bytes<8> a) const {
-        return narrow_saturate(adjusted(widen(a), by));
-    }
-
-    template <int n>
-    LUMALANE_INLINE bytes<n> operator()(bytes<n> a) const {
-        return narrow_saturate(adjusted(widen_low(a), by), adjusted(widen_high(a), by));
-    }
-};
+// ---- Planes by themselves ----------------------------------------------------------------------
 
 struct plane {
     unsigned char *src, *dst;
-    int width, height, dst_pitch;
+    int width, height; // of the source
+    int src_pitch, dst_pitch;
 };
 
-void adjust_plane_stepwise(const plane &p, plane_adjustment by) {
+// Runs `row(put, to, from)` for every row of a plane of which each makes dst_bytes, if nobody can
+// tell it from the steps: the width is on the step, so that no row drifts, rows do not overlap, and
+// nothing is read back that was written.
+template <class Row>
+bool rows_wide_if_regular(const plane &p, int step, int dst_bytes, Row row) {
+    if (p.width <= 0 || p.width % step != 0 || p.height <= 0 ||
+        !rows_apart(p.dst_pitch, dst_bytes) ||
+        !apart(rows_at(p.dst, p.height, p.dst_pitch, dst_bytes),
+               rows_at(p.src, p.height, p.src_pitch, p.width)))
+        return false;
+    const bool around =
+        outgrows_cache(p.dst, p.dst_pitch, static_cast<long long>(p.height) * dst_bytes);
+    for (ptrdiff_t i = 0; i < p.height; ++i) {
+        unsigned char *const to = p.dst + i * p.dst_pitch;
+        const unsigned char *const from = p.src + i * p.src_pitch;
+        if (around)
+            row(streamed{}, to, from);
+        else
+            row(cached{}, to, from);
+    }
+    if (around)
+        stream_fence();
+    return true;
+}
+
+// `map` of a plane, one row at a time, in steps of 8 bytes. Deliberately the source rows are one
+// continuous run, whatever the source's pitch.
+template <class Map>
+void map_plane(plane p, Map map) {
+    p.src_pitch = p.width;
+    if (rows_wide_if_regular(p, 8, p.width,
+                             [&](auto put, unsigned char *to, const unsigned char *from) {
+                                 map_row<decltype(put)>(to, from, p.width, map);
+                             }))
+        return;
     const int dst_rest = difference(p.dst_pitch, p.width);
     const unsigned char *src = p.src;
     unsigned char *dst = p.dst;
@@ -35,48 +57,112 @@ void adjust_plane_stepwise(const plane &p, plane_adjustment by) {
     do {
         unsigned columns = static_cast<unsigned>(p.width);
         do {
-            store(dst, adjusted_bytes{by}(load<8>(src)));
+            store(dst, map(load<8>(src)));
             src += 8, dst += 8;
         } while (again(columns, 8));
         dst += dst_rest;
     } while (again(rows, 1));
 }
 
-template <class Put>
-void adjust_plane_wide(const plane &p, plane_adjustment by) {
-    for (ptrdiff_t row = 0; row < p.height; ++row)
-        map_row<Put>(p.dst + row * p.dst_pitch, p.src + row * p.width, p.width, adjusted_bytes{by});
-}
-
-// One plane, one row at a time, in steps of 8 bytes. Deliberately the source rows are one
-// continuous run, whatever the source's pitch.
-void adjust_plane(plane p, plane_adjustment by) {
-    // Nobody can tell the wide form where no row drifts, no rows overlap and nothing is read back.
-    if (p.width <= 0 || p.width % 8 != 0 || p.height <= 0 || !rows_apart(p.dst_pitch, p.width) ||
-        !apart(rows_at(p.dst, p.height, p.dst_pitch, p.width),
-               rows_at(p.src, p.height, p.width, p.width)))
-        return adjust_plane_stepwise(p, by);
-    const long long size = static_cast<long long>(p.height) * p.width;
-    if (!outgrows_cache(p.dst, p.dst_pitch, size))
-        return adjust_plane_wide<cached>(p, by);
-    adjust_plane_wide<streamed>(p, by);
-    stream_fence();
-}
-
 } // namespace
 
 void loadimage_yv12_ajust(LUMALANE_PARAMETERS_picture) {
-    static_cast<void>(src_pitch);
-    const adjustment current = current_adjustment();
     const int surface_bytes = product(info->surface_height, dst_pitch);
     const int bytes_to_plane_end = product(info->rows_to_plane_end, dst_pitch);
     unsigned char *const dst_v =
         dst + bytes_to_plane_end + (difference(surface_bytes, bytes_to_plane_end) >> 2);
     unsigned char *const dst_u = dst_v + (surface_bytes >> 2);
-    adjust_plane({src, dst, width, height, dst_pitch}, current.y);
-    // Deliberately crossed: V gets the offset of U, and U that of V.
-    adjust_plane({src_v, dst_v, width >> 1, height >> 1, dst_pitch >> 1}, current.u);
-    adjust_plane({src_u, dst_u, width >> 1, height >> 1, dst_pitch >> 1}, current.v);
+    const plane y{src, dst, width, height, src_pitch, dst_pitch};
+    const plane v{src_v, dst_v, width >> 1, height >> 1, src_pitch >> 1, dst_pitch >> 1};
+    const plane u{src_u, dst_u, width >> 1, height >> 1, src_pitch >> 1, dst_pitch >> 1};
+    with_adjustment([&](auto adjusted) {
+        map_plane(y, [=](auto a) { return adjusted.y(a); });
+        // Deliberately crossed: V gets the offset of U, and U that of V.
+        map_plane(v, [=](auto a) { return adjusted.u(a); });
+        map_plane(u, [=](auto a) { return adjusted.v(a); });
+    });
+}
+
+// ---- Half the width ----------------------------------------------------------------------------
+
+namespace {
+
+// `map` of the second of every two bytes, 16 at a time.
+template <class Map>
+LUMALANE_INLINE void halve_step(unsigned char *to, const unsigned char *from, const Map &map) {
+    store(to, map(narrow_saturate(odd(load<16>(from)))));
+}
+
+// True if the plane could be done row by row.
+template <class Map>
+bool halve_wide_if_regular(const plane &p, const Map &map) {
+    return rows_wide_if_regular(p, 16, p.width / 2,
+                                [&](auto put, unsigned char *to, const unsigned char *from) {
+                                    ptrdiff_t x = 0;
+                                    for (; x + 2 * widest <= p.width; x += 2 * widest)
+                                        put.put(to + x / 2, map(deal_odd<1, widest>(from + x)));
+                                    for (; x < p.width; x += 16)
+                                        halve_step(to + x / 2, from + x, map);
+                                });
+}
+
+template <class Map>
+void halve_luma(const plane &p, Map map) {
+    if (halve_wide_if_regular(p, map))
+        return;
+    const int src_rest = difference(p.src_pitch, p.width);
+    const int dst_rest = difference(p.dst_pitch, p.width >> 1);
+    const unsigned char *src = p.src;
+    unsigned char *dst = p.dst;
+    unsigned rows = static_cast<unsigned>(p.height);
+    do {
+        unsigned columns = static_cast<unsigned>(p.width);
+        do {
+            halve_step(dst, src, map);
+            src += 16, dst += 8;
+        } while (again(columns, 16));
+        src += src_rest, dst += dst_rest;
+    } while (again(rows, 1));
+}
+
+// Deliberately unlike luma: rows do not drift. What is left after whole steps gets one more step
+// that ends where the row does, over the end of the step before (and before the beginning of a row
+// that is shorter than a step, which gets its one whole step as well).
+template <class Map>
+void halve_chroma(const plane &p, Map map) {
+    if (halve_wide_if_regular(p, map))
+        return;
+    const unsigned char *src = p.src;
+    unsigned char *dst = p.dst;
+    unsigned rows = static_cast<unsigned>(p.height);
+    do {
+        const unsigned char *from = src;
+        unsigned char *to = dst;
+        unsigned columns = static_cast<unsigned>(p.width & -16);
+        do {
+            halve_step(to, from, map);
+            from += 16, to += 8;
+        } while (again(columns, 16));
+        if (p.width % 16 != 0)
+            halve_step(dst + (p.width >> 1) - 8, src + p.width - 16, map);
+        src += p.src_pitch, dst += p.dst_pitch;
+    } while (again(rows, 1));
+}
+
+} // namespace
+
+void loadimage_half_yv12_ajust(LUMALANE_PARAMETERS_picture) {
+    static_cast<void>(info);
+    unsigned char *const dst_v = dst + product(height, dst_pitch);
+    unsigned char *const dst_u = dst_v + product(dst_pitch >> 1, height >> 1);
+    const plane y{src, dst, width, height, src_pitch, dst_pitch};
+    const plane v{src_v, dst_v, width >> 1, height >> 1, src_pitch >> 1, dst_pitch >> 1};
+    const plane u{src_u, dst_u, width >> 1, height >> 1, src_pitch >> 1, dst_pitch >> 1};
+    with_adjustment([&](auto adjusted) {
+        halve_luma(y, [=](auto a) { return adjusted.y(a); });
+        halve_chroma(v, [=](auto a) { return adjusted.v(a); });
+        halve_chroma(u, [=](auto a) { return adjusted.u(a); });
+    });
 }
 
 // ---- Plain copy --------------------------------------------------------------------------------

@@ -1,53 +1,15 @@
 // What the functions promise at the edges of their arguments, one promise per test.
-#include <ostream>
-#include <vector>
+#include <algorithm>
 
-#include "tests/lane_sets.h"
+#include "tests/edge_cases.h"
 
 namespace {
 
-using bytes = std::vector<unsigned char>;
+using tests::bytes;
+using tests::runs;
 
-// A run of bytes that were written: from an offset in the destination, so many.
-struct run {
-    int at, count;
-    bool operator==(const run &) const = default;
-};
-std::ostream &operator<<(std::ostream &out, const run &r) {
-    return out << "[" << r.at << ", +" << r.count << "]";
-}
-using runs = std::vector<run>;
-
-class edge_cases : public tests::on_each_lane_set {
+class edge_cases : public tests::picture_test {
 protected:
-    static constexpr unsigned char untouched = 0xa5;
-
-    bytes y = bytes(1 << 16), u = bytes(1 << 16), v = bytes(1 << 16);
-    bytes dst = bytes(1 << 16, untouched);
-    tag_ajust_contrast_info info{};
-
-    void fill(int y_sample, int u_sample, int v_sample) {
-        y.assign(y.size(), static_cast<unsigned char>(y_sample));
-        u.assign(u.size(), static_cast<unsigned char>(u_sample));
-        v.assign(v.size(), static_cast<unsigned char>(v_sample));
-    }
-
-    void load(void (*function)(LUMALANE_PARAMETERS_picture), int width, int height, int src_pitch,
-              int dst_pitch) {
-        function(y.data(), u.data(), v.data(), dst.data(), width, height, src_pitch, dst_pitch,
-                 &info);
-    }
-
-    // Without the record, for the functions that do not read it.
-    void load_alone(void (*function)(LUMALANE_PARAMETERS_picture), int width, int height,
-                    int src_pitch, int dst_pitch) {
-        function(y.data(), u.data(), v.data(), dst.data(), width, height, src_pitch, dst_pitch,
-                 nullptr);
-    }
-
-    // The first bytes of the destination.
-    bytes written(std::size_t count) const { return {dst.begin(), dst.begin() + count}; }
-
     // The first pixel that a picture of one colour becomes.
     bytes rgb32(int y_sample, int u_sample, int v_sample) {
         fill(y_sample, u_sample, v_sample);
@@ -60,23 +22,6 @@ protected:
         load(loadimage_rgb16, 16, 2, 16, 32);
         return dst[0] | dst[1] << 8;
     }
-
-    // Where the destination does not hold the mark any more. White never equals it.
-    runs written_runs() const {
-        runs found;
-        for (int i = 0; i < static_cast<int>(dst.size()); ++i) {
-            if (dst[i] == untouched)
-                continue;
-            if (found.empty() || found.back().at + found.back().count != i)
-                found.push_back({i, 0});
-            ++found.back().count;
-        }
-        return found;
-    }
-
-    static void set_contrast(contrast_data parameters) { get_contrast_data(&parameters); }
-
-    static constexpr contrast_data neutral{64, 64, 0, 0, 0, 0, 0, 0};
 };
 
 INSTANTIATE_ON_EACH_LANE_SET(edge_cases);
@@ -117,7 +62,7 @@ TEST_P(edge_cases, height_3_writes_4_rows) {
 TEST_P(edge_cases, height_0_and_1_write_2_rows) {
     fill(235, 128, 128);
     for (const int height : {0, 1}) {
-        dst.assign(dst.size(), untouched);
+        wipe();
         load_alone(loadimage_rgb24, 16, height, 16, 100);
         EXPECT_EQ(written_runs(), (runs{{0, 48}, {100, 48}})) << "height " << height;
     }

@@ -7,9 +7,10 @@ namespace {
 
 class before_any_parameters : public tests::on_each_lane_set {
 protected:
-    static constexpr int width = 64, height = 4;
+    static constexpr int width = 64, height = 10;
 
-    std::vector<unsigned char> samples = std::vector<unsigned char>(width * height, 200);
+    // As many as a packed picture needs.
+    std::vector<unsigned char> samples = std::vector<unsigned char>(2 * width * height, 200);
     std::vector<unsigned char> dst = std::vector<unsigned char>(4 * width * height, 0xa5);
     tag_ajust_contrast_info info{};
 
@@ -27,20 +28,44 @@ TEST_P(before_any_parameters, every_adjusted_sample_is_0) {
               std::vector<unsigned char>(written, 0));
 }
 
+TEST_P(before_any_parameters, every_adjusted_sample_of_yuy2_is_0) {
+    using bytes = std::vector<unsigned char>;
+    for (const auto function : {loadimage_yuy2_ajust, LoadYUY2_YUY2_adjust}) {
+        dst.assign(dst.size(), 0xa5);
+        load(function, 2 * width);
+        const std::size_t written = 2 * width * height;
+        EXPECT_EQ(bytes(dst.begin(), dst.begin() + written), bytes(written, 0));
+    }
+    load(loadimage_half_yuy2_ajust, width);
+    EXPECT_EQ(bytes(dst.begin(), dst.begin() + width * height), bytes(width * height, 0));
+    load(loadimage_half_yv12_ajust, width / 2);
+    const std::size_t half_size = width * height * 3 / 4;
+    EXPECT_EQ(bytes(dst.begin(), dst.begin() + half_size), bytes(half_size, 0));
+    load(loadimage_yuy2_mono_ajust, 2 * width);
+    for (std::size_t i = 0; i < 2u * width * height; ++i)
+        ASSERT_EQ(dst[i], i % 2 == 0 ? 0 : 128) << "byte " << i;
+}
+
 TEST_P(before_any_parameters, every_adjusted_pixel_is_the_green_of_three_zero_samples) {
-    load(loadimage_rgb32_ajust, 4 * width);
-    for (std::size_t i = 0; i < dst.size(); i += 4)
-        ASSERT_EQ(std::vector(dst.begin() + i, dst.begin() + i + 4),
-                  (std::vector<unsigned char>{0, 137, 0, 0}))
-            << "pixel " << i / 4;
-    load(loadimage_rgb24_ajust, 3 * width);
-    for (std::size_t i = 0; i < 3u * width * height; i += 3)
-        ASSERT_EQ(std::vector(dst.begin() + i, dst.begin() + i + 3),
-                  (std::vector<unsigned char>{0, 137, 0}))
-            << "pixel " << i / 3;
-    load(loadimage_rgb16_ajust, 2 * width);
-    for (std::size_t i = 0; i < 2u * width * height; i += 2)
-        ASSERT_EQ(dst[i] | dst[i + 1] << 8, 137 >> 2 << 5) << "pixel " << i / 2;
+    for (const auto function : {loadimage_rgb32_ajust, LoadYUY2_RGB32_adjust}) {
+        load(function, 4 * width);
+        for (std::size_t i = 0; i < dst.size(); i += 4)
+            ASSERT_EQ(std::vector(dst.begin() + i, dst.begin() + i + 4),
+                      (std::vector<unsigned char>{0, 137, 0, 0}))
+                << "pixel " << i / 4;
+    }
+    for (const auto function : {loadimage_rgb24_ajust, LoadYUY2_RGB24_adjust}) {
+        load(function, 3 * width);
+        for (std::size_t i = 0; i < 3u * width * height; i += 3)
+            ASSERT_EQ(std::vector(dst.begin() + i, dst.begin() + i + 3),
+                      (std::vector<unsigned char>{0, 137, 0}))
+                << "pixel " << i / 3;
+    }
+    for (const auto function : {loadimage_rgb16_ajust, LoadYUY2_RGB16_adjust}) {
+        load(function, 2 * width);
+        for (std::size_t i = 0; i < 2u * width * height; i += 2)
+            ASSERT_EQ(dst[i] | dst[i + 1] << 8, 137 >> 2 << 5) << "pixel " << i / 2;
+    }
 }
 
 INSTANTIATE_ON_EACH_LANE_SET(before_any_parameters);

@@ -44,6 +44,11 @@ LUMALANE_INLINE words<16> fill_words<16>(int value) {
 }
 
 template <>
+LUMALANE_INLINE words<16> fill_word_pairs<16>(int even, int odd) {
+    return {_mm256_broadcastd_epi32(fill_word_pairs<8>(even, odd).v)};
+}
+
+template <>
 LUMALANE_INLINE bytes<32> fill_bytes<32>(int value) {
     return {_mm256_set1_epi8(static_cast<char>(value))};
 }
@@ -152,6 +157,21 @@ LUMALANE_INLINE bytes<16> narrow_saturate(words<16> a) {
     return {_mm256_castsi256_si128(_mm256_permute4x64_epi64(twice, 0x08))};
 }
 
+LUMALANE_INLINE bytes<32> join(words<16> even, words<16> odd) {
+    return {_mm256_or_si256(even.v, _mm256_slli_epi16(odd.v, 8))};
+}
+
+LUMALANE_INLINE words<16> average_couples(bytes<32> a) {
+    return {_mm256_avg_epu16(even(a).v, odd(a).v)};
+}
+
+LUMALANE_INLINE words<16> average_couples_of_pairs(bytes<32> a) {
+    const __m256i averages = _mm256_avg_epu8(a.v, _mm256_srli_epi32(a.v, 16));
+    const __m256i lower = _mm256_and_si256(averages, _mm256_set1_epi32(0x000000ff));
+    const __m256i upper = _mm256_and_si256(averages, _mm256_set1_epi32(0x0000ff00));
+    return {_mm256_or_si256(lower, _mm256_slli_epi32(upper, 8))};
+}
+
 // ---- Pixels ------------------------------------------------------------------------------------
 
 // Byte shuffles of a split block. In 3-byte pixels, channel c of pixel p goes to byte 3p + c of 48:
@@ -160,8 +180,8 @@ LUMALANE_INLINE bytes<16> narrow_saturate(words<16> a) {
 // holds pixel (m - c) / 3 modulo 16, and 11 is 1/3 there.
 struct shuffles {
     alignas(16) unsigned char pixel_order[16]; // the 16 pixels, no longer split
-    // For 2, 3 and 4 parts: 16 chroma samples, in both blocks, to dealt words.
-    alignas(32) unsigned char chroma[3][32];
+    // For 1 to 4 parts: 16 chroma samples, in both blocks, to dealt words.
+    alignas(32) unsigned char chroma[4][32];
     alignas(16) unsigned char channel[3][16];
     alignas(16) unsigned char every_third[3][16]; // 0xff at bytes m with m % 3 == 0, 1, 2
 };
@@ -176,13 +196,13 @@ constexpr shuffles make_shuffles() {
             s.every_third[c][m] = m % 3 == c ? 0xff : 0;
         }
     }
-    for (int count = 2; count <= 4; ++count) {
-        const int group = count == 2 ? 4 : count == 3 ? 8 : 2; // samples: half as many as pixels
+    for (int count = 1; count <= 4; ++count) {
+        const int group = count == 2 ? 4 : count == 4 ? 2 : 8; // samples: half as many as pixels
         for (int word = 0; word < 16; ++word) {
             const int block = word / 8, turn = word % 8 / group;
             const int sample = (2 * turn + block) * group + word % group;
-            s.chroma[count - 2][2 * word] = static_cast<unsigned char>(sample);
-            s.chroma[count - 2][2 * word + 1] = 0x80; // a zero
+            s.chroma[count - 1][2 * word] = static_cast<unsigned char>(sample);
+            s.chroma[count - 1][2 * word + 1] = 0x80; // a zero
         }
     }
     return s;
@@ -198,6 +218,14 @@ LUMALANE_INLINE bytes<32> shuffled(bytes<32> a, const unsigned char *by) {
     return {_mm256_shuffle_epi8(a.v, _mm256_broadcastsi128_si256(load<16>(by).v))};
 }
 
+LUMALANE_INLINE bytes<16> narrow_interleaved(words<8> a, words<8> b) {
+    return shuffled(narrow_saturate(a, b), shuffle.pixel_order);
+}
+
+LUMALANE_INLINE bytes<32> narrow_interleaved(words<16> a, words<16> b) {
+    return shuffled(narrow_saturate(a, b), shuffle.pixel_order);
+}
+
 // b where the mask is set, a elsewhere.
 LUMALANE_INLINE bytes<16> select(bytes<16> a, bytes<16> b, const unsigned char *mask) {
     return {_mm_blendv_epi8(a.v, b.v, load<16>(mask).v)};
@@ -210,13 +238,13 @@ LUMALANE_INLINE bytes<32> select(bytes<32> a, bytes<32> b, const unsigned char *
 // How the 32 pixels of a vector are dealt over its two blocks. Woven, the blocks give one half of
 // every part each; so that a part's halves follow each other in memory, groups of consecutive
 // pixels go to the blocks in turn.
-//     2 parts, groups of 8:  0 2 | 1 3
-//     3 parts, groups of 16: 0 | 1 (their weave crosses blocks itself)
-//     4 parts, groups of 4:  0 2 4 6 | 1 3 5 7
+//     1 and 3 parts, groups of 16: 0 | 1 (the weave in 3 parts crosses blocks itself)
+//     2 parts, groups of 8:        0 2 | 1 3
+//     4 parts, groups of 4:        0 2 4 6 | 1 3 5 7
 template <int count, int n>
-LUMALANE_INLINE bytes<n> load_pixels(const unsigned char *from) {
+LUMALANE_INLINE bytes<n> deal_pixels(const unsigned char *from) {
     const bytes<n> in_order = load<n>(from);
-    if constexpr (n == 16 || count == 3)
+    if constexpr (n == 16 || count == 1 || count == 3)
         return in_order;
     else if constexpr (count == 2)
         return {_mm256_permute4x64_epi64(in_order.v, _MM_SHUFFLE(3, 1, 2, 0))};
@@ -224,13 +252,40 @@ LUMALANE_INLINE bytes<n> load_pixels(const unsigned char *from) {
         return {_mm256_permutevar8x32_epi32(in_order.v, _mm256_setr_epi32(0, 2, 4, 6, 1, 3, 5, 7))};
 }
 
+// What two vectors narrow to is dealt for 2 parts already.
+template <int count>
+LUMALANE_INLINE bytes<32> deal_narrowed(words<16> a, words<16> b) {
+    const bytes<32> narrowed = narrow_saturate(a, b);
+    if constexpr (count == 2)
+        return narrowed;
+    else if constexpr (count == 4)
+        return {_mm256_permutevar8x32_epi32(narrowed.v, _mm256_setr_epi32(0, 4, 2, 6, 1, 5, 3, 7))};
+    else
+        return {_mm256_permute4x64_epi64(narrowed.v, _MM_SHUFFLE(3, 1, 2, 0))};
+}
+
+template <int>
+LUMALANE_INLINE bytes<16> deal_narrowed(words<8> a, words<8> b) {
+    return narrow_saturate(a, b);
+}
+
 template <int count, int n>
-LUMALANE_INLINE words<n> load_chroma(const unsigned char *from) {
+LUMALANE_INLINE bytes<n> deal_even(const unsigned char *from) {
+    return deal_narrowed<count>(even(load<n>(from)), even(load<n>(from + n)));
+}
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_odd(const unsigned char *from) {
+    return deal_narrowed<count>(odd(load<n>(from)), odd(load<n>(from + n)));
+}
+
+template <int count, int n>
+LUMALANE_INLINE words<n> deal_chroma(const unsigned char *from) {
     if constexpr (n == 8) {
         return widen(load<8>(from));
     } else {
         const __m256i twice = _mm256_broadcastsi128_si256(load<16>(from).v);
-        return {_mm256_shuffle_epi8(twice, load<32>(shuffle.chroma[count - 2]).v)};
+        return {_mm256_shuffle_epi8(twice, load<32>(shuffle.chroma[count - 1]).v)};
     }
 }
 
@@ -238,6 +293,19 @@ LUMALANE_INLINE woven<2, 32> weave(bytes<32> first, bytes<32> second) {
     const __m256i evens = _mm256_unpacklo_epi8(first.v, second.v);
     const __m256i odds = _mm256_unpackhi_epi8(first.v, second.v);
     return {{{_mm256_unpacklo_epi16(evens, odds)}, {_mm256_unpackhi_epi16(evens, odds)}}};
+}
+
+LUMALANE_INLINE woven<2, 32> interleave(bytes<32> first, bytes<32> second) {
+    return {{{_mm256_unpacklo_epi8(first.v, second.v)}, {_mm256_unpackhi_epi8(first.v, second.v)}}};
+}
+
+LUMALANE_INLINE void store_after_8(unsigned char *to, const woven<2, 32> &parts) {
+    for (const bytes<32> &part : parts.part) {
+        const __m128i lower = _mm256_castsi256_si128(part.v);
+        const __m128i upper = _mm256_extracti128_si256(part.v, 1);
+        store_after_8(to, {{{lower}, {upper}}});
+        to += 32;
+    }
 }
 
 LUMALANE_INLINE woven<4, 16> weave_padded(bytes<16> first, bytes<16> second, bytes<16> third) {

@@ -79,6 +79,15 @@ LUMALANE_INLINE words<n> fill_words(int value) {
     return r;
 }
 
+// Even lanes, odd lanes.
+template <int n>
+LUMALANE_INLINE words<n> fill_word_pairs(int even, int odd) {
+    words<n> r;
+    for (int i = 0; i < n; ++i)
+        r.lane[i] = static_cast<short>(i % 2 ? odd : even);
+    return r;
+}
+
 template <int n>
 LUMALANE_INLINE bytes<n> fill_bytes(int value) {
     bytes<n> r;
@@ -228,6 +237,43 @@ LUMALANE_INLINE bytes<2 * n> narrow_saturate(words<n> a, words<n> b) {
     return r;
 }
 
+// Clamped to 0..255, lanes of `a` and `b` in turn.
+template <int n>
+LUMALANE_INLINE bytes<2 * n> narrow_interleaved(words<n> a, words<n> b) {
+    bytes<2 * n> r;
+    for (int i = 0; i < n; ++i) {
+        r.lane[2 * i] = static_cast<unsigned char>(clamp(a.lane[i], 0, 255));
+        r.lane[2 * i + 1] = static_cast<unsigned char>(clamp(b.lane[i], 0, 255));
+    }
+    return r;
+}
+
+// The same of lanes that are 0..255 already.
+template <int n>
+LUMALANE_INLINE bytes<2 * n> join(words<n> even, words<n> odd) {
+    return narrow_interleaved(even, odd);
+}
+
+// Averages of lanes 2i and 2i + 1, rounded up.
+template <int n>
+LUMALANE_INLINE words<n / 2> average_couples(bytes<n> a) {
+    words<n / 2> r;
+    for (int i = 0; i < n / 2; ++i)
+        r.lane[i] = static_cast<short>((a.lane[2 * i] + a.lane[2 * i + 1] + 1) >> 1);
+    return r;
+}
+
+// The same where the lanes are pairs: of lanes 4i and 4i + 2, and of lanes 4i + 1 and 4i + 3.
+template <int n>
+LUMALANE_INLINE words<n / 2> average_couples_of_pairs(bytes<n> a) {
+    words<n / 2> r;
+    for (int i = 0; i < n / 2; ++i) {
+        const int first = i / 2 * 4 + i % 2;
+        r.lane[i] = static_cast<short>((a.lane[first] + a.lane[first + 2] + 1) >> 1);
+    }
+    return r;
+}
+
 // Clamped to 0..255, in order.
 template <int n>
 LUMALANE_INLINE bytes<n> narrow_saturate(words<n> a) {
@@ -253,13 +299,24 @@ struct woven {
 // whatever way makes the weave for so many parts leave in order. One block needs no dealing.
 
 template <int count, int n>
-LUMALANE_INLINE bytes<n> load_pixels(const unsigned char *from) {
+LUMALANE_INLINE bytes<n> deal_pixels(const unsigned char *from) {
     return load<n>(from);
 }
 
 template <int count, int n>
-LUMALANE_INLINE words<n> load_chroma(const unsigned char *from) {
+LUMALANE_INLINE words<n> deal_chroma(const unsigned char *from) {
     return widen(load<n>(from));
+}
+
+// n bytes of the 2n at `from`: those with even or odd offsets, dealt like pixels.
+template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_even(const unsigned char *from) {
+    return narrow_saturate(even(load<2 * n>(from)));
+}
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_odd(const unsigned char *from) {
+    return narrow_saturate(odd(load<2 * n>(from)));
 }
 
 // Where the pixel of a split lane lies in its block.
@@ -279,6 +336,23 @@ LUMALANE_INLINE woven<count, 16> weave_channels(const bytes<16> (&channels)[coun
 // 2 bytes per pixel: first, second.
 LUMALANE_INLINE woven<2, 16> weave(bytes<16> first, bytes<16> second) {
     return weave_channels<2>({first, second});
+}
+
+// The same of pixels that are not split.
+LUMALANE_INLINE woven<2, 16> interleave(bytes<16> first, bytes<16> second) {
+    woven<2, 16> r;
+    for (int i = 0; i < 16; ++i) {
+        r.part[i / 8].lane[i % 8 * 2] = first.lane[i];
+        r.part[i / 8].lane[i % 8 * 2 + 1] = second.lane[i];
+    }
+    return r;
+}
+
+// Stores all but the first 8 of every 32 bytes.
+LUMALANE_INLINE void store_after_8(unsigned char *to, const woven<2, 16> &parts) {
+    for (int i = 8; i < 16; ++i)
+        to[i] = parts.part[0].lane[i];
+    store(to + 16, parts.part[1]);
 }
 
 // 3 bytes per pixel: first, second, third.

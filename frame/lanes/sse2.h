@@ -69,6 +69,14 @@ LUMALANE_INLINE words<8> fill_words<8>(int value) {
 }
 
 template <int n>
+LUMALANE_INLINE words<n> fill_word_pairs(int even, int odd);
+
+template <>
+LUMALANE_INLINE words<8> fill_word_pairs<8>(int even, int odd) {
+    return {_mm_set1_epi32((even & 0xffff) | static_cast<int>(static_cast<unsigned>(odd) << 16))};
+}
+
+template <int n>
 LUMALANE_INLINE bytes<n> fill_bytes(int value);
 
 template <>
@@ -153,6 +161,29 @@ LUMALANE_INLINE bytes<16> narrow_saturate(words<8> a, words<8> b) {
 
 LUMALANE_INLINE bytes<8> narrow_saturate(words<8> a) { return {_mm_packus_epi16(a.v, a.v)}; }
 
+#ifndef LUMALANE_WIDER_LANES
+LUMALANE_INLINE bytes<16> narrow_interleaved(words<8> a, words<8> b) {
+    const __m128i narrow = _mm_packus_epi16(a.v, b.v);
+    return {_mm_unpacklo_epi8(narrow, _mm_unpackhi_epi64(narrow, narrow))};
+}
+#endif
+
+LUMALANE_INLINE bytes<16> join(words<8> even, words<8> odd) {
+    return {_mm_or_si128(even.v, _mm_slli_epi16(odd.v, 8))};
+}
+
+LUMALANE_INLINE words<8> average_couples(bytes<16> a) {
+    return {_mm_avg_epu16(even(a).v, odd(a).v)};
+}
+
+// The averages come in the lower half of each 32-bit lane, a byte each.
+LUMALANE_INLINE words<8> average_couples_of_pairs(bytes<16> a) {
+    const __m128i averages = _mm_avg_epu8(a.v, _mm_srli_epi32(a.v, 16));
+    const __m128i lower = _mm_and_si128(averages, _mm_set1_epi32(0x000000ff));
+    const __m128i upper = _mm_and_si128(averages, _mm_set1_epi32(0x0000ff00));
+    return {_mm_or_si128(lower, _mm_slli_epi32(upper, 8))};
+}
+
 // ---- Pixels ------------------------------------------------------------------------------------
 
 template <int count, int n>
@@ -162,13 +193,23 @@ struct woven {
 
 #ifndef LUMALANE_WIDER_LANES
 template <int count, int n>
-LUMALANE_INLINE bytes<n> load_pixels(const unsigned char *from) {
+LUMALANE_INLINE bytes<n> deal_pixels(const unsigned char *from) {
     return load<n>(from);
 }
 
 template <int count, int n>
-LUMALANE_INLINE words<n> load_chroma(const unsigned char *from) {
+LUMALANE_INLINE words<n> deal_chroma(const unsigned char *from) {
     return widen(load<n>(from));
+}
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_even(const unsigned char *from) {
+    return narrow_saturate(even(load<16>(from)), even(load<16>(from + 16)));
+}
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_odd(const unsigned char *from) {
+    return narrow_saturate(odd(load<16>(from)), odd(load<16>(from + 16)));
 }
 #endif
 
@@ -177,6 +218,15 @@ LUMALANE_INLINE woven<2, 16> weave(bytes<16> first, bytes<16> second) {
     const __m128i evens = _mm_unpacklo_epi8(first.v, second.v);
     const __m128i odds = _mm_unpackhi_epi8(first.v, second.v);
     return {{{_mm_unpacklo_epi16(evens, odds)}, {_mm_unpackhi_epi16(evens, odds)}}};
+}
+
+LUMALANE_INLINE woven<2, 16> interleave(bytes<16> first, bytes<16> second) {
+    return {{{_mm_unpacklo_epi8(first.v, second.v)}, {_mm_unpackhi_epi8(first.v, second.v)}}};
+}
+
+LUMALANE_INLINE void store_after_8(unsigned char *to, const woven<2, 16> &parts) {
+    store(to + 8, bytes<8>{_mm_unpackhi_epi64(parts.part[0].v, parts.part[0].v)});
+    store(to + 16, parts.part[1]);
 }
 
 #ifndef LUMALANE_WIDER_LANES

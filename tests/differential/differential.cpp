@@ -70,6 +70,18 @@ bytes draw_samples(random &r, std::size_t count) {
     return samples;
 }
 
+// Lays the patches over what is held of a buffer.
+void apply(const std::vector<patch> &patches, range held, std::uint8_t *first) {
+    for (const patch &p : patches) {
+        const std::ptrdiff_t begin = std::max(p.at, held.first);
+        const std::ptrdiff_t end =
+            std::min(p.at + static_cast<std::ptrdiff_t>(p.bytes.size()), held.end);
+        if (begin < end)
+            std::copy(p.bytes.begin() + (begin - p.at), p.bytes.begin() + (end - p.at),
+                      first + (begin - held.first));
+    }
+}
+
 // One case: a drawn call with what its buffers hold. What does not fit the regions throws a
 // model::stray_access.
 class experiment {
@@ -86,6 +98,7 @@ public:
             if (widened.size() + origin_alignment > guarded_region::size)
                 throw model::stray_access{};
             held.push_back(draw_samples(r, covered.back().size()));
+            apply(drawn.buffers[held.size() - 1].patches, covered.back(), held.back().data());
         }
     }
 
@@ -107,6 +120,7 @@ private:
             const std::ptrdiff_t half = guarded_region::size / 2;
             wide.places.origins.push_back(memory[i]->begin() + half);
             wide.ranges.push_back({-half, half});
+            apply(drawn.buffers[i].patches, wide.ranges[i], wide.begin(i));
         }
         fill_records(wide);
         return run_model(wide);

@@ -15,13 +15,39 @@ using function_of = void (*)(Arguments...);
 // One function per signature that frame/exports.inc uses.
 drawn_call draw_parameters(random &, const char *name, void (*on_model)(model::memory &, void *),
                            void (*lumalane::kernel_table::*function)(void *));
+drawn_call draw_mix(random &, const char *name,
+                    void (*on_model)(model::memory &, LUMALANE_PARAMETERS_mix),
+                    void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_mix));
+drawn_call draw_key_fill(random &, const char *name,
+                         void (*on_model)(model::memory &, LUMALANE_PARAMETERS_key_fill),
+                         void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_key_fill));
+drawn_call draw_mask(random &, const char *name,
+                     void (*on_model)(model::memory &, LUMALANE_PARAMETERS_mask),
+                     void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_mask));
 drawn_call draw_picture(random &, const char *name,
                         void (*on_model)(model::memory &, LUMALANE_PARAMETERS_picture),
                         void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_picture));
 
-// Bytes per pixel of what a picture function writes (of the Y plane for YV12), which its name
-// spells.
-int destination_pixel_bytes(std::string_view name);
+// Bytes of a row (of the Y plane for YV12) that a function makes of so many pixels, or reads in the
+// place of its destination: its name spells them.
+int destination_row_bytes(std::string_view name, int width);
+
+// How large a picture is and how its rows lie: regular, regular but for one thing, or anything.
+struct shape {
+    int width, height;
+    int src_pitch; // in the unit of the width
+    int dst_pitch; // bytes; the name of the function spells how many a row has
+};
+shape draw_shape(random &, std::string_view name);
+
+// Mostly one that exists.
+unsigned draw_rgb16_layout(random &);
+
+// A colour key; mostly one that a surface without a fourth byte can hold.
+unsigned draw_key(random &);
+
+// Of the first byte of a plane: 0 in half of the cases.
+int draw_offset(random &);
 
 // Gains and offsets: neutral, moderate and hostile.
 contrast_data draw_contrast(random &);

@@ -6,86 +6,11 @@
 
 namespace differential {
 
-int destination_pixel_bytes(std::string_view name) {
-    const auto spells = [&](const char *lower, const char *upper) {
-        return name.find(lower) != name.npos || name.find(upper) != name.npos;
-    };
-    return spells("rgb32", "RGB32")   ? 4
-           : spells("rgb24", "RGB24") ? 3
-           : spells("rgb16", "RGB16") ? 2
-           : spells("yuy2", "YUY2")   ? 2
-                                      : 1;
+unsigned draw_rgb16_layout(random &r) {
+    return r.one_in(8) ? r.one_of({4, 7, -1}) : r.between(0, 3);
 }
 
 namespace {
-
-struct shape {
-    int width, height, src_pitch, dst_pitch;
-};
-
-// Widths on the step of 16 (on and off 32), even heights, rows that do not overlap.
-shape draw_regular(random &r, int pixel_bytes) {
-    shape s;
-    s.width = 16 * r.between(1, r.one_of({3, 44, 44, 120}));
-    s.height = 2 * r.between(1, 6);
-    s.src_pitch = s.width + r.one_of({0, 0, 16, 32, 2 * r.between(0, 60)});
-    s.dst_pitch = pixel_bytes * s.width + r.one_of({0, 0, 16, 64, r.between(0, 100)});
-    return s;
-}
-
-int draw_irregular_pitch(random &r, int row_bytes) {
-    switch (r.between(0, 4)) {
-    case 0:
-        return row_bytes + r.between(0, 40);
-    case 1: // rows that overlap
-        return r.between(0, row_bytes);
-    case 2: // bottom-up
-        return -row_bytes - r.between(0, 40);
-    case 3:
-        return row_bytes - r.between(-2, 2);
-    default:
-        return r.between(-row_bytes, 3 * row_bytes);
-    }
-}
-
-shape draw_irregular(random &r, int pixel_bytes) {
-    shape s;
-    s.width = r.between(0, r.one_in(4) ? 700 : 100);
-    s.height = r.between(0, r.one_in(6) ? 40 : 9);
-    s.src_pitch = draw_irregular_pitch(r, s.width);
-    s.dst_pitch = draw_irregular_pitch(r, pixel_bytes * s.width);
-    return s;
-}
-
-// Regular but for one thing.
-shape draw_almost_regular(random &r, int pixel_bytes) {
-    shape s = draw_regular(r, pixel_bytes);
-    switch (r.between(0, 3)) {
-    case 0:
-        s.width += r.between(-15, 15);
-        break;
-    case 1:
-        s.height -= r.between(1, 2);
-        break;
-    case 2:
-        s.src_pitch = draw_irregular_pitch(r, s.width);
-        break;
-    default:
-        s.dst_pitch = draw_irregular_pitch(r, pixel_bytes * s.width);
-    }
-    return s;
-}
-
-shape draw_shape(random &r, int pixel_bytes) {
-    switch (r.between(0, 2)) {
-    case 0:
-        return draw_regular(r, pixel_bytes);
-    case 1:
-        return draw_almost_regular(r, pixel_bytes);
-    default:
-        return draw_irregular(r, pixel_bytes);
-    }
-}
 
 struct surface_facts {
     unsigned rgb16_layout;
@@ -94,7 +19,7 @@ struct surface_facts {
 
 surface_facts draw_surface(random &r, const shape &s) {
     surface_facts facts;
-    facts.rgb16_layout = r.one_in(8) ? r.one_of({4, 7, -1}) : r.between(0, 3);
+    facts.rgb16_layout = draw_rgb16_layout(r);
     if (r.one_in(4)) {
         facts.surface_height = r.between(-10, 60);
         facts.rows_to_plane_end = r.between(-10, 60);
@@ -116,7 +41,6 @@ struct layout {
 
 // Each plane in a buffer of its own, or some of them in that of the first.
 layout draw_layout(random &r, drawn_call &drawn, const shape &s) {
-    const auto alignment = [&] { return r.one_in(2) ? 0 : r.between(0, 63); };
     const int plane_bytes = std::abs(s.src_pitch) * s.height;
     const auto distance = [&] {
         return r.one_of({0, r.between(-64, 64), s.src_pitch, -s.src_pitch, s.dst_pitch, plane_bytes,
@@ -124,13 +48,13 @@ layout draw_layout(random &r, drawn_call &drawn, const shape &s) {
     };
     const bool shared = r.one_in(3);
     layout l;
-    l.src = {drawn.add({"src"}), alignment()};
+    l.src = {drawn.add({"src"}), draw_offset(r)};
     for (auto [plane, name] :
          {std::pair{&l.src_u, "src_u"}, {&l.src_v, "src_v"}, {&l.dst, "dst"}}) {
         if (shared && r.one_in(2))
             *plane = {l.src.buffer, l.src.offset + distance()};
         else
-            *plane = {drawn.add({name}), alignment()};
+            *plane = {drawn.add({name}), draw_offset(r)};
     }
     return l;
 }
@@ -142,7 +66,7 @@ drawn_call draw_picture(random &r, const char *name,
                         void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_picture)) {
     drawn_call drawn;
     drawn.contrast = draw_contrast(r);
-    const shape s = draw_shape(r, destination_pixel_bytes(name));
+    const shape s = draw_shape(r, name);
     const layout l = draw_layout(r, drawn, s);
     const surface_facts surface = draw_surface(r, s);
     const spot info{drawn.add({"info", sizeof(tag_ajust_contrast_info),

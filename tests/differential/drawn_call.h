@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <tuple>
@@ -31,12 +32,21 @@ struct placement {
     }
 };
 
+// Bytes from an offset in a buffer on.
+struct patch {
+    std::ptrdiff_t at;
+    std::vector<std::uint8_t> bytes;
+};
+
 struct buffer {
     const char *name;
     // A record has a size that counts as a whole, and is filled here after its random bytes; its
     // pointers lie where the placement says.
     std::size_t record_size = 0;
     std::function<void(void *record, const placement &)> fill = {};
+    // What it holds in the place of random bytes, the latest on top. What decides on the footprint
+    // has to be here.
+    std::vector<patch> patches = {};
 };
 
 struct drawn_call {

@@ -19,6 +19,8 @@ std::uint8_t adjust(std::uint8_t sample, adjustment by) {
     return narrow_saturate(p);
 }
 
+std::uint8_t as_it_is(std::uint8_t sample, adjustment) { return sample; }
+
 void get_contrast_data(memory &m, void *params) {
     const auto &record = *static_cast<const contrast_data *>(params);
     const auto low_half = [&](const int &field) { return low16(m.field(field)); };

@@ -1,6 +1,8 @@
 // The adjustment of one sample, and the state that it takes its gains and offsets from.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace model {
@@ -24,6 +26,17 @@ struct adjustment_state {
 };
 const adjustment_state &state();
 
-std::uint8_t adjust(std::uint8_t sample, adjustment by);
+// What a function does to each sample that it reads: it adjusts it, or takes it as it is.
+using treatment = std::uint8_t(std::uint8_t sample, adjustment by);
+treatment adjust;
+treatment as_it_is;
+
+template <std::size_t count>
+std::array<std::uint8_t, count> treat(treatment *treated, std::array<std::uint8_t, count> samples,
+                                      adjustment by) {
+    for (std::uint8_t &sample : samples)
+        sample = treated(sample, by);
+    return samples;
+}
 
 } // namespace model

@@ -1,6 +1,5 @@
-#include <vector>
-
 #include "tests/model/adjustment.h"
+#include "tests/model/count_down.h"
 #include "tests/model/lanes.h"
 #include "tests/model/models.h"
 #include "tests/model/picture.h"
@@ -9,42 +8,17 @@ namespace model {
 
 namespace {
 
-using bytes = std::vector<std::uint8_t>;
-
-bytes read(memory &m, address from, unsigned count) {
-    bytes found;
-    for (unsigned i = 0; i < count; ++i)
-        found.push_back(m.load(from + i));
-    return found;
-}
-
-void write(memory &m, address to, const bytes &written) {
-    for (const std::uint8_t byte : written)
-        m.store(to++, byte);
-}
-
 void adjust_plane(memory &m, address from, address to, int width, int height, int to_pitch,
                   adjustment by) {
     const int to_next_row = low32(std::int64_t{to_pitch} - width);
-    unsigned rows = height;
-    unsigned rows_before;
-    do {
-        unsigned columns = width;
-        unsigned columns_before;
-        do {
-            bytes samples = read(m, from, 8);
-            for (std::uint8_t &sample : samples)
-                sample = adjust(sample, by);
-            write(m, to, samples);
+    count_down(height, 1, [&] {
+        count_down(width, 8, [&] {
+            m.store_run(to, treat(adjust, m.load_run<8>(from), by));
             from += 8;
             to += 8;
-            columns_before = columns;
-            columns -= 8;
-        } while (columns_before > 8);
+        });
         to += to_next_row;
-        rows_before = rows;
-        rows -= 1;
-    } while (rows_before > 1);
+    });
 }
 
 } // namespace
@@ -75,53 +49,38 @@ void loadimage_yv12(memory &m, LUMALANE_PARAMETERS_picture) {
 
     address from = address_of(p.src);
     address to = address_of(p.dst);
-    unsigned rows = p.height;
-    unsigned rows_before;
-    do {
-        unsigned columns = p.width;
-        unsigned columns_before;
-        do {
-            write(m, to, read(m, from, 16));
-            write(m, to + p.src_pitch, read(m, from + p.width, 16));
+    count_down(p.height, 2, [&] {
+        count_down(p.width, 16, [&] {
+            m.store_run(to, m.load_run<16>(from));
+            m.store_run(to + p.src_pitch, m.load_run<16>(from + p.width));
             from += 16;
             to += 16;
-            columns_before = columns;
-            columns -= 16;
-        } while (columns_before > 16);
+        });
         from += src_increment;
         from += dst_increment;
-        rows_before = rows;
-        rows -= 2;
-    } while (rows_before > 2);
+    });
 
     const auto halve = [](int value) { return static_cast<unsigned>(value) >> 1; };
     address from_u = address_of(p.src_u);
     address from_v = address_of(p.src_v);
     address to_v = address_of(p.dst) + luma_bytes - 1;
     address to_u = to_v + (luma_bytes >> 2);
-    rows = p.height;
-    do {
-        unsigned columns = p.width >> 1;
-        unsigned columns_before;
-        do {
-            write(m, to_u, read(m, from_u, 8));
-            write(m, to_u + halve(p.dst_pitch), read(m, from_u + halve(p.src_pitch), 8));
-            write(m, to_v, read(m, from_v, 8));
-            write(m, to_v + halve(p.dst_pitch), read(m, from_v + halve(p.src_pitch), 8));
+    count_down(p.height, 2, [&] {
+        count_down(p.width >> 1, 8, [&] {
+            m.store_run(to_u, m.load_run<8>(from_u));
+            m.store_run(to_u + halve(p.dst_pitch), m.load_run<8>(from_u + halve(p.src_pitch)));
+            m.store_run(to_v, m.load_run<8>(from_v));
+            m.store_run(to_v + halve(p.dst_pitch), m.load_run<8>(from_v + halve(p.src_pitch)));
             from_u += 8;
             from_v += 8;
             to_u += 8;
             to_v += 8;
-            columns_before = columns;
-            columns -= 8;
-        } while (columns_before > 8);
+        });
         from_u += halve(src_increment);
         from_v += halve(src_increment);
         to_u += halve(dst_increment);
         to_v += halve(dst_increment);
-        rows_before = rows;
-        rows -= 2;
-    } while (rows_before > 2);
+    });
 }
 
 } // namespace model

@@ -2,8 +2,11 @@
 // the exact footprint in each of them.
 #pragma once
 
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 #include <vector>
 
 namespace model {
@@ -34,13 +37,29 @@ public:
     std::uint8_t load(address where) { return *touch(where); }
     void store(address where, std::uint8_t value) { *touch(where) = value; }
 
-    // Reads a field of a record, byte by byte.
+    // Runs of bytes, from the first to the last.
+    template <std::size_t count>
+    std::array<std::uint8_t, count> load_run(address first) {
+        std::array<std::uint8_t, count> found;
+        for (std::uint8_t &byte : found)
+            byte = load(first++);
+        return found;
+    }
+    template <std::size_t count>
+    void store_run(address first, const std::array<std::uint8_t, count> &written) {
+        for (const std::uint8_t byte : written)
+            store(first++, byte);
+    }
+
+    // Reads and writes a field of a record.
     template <class T>
     T field(const T &record_field) {
-        T value;
-        for (std::size_t i = 0; i < sizeof(T); ++i)
-            reinterpret_cast<std::uint8_t *>(&value)[i] = load(address_of(&record_field) + i);
-        return value;
+        return std::bit_cast<T>(load_run<sizeof(T)>(address_of(&record_field)));
+    }
+    template <class T>
+    void set_field(T &record_field, std::type_identity_t<T> value) {
+        store_run(address_of(&record_field),
+                  std::bit_cast<std::array<std::uint8_t, sizeof(T)>>(value));
     }
 
     // From the lowest to the highest byte of the buffer that was read or written.

@@ -49,4 +49,11 @@ std::array<std::uint8_t, 2> pack_rgb16(rgb pixel, unsigned layout) {
     return {static_cast<std::uint8_t>(word), static_cast<std::uint8_t>(word >> 8)};
 }
 
+std::optional<unsigned> read_rgb16_layout(memory &m, const tag_ajust_contrast_info &info) {
+    const unsigned layout = m.field(info.rgb16_layout);
+    if (layout > 3)
+        return std::nullopt;
+    return layout;
+}
+
 } // namespace model

@@ -1,0 +1,74 @@
+// Sources: where the samples of a group come from.
+#pragma once
+
+#include "frame/samples.h"
+
+namespace lumalane::LUMALANE_LANES {
+
+// Planar 4:2:0, for RGB.
+struct planar {
+    static constexpr bool is_part = true;
+
+    template <int parts, int pixels>
+    LUMALANE_INLINE chroma_samples<pixels / 2> load_chroma(const unsigned char *u,
+                                                           const unsigned char *v) const {
+        return {deal_chroma<parts, pixels / 2>(u), deal_chroma<parts, pixels / 2>(v)};
+    }
+
+    template <int parts, int pixels, class Shared>
+    LUMALANE_INLINE bytes<pixels> load_luma(const unsigned char *y, const Shared &) const {
+        return deal_pixels<parts, pixels>(y);
+    }
+};
+
+// Planar 4:2:0, for YUY2.
+struct planar_pairs : planar {
+    template <int parts, int pixels>
+    LUMALANE_INLINE chroma_pairs<pixels> load_chroma(const unsigned char *u,
+                                                     const unsigned char *v) const {
+        return {join(deal_chroma<parts, pixels / 2>(u), deal_chroma<parts, pixels / 2>(v))};
+    }
+};
+
+// The luma plane alone: the chroma pointers may point nowhere.
+struct luma_alone : planar {
+    template <int parts, int pixels>
+    LUMALANE_INLINE no_chroma<pixels> load_chroma(const unsigned char *,
+                                                  const unsigned char *) const {
+        return {};
+    }
+};
+
+// Packed YUY2, for RGB.
+struct packed {
+    static constexpr bool is_part = true;
+
+    template <int parts, int pixels>
+    LUMALANE_INLINE chroma_samples<pixels / 2> load_chroma(const unsigned char *from) const {
+        const bytes<pixels> uv = deal_odd<parts, pixels>(from);
+        return {even(uv), odd(uv)};
+    }
+
+    template <int parts, int pixels, class Shared>
+    LUMALANE_INLINE bytes<pixels> load_luma(const unsigned char *from, const Shared &) const {
+        return deal_even<parts, pixels>(from);
+    }
+};
+
+// Packed YUY2, for YUY2.
+struct packed_as_it_is {
+    static constexpr bool is_part = true;
+
+    template <int parts, int pixels>
+    LUMALANE_INLINE packed_samples<2 * pixels> load_chroma(const unsigned char *from) const {
+        return {load<2 * pixels>(from)};
+    }
+
+    template <int parts, int pixels, class Shared>
+    LUMALANE_INLINE packed_samples<2 * pixels> load_luma(const unsigned char *from,
+                                                         const Shared &) const {
+        return {load<2 * pixels>(from)};
+    }
+};
+
+} // namespace lumalane::LUMALANE_LANES

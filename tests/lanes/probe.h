@@ -1,0 +1,61 @@
+// The lanes on plain memory: what a lane set's own compilation does, for tests that are compiled
+// for any processor.
+//
+// probe.cpp is compiled once per lane set, as the kernels are, and makes one of these for each.
+#pragma once
+
+#include "frame/dispatch.h"
+
+namespace tests {
+
+// Of an operand or a result: bytes<lanes> or words<lanes>.
+struct lane_type {
+    int bytes_per_lane, lanes;
+};
+
+// One operation of the vocabulary, on operands of one type each.
+struct operation {
+    const char *name; // if it takes several to try one, all of them
+    int immediate;    // the count or factor that is its template argument; 0: none
+    lane_type result;
+    int operands;
+    lane_type operand[3];
+    // The operands lie one after the other at `from`; `to` is aligned to 64 bytes.
+    void (*run)(unsigned char *to, const unsigned char *from);
+};
+
+// Planes of samples, loaded for a weave and woven.
+struct weaving {
+    const char *name;
+    int planes, samples; // the plane of a channel; as many samples as pixels, or half as many
+    int pixels, bytes_per_pixel;
+    // The planes lie one after the other at `from`.
+    void (*run)(unsigned char *to, const unsigned char *from);
+};
+
+// The RGB16 sinks.
+struct rgb16_packing {
+    int pixels;
+    // At `from` a plane of red samples, one of green and one of blue.
+    void (*run)(unsigned char *to, const unsigned char *from, unsigned layout);
+};
+
+template <class Entry, int capacity>
+struct table {
+    Entry entry[capacity];
+    int size;
+
+    const Entry *begin() const { return entry; }
+    const Entry *end() const { return entry + size; }
+};
+
+struct probe {
+    table<operation, 384> operations; // for every width of vectors that the set has
+    table<weaving, 24> weavings;      // for every width that it weaves
+    table<rgb16_packing, 4> rgb16_packings;
+};
+
+// The processor need not be able to run the set, if none of the functions is called.
+const probe &probe_of(lumalane::lane_set set);
+
+} // namespace tests

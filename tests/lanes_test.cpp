@@ -1,0 +1,246 @@
+// The operations of every lane set are those that frame/lanes/portable.h defines.
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tests/differential/random.h"
+#include "tests/lane_sets.h"
+#include "tests/lanes/probe.h"
+
+namespace {
+
+using tests::operation, tests::probe_of;
+
+int size_of(tests::lane_type type) { return type.bytes_per_lane * type.lanes; }
+
+// ---- Operations by their declaration -----------------------------------------------------------
+
+std::string to_string(tests::lane_type type) {
+    return (type.bytes_per_lane == 1 ? "bytes<" : "words<") + std::to_string(type.lanes) + ">";
+}
+
+// As in "words<8> shift_left<3>(words<8>)".
+std::string declaration(const operation &o) {
+    std::string text = to_string(o.result) + ' ' + o.name;
+    if (o.immediate != 0)
+        text += '<' + std::to_string(o.immediate) + '>';
+    text += '(';
+    for (int i = 0; i < o.operands; ++i)
+        text += (i == 0 ? "" : ", ") + to_string(o.operand[i]);
+    return text + ')';
+}
+
+const operation *definition_of(const operation &o) {
+    for (const operation &defined : probe_of(lumalane::lane_set::portable).operations)
+        if (declaration(defined) == declaration(o))
+            return &defined;
+    return nullptr;
+}
+
+// ---- One operation and its definition ----------------------------------------------------------
+
+struct operands {
+    unsigned char memory[3 * 64];
+};
+
+struct results {
+    alignas(64) unsigned char memory[2 * 64]; // one vector, and what no operation may touch
+
+    results(const operation &o, const operands &in) {
+        std::memset(memory, 0xa5, sizeof memory);
+        o.run(memory, in.memory);
+    }
+};
+
+constexpr int interesting_words[] = {
+    0,      1,      2,      3,      63,     64,     127,    128,    255,    256,    1023,   0x3fff,
+    0x4000, 0x7ffe, 0x7fff, 0x8000, 0x8001, 0xbfff, 0xc000, 0xff00, 0xff01, 0xff80, 0xfffe, 0xffff};
+
+class comparison {
+public:
+    comparison(const operation &o, const operation &defined) : tested(o), definition(defined) {
+        at_byte_pairs();
+        if (tested.operands > 1)
+            at_interesting_words();
+        at_random();
+    }
+
+    int inputs = 0;
+    std::optional<operands> difference; // the first
+
+private:
+    // Every pair of bytes in every lane: of one operand the two bytes of a word, of more operands
+    // one byte of the first and one of the second.
+    void at_byte_pairs() {
+        operands in = random_operands();
+        for (int pair = 0; pair < 65536; ++pair) {
+            for (int lane = 0; lane < words_of(0); ++lane)
+                if (tested.operands == 1) {
+                    set_word(in, 0, lane, pair + lane * 0x1235);
+                } else {
+                    set_word(in, 0, lane, (pair + lane * 37) % 256 * 0x0101);
+                    set_word(in, 1, lane, (pair / 256 + lane * 91) % 256 * 0x0101);
+                }
+            compare(in);
+        }
+    }
+
+    // Every word in the first operand, interesting ones in the others.
+    void at_interesting_words() {
+        operands in;
+        for (const int other : interesting_words) {
+            for (int i = 1; i < tested.operands; ++i)
+                for (int lane = 0; lane < words_of(i); ++lane)
+                    set_word(in, i, lane, other);
+            for (int word = 0; word < 65536; word += words_of(0)) {
+                for (int lane = 0; lane < words_of(0); ++lane)
+                    set_word(in, 0, lane, word + lane);
+                compare(in);
+            }
+        }
+    }
+
+    void at_random() {
+        for (int i = 0; i < 10000; ++i)
+            compare(random_operands());
+    }
+
+    void compare(const operands &in) {
+        ++inputs;
+        const results result(tested, in), expected(definition, in);
+        if (!difference && std::memcmp(result.memory, expected.memory, sizeof result.memory) != 0)
+            difference = in;
+    }
+
+    operands random_operands() {
+        operands drawn;
+        for (unsigned char &byte : drawn.memory)
+            byte = static_cast<unsigned char>(random.next());
+        return drawn;
+    }
+
+    int words_of(int operand) const { return size_of(tested.operand[operand]) / 2; }
+
+    void set_word(operands &in, int operand, int index, int value) const {
+        unsigned char *at = in.memory + 2 * index;
+        for (int i = 0; i < operand; ++i)
+            at += size_of(tested.operand[i]);
+        at[0] = static_cast<unsigned char>(value);
+        at[1] = static_cast<unsigned char>(value >> 8);
+    }
+
+    const operation &tested, &definition;
+    differential::random random{1};
+};
+
+std::string hexadecimal(const unsigned char *bytes, int count) {
+    std::string text;
+    char byte[4];
+    for (int i = 0; i < count; ++i) {
+        std::snprintf(byte, sizeof byte, " %02x", bytes[i]);
+        text += byte;
+    }
+    return text;
+}
+
+std::string report(const operation &tested, const operation &definition, const operands &in) {
+    std::string text;
+    const unsigned char *operand = in.memory;
+    for (int i = 0; i < tested.operands; operand += size_of(tested.operand[i]), ++i)
+        text += "\n        of" + hexadecimal(operand, size_of(tested.operand[i]));
+    const int shown = size_of(tested.result) + 8;
+    return text + "\n        is" + hexadecimal(results(tested, in).memory, shown) + "\ninstead of" +
+           hexadecimal(results(definition, in).memory, shown);
+}
+
+// ---- The tests ---------------------------------------------------------------------------------
+
+std::vector<lumalane::lane_set> sets_to_compare() {
+    std::vector<lumalane::lane_set> sets = tests::runnable_lane_sets();
+    std::erase(sets, lumalane::lane_set::portable);
+    return sets;
+}
+
+class operations_test : public testing::TestWithParam<lumalane::lane_set> {};
+
+TEST_P(operations_test, are_the_portable_ones) {
+    int operations = 0;
+    long long inputs = 0;
+    for (const operation &tested : probe_of(GetParam()).operations) {
+        const operation *const definition = definition_of(tested);
+        ASSERT_NE(definition, nullptr) << declaration(tested);
+        const comparison compared(tested, *definition);
+        if (compared.difference)
+            ADD_FAILURE() << declaration(tested)
+                          << report(tested, *definition, *compared.difference);
+        ++operations;
+        inputs += compared.inputs;
+    }
+    std::printf("%s: %d operations, %lld inputs\n", tests::name_of(GetParam()).c_str(), operations,
+                inputs);
+}
+
+// A processor may run nothing but the portable set.
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(operations_test);
+INSTANTIATE_TEST_SUITE_P(lanes, operations_test, testing::ValuesIn(sets_to_compare()),
+                         [](const auto &set) { return tests::name_of(set.param); });
+
+class weavings_test : public tests::on_each_lane_set {};
+
+TEST_P(weavings_test, leave_in_memory_order) {
+    differential::random random(1);
+    for (const tests::weaving &w : probe_of(GetParam()).weavings)
+        for (int i = 0; i < 1000; ++i) {
+            std::vector<unsigned char> planes(w.planes * w.samples);
+            for (unsigned char &sample : planes)
+                sample = static_cast<unsigned char>(random.next());
+            std::vector<unsigned char> expected, woven(w.pixels * w.bytes_per_pixel);
+            for (int pixel = 0; pixel < w.pixels; ++pixel)
+                for (int byte = 0; byte < w.bytes_per_pixel; ++byte)
+                    expected.push_back(byte < w.planes
+                                           ? planes[byte * w.samples + pixel * w.samples / w.pixels]
+                                           : 0);
+            w.run(woven.data(), planes.data());
+            ASSERT_EQ(woven, expected)
+                << w.name << ", " << w.pixels << " pixels of " << w.bytes_per_pixel << " bytes";
+        }
+}
+
+INSTANTIATE_ON_EACH_LANE_SET(weavings_test);
+
+// The names that a text has, or the functions that it defines.
+std::set<std::string> names_in(const std::string &text, const std::regex &name) {
+    std::set<std::string> names;
+    for (std::sregex_iterator i(text.begin(), text.end(), name), end; i != end; ++i)
+        names.insert(i->str(1));
+    return names;
+}
+
+TEST(vocabulary, is_probed_whole) {
+    std::ifstream file(LUMALANE_VOCABULARY);
+    const std::string text(std::istreambuf_iterator<char>(file), {});
+    std::set<std::string> unprobed =
+        names_in(text, std::regex(R"(LUMALANE_INLINE[^(]*\b(operator\W+|\w+)\()"));
+    ASSERT_TRUE(unprobed.contains("add"));
+
+    const tests::probe &probe = probe_of(lumalane::lane_set::portable);
+    std::string probed;
+    for (const operation &o : probe.operations)
+        probed += std::string(o.name) + ' ';
+    for (const tests::weaving &w : probe.weavings)
+        probed += std::string(w.name) + ' ';
+    for (const std::string &name : names_in(probed, std::regex(R"((operator[^ ,]+|\w+))")))
+        EXPECT_EQ(unprobed.erase(name), 1u) << name;
+
+    // What the definitions share is no operation.
+    EXPECT_EQ(unprobed,
+              (std::set<std::string>{"clamp", "each", "pixel_of_split_lane", "weave_channels"}));
+}
+
+} // namespace
