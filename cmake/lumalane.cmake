@@ -69,12 +69,24 @@ set_target_properties(lumalane_frame PROPERTIES POSITION_INDEPENDENT_CODE ON)
 add_library(lumalane_static STATIC ${objects})
 add_library(lumalane::static ALIAS lumalane_static)
 target_compile_definitions(lumalane_static INTERFACE LUMALANE_STATIC)
-target_include_directories(lumalane_static INTERFACE ${PROJECT_SOURCE_DIR})
-set_target_properties(lumalane_static PROPERTIES OUTPUT_NAME lumalane)
+set_target_properties(lumalane_static PROPERTIES OUTPUT_NAME lumalane EXPORT_NAME static)
 if(WIN32)
   # The import library is lumalane.lib.
   set_target_properties(lumalane_static PROPERTIES OUTPUT_NAME lumalane_static)
 endif()
+
+# Users include <lumalane.h>; the project's own programs include its headers from the root.
+function(lumalane_install target)
+  target_include_directories(${target} INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+                                                 $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/frame>)
+  install(TARGETS ${target} EXPORT lumalane INCLUDES DESTINATION include)
+endfunction()
+
+include(GNUInstallDirs)
+install(FILES frame/lumalane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(EXPORT lumalane NAMESPACE lumalane:: FILE lumalane-config.cmake
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/lumalane)
+lumalane_install(lumalane_static)
 
 # Sanitized code needs its runtime, which a library without any cannot have.
 if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
@@ -83,8 +95,8 @@ endif()
 
 add_library(lumalane_shared SHARED ${objects})
 add_library(lumalane::lumalane ALIAS lumalane_shared)
-target_include_directories(lumalane_shared INTERFACE ${PROJECT_SOURCE_DIR})
-set_target_properties(lumalane_shared PROPERTIES OUTPUT_NAME lumalane)
+lumalane_install(lumalane_shared)
+set_target_properties(lumalane_shared PROPERTIES OUTPUT_NAME lumalane EXPORT_NAME lumalane)
 if(WIN32)
   target_link_options(lumalane_shared PRIVATE -nostdlib LINKER:/entry:lumalane_entry
                       LINKER:/dynamicbase LINKER:/nxcompat LINKER:/Brepro)
