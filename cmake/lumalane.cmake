@@ -12,7 +12,11 @@ set(kernel_files
     load/yuy2_to_yuy2.cpp
     load/yv12_to_rgb.cpp
     load/yv12_to_yuy2.cpp
-    load/yv12_to_yv12.cpp)
+    load/yv12_to_yv12.cpp
+    mix/interlaced.cpp
+    mix/progressive.cpp
+    subpicture/mix_onto_yuy2.cpp
+    subpicture/mix_onto_yv12.cpp)
 
 set(frame_files frame/adjustment.cpp frame/dispatch.cpp frame/exports.cpp)
 if(WIN32)

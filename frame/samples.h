@@ -78,7 +78,9 @@ struct pipe {
             second.template row<Put>(to, luma, shared);
     }
 
+    // The sink's.
     static constexpr int bytes_per_pixel() { return Second::bytes_per_pixel; }
+    static constexpr int parts() { return Second::parts; }
 
     // For the pipe that this one is the first part of. The sink weaves in `parts` parts.
     template <int parts, int pixels, class... From>

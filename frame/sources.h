@@ -9,10 +9,15 @@ namespace lumalane::LUMALANE_LANES {
 struct planar {
     static constexpr bool is_part = true;
 
+    template <int n>
+    LUMALANE_INLINE static chroma_samples<n> chroma_of(words<n> u, words<n> v) {
+        return {u, v};
+    }
+
     template <int parts, int pixels>
     LUMALANE_INLINE chroma_samples<pixels / 2> load_chroma(const unsigned char *u,
                                                            const unsigned char *v) const {
-        return {deal_chroma<parts, pixels / 2>(u), deal_chroma<parts, pixels / 2>(v)};
+        return chroma_of(deal_chroma<parts, pixels / 2>(u), deal_chroma<parts, pixels / 2>(v));
     }
 
     template <int parts, int pixels, class Shared>
@@ -23,10 +28,34 @@ struct planar {
 
 // Planar 4:2:0, for YUY2.
 struct planar_pairs : planar {
+    template <int n>
+    LUMALANE_INLINE static chroma_pairs<2 * n> chroma_of(words<n> u, words<n> v) {
+        return {join(u, v)};
+    }
+
     template <int parts, int pixels>
     LUMALANE_INLINE chroma_pairs<pixels> load_chroma(const unsigned char *u,
                                                      const unsigned char *v) const {
-        return {join(deal_chroma<parts, pixels / 2>(u), deal_chroma<parts, pixels / 2>(v))};
+        return chroma_of(deal_chroma<parts, pixels / 2>(u), deal_chroma<parts, pixels / 2>(v));
+    }
+};
+
+// Samples that are at hand already, dealt, in the form in which `Form` gives them.
+template <class Form, int pixels>
+struct at_hand {
+    static constexpr bool is_part = true;
+
+    bytes<pixels> y;
+    words<pixels / 2> u, v;
+
+    template <int, int>
+    LUMALANE_INLINE auto load_chroma() const {
+        return Form::chroma_of(u, v);
+    }
+
+    template <int, int, class Shared>
+    LUMALANE_INLINE bytes<pixels> load_luma(const unsigned char *, const Shared &) const {
+        return y;
     }
 };
 

@@ -52,6 +52,10 @@ LUMALANE_INLINE extent rows_at(const unsigned char *first, long long rows, long 
 
 LUMALANE_INLINE bool apart(extent a, extent b) { return a.end <= b.begin || b.end <= a.begin; }
 
+LUMALANE_INLINE extent joined(extent a, extent b) {
+    return {a.begin < b.begin ? a.begin : b.begin, a.end > b.end ? a.end : b.end};
+}
+
 // Rows of at least row_bytes each, pitch apart, have no byte in common.
 LUMALANE_INLINE bool rows_apart(long long pitch, long long row_bytes) {
     return pitch >= row_bytes || -pitch >= row_bytes;
@@ -65,6 +69,32 @@ LUMALANE_INLINE bool outgrows_cache(const unsigned char *dst, int pitch, long lo
     const unsigned cache = last_level_cache_bytes();
     return cache != 0 && bytes > cache / 3 &&
            (reinterpret_cast<uintptr_t>(dst) | static_cast<unsigned>(pitch)) % widest == 0;
+}
+
+// ---- Along a row -------------------------------------------------------------------------------
+
+template <int n>
+struct pixels_of {
+    static constexpr int count = n;
+};
+
+// Calls `step(pixels_of<n>{})` for the steps of a row, which moves its pointers by itself: steps of
+// 16 pixels, at least one and past the row's end if need be; or the widest that there are, for
+// widths that are multiples of 16.
+template <bool wide, class Step>
+LUMALANE_INLINE void along_row(int width, const Step &step) {
+    if constexpr (wide) {
+        int left = width;
+        for (; left >= widest; left -= widest)
+            step(pixels_of<widest>{});
+        if (widest > 16 && left > 0)
+            step(pixels_of<16>{});
+    } else {
+        unsigned left = static_cast<unsigned>(width);
+        do
+            step(pixels_of<16>{});
+        while (again(left, 16));
+    }
 }
 
 // ---- Rows of single bytes ----------------------------------------------------------------------

@@ -172,6 +172,53 @@ LUMALANE_INLINE words<16> average_couples_of_pairs(bytes<32> a) {
     return {_mm256_or_si256(lower, _mm256_slli_epi32(upper, 8))};
 }
 
+LUMALANE_INLINE words<16> second_pairs(bytes<32> a) {
+    const __m256i lower =
+        _mm256_and_si256(_mm256_srli_epi32(a.v, 16), _mm256_set1_epi32(0x000000ff));
+    const __m256i upper =
+        _mm256_and_si256(_mm256_srli_epi32(a.v, 8), _mm256_set1_epi32(0x00ff0000));
+    return {_mm256_or_si256(lower, upper)};
+}
+
+// ---- Blending ----------------------------------------------------------------------------------
+
+LUMALANE_INLINE bytes<32> average(bytes<32> a, bytes<32> b) { return {_mm256_avg_epu8(a.v, b.v)}; }
+
+LUMALANE_INLINE words<16> average(words<16> a, words<16> b) { return {_mm256_avg_epu16(a.v, b.v)}; }
+
+LUMALANE_INLINE bool all_zero(bytes<32> a) { return _mm256_testz_si256(a.v, a.v); }
+
+// A multiply-add of bytes makes both products and their sum.
+LUMALANE_INLINE bytes<32> blend(bytes<32> below, bytes<32> above, bytes<32> weight) {
+    const __m256i w = _mm256_min_epu8(weight.v, _mm256_set1_epi8(16));
+    const __m256i rest = _mm256_sub_epi8(_mm256_set1_epi8(16), w);
+    const __m256i low =
+        _mm256_maddubs_epi16(_mm256_unpacklo_epi8(below.v, above.v), _mm256_unpacklo_epi8(rest, w));
+    const __m256i high =
+        _mm256_maddubs_epi16(_mm256_unpackhi_epi8(below.v, above.v), _mm256_unpackhi_epi8(rest, w));
+    return {_mm256_packus_epi16(_mm256_srli_epi16(low, 4), _mm256_srli_epi16(high, 4))};
+}
+
+LUMALANE_INLINE __m128i blend_low(__m128i below, __m128i above, __m128i rest, __m128i weight) {
+    return _mm_srli_epi16(
+        _mm_maddubs_epi16(_mm_unpacklo_epi8(below, above), _mm_unpacklo_epi8(rest, weight)), 4);
+}
+
+LUMALANE_INLINE bytes<8> blend(bytes<8> below, bytes<8> above, bytes<8> weight) {
+    const __m128i w = _mm_min_epu8(weight.v, _mm_set1_epi8(16));
+    const __m128i rest = _mm_sub_epi8(_mm_set1_epi8(16), w);
+    const __m128i words = blend_low(below.v, above.v, rest, w);
+    return {_mm_packus_epi16(words, words)};
+}
+
+LUMALANE_INLINE bytes<16> blend(bytes<16> below, bytes<16> above, bytes<16> weight) {
+    const __m128i w = _mm_min_epu8(weight.v, _mm_set1_epi8(16));
+    const __m128i rest = _mm_sub_epi8(_mm_set1_epi8(16), w);
+    const auto upper = [](__m128i a) { return _mm_unpackhi_epi64(a, a); };
+    return {_mm_packus_epi16(blend_low(below.v, above.v, rest, w),
+                             blend_low(upper(below.v), upper(above.v), upper(rest), upper(w)))};
+}
+
 // ---- Pixels ------------------------------------------------------------------------------------
 
 // Byte shuffles of a split block. In 3-byte pixels, channel c of pixel p goes to byte 3p + c of 48:

@@ -170,6 +170,37 @@ LUMALANE_INLINE bytes<n> operator|(bytes<n> a, bytes<n> b) {
     return each(a, b, [](int x, int y) { return x | y; });
 }
 
+// Averages rounded up.
+template <int n>
+LUMALANE_INLINE bytes<n> average(bytes<n> a, bytes<n> b) {
+    return each(a, b, [](int x, int y) { return (x + y + 1) >> 1; });
+}
+
+// The same of lanes that are 0..255.
+template <int n>
+LUMALANE_INLINE words<n> average(words<n> a, words<n> b) {
+    return each(a, b, [](int x, int y) { return (x + y + 1) >> 1; });
+}
+
+template <int n>
+LUMALANE_INLINE bool all_zero(bytes<n> a) {
+    int any = 0;
+    for (int i = 0; i < n; ++i)
+        any |= a.lane[i];
+    return any == 0;
+}
+
+// (below * (16 - weight) + above * weight) / 16, truncated; weights of more than 16 count as 16.
+template <int n>
+LUMALANE_INLINE bytes<n> blend(bytes<n> below, bytes<n> above, bytes<n> weight) {
+    bytes<n> r;
+    for (int i = 0; i < n; ++i) {
+        const int w = weight.lane[i] < 16 ? weight.lane[i] : 16;
+        r.lane[i] = static_cast<unsigned char>((below.lane[i] * (16 - w) + above.lane[i] * w) >> 4);
+    }
+    return r;
+}
+
 // ---- Between bytes and words -------------------------------------------------------------------
 
 // All lanes, in order.
@@ -271,6 +302,15 @@ LUMALANE_INLINE words<n / 2> average_couples_of_pairs(bytes<n> a) {
         const int first = i / 2 * 4 + i % 2;
         r.lane[i] = static_cast<short>((a.lane[first] + a.lane[first + 2] + 1) >> 1);
     }
+    return r;
+}
+
+// Lanes 4i + 2 and 4i + 3: of couples of pairs the second.
+template <int n>
+LUMALANE_INLINE words<n / 2> second_pairs(bytes<n> a) {
+    words<n / 2> r;
+    for (int i = 0; i < n / 2; ++i)
+        r.lane[i] = a.lane[i / 2 * 4 + 2 + i % 2];
     return r;
 }
 

@@ -184,6 +184,47 @@ LUMALANE_INLINE words<8> average_couples_of_pairs(bytes<16> a) {
     return {_mm_or_si128(lower, _mm_slli_epi32(upper, 8))};
 }
 
+LUMALANE_INLINE words<8> second_pairs(bytes<16> a) {
+    const __m128i lower = _mm_and_si128(_mm_srli_epi32(a.v, 16), _mm_set1_epi32(0x000000ff));
+    const __m128i upper = _mm_and_si128(_mm_srli_epi32(a.v, 8), _mm_set1_epi32(0x00ff0000));
+    return {_mm_or_si128(lower, upper)};
+}
+
+// ---- Blending ----------------------------------------------------------------------------------
+
+LUMALANE_INLINE bytes<16> average(bytes<16> a, bytes<16> b) { return {_mm_avg_epu8(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<8> average(bytes<8> a, bytes<8> b) { return {_mm_avg_epu8(a.v, b.v)}; }
+
+LUMALANE_INLINE words<8> average(words<8> a, words<8> b) { return {_mm_avg_epu16(a.v, b.v)}; }
+
+LUMALANE_INLINE bool all_zero(bytes<16> a) {
+    return _mm_movemask_epi8(_mm_cmpeq_epi8(a.v, _mm_setzero_si128())) == 0xffff;
+}
+
+LUMALANE_INLINE bool all_zero(bytes<8> a) {
+    return all_zero(bytes<16>{_mm_unpacklo_epi64(a.v, a.v)});
+}
+
+#ifndef LUMALANE_WIDER_LANES
+// below + (above - below) * weight / 16, the division of the whole.
+LUMALANE_INLINE words<8> blend_words(words<8> below, words<8> above, words<8> weight) {
+    const words<8> moved = multiply_low(subtract(above, below), weight);
+    return shift_right_logical<4>(add(shift_left<4>(below), moved));
+}
+
+LUMALANE_INLINE bytes<16> blend(bytes<16> below, bytes<16> above, bytes<16> weight) {
+    const bytes<16> w = {_mm_min_epu8(weight.v, _mm_set1_epi8(16))};
+    return narrow_saturate(blend_words(widen_low(below), widen_low(above), widen_low(w)),
+                           blend_words(widen_high(below), widen_high(above), widen_high(w)));
+}
+
+LUMALANE_INLINE bytes<8> blend(bytes<8> below, bytes<8> above, bytes<8> weight) {
+    const bytes<8> w = {_mm_min_epu8(weight.v, _mm_set1_epi8(16))};
+    return narrow_saturate(blend_words(widen(below), widen(above), widen(w)));
+}
+#endif
+
 // ---- Pixels ------------------------------------------------------------------------------------
 
 template <int count, int n>
