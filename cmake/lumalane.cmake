@@ -40,6 +40,9 @@ target_compile_options(
             -fvisibility=hidden -Wmissing-declarations
             # No calls of memcpy or memset in place of our loops: there is nobody to provide them.
             $<$<CXX_COMPILER_ID:GNU>:-fno-tree-loop-distribute-patterns>
+            # Constants come from memory: made from general registers they would be made again in
+            # every turn of a loop.
+            $<$<CXX_COMPILER_ID:GNU>:-mtune-ctrl=^inter_unit_moves_to_vec>
             # The processor's window is too short to find the parallelism of a step by itself. (With
             # the 8 registers of 32 bits there is nothing to gain.)
             $<$<AND:$<CXX_COMPILER_ID:GNU>,$<NOT:$<BOOL:${x86_32}>>>:-fschedule-insns$<SEMICOLON>-fsched-pressure>

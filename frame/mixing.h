@@ -25,9 +25,8 @@ struct mix_position {
         dst += surface;
     }
 
-    LUMALANE_INLINE void move_along_row(int pixels, int bytes_per_pixel) {
-        move(pixels, pixels / 2, pixels, pixels / 2,
-             static_cast<ptrdiff_t>(pixels) * bytes_per_pixel);
+    LUMALANE_INLINE void move_along_row(ptrdiff_t pixels, int bytes_per_pixel) {
+        move(pixels, pixels / 2, pixels, pixels / 2, pixels * bytes_per_pixel);
     }
 
     // The record is the running state of the functions that consume it.
@@ -49,6 +48,16 @@ struct to_lower_row {
 
 // ---- The video of a pair of rows ---------------------------------------------------------------
 
+template <int n>
+LUMALANE_INLINE chroma_samples<n> average(chroma_samples<n> a, chroma_samples<n> b) {
+    return {average(a.u, b.u), average(a.v, b.v)};
+}
+
+template <int n>
+LUMALANE_INLINE chroma_pairs<n> average(chroma_pairs<n> a, chroma_pairs<n> b) {
+    return {average(a.uv, b.uv)};
+}
+
 // Two rows of a frame and their chroma row.
 struct frame_rows {
     ptrdiff_t lower; // from one row to the other
@@ -58,9 +67,9 @@ struct frame_rows {
         return deal_pixels<parts, pixels>(y + lower);
     }
 
-    template <int parts, int pixels>
-    LUMALANE_INLINE words<pixels / 2> chroma(const unsigned char *from) const {
-        return deal_chroma<parts, pixels / 2>(from);
+    template <class Form, int parts, int pixels>
+    LUMALANE_INLINE auto chroma(const unsigned char *u, const unsigned char *v) const {
+        return Form::template load_chroma<parts, pixels>(u, v);
     }
 };
 
@@ -74,10 +83,11 @@ struct field_rows {
         return average(deal_pixels<parts, pixels>(y), deal_pixels<parts, pixels>(y + luma_below));
     }
 
-    template <int parts, int pixels>
-    LUMALANE_INLINE words<pixels / 2> chroma(const unsigned char *from) const {
-        return average(deal_chroma<parts, pixels / 2>(from),
-                       deal_chroma<parts, pixels / 2>(from + chroma_below));
+    template <class Form, int parts, int pixels>
+    LUMALANE_INLINE auto chroma(const unsigned char *u, const unsigned char *v) const {
+        return average(
+            Form::template load_chroma<parts, pixels>(u, v),
+            Form::template load_chroma<parts, pixels>(u + chroma_below, v + chroma_below));
     }
 };
 
@@ -86,19 +96,31 @@ struct field_rows {
 struct weight_of_second_pixel {
     template <int n>
     LUMALANE_INLINE static bytes<n> pairs(bytes<n> alpha) {
-        return join(odd(alpha), odd(alpha));
+        return repeat_odd(alpha);
     }
 };
 
 struct average_weight {
     template <int n>
     LUMALANE_INLINE static bytes<n> pairs(bytes<n> alpha) {
-        const words<n / 2> weight = average_couples(alpha);
-        return join(weight, weight);
+        return average(alpha, swap_couples(alpha));
     }
 };
 
 // ---- One step ----------------------------------------------------------------------------------
+
+// Chroma of the video under that of the subpicture.
+template <class Weight, int n>
+LUMALANE_INLINE chroma_pairs<n> blend_chroma(chroma_pairs<n> video, bytes<n> sub, bytes<n> alpha) {
+    return {blend(video.uv, sub, Weight::pairs(alpha))};
+}
+
+template <class Weight, int n>
+LUMALANE_INLINE chroma_samples<n> blend_chroma(chroma_samples<n> video, bytes<2 * n> sub,
+                                               bytes<2 * n> alpha) {
+    const bytes<2 *n> blended = blend(join(video.u, video.v), sub, Weight::pairs(alpha));
+    return {even(blended), odd(blended)};
+}
 
 // How a mix is made: samples in the form of `Form` (planar for RGB, planar_pairs for YUY2), chroma
 // with the weights of `Weight`, and `through(source)`, the pipeline behind a source.
@@ -109,47 +131,46 @@ struct mixer {
     static constexpr int parts = decltype(through(Form{}))::parts();
     static constexpr int bytes_per_pixel = decltype(through(Form{}))::bytes_per_pixel();
 
-    // Two rows. `apart` where stores cannot change what is read: then the rows may be looked at
-    // together, and where no pixel of either shows the subpicture they share their chroma terms.
+    // Two rows, x pixels right of `at`. `apart` where stores cannot change what is read: then the
+    // rows may be looked at together, and where no pixel of either shows the subpicture they share
+    // their chroma terms.
     template <int pixels, class Put, bool apart, class Rows>
-    LUMALANE_INLINE void step(const mix_position &at, const Rows &rows, to_lower_row lower) const {
-        using row = at_hand<Form, pixels>;
-        const auto u = rows.template chroma<parts, pixels>(at.u);
-        const auto v = rows.template chroma<parts, pixels>(at.v);
-        const auto alpha = deal_pixels<parts, pixels>(at.alpha);
-        const auto upper_luma = deal_pixels<parts, pixels>(at.y);
+    LUMALANE_INLINE void step(const mix_position &at, ptrdiff_t x, const Rows &rows,
+                              to_lower_row lower) const {
+        unsigned char *const dst = at.dst + x * bytes_per_pixel;
+        auto uv = rows.template chroma<Form, parts, pixels>(at.u + x / 2, at.v + x / 2);
+        using row = at_hand<pixels, decltype(uv)>;
+        const row upper{deal_pixels<parts, pixels>(at.y + x), uv};
         if constexpr (apart) {
-            if (all_zero(alpha | deal_pixels<parts, pixels>(at.alpha + lower.sub))) {
-                const auto upper_row = through(row{upper_luma, u, v});
-                const auto shared = upper_row.template shared<pixels>();
-                upper_row.template row<pixels, Put>(at.dst, nullptr, shared);
-                through(row{rows.template lower_luma<parts, pixels>(at.y), u, v})
-                    .template row<pixels, Put>(at.dst + lower.dst, nullptr, shared);
+            if (all_zero(load<pixels>(at.alpha + x) | load<pixels>(at.alpha + x + lower.sub))) {
+                const auto pipe = through(upper);
+                const auto shared = pipe.template shared<pixels>();
+                pipe.template row<pixels, Put>(dst, nullptr, shared);
+                const auto lower_luma = rows.template lower_luma<parts, pixels>(at.y + x);
+                through(row{lower_luma, uv})
+                    .template row<pixels, Put>(dst + lower.dst, nullptr, shared);
                 return;
             }
         }
-        put<pixels, Put>(at.dst, row{upper_luma, u, v}, alpha, at.sub_y, at.sub_u, at.sub_v);
-        put<pixels, Put>(at.dst + lower.dst,
-                         row{rows.template lower_luma<parts, pixels>(at.y), u, v},
-                         deal_pixels<parts, pixels>(at.alpha + lower.sub), at.sub_y + lower.sub,
-                         at.sub_u + lower.sub_chroma, at.sub_v + lower.sub_chroma);
+        put<pixels, Put>(dst, upper, at.alpha + x, at.sub_y + x, at.sub_u + x / 2,
+                         at.sub_v + x / 2);
+        put<pixels, Put>(dst + lower.dst,
+                         row{rows.template lower_luma<parts, pixels>(at.y + x), uv},
+                         at.alpha + x + lower.sub, at.sub_y + x + lower.sub,
+                         at.sub_u + x / 2 + lower.sub_chroma, at.sub_v + x / 2 + lower.sub_chroma);
     }
 
 private:
     // A row of the video under a row of the subpicture, of which nothing is read where nothing
     // shows.
-    template <int pixels, class Put>
-    LUMALANE_INLINE void put(unsigned char *to, at_hand<Form, pixels> row, bytes<pixels> alpha,
-                             const unsigned char *sub_y, const unsigned char *sub_u,
-                             const unsigned char *sub_v) const {
+    template <int pixels, class Put, class Chroma>
+    LUMALANE_INLINE void put(unsigned char *to, at_hand<pixels, Chroma> row,
+                             const unsigned char *alpha_row, const unsigned char *sub_y,
+                             const unsigned char *sub_u, const unsigned char *sub_v) const {
+        const bytes<pixels> alpha = deal_pixels<parts, pixels>(alpha_row);
         if (!all_zero(alpha)) {
             row.y = blend(row.y, deal_pixels<parts, pixels>(sub_y), alpha);
-            const bytes<pixels> chroma = blend(
-                join(row.u, row.v),
-                join(deal_chroma<parts, pixels / 2>(sub_u), deal_chroma<parts, pixels / 2>(sub_v)),
-                Weight::pairs(alpha));
-            row.u = even(chroma);
-            row.v = odd(chroma);
+            row.uv = blend_chroma<Weight>(row.uv, deal_pairs<parts, pixels>(sub_u, sub_v), alpha);
         }
         const auto pipe = through(row);
         pipe.template row<pixels, Put>(to, nullptr, pipe.template shared<pixels>());
@@ -201,10 +222,12 @@ LUMALANE_INLINE void mix_row_pairs(tagMIX_INFO &mix, const mix_distances &d, con
     mix_position at(mix);
     int height = mix.height;
     do {
-        along_row<wide>(width, [&](auto pixels) {
-            mixer.template step<pixels.count, Put, wide>(at, rows, lower);
-            at.move_along_row(pixels.count, size);
-        });
+        at.move_along_row(along_row<wide>(width,
+                                          [&](auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+                                              mixer.template step<pixels.count, Put, wide>(
+                                                  at, x, rows, lower);
+                                          }),
+                          size);
         at.move(luma_rest, chroma_rest, sub_rest, sub_chroma_rest, dst_rest);
         height = difference(height, 2);
     } while (height > 0);
@@ -256,17 +279,42 @@ struct field_distances {
           sub_chroma(mix.sub_pitch >> 1), dst(mix.dst_pitch) {}
 };
 
-// Field row, average with the next one, next row, average with the one after it; the lower two with
-// the average of their chroma row and the next one. The last four rows of a picture read nothing
-// below the field: the last row is the one above it again, and their chroma is one row's.
-template <int pixels, class Put, bool apart, class Mixer>
-LUMALANE_INLINE void mix_four_rows(const Mixer &mixer, mix_position at, const field_distances &d,
-                                   bool last) {
-    const to_lower_row lower{d.sub, d.sub_chroma, d.dst};
-    mixer.template step<pixels, Put, apart>(at, field_rows{d.luma, 0}, lower);
+// A field row, its average with the next one, the next row, its average with the one after it; the
+// lower two with the average of their chroma row and the next one. The last four rows of a picture
+// read nothing below the field: the last row is the one above it again, and their chroma is that of
+// one row. Calls `pair(at, rows)` for each pair of rows.
+template <class Pair>
+LUMALANE_INLINE void field_pairs(mix_position at, const field_distances &d, bool last,
+                                 const Pair &pair) {
+    pair(at, field_rows{d.luma, 0});
     at.move(d.luma, 0, 2 * d.sub, 2 * d.sub_chroma, 2 * d.dst);
-    const field_rows below = last ? field_rows{0, 0} : field_rows{d.luma, d.chroma};
-    mixer.template step<pixels, Put, apart>(at, below, lower);
+    pair(at, last ? field_rows{0, 0} : field_rows{d.luma, d.chroma});
+}
+
+// Four rows: step by step of all four, or pair by pair where nobody can tell. Returns how far the
+// steps came.
+template <bool wide, class Put, class Mixer>
+LUMALANE_INLINE ptrdiff_t mix_four_rows(const Mixer &mixer, const mix_position &at,
+                                        const field_distances &d, int width, bool last) {
+    const to_lower_row lower{d.sub, d.sub_chroma, d.dst};
+    if constexpr (wide) {
+        field_pairs(
+            at, d, last,
+            [&](const mix_position &pair_at, const field_rows &rows) LUMALANE_INLINE_LAMBDA {
+                along_row<true>(width, [&](auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+                    mixer.template step<pixels.count, Put, true>(pair_at, x, rows, lower);
+                });
+            });
+        return width;
+    } else {
+        return along_row<false>(width, [&](auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            field_pairs(
+                at, d, last,
+                [&](const mix_position &pair_at, const field_rows &rows) LUMALANE_INLINE_LAMBDA {
+                    mixer.template step<pixels.count, Put, false>(pair_at, x, rows, lower);
+                });
+        });
+    }
 }
 
 // Of `groups` groups of four rows.

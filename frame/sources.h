@@ -9,48 +9,38 @@ namespace lumalane::LUMALANE_LANES {
 struct planar {
     static constexpr bool is_part = true;
 
-    template <int n>
-    LUMALANE_INLINE static chroma_samples<n> chroma_of(words<n> u, words<n> v) {
-        return {u, v};
-    }
-
     template <int parts, int pixels>
-    LUMALANE_INLINE chroma_samples<pixels / 2> load_chroma(const unsigned char *u,
-                                                           const unsigned char *v) const {
-        return chroma_of(deal_chroma<parts, pixels / 2>(u), deal_chroma<parts, pixels / 2>(v));
+    LUMALANE_INLINE static chroma_samples<pixels / 2> load_chroma(const unsigned char *u,
+                                                                  const unsigned char *v) {
+        return {deal_chroma<parts, pixels / 2>(u), deal_chroma<parts, pixels / 2>(v)};
     }
 
     template <int parts, int pixels, class Shared>
-    LUMALANE_INLINE bytes<pixels> load_luma(const unsigned char *y, const Shared &) const {
+    LUMALANE_INLINE static bytes<pixels> load_luma(const unsigned char *y, const Shared &) {
         return deal_pixels<parts, pixels>(y);
     }
 };
 
 // Planar 4:2:0, for YUY2.
 struct planar_pairs : planar {
-    template <int n>
-    LUMALANE_INLINE static chroma_pairs<2 * n> chroma_of(words<n> u, words<n> v) {
-        return {join(u, v)};
-    }
-
     template <int parts, int pixels>
-    LUMALANE_INLINE chroma_pairs<pixels> load_chroma(const unsigned char *u,
-                                                     const unsigned char *v) const {
-        return chroma_of(deal_chroma<parts, pixels / 2>(u), deal_chroma<parts, pixels / 2>(v));
+    LUMALANE_INLINE static chroma_pairs<pixels> load_chroma(const unsigned char *u,
+                                                            const unsigned char *v) {
+        return {deal_pairs<parts, pixels>(u, v)};
     }
 };
 
-// Samples that are at hand already, dealt, in the form in which `Form` gives them.
-template <class Form, int pixels>
+// Samples that are at hand already, dealt.
+template <int pixels, class Chroma>
 struct at_hand {
     static constexpr bool is_part = true;
 
     bytes<pixels> y;
-    words<pixels / 2> u, v;
+    Chroma uv;
 
     template <int, int>
-    LUMALANE_INLINE auto load_chroma() const {
-        return Form::chroma_of(u, v);
+    LUMALANE_INLINE Chroma load_chroma() const {
+        return uv;
     }
 
     template <int, int, class Shared>

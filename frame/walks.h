@@ -78,23 +78,27 @@ struct pixels_of {
     static constexpr int count = n;
 };
 
-// Calls `step(pixels_of<n>{})` for the steps of a row, which moves its pointers by itself: steps of
-// 16 pixels, at least one and past the row's end if need be; or the widest that there are, for
-// widths that are multiples of 16.
+// Calls `step(pixels_of<n>{}, x)` for the steps of a row, the first at x = 0: steps of 16 pixels,
+// at least one and past the row's end if need be; or the widest that there are, for widths that are
+// multiples of 16. Returns how far the steps came.
 template <bool wide, class Step>
-LUMALANE_INLINE void along_row(int width, const Step &step) {
+LUMALANE_INLINE ptrdiff_t along_row(int width, const Step &step) {
+    ptrdiff_t x = 0;
     if constexpr (wide) {
-        int left = width;
-        for (; left >= widest; left -= widest)
-            step(pixels_of<widest>{});
-        if (widest > 16 && left > 0)
-            step(pixels_of<16>{});
+        for (; x + widest <= width; x += widest)
+            step(pixels_of<widest>{}, x);
+        if (widest > 16 && x < width) {
+            step(pixels_of<16>{}, x);
+            x += 16;
+        }
     } else {
         unsigned left = static_cast<unsigned>(width);
-        do
-            step(pixels_of<16>{});
-        while (again(left, 16));
+        do {
+            step(pixels_of<16>{}, x);
+            x += 16;
+        } while (again(left, 16));
     }
+    return x;
 }
 
 // ---- Rows of single bytes ----------------------------------------------------------------------

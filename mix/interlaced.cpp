@@ -16,7 +16,7 @@ void mix_strips(const tagMIX_INFO &mix, const Mixer &mixer) {
     const int dst_back = product(mix.dst_pitch, mix.height);
     mix_position at(mix);
     const auto four_rows = [&](bool last) {
-        mix_four_rows<16, cached, false>(mixer, at, d, last);
+        mix_four_rows<false, cached>(mixer, at, d, 16, last);
         at.move(2 * d.luma, d.chroma, 4 * d.sub, 4 * d.sub_chroma, 4 * d.dst);
     };
     int columns = mix.width;
@@ -38,11 +38,7 @@ void mix_groups(const tagMIX_INFO &mix, const Mixer &mixer) {
     const field_distances d(mix);
     mix_position group(mix);
     for (int rows = mix.height; rows > 0; rows -= 4) {
-        mix_position at = group;
-        along_row<true>(mix.width, [&](auto pixels) {
-            mix_four_rows<pixels.count, Put, true>(mixer, at, d, rows == 4);
-            at.move_along_row(pixels.count, Mixer::bytes_per_pixel);
-        });
+        mix_four_rows<true, Put>(mixer, group, d, mix.width, rows == 4);
         group.move(2 * d.luma, d.chroma, 4 * d.sub, 4 * d.sub_chroma, 4 * d.dst);
     }
 }
@@ -51,8 +47,10 @@ void mix_groups(const tagMIX_INFO &mix, const Mixer &mixer) {
 template <class Sink>
 void mix_interlaced(const tagMIX_INFO &mix, Sink sink) {
     with_adjustment([&](auto adjusted) {
-        const auto mixer = make_mixer<planar, average_weight>(
-            [=](auto source) { return source | adjusted | to_rgb{} | sink; });
+        const auto mixer =
+            make_mixer<planar, average_weight>([=](auto source) LUMALANE_INLINE_LAMBDA {
+                return source | adjusted | to_rgb{} | sink;
+            });
         const int row_bytes = product(mix.width, mixer.bytes_per_pixel);
         // Of other heights the strips do not begin where the one before did.
         const bool whole_groups = mix.height == 4 || (mix.height >= 8 && mix.height % 4 == 0);

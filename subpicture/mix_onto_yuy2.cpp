@@ -35,10 +35,7 @@ void mix_blocks(tagMIX_INFO &mix, const Mixer &mixer) {
     const int dst_rest = difference(twice(twice(mix.dst_pitch)), product(width, size));
     mix_position at(mix);
     const auto block = [&](bool last) {
-        along_row<wide>(width, [&](auto pixels) {
-            mix_four_rows<pixels.count, Put, wide>(mixer, at, d, last);
-            at.move_along_row(pixels.count, size);
-        });
+        at.move_along_row(mix_four_rows<wide, Put>(mixer, at, d, width, last), size);
         at.move(luma_rest, chroma_rest, sub_rest, sub_chroma_rest, dst_rest);
     };
     if (mix.height >= 8)
@@ -54,7 +51,8 @@ void mix_ayuy2_yuy2_p_ajust(LUMALANE_PARAMETERS_mix) {
     with_adjustment([&](auto adjusted) {
         mix_row_pairs(*mix, {mix->video_pitch, mix->sub_pitch, mix->video_pitch >> 1},
                       make_mixer<planar_pairs, weight_of_second_pixel>(
-                          [=](auto source) { return source | adjusted | yuy2{}; }));
+                          [=](auto source)
+                              LUMALANE_INLINE_LAMBDA { return source | adjusted | yuy2{}; }));
     });
 }
 
@@ -62,9 +60,10 @@ void mix_ayuy2_yuy2_p_ajust(LUMALANE_PARAMETERS_mix) {
 void mix_ayuy2_half_yuy2_p_ajust(LUMALANE_PARAMETERS_mix) {
     with_adjustment([&](auto adjusted) {
         mix_row_pairs(*mix, {mix->sub_pitch, mix->sub_pitch, mix->sub_pitch >> 1},
-                      make_mixer<planar_pairs, weight_of_second_pixel>([=](auto source) {
-                          return source | second_of_two{} | adjusted | packed_yuy2<1>{};
-                      }));
+                      make_mixer<planar_pairs, weight_of_second_pixel>(
+                          [=](auto source) LUMALANE_INLINE_LAMBDA {
+                              return source | second_of_two{} | adjusted | packed_yuy2<1>{};
+                          }));
     });
 }
 
@@ -73,7 +72,7 @@ void mix_ayuy2_yuy2_i_ajust(LUMALANE_PARAMETERS_mix) {
         return;
     with_adjustment([&](auto adjusted) {
         const auto mixer = make_mixer<planar_pairs, weight_of_second_pixel>(
-            [=](auto source) { return source | adjusted | yuy2{}; });
+            [=](auto source) LUMALANE_INLINE_LAMBDA { return source | adjusted | yuy2{}; });
         const long long groups = mix->height < 8 ? 1 : (mix->height + 3LL) / 4;
         const int row_bytes = product(mix->width, mixer.bytes_per_pixel);
         if (!mix_is_regular(*mix, field_extents(*mix, groups, row_bytes), row_bytes))

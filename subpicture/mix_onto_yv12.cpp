@@ -168,12 +168,13 @@ mixed_plane chroma_plane(const tagMIX_INFO &mix, const unsigned char *video,
 // Y, then V and U with half of the height that the record has.
 template <class Rows, class Adjusted>
 LUMALANE_INLINE void mix_planes(tagMIX_INFO &mix, Adjusted adjusted) {
-    mix_plane<Rows, weight_of_pixel>(luma_plane(mix), [=](auto a) { return adjusted.y(a); });
+    mix_plane<Rows, weight_of_pixel>(luma_plane(mix),
+                                     [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.y(a); });
     mix.height = static_cast<int>(static_cast<unsigned>(mix.height) >> 1);
     mix_plane<Rows, weight_of_second>(chroma_plane(mix, mix.video_v, mix.sub_v, mix.dst_v),
-                                      [=](auto a) { return adjusted.v(a); });
+                                      [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.v(a); });
     mix_plane<Rows, weight_of_second>(chroma_plane(mix, mix.video_u, mix.sub_u, mix.dst_u),
-                                      [=](auto a) { return adjusted.u(a); });
+                                      [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.u(a); });
 }
 
 } // namespace

@@ -229,6 +229,9 @@ struct shuffles {
     alignas(16) unsigned char pixel_order[16]; // the 16 pixels, no longer split
     // For 1 to 4 parts: 16 chroma samples, in both blocks, to dealt words.
     alignas(32) unsigned char chroma[4][32];
+    alignas(32) unsigned char upper_chroma[4][32]; // in the upper bytes of the words
+    alignas(16) unsigned char repeat_odd[16];
+    alignas(16) unsigned char swap_couples[16];
     alignas(16) unsigned char channel[3][16];
     alignas(16) unsigned char every_third[3][16]; // 0xff at bytes m with m % 3 == 0, 1, 2
 };
@@ -238,6 +241,8 @@ constexpr shuffles make_shuffles() {
     for (int m = 0; m < 16; ++m) {
         const auto split_lane = [](int pixel) { return pixel / 2 + pixel % 2 * 8; };
         s.pixel_order[m] = static_cast<unsigned char>(split_lane(m));
+        s.repeat_odd[m] = static_cast<unsigned char>(m | 1);
+        s.swap_couples[m] = static_cast<unsigned char>(m ^ 1);
         for (int c = 0; c < 3; ++c) {
             s.channel[c][m] = static_cast<unsigned char>(split_lane((m - c + 16) * 11 % 16));
             s.every_third[c][m] = m % 3 == c ? 0xff : 0;
@@ -250,6 +255,8 @@ constexpr shuffles make_shuffles() {
             const int sample = (2 * turn + block) * group + word % group;
             s.chroma[count - 1][2 * word] = static_cast<unsigned char>(sample);
             s.chroma[count - 1][2 * word + 1] = 0x80; // a zero
+            s.upper_chroma[count - 1][2 * word] = 0x80;
+            s.upper_chroma[count - 1][2 * word + 1] = static_cast<unsigned char>(sample);
         }
     }
     return s;
@@ -263,6 +270,16 @@ LUMALANE_INLINE bytes<16> shuffled(bytes<16> a, const unsigned char *by) {
 
 LUMALANE_INLINE bytes<32> shuffled(bytes<32> a, const unsigned char *by) {
     return {_mm256_shuffle_epi8(a.v, _mm256_broadcastsi128_si256(load<16>(by).v))};
+}
+
+template <int n>
+LUMALANE_INLINE bytes<n> repeat_odd(bytes<n> a) {
+    return shuffled(a, shuffle.repeat_odd);
+}
+
+template <int n>
+LUMALANE_INLINE bytes<n> swap_couples(bytes<n> a) {
+    return shuffled(a, shuffle.swap_couples);
 }
 
 LUMALANE_INLINE bytes<16> narrow_interleaved(words<8> a, words<8> b) {
@@ -333,6 +350,18 @@ LUMALANE_INLINE words<n> deal_chroma(const unsigned char *from) {
     } else {
         const __m256i twice = _mm256_broadcastsi128_si256(load<16>(from).v);
         return {_mm256_shuffle_epi8(twice, load<32>(shuffle.chroma[count - 1]).v)};
+    }
+}
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_pairs(const unsigned char *u, const unsigned char *v) {
+    if constexpr (n == 16) {
+        return {_mm_unpacklo_epi8(load<8>(u).v, load<8>(v).v)};
+    } else {
+        const __m256i twice = _mm256_broadcastsi128_si256(load<16>(v).v);
+        const __m256i upper =
+            _mm256_shuffle_epi8(twice, load<32>(shuffle.upper_chroma[count - 1]).v);
+        return {_mm256_or_si256(deal_chroma<count, 16>(u).v, upper)};
     }
 }
 

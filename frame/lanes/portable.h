@@ -8,6 +8,8 @@
 // Left to the compiler here: loops over lanes all pulled into one function take it minutes.
 #undef LUMALANE_INLINE
 #define LUMALANE_INLINE inline
+#undef LUMALANE_INLINE_LAMBDA
+#define LUMALANE_INLINE_LAMBDA
 
 namespace lumalane::LUMALANE_LANES {
 
@@ -285,6 +287,18 @@ LUMALANE_INLINE bytes<2 * n> join(words<n> even, words<n> odd) {
     return narrow_interleaved(even, odd);
 }
 
+// Lane 2i + 1 in place of lane 2i as well.
+template <int n>
+LUMALANE_INLINE bytes<n> repeat_odd(bytes<n> a) {
+    return join(odd(a), odd(a));
+}
+
+// Lanes 2i and 2i + 1 exchanged.
+template <int n>
+LUMALANE_INLINE bytes<n> swap_couples(bytes<n> a) {
+    return join(odd(a), even(a));
+}
+
 // Averages of lanes 2i and 2i + 1, rounded up.
 template <int n>
 LUMALANE_INLINE words<n / 2> average_couples(bytes<n> a) {
@@ -346,6 +360,12 @@ LUMALANE_INLINE bytes<n> deal_pixels(const unsigned char *from) {
 template <int count, int n>
 LUMALANE_INLINE words<n> deal_chroma(const unsigned char *from) {
     return widen(load<n>(from));
+}
+
+// The samples of U and V in turn, dealt like their pixels.
+template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_pairs(const unsigned char *u, const unsigned char *v) {
+    return join(deal_chroma<count, n / 2>(u), deal_chroma<count, n / 2>(v));
 }
 
 // n bytes of the 2n at `from`: those with even or odd offsets, dealt like pixels.

@@ -172,6 +172,14 @@ LUMALANE_INLINE bytes<16> join(words<8> even, words<8> odd) {
     return {_mm_or_si128(even.v, _mm_slli_epi16(odd.v, 8))};
 }
 
+#ifndef LUMALANE_WIDER_LANES
+LUMALANE_INLINE bytes<16> repeat_odd(bytes<16> a) { return join(odd(a), odd(a)); }
+
+LUMALANE_INLINE bytes<16> swap_couples(bytes<16> a) {
+    return {_mm_or_si128(_mm_srli_epi16(a.v, 8), _mm_slli_epi16(a.v, 8))};
+}
+#endif
+
 LUMALANE_INLINE words<8> average_couples(bytes<16> a) {
     return {_mm_avg_epu16(even(a).v, odd(a).v)};
 }
@@ -241,6 +249,11 @@ LUMALANE_INLINE bytes<n> deal_pixels(const unsigned char *from) {
 template <int count, int n>
 LUMALANE_INLINE words<n> deal_chroma(const unsigned char *from) {
     return widen(load<n>(from));
+}
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_pairs(const unsigned char *u, const unsigned char *v) {
+    return {_mm_unpacklo_epi8(load<n / 2>(u).v, load<n / 2>(v).v)};
 }
 
 template <int count, int n>
