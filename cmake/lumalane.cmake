@@ -12,7 +12,11 @@ set(kernel_files
     load/yuy2_to_yuy2.cpp
     load/yv12_to_rgb.cpp
     load/yv12_to_yuy2.cpp
-    load/yv12_to_yv12.cpp)
+    load/yv12_to_yv12.cpp
+    subpicture/alpha_transfers.cpp
+    subpicture/ayuy2_to_rgb.cpp
+    subpicture/colour_key.cpp
+    subpicture/rgb_to_ayuy2.cpp)
 
 set(frame_files frame/adjustment.cpp frame/dispatch.cpp frame/exports.cpp)
 if(WIN32)

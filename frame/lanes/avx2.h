@@ -17,6 +17,10 @@ template <>
 struct words<16> {
     __m256i v;
 };
+template <>
+struct dwords<8> {
+    __m256i v;
+};
 
 inline constexpr int widest = 32;
 inline constexpr bool multiplies_rounded = true;
@@ -51,6 +55,11 @@ LUMALANE_INLINE words<16> fill_word_pairs<16>(int even, int odd) {
 template <>
 LUMALANE_INLINE bytes<32> fill_bytes<32>(int value) {
     return {_mm256_set1_epi8(static_cast<char>(value))};
+}
+
+template <>
+LUMALANE_INLINE bytes<32> fill_dwords<32>(unsigned value) {
+    return {_mm256_set1_epi32(static_cast<int>(value))};
 }
 
 LUMALANE_INLINE words<16> add(words<16> a, words<16> b) { return {_mm256_add_epi16(a.v, b.v)}; }
@@ -109,7 +118,67 @@ LUMALANE_INLINE bytes<32> shift_right_logical(bytes<32> a) {
     return bytes<32>{_mm256_srli_epi16(a.v, count)} & fill_bytes<32>(0xff >> count);
 }
 
+LUMALANE_INLINE words<16> operator&(words<16> a, words<16> b) {
+    return {_mm256_and_si256(a.v, b.v)};
+}
+
+LUMALANE_INLINE words<16> operator|(words<16> a, words<16> b) {
+    return {_mm256_or_si256(a.v, b.v)};
+}
+
+LUMALANE_INLINE bytes<32> equal(bytes<32> a, bytes<32> b) { return {_mm256_cmpeq_epi8(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<32> positive(bytes<32> a) {
+    return {_mm256_cmpgt_epi8(a.v, _mm256_setzero_si256())};
+}
+
+LUMALANE_INLINE bytes<16> choose(bytes<16> where, bytes<16> chosen, bytes<16> otherwise) {
+    return {_mm_blendv_epi8(otherwise.v, chosen.v, where.v)};
+}
+
+LUMALANE_INLINE bytes<32> choose(bytes<32> where, bytes<32> chosen, bytes<32> otherwise) {
+    return {_mm256_blendv_epi8(otherwise.v, chosen.v, where.v)};
+}
+
+LUMALANE_INLINE bool all_zero(bytes<32> a) { return _mm256_testz_si256(a.v, a.v); }
+
+// ---- 32-bit lanes ------------------------------------------------------------------------------
+
+LUMALANE_INLINE dwords<8> multiply_add(words<16> a, words<16> b) {
+    return {_mm256_madd_epi16(a.v, b.v)};
+}
+
+LUMALANE_INLINE dwords<8> add(dwords<8> a, dwords<8> b) { return {_mm256_add_epi32(a.v, b.v)}; }
+
+template <int count>
+LUMALANE_INLINE dwords<8> shift_right_arithmetic(dwords<8> a) {
+    return {_mm256_srai_epi32(a.v, count)};
+}
+
+LUMALANE_INLINE bytes<32> narrow_saturate(dwords<8> a, dwords<8> b, dwords<8> c, dwords<8> d) {
+    const __m256i narrow =
+        _mm256_packus_epi16(_mm256_packs_epi32(a.v, b.v), _mm256_packs_epi32(c.v, d.v));
+    return {_mm256_permutevar8x32_epi32(narrow, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7))};
+}
+
+LUMALANE_INLINE bytes<32> even_dwords(bytes<32> a, bytes<32> b) {
+    const __m256 of_blocks = _mm256_shuffle_ps(_mm256_castsi256_ps(a.v), _mm256_castsi256_ps(b.v),
+                                               _MM_SHUFFLE(2, 0, 2, 0));
+    return {_mm256_permute4x64_epi64(_mm256_castps_si256(of_blocks), _MM_SHUFFLE(3, 1, 2, 0))};
+}
+
+LUMALANE_INLINE unsigned equal_dwords(bytes<32> a, bytes<32> b) {
+    const __m256 equal = _mm256_castsi256_ps(_mm256_cmpeq_epi32(a.v, b.v));
+    return static_cast<unsigned>(_mm256_movemask_ps(equal));
+}
+
 // ---- Between bytes and words -------------------------------------------------------------------
+
+LUMALANE_INLINE bytes<16> lower_half(bytes<32> a) { return {_mm256_castsi256_si128(a.v)}; }
+
+LUMALANE_INLINE bytes<16> upper_half(bytes<32> a) { return {_mm256_extracti128_si256(a.v, 1)}; }
+
+LUMALANE_INLINE words<16> as_words(bytes<32> a) { return {a.v}; }
 
 LUMALANE_INLINE words<16> widen(bytes<16> a) { return {_mm256_cvtepu8_epi16(a.v)}; }
 
@@ -184,6 +253,12 @@ struct shuffles {
     alignas(32) unsigned char chroma[4][32];
     alignas(16) unsigned char channel[3][16];
     alignas(16) unsigned char every_third[3][16]; // 0xff at bytes m with m % 3 == 0, 1, 2
+    // In 3-byte pixels: part k of 16 third bytes, from bytes 16k on; and part k of 48 bytes, of
+    // which every third is one of 16 samples (twice the first part, around the end).
+    alignas(16) unsigned char thirds[3][16];
+    alignas(16) unsigned char spread[4][16];
+    // 4 pixels of 3 bytes, from byte 0 and from byte 4 on, with zeros between them.
+    alignas(32) unsigned char padded[32];
 };
 
 constexpr shuffles make_shuffles() {
@@ -195,6 +270,17 @@ constexpr shuffles make_shuffles() {
             s.channel[c][m] = static_cast<unsigned char>(split_lane((m - c + 16) * 11 % 16));
             s.every_third[c][m] = m % 3 == c ? 0xff : 0;
         }
+        for (int k = 0; k < 3; ++k) {
+            const int third = 3 * m + 2 - 16 * k;
+            s.thirds[k][m] = static_cast<unsigned char>(0 <= third && third < 16 ? third : 0x80);
+        }
+        for (int k = 0; k < 4; ++k) {
+            const int at = k % 3 * 16 + m;
+            s.spread[k][m] = static_cast<unsigned char>(at % 3 == 0 ? at / 3 : 0x80);
+        }
+        const int byte = m / 4 * 3 + m % 4;
+        s.padded[m] = static_cast<unsigned char>(m % 4 == 3 ? 0x80 : byte);
+        s.padded[16 + m] = static_cast<unsigned char>(m % 4 == 3 ? 0x80 : byte + 4);
     }
     for (int count = 1; count <= 4; ++count) {
         const int group = count == 2 ? 4 : count == 4 ? 2 : 8; // samples: half as many as pixels
@@ -299,6 +385,11 @@ LUMALANE_INLINE woven<2, 32> interleave(bytes<32> first, bytes<32> second) {
     return {{{_mm256_unpacklo_epi8(first.v, second.v)}, {_mm256_unpackhi_epi8(first.v, second.v)}}};
 }
 
+LUMALANE_INLINE woven<2, 32> interleave(words<16> first, words<16> second) {
+    return {
+        {{_mm256_unpacklo_epi16(first.v, second.v)}, {_mm256_unpackhi_epi16(first.v, second.v)}}};
+}
+
 LUMALANE_INLINE void store_after_8(unsigned char *to, const woven<2, 32> &parts) {
     for (const bytes<32> &part : parts.part) {
         const __m128i lower = _mm256_castsi256_si128(part.v);
@@ -353,6 +444,74 @@ LUMALANE_INLINE woven<3, 32> weave(bytes<32> first, bytes<32> second, bytes<32> 
     return {{{_mm256_permute2x128_si256(p[0].v, p[1].v, 0x20)},
              {_mm256_blend_epi32(p[2].v, p[0].v, 0xf0)},
              {_mm256_permute2x128_si256(p[1].v, p[2].v, 0x31)}}};
+}
+
+// Two blocks that do not follow each other.
+LUMALANE_INLINE bytes<32> load_blocks(const unsigned char *first, const unsigned char *second) {
+    return {
+        _mm256_inserti128_si256(_mm256_castsi128_si256(load<16>(first).v), load<16>(second).v, 1)};
+}
+
+template <int size, int channel, int n>
+LUMALANE_INLINE bytes<n> load_channel(const unsigned char *from) {
+    if constexpr (n < 32) {
+        return load_channel_of_blocks<size, channel, n>(from);
+    } else if constexpr (size == 4) {
+        const auto dwords_at = [&](int offset) -> dwords<8> {
+            return {(load<32>(from + offset) & fill_dwords<32>(0xff << 8 * channel)).v};
+        };
+        static_assert(channel == 0);
+        return narrow_saturate(dwords_at(0), dwords_at(32), dwords_at(64), dwords_at(96));
+    } else {
+        static_assert(size == 3 && channel == 2);
+        const auto part = [&](int k) {
+            const unsigned char *const of_first_block = from + 16 * k;
+            return shuffled(load_blocks(of_first_block, of_first_block + 48), shuffle.thirds[k]);
+        };
+        return part(0) | part(1) | part(2);
+    }
+}
+
+template <int size, int n>
+LUMALANE_INLINE woven<size, n> load_spread(const unsigned char *from) {
+    if constexpr (n == 16) {
+        const bytes<16> a = load<16>(from);
+        if constexpr (size == 2)
+            return spread_words(a);
+        else if constexpr (size == 3)
+            return {{shuffled(a, shuffle.spread[0]), shuffled(a, shuffle.spread[1]),
+                     shuffled(a, shuffle.spread[2])}};
+        else
+            return spread_dwords(a);
+    } else if constexpr (size == 2) {
+        return {{{widen(load<16>(from)).v}, {widen(load<16>(from + 16)).v}}};
+    } else if constexpr (size == 3) {
+        const auto part = [](bytes<32> a, int first) -> bytes<32> {
+            return {_mm256_shuffle_epi8(a.v, load<32>(shuffle.spread[first]).v)};
+        };
+        return {{part(load_blocks(from, from), 0), part(load<32>(from), 2),
+                 part(load_blocks(from + 16, from + 16), 1)}};
+    } else {
+        const auto part = [&](int offset) -> bytes<32> {
+            return {_mm256_cvtepu8_epi32(load<8>(from + offset).v)};
+        };
+        return {{part(0), part(8), part(16), part(24)}};
+    }
+}
+
+template <int count, int n>
+LUMALANE_INLINE woven<count, n> load_padded(const unsigned char *from) {
+    if constexpr (n == 16) {
+        static_assert(count == 2);
+        return {{shuffled(load<16>(from), shuffle.padded),
+                 shuffled(load<16>(from + 8), shuffle.padded + 16)}};
+    } else {
+        const auto part = [&](int k) -> bytes<32> {
+            const unsigned char *const at = from + 24 * k;
+            return {_mm256_shuffle_epi8(load_blocks(at, at + 8).v, load<32>(shuffle.padded).v)};
+        };
+        return {{part(0), part(1), part(2), part(3)}};
+    }
 }
 
 } // namespace lumalane::LUMALANE_LANES

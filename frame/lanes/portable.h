@@ -1,8 +1,8 @@
 // Lanes in plain C++: the definition of every operation, and the set that runs anywhere.
 //
-// bytes<n> are n unsigned 8-bit lanes, words<n> are n signed 16-bit lanes; lane 0 is the first in
-// memory. Operations that move lanes work within blocks of 16 bytes (8 words), as the wide
-// registers of x86 do; a vector of 16 bytes or fewer is one block.
+// bytes<n> are n unsigned 8-bit lanes, words<n> are n signed 16-bit lanes, dwords<n> n signed
+// 32-bit lanes; lane 0 is the first in memory. Operations that move lanes work within blocks of 16
+// bytes (8 words), as the wide registers of x86 do; a vector of 16 bytes or fewer is one block.
 #pragma once
 
 // Left to the compiler here: loops over lanes all pulled into one function take it minutes.
@@ -19,6 +19,11 @@ struct bytes {
 template <int n>
 struct words {
     short lane[n];
+};
+
+template <int n>
+struct dwords {
+    int lane[n];
 };
 
 // Lanes of the widest bytes<> that the set works with: the pixels of one step of a wide walk.
@@ -96,6 +101,15 @@ LUMALANE_INLINE bytes<n> fill_bytes(int value) {
     return r;
 }
 
+// `value` in every 4 lanes, its lowest byte first.
+template <int n>
+LUMALANE_INLINE bytes<n> fill_dwords(unsigned value) {
+    bytes<n> r;
+    for (int i = 0; i < n; ++i)
+        r.lane[i] = static_cast<unsigned char>(value >> (i % 4 * 8));
+    return r;
+}
+
 template <int n>
 LUMALANE_INLINE words<n> add(words<n> a, words<n> b) {
     return each(a, b, [](int x, int y) { return x + y; });
@@ -170,7 +184,129 @@ LUMALANE_INLINE bytes<n> operator|(bytes<n> a, bytes<n> b) {
     return each(a, b, [](int x, int y) { return x | y; });
 }
 
+template <int n>
+LUMALANE_INLINE words<n> operator&(words<n> a, words<n> b) {
+    return each(a, b, [](int x, int y) { return x & y; });
+}
+
+template <int n>
+LUMALANE_INLINE words<n> operator|(words<n> a, words<n> b) {
+    return each(a, b, [](int x, int y) { return x | y; });
+}
+
+// 255 where it is so, 0 elsewhere.
+template <int n>
+LUMALANE_INLINE bytes<n> equal(bytes<n> a, bytes<n> b) {
+    return each(a, b, [](int x, int y) { return x == y ? 255 : 0; });
+}
+
+// The same of lanes that are 1..127.
+template <int n>
+LUMALANE_INLINE bytes<n> positive(bytes<n> a) {
+    return each(a, a, [](int x, int) { return 1 <= x && x <= 127 ? 255 : 0; });
+}
+
+// `chosen` where a lane of `where` is 255, `otherwise` where it is 0.
+template <int n>
+LUMALANE_INLINE bytes<n> choose(bytes<n> where, bytes<n> chosen, bytes<n> otherwise) {
+    bytes<n> r;
+    for (int i = 0; i < n; ++i)
+        r.lane[i] = where.lane[i] ? chosen.lane[i] : otherwise.lane[i];
+    return r;
+}
+
+template <int n>
+LUMALANE_INLINE bool all_zero(bytes<n> a) {
+    int bits = 0;
+    for (int i = 0; i < n; ++i)
+        bits |= a.lane[i];
+    return bits == 0;
+}
+
+// ---- 32-bit lanes ------------------------------------------------------------------------------
+
+// Of lanes 2i and 2i + 1 the sum of their products.
+template <int n>
+LUMALANE_INLINE dwords<n / 2> multiply_add(words<n> a, words<n> b) {
+    dwords<n / 2> r;
+    for (int i = 0; i < n / 2; ++i)
+        r.lane[i] = a.lane[2 * i] * b.lane[2 * i] + a.lane[2 * i + 1] * b.lane[2 * i + 1];
+    return r;
+}
+
+template <int n>
+LUMALANE_INLINE dwords<n> add(dwords<n> a, dwords<n> b) {
+    dwords<n> r;
+    for (int i = 0; i < n; ++i)
+        r.lane[i] = a.lane[i] + b.lane[i];
+    return r;
+}
+
+// Signs come in from the left.
+template <int count, int n>
+LUMALANE_INLINE dwords<n> shift_right_arithmetic(dwords<n> a) {
+    dwords<n> r;
+    for (int i = 0; i < n; ++i)
+        r.lane[i] = a.lane[i] >> count;
+    return r;
+}
+
+// Clamped to 0..255, in order.
+template <int n>
+LUMALANE_INLINE bytes<4 * n> narrow_saturate(dwords<n> a, dwords<n> b, dwords<n> c, dwords<n> d) {
+    bytes<4 * n> r;
+    for (int i = 0; i < n; ++i) {
+        r.lane[i] = static_cast<unsigned char>(clamp(a.lane[i], 0, 255));
+        r.lane[n + i] = static_cast<unsigned char>(clamp(b.lane[i], 0, 255));
+        r.lane[2 * n + i] = static_cast<unsigned char>(clamp(c.lane[i], 0, 255));
+        r.lane[3 * n + i] = static_cast<unsigned char>(clamp(d.lane[i], 0, 255));
+    }
+    return r;
+}
+
+// The first four of every eight lanes, of `a` and then of `b`, in order.
+template <int n>
+LUMALANE_INLINE bytes<n> even_dwords(bytes<n> a, bytes<n> b) {
+    bytes<n> r;
+    for (int i = 0; i < n / 2; ++i) {
+        r.lane[i] = a.lane[i / 4 * 8 + i % 4];
+        r.lane[n / 2 + i] = b.lane[i / 4 * 8 + i % 4];
+    }
+    return r;
+}
+
+// Bit i: lanes 4i to 4i + 3 of `a` and `b` are equal.
+template <int n>
+LUMALANE_INLINE unsigned equal_dwords(bytes<n> a, bytes<n> b) {
+    unsigned bits = 0;
+    for (int i = 0; i < n; i += 4) {
+        const bool all = a.lane[i] == b.lane[i] && a.lane[i + 1] == b.lane[i + 1] &&
+                         a.lane[i + 2] == b.lane[i + 2] && a.lane[i + 3] == b.lane[i + 3];
+        bits |= static_cast<unsigned>(all) << (i / 4);
+    }
+    return bits;
+}
+
 // ---- Between bytes and words -------------------------------------------------------------------
+
+template <int n>
+LUMALANE_INLINE bytes<n / 2> lower_half(bytes<n> a) {
+    return load<n / 2>(a.lane);
+}
+
+template <int n>
+LUMALANE_INLINE bytes<n / 2> upper_half(bytes<n> a) {
+    return load<n / 2>(a.lane + n / 2);
+}
+
+// The same bits: of each word the lower byte, then the upper one.
+template <int n>
+LUMALANE_INLINE words<n / 2> as_words(bytes<n> a) {
+    words<n / 2> r;
+    for (int i = 0; i < n / 2; ++i)
+        r.lane[i] = static_cast<short>(a.lane[2 * i] | a.lane[2 * i + 1] << 8);
+    return r;
+}
 
 // All lanes, in order.
 template <int n>
@@ -348,6 +484,21 @@ LUMALANE_INLINE woven<2, 16> interleave(bytes<16> first, bytes<16> second) {
     return r;
 }
 
+// The same of words, lanes of `first` and `second` in turn.
+LUMALANE_INLINE woven<2, 16> interleave(words<8> first, words<8> second) {
+    woven<2, 16> r;
+    for (int i = 0; i < 16; ++i) {
+        const int word = i / 2;
+        const unsigned lower = static_cast<unsigned short>(first.lane[word]);
+        const unsigned upper = static_cast<unsigned short>(second.lane[word]);
+        const int shift = i % 2 * 8;
+        r.part[word / 4].lane[word % 4 * 4 + i % 2] = static_cast<unsigned char>(lower >> shift);
+        r.part[word / 4].lane[word % 4 * 4 + 2 + i % 2] =
+            static_cast<unsigned char>(upper >> shift);
+    }
+    return r;
+}
+
 // Stores all but the first 8 of every 32 bytes.
 LUMALANE_INLINE void store_after_8(unsigned char *to, const woven<2, 16> &parts) {
     for (int i = 8; i < 16; ++i)
@@ -363,6 +514,34 @@ LUMALANE_INLINE woven<3, 16> weave(bytes<16> first, bytes<16> second, bytes<16> 
 // 4 bytes per pixel: first, second, third, 0.
 LUMALANE_INLINE woven<4, 16> weave_padded(bytes<16> first, bytes<16> second, bytes<16> third) {
     return weave_channels<4>({first, second, third, fill_bytes<16>(0)});
+}
+
+// One byte of every `size`, beginning with the one at offset `channel`, of the n * size bytes at
+// `from`, all of which are read.
+template <int size, int channel, int n>
+LUMALANE_INLINE bytes<n> load_channel(const unsigned char *from) {
+    bytes<n> r;
+    for (int i = 0; i < n; ++i)
+        r.lane[i] = from[size * i + channel];
+    return r;
+}
+
+// The n bytes at `from`, each followed by size - 1 zeros, in order.
+template <int size, int n>
+LUMALANE_INLINE woven<size, n> load_spread(const unsigned char *from) {
+    woven<size, n> r;
+    for (int i = 0; i < size * n; ++i)
+        r.part[i / n].lane[i % n] = i % size == 0 ? from[i / size] : 0;
+    return r;
+}
+
+// Pixels of 3 bytes, each followed by a zero, in order; reads what it makes pixels of.
+template <int count, int n>
+LUMALANE_INLINE woven<count, n> load_padded(const unsigned char *from) {
+    woven<count, n> r;
+    for (int i = 0; i < count * n; ++i)
+        r.part[i / n].lane[i % n] = i % 4 == 3 ? 0 : from[i / 4 * 3 + i % 4];
+    return r;
 }
 
 } // namespace lumalane::LUMALANE_LANES
