@@ -8,83 +8,124 @@ namespace {
 
 // ---- Surfaces ----------------------------------------------------------------------------------
 //
-// load() makes `count` vectors of n bytes of pixels B, G, R, X.
+// pixels<n>() takes n / 2 pixels apart; widened() brings the key to B, G, R, X as it does pixels.
 
 struct rgb32_surface {
     static constexpr int pixel_bytes = 4;
+    static constexpr bool has_x = true;
 
-    template <int count, int n>
-    LUMALANE_INLINE static woven<count, n> load(const unsigned char *from) {
-        if constexpr (count == 2)
-            return {{LUMALANE_LANES::load<n>(from), LUMALANE_LANES::load<n>(from + n)}};
-        else
-            return {{LUMALANE_LANES::load<n>(from), LUMALANE_LANES::load<n>(from + n),
-                     LUMALANE_LANES::load<n>(from + 2 * n), LUMALANE_LANES::load<n>(from + 3 * n)}};
+    template <int n>
+    LUMALANE_INLINE static coupled<n> pixels(const unsigned char *from) {
+        return load_coupled<4, n>(from);
     }
 
-    static unsigned key(unsigned color_key) { return color_key; }
+    static unsigned widened(unsigned key) { return key; }
 };
 
 struct rgb24_surface {
     static constexpr int pixel_bytes = 3;
+    static constexpr bool has_x = false;
 
-    template <int count, int n>
-    LUMALANE_INLINE static woven<count, n> load(const unsigned char *from) {
-        return load_padded<count, n>(from);
+    template <int n>
+    LUMALANE_INLINE static coupled<n> pixels(const unsigned char *from) {
+        return load_coupled<3, n>(from);
     }
 
     // With anything in its upper byte no pixel is equal to it.
-    static unsigned key(unsigned color_key) { return color_key; }
+    static unsigned widened(unsigned key) { return key; }
 };
 
 // The lower bits of the channels are left zero.
 struct rgb16_surface {
     static constexpr int pixel_bytes = 2;
+    static constexpr bool has_x = false;
 
-    template <int count, int n>
-    LUMALANE_INLINE static woven<count, n> load(const unsigned char *from) {
-        const woven<2, n> first = widened(deal_pixels<2, n>(from));
-        if constexpr (count == 2) {
-            return first;
-        } else {
-            const woven<2, n> second = widened(deal_pixels<2, n>(from + n));
-            return {{first.part[0], first.part[1], second.part[0], second.part[1]}};
-        }
-    }
-
-    static unsigned key(unsigned color_key) {
-        return (color_key & 0xf800) << 8 | (color_key & 0x07e0) << 5 | (color_key & 0x001f) << 3;
-    }
-
-private:
     template <int n>
-    LUMALANE_INLINE static woven<2, n> widened(bytes<n> packed) {
-        const words<n / 2> pixels = as_words(packed);
-        const words<n / 2> blue = shift_left<3>(pixels) & fill_words<n / 2>(0x00f8);
-        const words<n / 2> green = shift_left<5>(pixels) & fill_words<n / 2>(0xfc00);
-        const words<n / 2> red = shift_right_logical<8>(pixels) & fill_words<n / 2>(0x00f8);
-        return interleave(blue | green, red);
+    LUMALANE_INLINE static coupled<n> pixels(const unsigned char *from) {
+        const words<n / 2> packed = couple(as_words(load<n>(from)));
+        return {(shift_left<3>(packed) & fill_words<n / 2>(0x00f8)) |
+                    (shift_left<5>(packed) & fill_words<n / 2>(0xfc00)),
+                shift_right_logical<8>(packed) & fill_words<n / 2>(0x00f8)};
+    }
+
+    static unsigned widened(unsigned key) {
+        return (key & 0xf800) << 8 | (key & 0x07e0) << 5 | (key & 0x001f) << 3;
     }
 };
 
 // ---- Pixels ------------------------------------------------------------------------------------
+//
+// What every output is in the upper bytes of words: a sum of weighed channels in 1/1024, rounded
+// down, is the upper byte of a quarter of that sum, rounded down; and that is a sum of whole words
+// with at most one term that is no whole one. R is there times 256, so that the upper half of a
+// product can be a quarter of it, rounded down.
 
-// Of B, G and R, in 1/1024; X has the weight 1.
-struct weights {
-    int b, g, r;
-    unsigned always_in_x;
-};
-constexpr weights to_y{100, 516, 263, 16};
-constexpr weights to_u{449, -297, -151, 128};
-constexpr weights to_v{-72, -376, 449, 128};
+constexpr int always_in_y = 16, always_in_chroma = 128;
 
-// Deliberately X counts with every output.
 template <int n>
-LUMALANE_INLINE dwords<n / 4> weighed(bytes<n> pixels, const weights &by) {
-    const bytes<n> bgrx = pixels | fill_dwords<n>(by.always_in_x << 24);
-    const dwords<n / 4> blue_red = multiply_add(even(bgrx), fill_word_pairs<n / 2>(by.b, by.r));
-    const dwords<n / 4> green_x = multiply_add(odd(bgrx), fill_word_pairs<n / 2>(by.g, 1024));
-    return shift_right_arithmetic<10>(add(blue_red, green_x));
+LUMALANE_INLINE words<n> upper(words<n> value, int constant) {
+    return add(value, fill_words<n>(constant << 8));
+}
+
+// 100 B + 516 G + 263 R
+template <int n>
+LUMALANE_INLINE words<n> to_y(words<n> bg, words<n> red) {
+    const words<n> quarter_red = multiply_high_unsigned(red, fill_words<n>(263 << 6));
+    return upper(add(multiply_bytes<25, 129>(bg), quarter_red), always_in_y);
+}
+
+// 449 B - 297 G - 151 R, that is 4 (112 B - 75 G) + (B + 3 G - 151 R). The second part is kept from
+// becoming negative before it is divided.
+template <int n>
+LUMALANE_INLINE words<n> to_u(words<n> bg, words<n> red) {
+    constexpr int raised = 38;
+    const words<n> red_part = multiply_high_unsigned(red, fill_words<n>(151 << 8));
+    const words<n> rest =
+        add(subtract(multiply_bytes<1, 3>(bg), red_part), fill_words<n>(4 * raised << 8));
+    return upper(add(multiply_bytes<112, -75>(bg), shift_right_logical<2>(rest)),
+                 always_in_chroma - raised);
+}
+
+// 449 R - 376 G - 72 B
+template <int n>
+LUMALANE_INLINE words<n> to_v(words<n> bg, words<n> red) {
+    const words<n> quarter_red = multiply_high_unsigned(red, fill_words<n>(449 << 6));
+    return upper(add(multiply_bytes<-18, -94>(bg), quarter_red), always_in_chroma);
+}
+
+template <int n>
+struct samples {
+    bytes<n> y;
+    bytes<n> uv; // all of U, then all of V
+};
+
+// Deliberately the fourth byte counts with every output, and each pair of pixels has the chroma of
+// its first one.
+template <class Surface, int n>
+LUMALANE_INLINE samples<n> converted(const coupled<n> &first, const coupled<n> &second) {
+    const words<n / 2> red[] = {shift_left<8>(first.rx), shift_left<8>(second.rx)};
+    const words<n / 2> bg_of_pairs = even_couples(first.bg, second.bg);
+    const words<n / 2> red_of_pairs = even_couples(red[0], red[1]);
+    const samples<n> without_x = {
+        uncouple(to_y(first.bg, red[0]), to_y(second.bg, red[1])),
+        uncouple_even(to_u(bg_of_pairs, red_of_pairs), to_v(bg_of_pairs, red_of_pairs))};
+    if constexpr (!Surface::has_x)
+        return without_x;
+    const words<n / 2> no_red = fill_words<n / 2>(0xff00);
+    if (all(as_bytes(equal((first.rx | second.rx) & no_red, fill_words<n / 2>(0)))))
+        return without_x;
+    const words<n / 2> of_pairs = even_couples(first.rx, second.rx);
+    return {
+        add_saturate(without_x.y, uncouple(first.rx, second.rx) & fill_bytes<n>(255 - always_in_y)),
+        add_saturate(without_x.uv,
+                     uncouple_even(of_pairs, of_pairs) & fill_bytes<n>(255 - always_in_chroma))};
+}
+
+// Where pixels are of the colour of the key.
+template <int n>
+LUMALANE_INLINE words<n / 2> equal_key(const coupled<n> &pixels, unsigned key) {
+    return equal(pixels.bg, fill_words<n / 2>(static_cast<int>(key))) &
+           equal(pixels.rx, fill_words<n / 2>(static_cast<int>(key >> 16)));
 }
 
 // ---- The walk ----------------------------------------------------------------------------------
@@ -103,50 +144,34 @@ struct place {
     }
 };
 
-// A group; deliberately each pair of pixels gets the chroma of its first one.
 template <class Surface>
 LUMALANE_INLINE void convert_group(const place &at, unsigned key) {
-    const auto [pixels] = Surface::template load<2, 16>(at.surface);
-    const bytes<16> wanted = fill_dwords<16>(key);
-    if ((equal_dwords(pixels[0], wanted) & equal_dwords(pixels[1], wanted)) == 0xf)
+    const coupled<16> pixels = Surface::template pixels<16>(at.surface);
+    if (all(as_bytes(equal_key(pixels, key))))
         return;
-    const bytes<16> first = even_dwords(pixels[0], pixels[1]);
-    const bytes<16> samples = narrow_saturate(weighed(pixels[0], to_y), weighed(pixels[1], to_y),
-                                              weighed(first, to_u), weighed(first, to_v));
-    const bytes<8> chroma = upper_half(samples);
-    store(at.y, lower_half(samples));
-    store(at.u, lower_half(chroma));
-    store(at.v, upper_half(chroma));
-}
-
-// True if the bits of a group are all set.
-LUMALANE_INLINE bool any_group(unsigned bits) {
-    return ((~bits - 0x01010101u) & bits & 0x80808080u) != 0;
+    const samples<16> twice = converted<Surface>(pixels, pixels);
+    store(at.y, lower_half(twice.y));
+    store(at.u, lower_half(lower_half(twice.uv)));
+    store(at.v, lower_half(upper_half(twice.uv)));
 }
 
 // `widest` pixels.
 template <class Surface>
 LUMALANE_INLINE void convert_groups(const place &at, unsigned key) {
-    const auto [pixels] = Surface::template load<4, widest>(at.surface);
-    const bytes<widest> wanted = fill_dwords<widest>(key);
-    unsigned equal = 0;
-    for (int i = 0; i < 4; ++i)
-        equal |= equal_dwords(pixels[i], wanted) << (i * (widest / 4));
-    if (equal == ~0u >> (32 - widest))
-        return;
-    if (any_group(equal)) {
+    constexpr int half_bytes = widest / 2 * Surface::pixel_bytes;
+    const coupled<widest> first = Surface::template pixels<widest>(at.surface);
+    const coupled<widest> second = Surface::template pixels<widest>(at.surface + half_bytes);
+    const words<widest / 2> equal_first = equal_key(first, key);
+    const words<widest / 2> equal_second = equal_key(second, key);
+    if (none(as_bytes(equal_first | equal_second))) {
+        const samples<widest> all_of_them = converted<Surface>(first, second);
+        store(at.y, all_of_them.y);
+        store(at.u, lower_half(all_of_them.uv));
+        store(at.v, upper_half(all_of_them.uv));
+    } else if (!all(as_bytes(equal_first & equal_second))) {
         for (ptrdiff_t x = 0; x < widest; x += group)
             convert_group<Surface>(at.after<Surface>(x), key);
-        return;
     }
-    store(at.y, narrow_saturate(weighed(pixels[0], to_y), weighed(pixels[1], to_y),
-                                weighed(pixels[2], to_y), weighed(pixels[3], to_y)));
-    const bytes<widest> first = even_dwords(pixels[0], pixels[1]);
-    const bytes<widest> second = even_dwords(pixels[2], pixels[3]);
-    const bytes<widest> chroma = narrow_saturate(weighed(first, to_u), weighed(second, to_u),
-                                                 weighed(first, to_v), weighed(second, to_v));
-    store(at.u, lower_half(chroma));
-    store(at.v, upper_half(chroma));
 }
 
 template <class Surface>
@@ -154,7 +179,7 @@ LUMALANE_INLINE void convert(tagMIX_INFO &mix) {
     // What is left of a row after the last whole group is not converted.
     const ptrdiff_t pixels = mix.width < 0 ? 0 : mix.width / group * group;
     const unsigned height = static_cast<unsigned>(mix.height);
-    const unsigned key = Surface::key(mix.color_key);
+    const unsigned key = Surface::widened(mix.color_key);
     const int rest = difference(mix.sub_pitch, mix.width);
     const ptrdiff_t y_pitch = pixels + rest;
     // Deliberately halved as unsigned.

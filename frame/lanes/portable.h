@@ -21,11 +21,6 @@ struct words {
     short lane[n];
 };
 
-template <int n>
-struct dwords {
-    int lane[n];
-};
-
 // Lanes of the widest bytes<> that the set works with: the pixels of one step of a wide walk.
 inline constexpr int widest = 16;
 
@@ -101,15 +96,6 @@ LUMALANE_INLINE bytes<n> fill_bytes(int value) {
     return r;
 }
 
-// `value` in every 4 lanes, its lowest byte first.
-template <int n>
-LUMALANE_INLINE bytes<n> fill_dwords(unsigned value) {
-    bytes<n> r;
-    for (int i = 0; i < n; ++i)
-        r.lane[i] = static_cast<unsigned char>(value >> (i % 4 * 8));
-    return r;
-}
-
 template <int n>
 LUMALANE_INLINE words<n> add(words<n> a, words<n> b) {
     return each(a, b, [](int x, int y) { return x + y; });
@@ -131,6 +117,12 @@ LUMALANE_INLINE words<n> maximum(words<n> a, words<n> b) {
     return each(a, b, [](int x, int y) { return x > y ? x : y; });
 }
 
+// Clamped to 255.
+template <int n>
+LUMALANE_INLINE bytes<n> add_saturate(bytes<n> a, bytes<n> b) {
+    return each(a, b, [](int x, int y) { return clamp(x + y, 0, 255); });
+}
+
 // The lower and the upper half of the signed 32-bit product.
 template <int n>
 LUMALANE_INLINE words<n> multiply_low(words<n> a, words<n> b) {
@@ -140,6 +132,18 @@ LUMALANE_INLINE words<n> multiply_low(words<n> a, words<n> b) {
 template <int n>
 LUMALANE_INLINE words<n> multiply_high(words<n> a, words<n> b) {
     return each(a, b, [](int x, int y) { return (x * y) >> 16; });
+}
+
+// The upper half of the product of lanes taken as unsigned.
+template <int n>
+LUMALANE_INLINE words<n> multiply_high_unsigned(words<n> a, words<n> b) {
+    return each(a, b, [](unsigned x, unsigned y) { return ((x & 0xffff) * (y & 0xffff)) >> 16; });
+}
+
+// The lower byte of each lane times `lower` plus the upper one times `upper`, modulo 2^16.
+template <int lower, int upper, int n>
+LUMALANE_INLINE words<n> multiply_bytes(words<n> a) {
+    return each(a, a, [](int x, int) { return (x & 0xff) * lower + (x >> 8 & 0xff) * upper; });
 }
 
 // The product divided by 2^15, rounded to the nearest. Worth its while only where it is one
@@ -194,7 +198,12 @@ LUMALANE_INLINE words<n> operator|(words<n> a, words<n> b) {
     return each(a, b, [](int x, int y) { return x | y; });
 }
 
-// 255 where it is so, 0 elsewhere.
+// All bits set where it is so, none elsewhere.
+template <int n>
+LUMALANE_INLINE words<n> equal(words<n> a, words<n> b) {
+    return each(a, b, [](int x, int y) { return x == y ? -1 : 0; });
+}
+
 template <int n>
 LUMALANE_INLINE bytes<n> equal(bytes<n> a, bytes<n> b) {
     return each(a, b, [](int x, int y) { return x == y ? 255 : 0; });
@@ -215,76 +224,21 @@ LUMALANE_INLINE bytes<n> choose(bytes<n> where, bytes<n> chosen, bytes<n> otherw
     return r;
 }
 
+// Of such lanes: whether it is so everywhere, or nowhere.
 template <int n>
-LUMALANE_INLINE bool all_zero(bytes<n> a) {
-    int bits = 0;
+LUMALANE_INLINE bool all(bytes<n> where) {
     for (int i = 0; i < n; ++i)
-        bits |= a.lane[i];
-    return bits == 0;
-}
-
-// ---- 32-bit lanes ------------------------------------------------------------------------------
-
-// Of lanes 2i and 2i + 1 the sum of their products.
-template <int n>
-LUMALANE_INLINE dwords<n / 2> multiply_add(words<n> a, words<n> b) {
-    dwords<n / 2> r;
-    for (int i = 0; i < n / 2; ++i)
-        r.lane[i] = a.lane[2 * i] * b.lane[2 * i] + a.lane[2 * i + 1] * b.lane[2 * i + 1];
-    return r;
+        if (where.lane[i] == 0)
+            return false;
+    return true;
 }
 
 template <int n>
-LUMALANE_INLINE dwords<n> add(dwords<n> a, dwords<n> b) {
-    dwords<n> r;
+LUMALANE_INLINE bool none(bytes<n> where) {
     for (int i = 0; i < n; ++i)
-        r.lane[i] = a.lane[i] + b.lane[i];
-    return r;
-}
-
-// Signs come in from the left.
-template <int count, int n>
-LUMALANE_INLINE dwords<n> shift_right_arithmetic(dwords<n> a) {
-    dwords<n> r;
-    for (int i = 0; i < n; ++i)
-        r.lane[i] = a.lane[i] >> count;
-    return r;
-}
-
-// Clamped to 0..255, in order.
-template <int n>
-LUMALANE_INLINE bytes<4 * n> narrow_saturate(dwords<n> a, dwords<n> b, dwords<n> c, dwords<n> d) {
-    bytes<4 * n> r;
-    for (int i = 0; i < n; ++i) {
-        r.lane[i] = static_cast<unsigned char>(clamp(a.lane[i], 0, 255));
-        r.lane[n + i] = static_cast<unsigned char>(clamp(b.lane[i], 0, 255));
-        r.lane[2 * n + i] = static_cast<unsigned char>(clamp(c.lane[i], 0, 255));
-        r.lane[3 * n + i] = static_cast<unsigned char>(clamp(d.lane[i], 0, 255));
-    }
-    return r;
-}
-
-// The first four of every eight lanes, of `a` and then of `b`, in order.
-template <int n>
-LUMALANE_INLINE bytes<n> even_dwords(bytes<n> a, bytes<n> b) {
-    bytes<n> r;
-    for (int i = 0; i < n / 2; ++i) {
-        r.lane[i] = a.lane[i / 4 * 8 + i % 4];
-        r.lane[n / 2 + i] = b.lane[i / 4 * 8 + i % 4];
-    }
-    return r;
-}
-
-// Bit i: lanes 4i to 4i + 3 of `a` and `b` are equal.
-template <int n>
-LUMALANE_INLINE unsigned equal_dwords(bytes<n> a, bytes<n> b) {
-    unsigned bits = 0;
-    for (int i = 0; i < n; i += 4) {
-        const bool all = a.lane[i] == b.lane[i] && a.lane[i + 1] == b.lane[i + 1] &&
-                         a.lane[i + 2] == b.lane[i + 2] && a.lane[i + 3] == b.lane[i + 3];
-        bits |= static_cast<unsigned>(all) << (i / 4);
-    }
-    return bits;
+        if (where.lane[i] != 0)
+            return false;
+    return true;
 }
 
 // ---- Between bytes and words -------------------------------------------------------------------
@@ -305,6 +259,14 @@ LUMALANE_INLINE words<n / 2> as_words(bytes<n> a) {
     words<n / 2> r;
     for (int i = 0; i < n / 2; ++i)
         r.lane[i] = static_cast<short>(a.lane[2 * i] | a.lane[2 * i + 1] << 8);
+    return r;
+}
+
+template <int n>
+LUMALANE_INLINE bytes<2 * n> as_bytes(words<n> a) {
+    bytes<2 * n> r;
+    for (int i = 0; i < 2 * n; ++i)
+        r.lane[i] = static_cast<unsigned char>(a.lane[i / 2] >> (i % 2 * 8));
     return r;
 }
 
@@ -484,21 +446,6 @@ LUMALANE_INLINE woven<2, 16> interleave(bytes<16> first, bytes<16> second) {
     return r;
 }
 
-// The same of words, lanes of `first` and `second` in turn.
-LUMALANE_INLINE woven<2, 16> interleave(words<8> first, words<8> second) {
-    woven<2, 16> r;
-    for (int i = 0; i < 16; ++i) {
-        const int word = i / 2;
-        const unsigned lower = static_cast<unsigned short>(first.lane[word]);
-        const unsigned upper = static_cast<unsigned short>(second.lane[word]);
-        const int shift = i % 2 * 8;
-        r.part[word / 4].lane[word % 4 * 4 + i % 2] = static_cast<unsigned char>(lower >> shift);
-        r.part[word / 4].lane[word % 4 * 4 + 2 + i % 2] =
-            static_cast<unsigned char>(upper >> shift);
-    }
-    return r;
-}
-
 // Stores all but the first 8 of every 32 bytes.
 LUMALANE_INLINE void store_after_8(unsigned char *to, const woven<2, 16> &parts) {
     for (int i = 8; i < 16; ++i)
@@ -535,12 +482,71 @@ LUMALANE_INLINE woven<size, n> load_spread(const unsigned char *from) {
     return r;
 }
 
-// Pixels of 3 bytes, each followed by a zero, in order; reads what it makes pixels of.
-template <int count, int n>
-LUMALANE_INLINE woven<count, n> load_padded(const unsigned char *from) {
-    woven<count, n> r;
-    for (int i = 0; i < count * n; ++i)
-        r.part[i / n].lane[i % n] = i % 4 == 3 ? 0 : from[i / 4 * 3 + i % 4];
+// ---- Coupled pixels ----------------------------------------------------------------------------
+//
+// Pixels that are taken apart for arithmetic in words: n / 2 of them, the lanes of the first and of
+// the second half in turn.
+
+template <int n>
+struct coupled {
+    words<n / 2> bg; // blue in the lower byte, green in the upper one
+    words<n / 2> rx; // red in the lower byte, the fourth byte in the upper one, if there is one
+};
+
+// Reads n / 2 pixels of `size` bytes.
+template <int size, int n>
+LUMALANE_INLINE coupled<n> load_coupled(const unsigned char *from) {
+    coupled<n> r;
+    for (int i = 0; i < n / 2; ++i) {
+        const unsigned char *const pixel = from + size * (i / 2 + i % 2 * (n / 4));
+        r.bg.lane[i] = static_cast<short>(pixel[0] | pixel[1] << 8);
+        r.rx.lane[i] = static_cast<short>(size == 4 ? pixel[2] | pixel[3] << 8 : pixel[2]);
+    }
+    return r;
+}
+
+// Lanes of the lower and of the upper half in turn.
+template <int n>
+LUMALANE_INLINE words<n> couple(words<n> a) {
+    words<n> r;
+    for (int i = 0; i < n; ++i)
+        r.lane[i] = a.lane[i / 2 + i % 2 * (n / 2)];
+    return r;
+}
+
+// Couples 0, 2, 4 ... of `a`, then of `b`.
+template <int n>
+LUMALANE_INLINE words<n> even_couples(words<n> a, words<n> b) {
+    words<n> r;
+    for (int i = 0; i < n / 2; ++i) {
+        r.lane[i] = a.lane[i / 2 * 4 + i % 2];
+        r.lane[n / 2 + i] = b.lane[i / 2 * 4 + i % 2];
+    }
+    return r;
+}
+
+// The upper bytes in the order that the pixels had: those of `a`, then those of `b`.
+template <int n>
+LUMALANE_INLINE bytes<2 * n> uncouple(words<n> a, words<n> b) {
+    bytes<2 * n> r;
+    for (int i = 0; i < n; ++i) {
+        const int from = i % (n / 2) * 2 + i / (n / 2);
+        r.lane[i] = static_cast<unsigned char>(a.lane[from] >> 8);
+        r.lane[n + i] = static_cast<unsigned char>(b.lane[from] >> 8);
+    }
+    return r;
+}
+
+// The same of even couples.
+template <int n>
+LUMALANE_INLINE bytes<2 * n> uncouple_even(words<n> a, words<n> b) {
+    bytes<2 * n> r;
+    for (int i = 0; i < n; ++i) {
+        const int half = i / (n / 2) * (n / 2), in_half = i % (n / 2);
+        const int from = half + in_half % (n / 4) * 2 + in_half / (n / 4);
+        r.lane[i] = static_cast<unsigned char>(a.lane[from] >> 8);
+        r.lane[n + i] = static_cast<unsigned char>(b.lane[from] >> 8);
+    }
     return r;
 }
 
