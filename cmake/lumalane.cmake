@@ -15,8 +15,12 @@ set(kernel_files
     load/yv12_to_yv12.cpp
     mix/interlaced.cpp
     mix/progressive.cpp
+    subpicture/alpha_transfers.cpp
+    subpicture/ayuy2_to_rgb.cpp
+    subpicture/colour_key.cpp
     subpicture/mix_onto_yuy2.cpp
-    subpicture/mix_onto_yv12.cpp)
+    subpicture/mix_onto_yv12.cpp
+    subpicture/rgb_to_ayuy2.cpp)
 
 set(frame_files frame/adjustment.cpp frame/dispatch.cpp frame/exports.cpp)
 if(WIN32)

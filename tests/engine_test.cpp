@@ -94,6 +94,28 @@ TEST(engine, finds_crossed_chroma_parameters) {
     EXPECT_NE(run("get_contrast_data", wrong).failure, "");
 }
 
+TEST(engine, finds_a_field_of_a_record_that_is_left_as_it_was) {
+    lumalane::kernel_table wrong = models();
+    wrong.Restore_RGB24_To_Alpha = [](tagMIX_INFO *mix) {
+        model::memory m = everything();
+        const int height = mix->height;
+        model::Restore_RGB24_To_Alpha(m, mix);
+        mix->height = height;
+    };
+    EXPECT_NE(run("Restore_RGB24_To_Alpha", wrong).failure, "");
+}
+
+TEST(engine, finds_groups_of_the_key_colour_that_are_converted) {
+    lumalane::kernel_table wrong = models();
+    wrong.Convert_RGB16_565_To_AYUY2 = [](tagMIX_INFO *mix) {
+        model::memory m = everything();
+        mix->color_key ^= 1;
+        model::Convert_RGB16_565_To_AYUY2(m, mix);
+        mix->color_key ^= 1;
+    };
+    EXPECT_NE(run("Convert_RGB16_565_To_AYUY2", wrong).failure, "");
+}
+
 TEST(engine_death, finds_a_read_outside_of_the_footprint) {
     lumalane::kernel_table wrong = models();
     wrong.loadimage_rgb16 = [](LUMALANE_PARAMETERS_picture) {
@@ -103,6 +125,17 @@ TEST(engine_death, finds_a_read_outside_of_the_footprint) {
     };
     EXPECT_EXIT(run("loadimage_rgb16", wrong), testing::ExitedWithCode(1),
                 "fault on models, buffers .*: loadimage_rgb16");
+}
+
+TEST(engine_death, finds_a_read_through_an_unread_pointer_of_a_record) {
+    lumalane::kernel_table wrong = models();
+    wrong.load_subpicture_alpha_rgb32 = [](tagMIX_INFO *mix) {
+        model::memory m = everything();
+        [[maybe_unused]] const volatile unsigned char seen = *mix->sub_y;
+        model::load_subpicture_alpha_rgb32(m, mix);
+    };
+    EXPECT_EXIT(run("load_subpicture_alpha_rgb32", wrong), testing::ExitedWithCode(1),
+                "fault on models, buffers with room around: load_subpicture_alpha_rgb32");
 }
 
 TEST(engine_death, finds_a_read_of_an_unread_record) {

@@ -68,6 +68,28 @@ TEST_P(before_any_parameters, every_adjusted_pixel_is_the_green_of_three_zero_sa
     }
 }
 
+TEST_P(before_any_parameters, every_adjusted_pixel_of_a_subpicture_is_that_green) {
+    std::vector<unsigned char> opaque(width * height, 16);
+    const auto last_pixel = [&](void (*function)(tagMIX_INFO *), int pixel_bytes) {
+        tagMIX_INFO mix{};
+        mix.video_pitch = width;
+        mix.dst_pitch = pixel_bytes * width;
+        mix.height = height;
+        mix.alpha_plane = opaque.data();
+        mix.sub_y = mix.sub_v = mix.sub_u = samples.data();
+        mix.dst = dst.data();
+        mix.adjust_info = &info;
+        function(&mix);
+        const auto end = dst.begin() + pixel_bytes * width * height;
+        return std::vector(end - pixel_bytes, end);
+    };
+    using bytes = std::vector<unsigned char>;
+    EXPECT_EQ(last_pixel(load_subpicture_yuy2_rgb32_ajust, 4), (bytes{0, 137, 0, 0}));
+    EXPECT_EQ(last_pixel(load_subpicture_yuy2_rgb24_ajust, 3), (bytes{0, 137, 0}));
+    constexpr int green = 137 >> 2 << 5;
+    EXPECT_EQ(last_pixel(load_subpicture_yuy2_rgb16_ajust, 2), (bytes{green & 0xff, green >> 8}));
+}
+
 INSTANTIATE_ON_EACH_LANE_SET(before_any_parameters);
 
 } // namespace

@@ -63,6 +63,10 @@ LUMALANE_INLINE words<16> add_saturate(words<16> a, words<16> b) {
     return {_mm256_adds_epi16(a.v, b.v)};
 }
 
+LUMALANE_INLINE bytes<32> add_saturate(bytes<32> a, bytes<32> b) {
+    return {_mm256_adds_epu8(a.v, b.v)};
+}
+
 LUMALANE_INLINE words<16> maximum(words<16> a, words<16> b) { return {_mm256_max_epi16(a.v, b.v)}; }
 
 LUMALANE_INLINE words<16> multiply_low(words<16> a, words<16> b) {
@@ -71,6 +75,10 @@ LUMALANE_INLINE words<16> multiply_low(words<16> a, words<16> b) {
 
 LUMALANE_INLINE words<16> multiply_high(words<16> a, words<16> b) {
     return {_mm256_mulhi_epi16(a.v, b.v)};
+}
+
+LUMALANE_INLINE words<16> multiply_high_unsigned(words<16> a, words<16> b) {
+    return {_mm256_mulhi_epu16(a.v, b.v)};
 }
 
 LUMALANE_INLINE words<8> multiply_rounded(words<8> a, words<8> b) {
@@ -109,7 +117,42 @@ LUMALANE_INLINE bytes<32> shift_right_logical(bytes<32> a) {
     return bytes<32>{_mm256_srli_epi16(a.v, count)} & fill_bytes<32>(0xff >> count);
 }
 
+LUMALANE_INLINE words<16> operator&(words<16> a, words<16> b) {
+    return {_mm256_and_si256(a.v, b.v)};
+}
+
+LUMALANE_INLINE words<16> operator|(words<16> a, words<16> b) {
+    return {_mm256_or_si256(a.v, b.v)};
+}
+
+LUMALANE_INLINE words<16> equal(words<16> a, words<16> b) { return {_mm256_cmpeq_epi16(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<32> equal(bytes<32> a, bytes<32> b) { return {_mm256_cmpeq_epi8(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<32> positive(bytes<32> a) {
+    return {_mm256_cmpgt_epi8(a.v, _mm256_setzero_si256())};
+}
+
+LUMALANE_INLINE bytes<16> choose(bytes<16> where, bytes<16> chosen, bytes<16> otherwise) {
+    return {_mm_blendv_epi8(otherwise.v, chosen.v, where.v)};
+}
+
+LUMALANE_INLINE bytes<32> choose(bytes<32> where, bytes<32> chosen, bytes<32> otherwise) {
+    return {_mm256_blendv_epi8(otherwise.v, chosen.v, where.v)};
+}
+
+LUMALANE_INLINE bool all(bytes<32> where) { return _mm256_movemask_epi8(where.v) == -1; }
+
+
 // ---- Between bytes and words -------------------------------------------------------------------
+
+LUMALANE_INLINE bytes<16> lower_half(bytes<32> a) { return {_mm256_castsi256_si128(a.v)}; }
+
+LUMALANE_INLINE bytes<16> upper_half(bytes<32> a) { return {_mm256_extracti128_si256(a.v, 1)}; }
+
+LUMALANE_INLINE words<16> as_words(bytes<32> a) { return {a.v}; }
+
+LUMALANE_INLINE bytes<32> as_bytes(words<16> a) { return {a.v}; }
 
 LUMALANE_INLINE words<16> widen(bytes<16> a) { return {_mm256_cvtepu8_epi16(a.v)}; }
 
@@ -234,6 +277,18 @@ struct shuffles {
     alignas(16) unsigned char swap_couples[16];
     alignas(16) unsigned char channel[3][16];
     alignas(16) unsigned char every_third[3][16]; // 0xff at bytes m with m % 3 == 0, 1, 2
+    // In 3-byte pixels: part k of 16 third bytes, from bytes 16k on; and part k of 48 bytes, of
+    // which every third is one of 16 samples (twice the first part, around the end).
+    alignas(16) unsigned char thirds[3][16];
+    alignas(16) unsigned char spread[4][16];
+    // 4 pixels of 3 bytes, from byte 0 and from byte 4 on, to the lower and to the upper words of
+    // couples.
+    alignas(32) unsigned char triplets_bg[2][32];
+    alignas(32) unsigned char triplets_rx[2][32];
+    alignas(16) unsigned char couple[16]; // words of the lower and of the upper half in turn
+    // A byte of each of two couples in turn, to the order of `uncouple` and of `uncouple_even`.
+    alignas(16) unsigned char uncouple[16];
+    alignas(16) unsigned char uncouple_even[16];
 };
 
 constexpr shuffles make_shuffles() {
@@ -247,6 +302,27 @@ constexpr shuffles make_shuffles() {
             s.channel[c][m] = static_cast<unsigned char>(split_lane((m - c + 16) * 11 % 16));
             s.every_third[c][m] = m % 3 == c ? 0xff : 0;
         }
+        for (int k = 0; k < 3; ++k) {
+            const int third = 3 * m + 2 - 16 * k;
+            s.thirds[k][m] = static_cast<unsigned char>(0 <= third && third < 16 ? third : 0x80);
+        }
+        for (int k = 0; k < 4; ++k) {
+            const int at = k % 3 * 16 + m;
+            s.spread[k][m] = static_cast<unsigned char>(at % 3 == 0 ? at / 3 : 0x80);
+        }
+        for (int half = 0; half < 2; ++half)
+            for (int block = 0; block < 2; ++block) {
+                const int pixel = 3 * (m / 4) + 4 * block, byte = m % 2, at = 16 * block + m;
+                const bool here = m % 4 / 2 == half;
+                s.triplets_bg[half][at] = static_cast<unsigned char>(here ? pixel + byte : 0x80);
+                s.triplets_rx[half][at] =
+                    static_cast<unsigned char>(here && byte == 0 ? pixel + 2 : 0x80);
+            }
+        s.couple[m] = static_cast<unsigned char>(m / 4 * 2 + m / 2 % 2 * 8 + m % 2);
+        const int in_couple = m / 8 + m / 4 % 2 * 2;
+        s.uncouple[m] = static_cast<unsigned char>(m % 4 * 4 + in_couple);
+        s.uncouple_even[m] =
+            static_cast<unsigned char>(m / 4 % 2 * 8 + m % 2 * 4 + m / 2 % 2 * 2 + m / 8);
     }
     for (int count = 1; count <= 4; ++count) {
         const int group = count == 2 ? 4 : count == 4 ? 2 : 8; // samples: half as many as pixels
@@ -429,6 +505,164 @@ LUMALANE_INLINE woven<3, 32> weave(bytes<32> first, bytes<32> second, bytes<32> 
     return {{{_mm256_permute2x128_si256(p[0].v, p[1].v, 0x20)},
              {_mm256_blend_epi32(p[2].v, p[0].v, 0xf0)},
              {_mm256_permute2x128_si256(p[1].v, p[2].v, 0x31)}}};
+}
+
+// Two blocks that do not follow each other.
+LUMALANE_INLINE bytes<32> load_blocks(const unsigned char *first, const unsigned char *second) {
+    return {
+        _mm256_inserti128_si256(_mm256_castsi128_si256(load<16>(first).v), load<16>(second).v, 1)};
+}
+
+template <int size, int channel, int n>
+LUMALANE_INLINE bytes<n> load_channel(const unsigned char *from) {
+    if constexpr (n < 32) {
+        return load_channel_of_blocks<size, channel, n>(from);
+    } else if constexpr (size == 4) {
+        static_assert(channel == 0);
+        const auto pixels = [&](int offset) {
+            return _mm256_and_si256(load<32>(from + offset).v, _mm256_set1_epi32(0x000000ff));
+        };
+        const __m256i narrow = _mm256_packus_epi16(_mm256_packs_epi32(pixels(0), pixels(32)),
+                                                   _mm256_packs_epi32(pixels(64), pixels(96)));
+        return {_mm256_permutevar8x32_epi32(narrow, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7))};
+    } else {
+        static_assert(size == 3 && channel == 2);
+        const auto part = [&](int k) {
+            const unsigned char *const of_first_block = from + 16 * k;
+            return shuffled(load_blocks(of_first_block, of_first_block + 48), shuffle.thirds[k]);
+        };
+        return part(0) | part(1) | part(2);
+    }
+}
+
+template <int size, int n>
+LUMALANE_INLINE woven<size, n> load_spread(const unsigned char *from) {
+    if constexpr (n == 16) {
+        const bytes<16> a = load<16>(from);
+        if constexpr (size == 2)
+            return spread_words(a);
+        else if constexpr (size == 3)
+            return {{shuffled(a, shuffle.spread[0]), shuffled(a, shuffle.spread[1]),
+                     shuffled(a, shuffle.spread[2])}};
+        else
+            return spread_dwords(a);
+    } else if constexpr (size == 2) {
+        return {{{widen(load<16>(from)).v}, {widen(load<16>(from + 16)).v}}};
+    } else if constexpr (size == 3) {
+        const auto part = [](bytes<32> a, int first) -> bytes<32> {
+            return {_mm256_shuffle_epi8(a.v, load<32>(shuffle.spread[first]).v)};
+        };
+        return {{part(load_blocks(from, from), 0), part(load<32>(from), 2),
+                 part(load_blocks(from + 16, from + 16), 1)}};
+    } else {
+        const auto part = [&](int offset) -> bytes<32> {
+            return {_mm256_cvtepu8_epi32(load<8>(from + offset).v)};
+        };
+        return {{part(0), part(8), part(16), part(24)}};
+    }
+}
+
+// ---- Coupled pixels ----------------------------------------------------------------------------
+
+// A product of an unsigned and of a signed byte: the constants are the signed ones, or else the
+// lanes less 128.
+template <int lower, int upper>
+struct byte_products {
+    static constexpr int least = 255 * ((lower < 0 ? lower : 0) + (upper < 0 ? upper : 0));
+    static constexpr int most = 255 * ((lower > 0 ? lower : 0) + (upper > 0 ? upper : 0));
+    static constexpr bool signed_constants = -128 <= lower && lower <= 127 && -128 <= upper &&
+                                             upper <= 127 && -32768 <= least && most <= 32767;
+    static_assert(signed_constants || (0 <= lower && 0 <= upper && lower + upper <= 255));
+    static constexpr int constants = upper * 256 + (lower & 0xff);
+    static constexpr int offset = 128 * (lower + upper);
+};
+
+template <int lower, int upper>
+LUMALANE_INLINE words<8> multiply_bytes(words<8> a) {
+    using product = byte_products<lower, upper>;
+    const __m128i constants = fill_words<8>(product::constants).v;
+    if constexpr (product::signed_constants)
+        return {_mm_maddubs_epi16(a.v, constants)};
+    else
+        return add({_mm_maddubs_epi16(constants, _mm_xor_si128(a.v, fill_bytes<16>(0x80).v))},
+                   fill_words<8>(product::offset));
+}
+
+template <int lower, int upper>
+LUMALANE_INLINE words<16> multiply_bytes(words<16> a) {
+    using product = byte_products<lower, upper>;
+    const __m256i constants = fill_words<16>(product::constants).v;
+    if constexpr (product::signed_constants)
+        return {_mm256_maddubs_epi16(a.v, constants)};
+    else
+        return add({_mm256_maddubs_epi16(constants, _mm256_xor_si256(a.v, fill_bytes<32>(0x80).v))},
+                   fill_words<16>(product::offset));
+}
+
+template <int size, int n>
+LUMALANE_INLINE coupled<n> load_coupled(const unsigned char *from) {
+    constexpr int upper_words = 0xaa;
+    if constexpr (n == 16 && size == 4) {
+        return {{_mm_blend_epi16(load<16>(from).v, load<16>(from + 14).v, upper_words)},
+                {_mm_blend_epi16(load<16>(from + 2).v, load<16>(from + 16).v, upper_words)}};
+    } else if constexpr (size == 4) {
+        return {{_mm256_blend_epi16(load<32>(from).v, load<32>(from + 30).v, upper_words)},
+                {_mm256_blend_epi16(load<32>(from + 2).v, load<32>(from + 32).v, upper_words)}};
+    } else if constexpr (n == 16) {
+        const auto words_of = [&](const unsigned char(&by)[2][32]) {
+            return as_words(shuffled(load<16>(from), by[0]) |
+                            shuffled(load<16>(from + 8), by[1] + 16));
+        };
+        return {words_of(shuffle.triplets_bg), words_of(shuffle.triplets_rx)};
+    } else {
+        const __m256i first = load_blocks(from, from + 8).v;
+        const __m256i second = load_blocks(from + 24, from + 32).v;
+        const auto words_of = [&](const unsigned char(&by)[2][32]) -> words<16> {
+            return {_mm256_or_si256(_mm256_shuffle_epi8(first, load<32>(by[0]).v),
+                                    _mm256_shuffle_epi8(second, load<32>(by[1]).v))};
+        };
+        return {words_of(shuffle.triplets_bg), words_of(shuffle.triplets_rx)};
+    }
+}
+
+LUMALANE_INLINE words<8> couple(words<8> a) {
+    return as_words(shuffled(as_bytes(a), shuffle.couple));
+}
+
+LUMALANE_INLINE words<16> couple(words<16> a) {
+    const bytes<32> quarters{_mm256_permute4x64_epi64(a.v, _MM_SHUFFLE(3, 1, 2, 0))};
+    return as_words(shuffled(quarters, shuffle.couple));
+}
+
+LUMALANE_INLINE words<16> even_couples(words<16> a, words<16> b) {
+    const __m256 of_blocks = _mm256_shuffle_ps(_mm256_castsi256_ps(a.v), _mm256_castsi256_ps(b.v),
+                                               _MM_SHUFFLE(2, 0, 2, 0));
+    return {_mm256_permute4x64_epi64(_mm256_castps_si256(of_blocks), _MM_SHUFFLE(3, 1, 2, 0))};
+}
+
+// Upper bytes of `a` and `b` in turn.
+template <int n>
+LUMALANE_INLINE bytes<2 * n> upper_bytes(words<n> a, words<n> b) {
+    return as_bytes(shift_right_logical<8>(a) | (b & fill_words<n>(0xff00)));
+}
+
+LUMALANE_INLINE bytes<16> uncouple(words<8> a, words<8> b) {
+    return shuffled(upper_bytes(a, b), shuffle.uncouple);
+}
+
+LUMALANE_INLINE bytes<32> uncouple(words<16> a, words<16> b) {
+    const bytes<32> of_blocks = shuffled(upper_bytes(a, b), shuffle.uncouple);
+    return {_mm256_permutevar8x32_epi32(of_blocks.v, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7))};
+}
+
+LUMALANE_INLINE bytes<16> uncouple_even(words<8> a, words<8> b) {
+    return shuffled(upper_bytes(a, b), shuffle.uncouple_even);
+}
+
+// Each block is a half, so that its couples are complete ones.
+LUMALANE_INLINE bytes<32> uncouple_even(words<16> a, words<16> b) {
+    const bytes<32> of_blocks = shuffled(upper_bytes(a, b), shuffle.uncouple);
+    return {_mm256_permute4x64_epi64(of_blocks.v, _MM_SHUFFLE(3, 1, 2, 0))};
 }
 
 } // namespace lumalane::LUMALANE_LANES

@@ -1,8 +1,8 @@
 // Lanes in plain C++: the definition of every operation, and the set that runs anywhere.
 //
-// bytes<n> are n unsigned 8-bit lanes, words<n> are n signed 16-bit lanes; lane 0 is the first in
-// memory. Operations that move lanes work within blocks of 16 bytes (8 words), as the wide
-// registers of x86 do; a vector of 16 bytes or fewer is one block.
+// bytes<n> are n unsigned 8-bit lanes, words<n> are n signed 16-bit lanes, dwords<n> n signed
+// 32-bit lanes; lane 0 is the first in memory. Operations that move lanes work within blocks of 16
+// bytes (8 words), as the wide registers of x86 do; a vector of 16 bytes or fewer is one block.
 #pragma once
 
 // Left to the compiler here: loops over lanes all pulled into one function take it minutes.
@@ -119,6 +119,12 @@ LUMALANE_INLINE words<n> maximum(words<n> a, words<n> b) {
     return each(a, b, [](int x, int y) { return x > y ? x : y; });
 }
 
+// Clamped to 255.
+template <int n>
+LUMALANE_INLINE bytes<n> add_saturate(bytes<n> a, bytes<n> b) {
+    return each(a, b, [](int x, int y) { return clamp(x + y, 0, 255); });
+}
+
 // The lower and the upper half of the signed 32-bit product.
 template <int n>
 LUMALANE_INLINE words<n> multiply_low(words<n> a, words<n> b) {
@@ -128,6 +134,18 @@ LUMALANE_INLINE words<n> multiply_low(words<n> a, words<n> b) {
 template <int n>
 LUMALANE_INLINE words<n> multiply_high(words<n> a, words<n> b) {
     return each(a, b, [](int x, int y) { return (x * y) >> 16; });
+}
+
+// The upper half of the product of lanes taken as unsigned.
+template <int n>
+LUMALANE_INLINE words<n> multiply_high_unsigned(words<n> a, words<n> b) {
+    return each(a, b, [](unsigned x, unsigned y) { return ((x & 0xffff) * (y & 0xffff)) >> 16; });
+}
+
+// The lower byte of each lane times `lower` plus the upper one times `upper`, modulo 2^16.
+template <int lower, int upper, int n>
+LUMALANE_INLINE words<n> multiply_bytes(words<n> a) {
+    return each(a, a, [](int x, int) { return (x & 0xff) * lower + (x >> 8 & 0xff) * upper; });
 }
 
 // The product divided by 2^15, rounded to the nearest. Worth its while only where it is one
@@ -172,6 +190,51 @@ LUMALANE_INLINE bytes<n> operator|(bytes<n> a, bytes<n> b) {
     return each(a, b, [](int x, int y) { return x | y; });
 }
 
+template <int n>
+LUMALANE_INLINE words<n> operator&(words<n> a, words<n> b) {
+    return each(a, b, [](int x, int y) { return x & y; });
+}
+
+template <int n>
+LUMALANE_INLINE words<n> operator|(words<n> a, words<n> b) {
+    return each(a, b, [](int x, int y) { return x | y; });
+}
+
+// All bits set where it is so, none elsewhere.
+template <int n>
+LUMALANE_INLINE words<n> equal(words<n> a, words<n> b) {
+    return each(a, b, [](int x, int y) { return x == y ? -1 : 0; });
+}
+
+template <int n>
+LUMALANE_INLINE bytes<n> equal(bytes<n> a, bytes<n> b) {
+    return each(a, b, [](int x, int y) { return x == y ? 255 : 0; });
+}
+
+// The same of lanes that are 1..127.
+template <int n>
+LUMALANE_INLINE bytes<n> positive(bytes<n> a) {
+    return each(a, a, [](int x, int) { return 1 <= x && x <= 127 ? 255 : 0; });
+}
+
+// `chosen` where a lane of `where` is 255, `otherwise` where it is 0.
+template <int n>
+LUMALANE_INLINE bytes<n> choose(bytes<n> where, bytes<n> chosen, bytes<n> otherwise) {
+    bytes<n> r;
+    for (int i = 0; i < n; ++i)
+        r.lane[i] = where.lane[i] ? chosen.lane[i] : otherwise.lane[i];
+    return r;
+}
+
+// Of such lanes: whether it is so everywhere. (all_zero() tells whether it is so nowhere.)
+template <int n>
+LUMALANE_INLINE bool all(bytes<n> where) {
+    for (int i = 0; i < n; ++i)
+        if (where.lane[i] == 0)
+            return false;
+    return true;
+}
+
 // Averages rounded up.
 template <int n>
 LUMALANE_INLINE bytes<n> average(bytes<n> a, bytes<n> b) {
@@ -204,6 +267,33 @@ LUMALANE_INLINE bytes<n> blend(bytes<n> below, bytes<n> above, bytes<n> weight) 
 }
 
 // ---- Between bytes and words -------------------------------------------------------------------
+
+template <int n>
+LUMALANE_INLINE bytes<n / 2> lower_half(bytes<n> a) {
+    return load<n / 2>(a.lane);
+}
+
+template <int n>
+LUMALANE_INLINE bytes<n / 2> upper_half(bytes<n> a) {
+    return load<n / 2>(a.lane + n / 2);
+}
+
+// The same bits: of each word the lower byte, then the upper one.
+template <int n>
+LUMALANE_INLINE words<n / 2> as_words(bytes<n> a) {
+    words<n / 2> r;
+    for (int i = 0; i < n / 2; ++i)
+        r.lane[i] = static_cast<short>(a.lane[2 * i] | a.lane[2 * i + 1] << 8);
+    return r;
+}
+
+template <int n>
+LUMALANE_INLINE bytes<2 * n> as_bytes(words<n> a) {
+    bytes<2 * n> r;
+    for (int i = 0; i < 2 * n; ++i)
+        r.lane[i] = static_cast<unsigned char>(a.lane[i / 2] >> (i % 2 * 8));
+    return r;
+}
 
 // All lanes, in order.
 template <int n>
@@ -423,6 +513,93 @@ LUMALANE_INLINE woven<3, 16> weave(bytes<16> first, bytes<16> second, bytes<16> 
 // 4 bytes per pixel: first, second, third, 0.
 LUMALANE_INLINE woven<4, 16> weave_padded(bytes<16> first, bytes<16> second, bytes<16> third) {
     return weave_channels<4>({first, second, third, fill_bytes<16>(0)});
+}
+
+// One byte of every `size`, beginning with the one at offset `channel`, of the n * size bytes at
+// `from`, all of which are read.
+template <int size, int channel, int n>
+LUMALANE_INLINE bytes<n> load_channel(const unsigned char *from) {
+    bytes<n> r;
+    for (int i = 0; i < n; ++i)
+        r.lane[i] = from[size * i + channel];
+    return r;
+}
+
+// The n bytes at `from`, each followed by size - 1 zeros, in order.
+template <int size, int n>
+LUMALANE_INLINE woven<size, n> load_spread(const unsigned char *from) {
+    woven<size, n> r;
+    for (int i = 0; i < size * n; ++i)
+        r.part[i / n].lane[i % n] = i % size == 0 ? from[i / size] : 0;
+    return r;
+}
+
+// ---- Coupled pixels ----------------------------------------------------------------------------
+//
+// Pixels that are taken apart for arithmetic in words: n / 2 of them, the lanes of the first and of
+// the second half in turn.
+
+template <int n>
+struct coupled {
+    words<n / 2> bg; // blue in the lower byte, green in the upper one
+    words<n / 2> rx; // red in the lower byte, the fourth byte in the upper one, if there is one
+};
+
+// Reads n / 2 pixels of `size` bytes.
+template <int size, int n>
+LUMALANE_INLINE coupled<n> load_coupled(const unsigned char *from) {
+    coupled<n> r;
+    for (int i = 0; i < n / 2; ++i) {
+        const unsigned char *const pixel = from + size * (i / 2 + i % 2 * (n / 4));
+        r.bg.lane[i] = static_cast<short>(pixel[0] | pixel[1] << 8);
+        r.rx.lane[i] = static_cast<short>(size == 4 ? pixel[2] | pixel[3] << 8 : pixel[2]);
+    }
+    return r;
+}
+
+// Lanes of the lower and of the upper half in turn.
+template <int n>
+LUMALANE_INLINE words<n> couple(words<n> a) {
+    words<n> r;
+    for (int i = 0; i < n; ++i)
+        r.lane[i] = a.lane[i / 2 + i % 2 * (n / 2)];
+    return r;
+}
+
+// Couples 0, 2, 4 ... of `a`, then of `b`.
+template <int n>
+LUMALANE_INLINE words<n> even_couples(words<n> a, words<n> b) {
+    words<n> r;
+    for (int i = 0; i < n / 2; ++i) {
+        r.lane[i] = a.lane[i / 2 * 4 + i % 2];
+        r.lane[n / 2 + i] = b.lane[i / 2 * 4 + i % 2];
+    }
+    return r;
+}
+
+// The upper bytes in the order that the pixels had: those of `a`, then those of `b`.
+template <int n>
+LUMALANE_INLINE bytes<2 * n> uncouple(words<n> a, words<n> b) {
+    bytes<2 * n> r;
+    for (int i = 0; i < n; ++i) {
+        const int from = i % (n / 2) * 2 + i / (n / 2);
+        r.lane[i] = static_cast<unsigned char>(a.lane[from] >> 8);
+        r.lane[n + i] = static_cast<unsigned char>(b.lane[from] >> 8);
+    }
+    return r;
+}
+
+// The same of even couples.
+template <int n>
+LUMALANE_INLINE bytes<2 * n> uncouple_even(words<n> a, words<n> b) {
+    bytes<2 * n> r;
+    for (int i = 0; i < n; ++i) {
+        const int half = i / (n / 2) * (n / 2), in_half = i % (n / 2);
+        const int from = half + in_half % (n / 4) * 2 + in_half / (n / 4);
+        r.lane[i] = static_cast<unsigned char>(a.lane[from] >> 8);
+        r.lane[n + i] = static_cast<unsigned char>(b.lane[from] >> 8);
+    }
+    return r;
 }
 
 } // namespace lumalane::LUMALANE_LANES

@@ -20,6 +20,10 @@ struct bytes<8> { // in the lower half
     __m128i v;
 };
 template <>
+struct bytes<4> { // in the lowest quarter
+    __m128i v;
+};
+template <>
 struct words<8> {
     __m128i v;
 };
@@ -50,6 +54,11 @@ LUMALANE_INLINE void store(unsigned char *to, bytes<16> a) {
 
 LUMALANE_INLINE void store(unsigned char *to, bytes<8> a) {
     _mm_storel_epi64(reinterpret_cast<__m128i *>(to), a.v);
+}
+
+LUMALANE_INLINE void store(unsigned char *to, bytes<4> a) {
+    const int bits = _mm_cvtsi128_si32(a.v);
+    __builtin_memcpy(to, &bits, sizeof bits);
 }
 
 LUMALANE_INLINE void stream(unsigned char *to, bytes<16> a) {
@@ -90,6 +99,10 @@ LUMALANE_INLINE words<8> subtract(words<8> a, words<8> b) { return {_mm_sub_epi1
 
 LUMALANE_INLINE words<8> add_saturate(words<8> a, words<8> b) { return {_mm_adds_epi16(a.v, b.v)}; }
 
+LUMALANE_INLINE bytes<16> add_saturate(bytes<16> a, bytes<16> b) {
+    return {_mm_adds_epu8(a.v, b.v)};
+}
+
 LUMALANE_INLINE words<8> maximum(words<8> a, words<8> b) { return {_mm_max_epi16(a.v, b.v)}; }
 
 LUMALANE_INLINE words<8> multiply_low(words<8> a, words<8> b) {
@@ -98,6 +111,10 @@ LUMALANE_INLINE words<8> multiply_low(words<8> a, words<8> b) {
 
 LUMALANE_INLINE words<8> multiply_high(words<8> a, words<8> b) {
     return {_mm_mulhi_epi16(a.v, b.v)};
+}
+
+LUMALANE_INLINE words<8> multiply_high_unsigned(words<8> a, words<8> b) {
+    return {_mm_mulhi_epu16(a.v, b.v)};
 }
 
 template <int count>
@@ -125,7 +142,40 @@ LUMALANE_INLINE bytes<16> shift_right_logical(bytes<16> a) {
     return bytes<16>{_mm_srli_epi16(a.v, count)} & fill_bytes<16>(0xff >> count);
 }
 
+LUMALANE_INLINE words<8> operator&(words<8> a, words<8> b) { return {_mm_and_si128(a.v, b.v)}; }
+
+LUMALANE_INLINE words<8> operator|(words<8> a, words<8> b) { return {_mm_or_si128(a.v, b.v)}; }
+
+LUMALANE_INLINE words<8> equal(words<8> a, words<8> b) { return {_mm_cmpeq_epi16(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<16> equal(bytes<16> a, bytes<16> b) { return {_mm_cmpeq_epi8(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<16> positive(bytes<16> a) {
+    return {_mm_cmpgt_epi8(a.v, _mm_setzero_si128())};
+}
+
+#ifndef LUMALANE_WIDER_LANES
+LUMALANE_INLINE bytes<16> choose(bytes<16> where, bytes<16> chosen, bytes<16> otherwise) {
+    return {_mm_or_si128(_mm_and_si128(where.v, chosen.v), _mm_andnot_si128(where.v, otherwise.v))};
+}
+#endif
+
+LUMALANE_INLINE bool all(bytes<16> where) { return _mm_movemask_epi8(where.v) == 0xffff; }
+
+
 // ---- Between bytes and words -------------------------------------------------------------------
+
+LUMALANE_INLINE bytes<8> lower_half(bytes<16> a) { return {a.v}; }
+
+LUMALANE_INLINE bytes<8> upper_half(bytes<16> a) { return {_mm_unpackhi_epi64(a.v, a.v)}; }
+
+LUMALANE_INLINE bytes<4> lower_half(bytes<8> a) { return {a.v}; }
+
+LUMALANE_INLINE bytes<4> upper_half(bytes<8> a) { return {_mm_srli_si128(a.v, 4)}; }
+
+LUMALANE_INLINE words<8> as_words(bytes<16> a) { return {a.v}; }
+
+LUMALANE_INLINE bytes<16> as_bytes(words<8> a) { return {a.v}; }
 
 LUMALANE_INLINE words<8> widen(bytes<8> a) { return {_mm_unpacklo_epi8(a.v, _mm_setzero_si128())}; }
 
@@ -283,7 +333,69 @@ LUMALANE_INLINE void store_after_8(unsigned char *to, const woven<2, 16> &parts)
     store(to + 16, parts.part[1]);
 }
 
+LUMALANE_INLINE woven<2, 16> spread_words(bytes<16> a) { return interleave(a, fill_bytes<16>(0)); }
+
+LUMALANE_INLINE woven<4, 16> spread_dwords(bytes<16> a) {
+    const __m128i zero = _mm_setzero_si128(), low = widen_low(a).v, high = widen_high(a).v;
+    return {{{_mm_unpacklo_epi16(low, zero)},
+             {_mm_unpackhi_epi16(low, zero)},
+             {_mm_unpacklo_epi16(high, zero)},
+             {_mm_unpackhi_epi16(high, zero)}}};
+}
+
+// The third bytes of four triplets, in each 32-bit lane, of which the lanes of first, second and
+// third are the twelve bytes: --0- -1-- 2--3.
+LUMALANE_INLINE __m128i third_bytes(__m128 first, __m128 second, __m128 third) {
+    const auto taken = [](__m128 from, unsigned bits) {
+        return _mm_and_si128(_mm_castps_si128(from), _mm_set1_epi32(static_cast<int>(bits)));
+    };
+    const __m128i in_place = _mm_or_si128(taken(second, 0x0000ff00), taken(third, 0xff000000));
+    const __m128i moved = _mm_or_si128(_mm_srli_epi32(taken(first, 0x00ff0000), 16),
+                                       _mm_slli_epi32(taken(third, 0x000000ff), 16));
+    return _mm_or_si128(in_place, moved);
+}
+
+template <int size, int channel, int n>
+LUMALANE_INLINE bytes<n> load_channel_of_blocks(const unsigned char *from) {
+    if constexpr (size == 4) {
+        static_assert(channel == 0);
+        const auto pixels = [&](int offset) {
+            return _mm_and_si128(load<16>(from + offset).v, _mm_set1_epi32(0x000000ff));
+        };
+        const __m128i low = _mm_packs_epi32(pixels(0), pixels(16));
+        if constexpr (n == 8)
+            return narrow_saturate(words<8>{low});
+        else
+            return {_mm_packus_epi16(low, _mm_packs_epi32(pixels(32), pixels(48)))};
+    } else {
+        static_assert(size == 3 && channel == 2);
+        const auto at = [&](int offset) { return _mm_castsi128_ps(load<16>(from + offset).v); };
+        if constexpr (n == 8) {
+            const __m128 a = at(0), b = at(8); // 32-bit lanes 0 to 3 and 2 to 5
+            const __m128 lanes_1_and_4 = _mm_shuffle_ps(a, b, _MM_SHUFFLE(2, 2, 1, 1));
+            const __m128 lanes_2_and_5 = _mm_shuffle_ps(a, b, _MM_SHUFFLE(3, 3, 2, 2));
+            const __m128i thirds = third_bytes(_mm_shuffle_ps(a, a, _MM_SHUFFLE(3, 3, 0, 0)),
+                                               lanes_1_and_4, lanes_2_and_5);
+            return {_mm_shuffle_epi32(thirds, _MM_SHUFFLE(2, 2, 2, 0))};
+        } else {
+            const __m128 a = at(0), b = at(16), c = at(32);
+            const __m128 b_2_c_1 = _mm_shuffle_ps(b, c, _MM_SHUFFLE(1, 1, 2, 2));
+            const __m128 a_1_b_0 = _mm_shuffle_ps(a, b, _MM_SHUFFLE(0, 0, 1, 1));
+            const __m128 b_3_c_2 = _mm_shuffle_ps(b, c, _MM_SHUFFLE(2, 2, 3, 3));
+            const __m128 a_2_b_1 = _mm_shuffle_ps(a, b, _MM_SHUFFLE(1, 1, 2, 2));
+            return {third_bytes(_mm_shuffle_ps(a, b_2_c_1, _MM_SHUFFLE(2, 0, 3, 0)),
+                                _mm_shuffle_ps(a_1_b_0, b_3_c_2, _MM_SHUFFLE(2, 0, 2, 0)),
+                                _mm_shuffle_ps(a_2_b_1, c, _MM_SHUFFLE(3, 0, 2, 0)))};
+        }
+    }
+}
+
 #ifndef LUMALANE_WIDER_LANES
+template <int size, int channel, int n>
+LUMALANE_INLINE bytes<n> load_channel(const unsigned char *from) {
+    return load_channel_of_blocks<size, channel, n>(from);
+}
+
 LUMALANE_INLINE woven<4, 16> weave_padded(bytes<16> first, bytes<16> second, bytes<16> third) {
     const __m128i zero = _mm_setzero_si128();
     const __m128i even_12 = _mm_unpacklo_epi8(first.v, second.v);
@@ -328,6 +440,109 @@ LUMALANE_INLINE woven<3, 16> weave(bytes<16> first, bytes<16> second, bytes<16> 
     const __m128 part_1 = _mm_shuffle_ps(middle_1_end_1, begin_2_middle_2, _MM_SHUFFLE(1, 0, 3, 0));
     const __m128 part_2 = _mm_shuffle_ps(end_2_begin_3, middle_3_end_3, _MM_SHUFFLE(3, 0, 2, 0));
     return {{{_mm_castps_si128(part_0)}, {_mm_castps_si128(part_1)}, {_mm_castps_si128(part_2)}}};
+}
+
+// Within four bytes of the source, which make three 32-bit lanes 0--1 --2- -3--, bytes 0 and 2 are
+// in place, and bytes 1 and 3 are so after their words change places.
+LUMALANE_INLINE woven<3, 16> spread_triplets(bytes<16> a) {
+    const __m128i swapped = _mm_shufflehi_epi16(_mm_shufflelo_epi16(a.v, _MM_SHUFFLE(2, 3, 0, 1)),
+                                                _MM_SHUFFLE(2, 3, 0, 1));
+    const auto part = [](__m128i in_place, __m128i moved, int first) -> bytes<16> {
+        // Lanes `first`, first + 1 ... of the three over and over.
+        constexpr int kept[] = {0x000000ff, 0x00ff0000, 0};
+        constexpr int brought[] = {static_cast<int>(0xff000000), 0, 0x0000ff00};
+        const auto masks = [&](const int(&of)[3]) {
+            return _mm_setr_epi32(of[first], of[(first + 1) % 3], of[(first + 2) % 3], of[first]);
+        };
+        return {_mm_or_si128(_mm_and_si128(in_place, masks(kept)),
+                             _mm_and_si128(moved, masks(brought)))};
+    };
+    return {{part(_mm_shuffle_epi32(a.v, _MM_SHUFFLE(1, 0, 0, 0)),
+                  _mm_shuffle_epi32(swapped, _MM_SHUFFLE(1, 0, 0, 0)), 0),
+             part(_mm_shuffle_epi32(a.v, _MM_SHUFFLE(2, 2, 1, 1)),
+                  _mm_shuffle_epi32(swapped, _MM_SHUFFLE(2, 2, 1, 1)), 1),
+             part(_mm_shuffle_epi32(a.v, _MM_SHUFFLE(3, 3, 3, 2)),
+                  _mm_shuffle_epi32(swapped, _MM_SHUFFLE(3, 3, 3, 2)), 2)}};
+}
+
+template <int size, int n>
+LUMALANE_INLINE woven<size, n> load_spread(const unsigned char *from) {
+    const bytes<16> a = load<16>(from);
+    if constexpr (size == 2)
+        return spread_words(a);
+    else if constexpr (size == 3)
+        return spread_triplets(a);
+    else
+        return spread_dwords(a);
+}
+#endif
+
+// ---- Coupled pixels ----------------------------------------------------------------------------
+
+template <int n>
+struct coupled {
+    words<n / 2> bg, rx;
+};
+
+LUMALANE_INLINE words<8> even_couples(words<8> a, words<8> b) {
+    return {_mm_castps_si128(
+        _mm_shuffle_ps(_mm_castsi128_ps(a.v), _mm_castsi128_ps(b.v), _MM_SHUFFLE(2, 0, 2, 0)))};
+}
+
+#ifndef LUMALANE_WIDER_LANES
+template <int lower, int upper>
+LUMALANE_INLINE words<8> multiply_bytes(words<8> a) {
+    return add(multiply_low(even(as_bytes(a)), fill_words<8>(lower)),
+               multiply_low(odd(as_bytes(a)), fill_words<8>(upper)));
+}
+
+// Lower words of `a`, upper words of `b`.
+LUMALANE_INLINE words<8> joined(__m128i a, __m128i b) {
+    const __m128i lower = _mm_set1_epi32(0x0000ffff);
+    return {_mm_or_si128(_mm_and_si128(lower, a), _mm_andnot_si128(lower, b))};
+}
+
+// The lowest 12 bytes as 4 pixels.
+LUMALANE_INLINE __m128i padded(__m128i triplets) {
+    const __m128i pixels_01 = _mm_unpacklo_epi32(triplets, _mm_srli_si128(triplets, 3));
+    const __m128i pixels_23 =
+        _mm_unpacklo_epi32(_mm_srli_si128(triplets, 6), _mm_srli_si128(triplets, 9));
+    return _mm_and_si128(_mm_unpacklo_epi64(pixels_01, pixels_23), _mm_set1_epi32(0x00ffffff));
+}
+
+template <int size, int n>
+LUMALANE_INLINE coupled<n> load_coupled(const unsigned char *from) {
+    if constexpr (size == 4) {
+        return {joined(load<16>(from).v, load<16>(from + 14).v),
+                joined(load<16>(from + 2).v, load<16>(from + 16).v)};
+    } else {
+        const __m128i a = padded(load<16>(from).v);
+        const __m128i b = padded(_mm_srli_si128(load<16>(from + 8).v, 4));
+        return {joined(a, _mm_slli_epi32(b, 16)), joined(_mm_srli_epi32(a, 16), b)};
+    }
+}
+
+LUMALANE_INLINE words<8> couple(words<8> a) {
+    return {_mm_unpacklo_epi16(a.v, _mm_unpackhi_epi64(a.v, a.v))};
+}
+
+// Lanes 0, 2, 1 and 3 of each half.
+LUMALANE_INLINE __m128i uncoupled_halves(__m128i a) {
+    return _mm_shufflehi_epi16(_mm_shufflelo_epi16(a, _MM_SHUFFLE(3, 1, 2, 0)),
+                               _MM_SHUFFLE(3, 1, 2, 0));
+}
+
+LUMALANE_INLINE bytes<16> uncouple_even(words<8> a, words<8> b) {
+    return {_mm_packus_epi16(uncoupled_halves(_mm_srli_epi16(a.v, 8)),
+                             uncoupled_halves(_mm_srli_epi16(b.v, 8)))};
+}
+
+LUMALANE_INLINE bytes<16> uncouple(words<8> a, words<8> b) {
+    const auto uncoupled = [](words<8> of) {
+        return _mm_shuffle_epi32(uncoupled_halves(_mm_srli_epi16(of.v, 8)),
+                                 _MM_SHUFFLE(3, 1, 2, 0));
+    };
+    return {_mm_packus_epi16(uncoupled(a), uncoupled(b))};
 }
 #endif
 

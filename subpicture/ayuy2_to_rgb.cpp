@@ -1,0 +1,106 @@
+// AYUY2 subpictures onto a drawing surface.
+#include "frame/adjust.h"
+#include "frame/kernels.h"
+#include "subpicture/rows.h"
+
+namespace lumalane::LUMALANE_LANES {
+
+namespace {
+
+// Channels of the colour key.
+struct colour {
+    int red, green, blue;
+};
+
+// Deliberately red is in the lowest byte here, where the conversions to AYUY2 have blue.
+colour key_of_bytes(unsigned key) {
+    return {static_cast<int>(key & 0xff), static_cast<int>(key >> 8 & 0xff),
+            static_cast<int>(key >> 16 & 0xff)};
+}
+
+// Packed again it is the same word.
+colour key_of_word(unsigned key) {
+    return {static_cast<int>(key >> 8 & 0xf8), static_cast<int>(key >> 3 & 0xfc),
+            static_cast<int>(key << 3 & 0xf8)};
+}
+
+template <int n>
+LUMALANE_INLINE bytes<n> in_split_order(bytes<n> pixels) {
+    return narrow_saturate(even(pixels), odd(pixels));
+}
+
+// The key where alpha is 0. Deliberately black where it is 128 or more.
+template <int n>
+LUMALANE_INLINE rgb_pixels<n / 2> keyed(const rgb_pixels<n / 2> &pixels, bytes<n> alpha,
+                                        const colour &key) {
+    const bytes<n> shown = positive(alpha), hidden = equal(alpha, fill_bytes<n>(0));
+    const auto channel = [&](bytes<n> of_pixels, int of_key) {
+        return (of_pixels & shown) | (fill_bytes<n>(of_key) & hidden);
+    };
+    return {channel(pixels.red, key.red), channel(pixels.green, key.green),
+            channel(pixels.blue, key.blue)};
+}
+
+// `colours` makes RGB of the planes, which are one run each, whatever their pitch: a row of them is
+// as long as what is converted of it.
+template <class Colours, class Sink>
+LUMALANE_INLINE void load_subpicture(const tagMIX_INFO &mix, const Colours &colours,
+                                     const colour &key, const Sink &sink) {
+    constexpr int group = 16, size = Sink::bytes_per_pixel, parts = Sink::parts;
+    const int width = mix.video_pitch; // deliberately
+    const unsigned pixels = in_whole_groups(width, group);
+    const rows surface = surface_rows(mix.dst, size, pixels, width, mix.dst_pitch);
+    const rows y{mix.sub_y, pixels, 0}, alpha{mix.alpha_plane, pixels, 0};
+    const rows u{mix.sub_u, pixels / 2, 0}, v{mix.sub_v, pixels / 2, 0};
+    walk_rows<group>(
+        mix.height, pixels, surface, {y, u, v, alpha},
+        [&]<int n, class Put>(unsigned row, ptrdiff_t x) {
+            const auto terms =
+                colours.template load_chroma<parts, n>(u.at(row) + x / 2, v.at(row) + x / 2);
+            const auto shown = colours.template load_luma<parts, n>(y.at(row) + x, terms);
+            const bytes<n> weights = in_split_order(deal_pixels<parts, n>(alpha.at(row) + x));
+            sink.template row<Put>(surface.at(row) + size * x, keyed(shown, weights, key), terms);
+        });
+}
+
+// Deliberately every layout that there is means 5-6-5.
+template <class Colours>
+LUMALANE_INLINE void load_subpicture_rgb16(const tagMIX_INFO &mix, const Colours &colours) {
+    if (mix.adjust_info->rgb16_layout <= 3)
+        load_subpicture(mix, colours, key_of_word(mix.color_key), rgb16<5, 6, 5>{});
+}
+
+} // namespace
+
+void load_subpicture_yuy2_rgb32(LUMALANE_PARAMETERS_mix) {
+    load_subpicture(*mix, planar{} | to_rgb{}, key_of_bytes(mix->color_key), rgb32{});
+}
+
+void load_subpicture_yuy2_rgb32_ajust(LUMALANE_PARAMETERS_mix) {
+    with_adjustment([&](auto adjusted) {
+        load_subpicture(*mix, planar{} | adjusted | to_rgb{}, key_of_bytes(mix->color_key),
+                        rgb32{});
+    });
+}
+
+void load_subpicture_yuy2_rgb24(LUMALANE_PARAMETERS_mix) {
+    load_subpicture(*mix, planar{} | to_rgb{}, key_of_bytes(mix->color_key), rgb24{});
+}
+
+void load_subpicture_yuy2_rgb24_ajust(LUMALANE_PARAMETERS_mix) {
+    with_adjustment([&](auto adjusted) {
+        load_subpicture(*mix, planar{} | adjusted | to_rgb{}, key_of_bytes(mix->color_key),
+                        rgb24{});
+    });
+}
+
+void load_subpicture_yuy2_rgb16(LUMALANE_PARAMETERS_mix) {
+    load_subpicture_rgb16(*mix, planar{} | to_rgb{});
+}
+
+void load_subpicture_yuy2_rgb16_ajust(LUMALANE_PARAMETERS_mix) {
+    with_adjustment(
+        [&](auto adjusted) { load_subpicture_rgb16(*mix, planar{} | adjusted | to_rgb{}); });
+}
+
+} // namespace lumalane::LUMALANE_LANES

@@ -1,0 +1,113 @@
+// Rectangles of the colour key, and a marker replaced by it.
+#include "frame/kernels.h"
+#include "subpicture/rows.h"
+
+namespace lumalane::LUMALANE_LANES {
+
+namespace {
+
+// What rows are filled with over and over: 24 bytes, repeated to whole vectors.
+struct pattern {
+    static constexpr int size = 3 * widest;
+
+    unsigned char byte[size];
+
+    // Three words of 8 bytes, their lowest bytes first.
+    pattern(unsigned long long first, unsigned long long second, unsigned long long third) {
+        const unsigned long long words[] = {first, second, third};
+        for (int i = 0; i < size; ++i)
+            byte[i] = static_cast<unsigned char>(words[i / 8 % 3] >> (i % 8 * 8));
+    }
+
+    explicit pattern(unsigned long long word) : pattern(word, word, word) {}
+};
+
+// `count` bytes, a multiple of 16.
+template <class Put>
+LUMALANE_INLINE void fill_row(unsigned char *to, ptrdiff_t count, const pattern &with) {
+    const woven<3, widest> pieces{load<widest>(with.byte), load<widest>(with.byte + widest),
+                                  load<widest>(with.byte + 2 * widest)};
+    ptrdiff_t x = 0;
+    for (; x + pattern::size <= count; x += pattern::size)
+        put_parts<Put>(to + x, pieces);
+    for (const unsigned char *from = with.byte; x < count; x += 16, from += 16)
+        store(to + x, load<16>(from));
+}
+
+// A group of 16 pixels of the upper row of a pair, then of the lower one.
+template <int size>
+void fill_pairs_stepwise(const rows &upper, int pitch, unsigned height, const pattern &with) {
+    unsigned left = height, pair = 0;
+    do {
+        for (ptrdiff_t x = 0; x < upper.bytes; x += 16 * size) {
+            fill_row<cached>(upper.at(pair) + x, 16 * size, with);
+            fill_row<cached>(upper.at(pair) + pitch + x, 16 * size, with);
+        }
+        ++pair;
+    } while (again(left, 2));
+}
+
+template <class Put>
+void fill_pairs_wide(const rows &upper, int pitch, unsigned height, const pattern &with) {
+    unsigned left = height, pair = 0;
+    do {
+        fill_row<Put>(upper.at(pair), upper.bytes, with);
+        fill_row<Put>(upper.at(pair) + pitch, upper.bytes, with);
+        ++pair;
+    } while (again(left, 2));
+}
+
+// Two rows at a time, and pixels of `size` bytes.
+template <int size>
+void fill_rectangle(void *surface, int width, int height, int pitch, const pattern &with) {
+    if (height == 0)
+        return;
+    const unsigned pixels = in_whole_groups(width, 16);
+    const rows upper = surface_rows(surface, size, pixels, width, twice(pitch));
+    const unsigned count = static_cast<unsigned>(height);
+    // Whole rows cannot be told from groups where the two rows of a pair do not overlap: pairs
+    // follow each other in either case.
+    if (!rows_apart(pitch, upper.bytes))
+        return fill_pairs_stepwise<size>(upper, pitch, count, with);
+    if (!outgrows_cache(upper.first, static_cast<int>(pitch | upper.pitch),
+                        static_cast<long long>(count) * upper.bytes))
+        return fill_pairs_wide<cached>(upper, pitch, count, with);
+    fill_pairs_wide<streamed>(upper, pitch, count, with);
+    stream_fence();
+}
+
+} // namespace
+
+void LoadColorKeyRgb32(LUMALANE_PARAMETERS_key_fill) {
+    fill_rectangle<4>(surface, width, height, pitch, pattern(key * 0x1'0000'0001ull));
+}
+
+// Deliberately the three words are not in phase with one another.
+void LoadColorKeyRgb24(LUMALANE_PARAMETERS_key_fill) {
+    const unsigned long long k = key;
+    fill_rectangle<3>(
+        surface, width, height, pitch,
+        {k >> 8 | k << 16 | k << 40, k >> 16 | k << 8 | k << 32 | k << 56, k | k << 24 | k << 48});
+}
+
+void LoadColorKeyRgb16(LUMALANE_PARAMETERS_key_fill) {
+    fill_rectangle<2>(surface, width, height, pitch,
+                      pattern((key & 0xffff) * 0x0001'0001'0001'0001ull));
+}
+
+void RelaceMaskWithColorKey(LUMALANE_PARAMETERS_mask) {
+    constexpr int group = 16;
+    const unsigned pixels = in_whole_groups(width, group);
+    const rows replaced = surface_rows(dst, 1, pixels, width, pitch);
+    const rows tested = surface_rows(mask, 1, pixels, width, pitch);
+    walk_rows<group>(
+        static_cast<unsigned>(height), pixels, replaced, {tested},
+        [&]<int n, class Put>(unsigned row, ptrdiff_t x) {
+            unsigned char *const to = replaced.at(row) + x;
+            const bytes<n> marked =
+                equal(load<n>(tested.at(row) + x), fill_bytes<n>(static_cast<int>(mask_value)));
+            Put::put(to, choose(marked, fill_bytes<n>(static_cast<int>(key_value)), load<n>(to)));
+        });
+}
+
+} // namespace lumalane::LUMALANE_LANES

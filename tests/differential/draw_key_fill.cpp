@@ -1,0 +1,27 @@
+#include <cstdio>
+
+#include "tests/differential/draw.h"
+
+namespace differential {
+
+drawn_call draw_key_fill(random &r, const char *name,
+                         void (*on_model)(model::memory &, LUMALANE_PARAMETERS_key_fill),
+                         void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_key_fill)) {
+    drawn_call drawn;
+    drawn.contrast = draw_contrast(r);
+    const shape s = draw_shape(r, name);
+    const unsigned key = draw_key(r);
+    const int reserved = static_cast<int>(r.next());
+    const spot surface{drawn.add({"surface"}), draw_offset(r)};
+    drawn.call(on_model, function, [=](const placement &at) {
+        return std::tuple(key, at.at<void>(surface), s.width, s.height, reserved, s.dst_pitch);
+    });
+
+    char text[200];
+    std::snprintf(text, sizeof text, "key 0x%08x, surface %+d, width %d, height %d, pitch %d", key,
+                  static_cast<int>(surface.offset), s.width, s.height, s.dst_pitch);
+    drawn.arguments = text;
+    return drawn;
+}
+
+} // namespace differential
