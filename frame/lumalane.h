@@ -382,8 +382,43 @@ LUMALANE_API void RelaceMaskWithColorKey(unsigned char *dst, unsigned char *mask
                                          unsigned int mask_value, unsigned int key_value, int width,
                                          int pitch, int height);
 
-// A subpicture over YV12 video onto YUY2 and YV12 surfaces: progressive (_p), or a field doubled to
-// a frame (_i).
+// A subpicture over YV12 video. Each sample is
+//     (video * (16 - a) + subpicture * a) >> 4,   a = min(alpha, 16)
+// truncated; then, in the functions with _ajust, adjusted; then converted. Chroma has the alpha of
+// the second pixel of its pair, unless a function says otherwise. The surface is written only,
+// every pixel of it; of the subpicture nothing need be read where alpha is 0. A surface must not
+// share memory with what a mix reads.
+//
+// Progressive (_p): `video_y`, `video_u` and `video_v` are a picture. A field (_i): they are a
+// field with half of the rows, which is doubled to `height` rows: of four rows the first is field
+// row j, the second the average of j and j + 1, the third j + 1, the fourth the average of j + 1
+// and j + 2 (all rounded up); the first two have chroma row i, the last two the average of i and i
+// + 1. The last four rows repeat the field's last row and have one chroma row, unless a function
+// says otherwise.
+//
+// Onto YUY2: steps of 16 pixels.
+//   mix_ayuy2_yuy2_p_ajust        row pairs; the record is the running state: height ends at 0 (-1
+//   if
+//                                 odd, with one row more written), video_u, video_v, alpha_plane,
+//                                 sub_y, sub_u and sub_v one pair past the last. At least one pair.
+//   mix_ayuy2_half_yuy2_p_ajust   the same with every second pixel (the odd ones; of the chroma
+//   samples
+//                                 the odd ones, with the alpha of pixels 3, 7, 11 ...): width / 2
+//                                 pixels per row, all rows. The lower row of a pair of the video's
+//                                 luma lies sub_pitch below the upper one, and the video's chroma
+//                                 rows are sub_pitch / 2 apart.
+//   mix_ayuy2_yuy2_i_ajust        blocks of four rows: one for heights of 4 to 7, else height / 4
+//                                 rounded up; nothing for a height below 4. The record is the
+//                                 running state: height ends at 0, the six pointers one block past
+//                                 the last; from block to block each moves by four rows (the
+//                                 video's chroma by one) less the width, so a width off the step
+//                                 drifts once per block.
+//
+// Onto YV12 (Y at dst, dst_pitch; V at dst_v and U at dst_u, dst_pitch / 2): plane by plane in
+// steps of 8 samples. Chroma has the subpicture's chroma rows 0, 2, 4 ... and alpha of the rows 0,
+// 2, 4 ... The record's height is halved, and by mix_ayv12_yv12_i its width. mix_ayv12_yv12_i
+// doubles rows in pairs, chroma rows too; the last pair reads one row past the field; the video
+// goes back to the start of a row by the width, so a width off the step drifts.
 LUMALANE_API void mix_ayuy2_yuy2_p_ajust(tagMIX_INFO *mix);
 LUMALANE_API void mix_ayuy2_half_yuy2_p_ajust(tagMIX_INFO *mix);
 LUMALANE_API void mix_ayuy2_yuy2_i_ajust(tagMIX_INFO *mix);
@@ -391,7 +426,16 @@ LUMALANE_API void mix_ayv12_yv12_p(tagMIX_INFO *mix);
 LUMALANE_API void mix_ayv12_yv12_i(tagMIX_INFO *mix);
 LUMALANE_API void mix_ayv12_yv12_p_ajust(tagMIX_INFO *mix);
 
-// A subpicture over YV12 video onto RGB surfaces.
+// Onto RGB: steps of 16 pixels; the RGB16 functions read adjust_info, the others do not.
+//   _p   row pairs; the record is the running state as in mix_ayuy2_yuy2_p_ajust(). The lower row
+//   of a
+//        pair lies a pitch below the upper one that is rounded down to an even number (video luma,
+//        alpha and subpicture luma). A width off the step drifts.
+//   _i   strips of 16 pixels, each of four rows for a height below 8, else of height / 4 groups of
+//        four, rounded up. Chroma has the average of the alpha of its pair, rounded up. From strip
+//        to strip the pointers go back by what `height` means for them: of heights that are not 4
+//        or a multiple of 4 of at least 8, later strips begin lower or higher. The record stays as
+//        it is.
 LUMALANE_API void mix_ayuy2_rgb32_p_ajust(tagMIX_INFO *mix);
 LUMALANE_API void mix_ayuy2_rgb24_p_ajust(tagMIX_INFO *mix);
 LUMALANE_API void mix_ayuy2_rgb16_p_ajust(tagMIX_INFO *mix);
