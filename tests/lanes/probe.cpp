@@ -99,29 +99,53 @@ constexpr void for_each_count(Body body) {
         for_each_count<first + 1, last>(body);
 }
 
+// An operation on memory: of so many bytes, to so many.
+template <int bytes_in, int bytes_out, class Operation>
+constexpr void add_on_memory(tests::probe &probe, const char *name, Operation operation) {
+    append(probe.operations, {name, 0, {1, bytes_out}, 1, {{1, bytes_in}}, operation});
+}
+
 // On single vectors of n bytes, of which sets have some that are no more than half a block.
 template <int n>
 constexpr void add_byte_operations(tests::probe &probe) {
     using b = bytes<n>;
+    using memory = unsigned char *;
+    using source = const unsigned char *;
     const operation_adder add_one{probe};
 
     add_one("load, store", [](b a) { return a; });
+    add_on_memory<4 * n, n>(probe, "load_channel<4, 0>",
+                            [](memory to, source from) { store(to, load_channel<4, 0, n>(from)); });
+    add_on_memory<3 * n, n>(probe, "load_channel<3, 2>",
+                            [](memory to, source from) { store(to, load_channel<3, 2, n>(from)); });
+    add_one("lower_half", [](b a) { return lower_half(a); });
+    add_one("upper_half", [](b a) { return upper_half(a); });
     add_one("average", [](b x, b y) { return average(x, y); });
     add_one("all_zero", [](b a) { return short{all_zero(a)}; });
     add_one("blend", [](b below, b above, b weight) { return blend(below, above, weight); });
 }
 
+// From and to memory, of n bytes a vector.
 template <int n>
-constexpr void add_stream(tests::probe &probe) {
-    append(probe.operations, {"stream, stream_fence",
-                              0,
-                              {1, n},
-                              1,
-                              {{1, n}},
-                              [](unsigned char *to, const unsigned char *from) {
-                                  stream(to, load<n>(from));
-                                  stream_fence();
-                              }});
+constexpr void add_memory_operations(tests::probe &probe) {
+    using memory = unsigned char *;
+    using source = const unsigned char *;
+    add_on_memory<n, n>(probe, "stream, stream_fence", [](memory to, source from) {
+        stream(to, load<n>(from));
+        stream_fence();
+    });
+    for_each_count<2, 4>([&]<int size>() {
+        add_on_memory<n, size * n>(probe, "load_spread", [](memory to, source from) {
+            put_parts<cached>(to, load_spread<size, n>(from));
+        });
+    });
+    for_each_count<3, 4>([&]<int size>() {
+        add_on_memory<size * n / 2, 2 * n>(probe, "load_coupled", [](memory to, source from) {
+            const coupled<n> pixels = load_coupled<size, n>(from);
+            store(to, as_bytes(pixels.bg));
+            store(to + n, as_bytes(pixels.rx));
+        });
+    });
 }
 
 // On vectors of n bytes, and between them and words.
@@ -133,7 +157,7 @@ constexpr void add_operations(tests::probe &probe) {
     const operation_adder add_one{probe};
 
     add_byte_operations<n>(probe);
-    add_stream<n>(probe);
+    add_memory_operations<n>(probe);
 
     add_one("fill_words", [](short value) { return fill_words<n / 2>(value); });
     add_one("fill_word_pairs", [](short x, short y) { return fill_word_pairs<n / 2>(x, y); });
@@ -141,9 +165,15 @@ constexpr void add_operations(tests::probe &probe) {
     add_one("add", [](w x, w y) { return add(x, y); });
     add_one("subtract", [](w x, w y) { return subtract(x, y); });
     add_one("add_saturate", [](w x, w y) { return add_saturate(x, y); });
+    add_one("add_saturate", [](b x, b y) { return add_saturate(x, y); });
     add_one("maximum", [](w x, w y) { return maximum(x, y); });
     add_one("multiply_low", [](w x, w y) { return multiply_low(x, y); });
     add_one("multiply_high", [](w x, w y) { return multiply_high(x, y); });
+    add_one("multiply_high_unsigned", [](w x, w y) { return multiply_high_unsigned(x, y); });
+    add_one("multiply_bytes<1, 3>", [](w a) { return multiply_bytes<1, 3>(a); });
+    add_one("multiply_bytes<25, 129>", [](w a) { return multiply_bytes<25, 129>(a); });
+    add_one("multiply_bytes<-18, -94>", [](w a) { return multiply_bytes<-18, -94>(a); });
+    add_one("multiply_bytes<112, -75>", [](w a) { return multiply_bytes<112, -75>(a); });
     if constexpr (requires(w x) { multiply_rounded(x, x); }) // sets may do without
         add_one("multiply_rounded", [](w x, w y) { return multiply_rounded(x, y); });
     for_each_count<1, 15>([&]<int count>() {
@@ -156,8 +186,17 @@ constexpr void add_operations(tests::probe &probe) {
     });
     add_one("operator&", [](b x, b y) { return x & y; });
     add_one("operator|", [](b x, b y) { return x | y; });
+    add_one("operator&", [](w x, w y) { return x & y; });
+    add_one("operator|", [](w x, w y) { return x | y; });
+    add_one("equal", [](b x, b y) { return equal(x, y); });
+    add_one("equal", [](w x, w y) { return equal(x, y); });
+    add_one("positive", [](b a) { return positive(a); });
+    add_one("choose", [](b where, b x, b y) { return choose(positive(where), x, y); });
+    add_one("all", [](b x, b y) { return short{all(equal(x, y))}; });
     add_one("average", [](b x, b y) { return average(even(x), even(y)); });
 
+    add_one("as_words", [](b a) { return as_words(a); });
+    add_one("as_bytes", [](w a) { return as_bytes(a); });
     add_one("widen", [](half a) { return widen(a); });
     add_one("widen_low", [](b a) { return widen_low(a); });
     add_one("widen_high", [](b a) { return widen_high(a); });
@@ -177,6 +216,10 @@ constexpr void add_operations(tests::probe &probe) {
     add_one("average_couples", [](b a) { return average_couples(a); });
     add_one("average_couples_of_pairs", [](b a) { return average_couples_of_pairs(a); });
     add_one("second_pairs", [](b a) { return second_pairs(a); });
+    add_one("couple", [](w a) { return couple(a); });
+    add_one("even_couples", [](w x, w y) { return even_couples(x, y); });
+    add_one("uncouple", [](w x, w y) { return uncouple(x, y); });
+    add_one("uncouple_even", [](w x, w y) { return uncouple_even(x, y); });
 }
 
 // ---- Pixels ------------------------------------------------------------------------------------
