@@ -30,7 +30,10 @@ LUMALANE_INLINE void fill_row(unsigned char *to, ptrdiff_t count, const pattern 
     ptrdiff_t x = 0;
     for (; x + pattern::size <= count; x += pattern::size)
         put_parts<Put>(to + x, pieces);
-    for (const unsigned char *from = with.byte; x < count; x += 16, from += 16)
+    const unsigned char *from = with.byte;
+    for (; x + widest <= count; x += widest, from += widest)
+        Put::put(to + x, load<widest>(from));
+    if (x < count)
         store(to + x, load<16>(from));
 }
 
