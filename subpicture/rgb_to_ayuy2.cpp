@@ -13,7 +13,7 @@ template <int n>
 struct pixels {
     words<n / 2> bg;
     words<n / 2> red;     // in the upper bytes
-    words<n / 2> x;       // in the upper bytes
+    words<n / 2> x;       // in the upper bytes, if the surface has it
     words<n / 2> are_key; // all bits, where a pixel is of the key's colour
 };
 
@@ -22,14 +22,14 @@ struct pixels {
 template <int size>
 struct rgb_surface {
     static constexpr int pixel_bytes = size;
+    static constexpr bool has_x = size == 4;
 
     template <int n>
     LUMALANE_INLINE static pixels<n> take(const unsigned char *from, unsigned key) {
         const auto [bg, rx] = load_coupled<size, n>(from);
         // A multiplication where a shift would do: shifts and shuffles have the same units.
         const words<n / 2> red = multiply_low(rx, fill_words<n / 2>(256));
-        const words<n / 2> x = rx & fill_words<n / 2>(size == 4 ? 0xff00 : 0);
-        return {bg, red, x,
+        return {bg, red, rx & fill_words<n / 2>(0xff00),
                 equal(bg, fill_words<n / 2>(static_cast<int>(key))) &
                     equal(rx, fill_words<n / 2>(static_cast<int>(key >> 16)))};
     }
@@ -38,6 +38,7 @@ struct rgb_surface {
 // The lower bits of the channels are left zero.
 struct rgb16_surface {
     static constexpr int pixel_bytes = 2;
+    static constexpr bool has_x = false;
 
     template <int n>
     LUMALANE_INLINE static pixels<n> take(const unsigned char *from, unsigned key) {
@@ -96,21 +97,26 @@ struct samples {
     halves<n / 2> uv;
 };
 
-// Deliberately the fourth byte is added to every output, but for what they have always, and each
-// pair of pixels has the chroma of its first one.
-template <int n>
-LUMALANE_INLINE samples<n> convert(const pixels<n> &first, const pixels<n> &second) {
-    const auto luma = [](const pixels<n> &of) {
-        return add_saturate_unsigned(to_y(of.bg, of.red),
-                                     of.x & fill_words<n / 2>(~always_in_y << 8));
+// Deliberately each pair of pixels has the chroma of its first one, and the fourth byte is added to
+// every output, but for what they have always.
+template <bool with_x, int n>
+LUMALANE_INLINE samples<n> convert(pixels<n> first, pixels<n> second) {
+    const auto luma = [](pixels<n> of) {
+        const words<n / 2> y = to_y(of.bg, of.red);
+        if constexpr (!with_x)
+            return y;
+        return add_saturate_unsigned(y, of.x & fill_words<n / 2>(~always_in_y << 8));
     };
     const words<n / 2> bg = even_couples(first.bg, second.bg);
     const words<n / 2> red = even_couples(first.red, second.red);
-    const words<n / 2> x =
-        even_couples(first.x, second.x) & fill_words<n / 2>(~always_in_chroma << 8);
+    const auto chroma = [&](words<n / 2> uv) {
+        if constexpr (!with_x)
+            return uv;
+        return add_saturate_unsigned(uv, even_couples(first.x, second.x) &
+                                             fill_words<n / 2>(~always_in_chroma << 8));
+    };
     return {uncouple(luma(first), luma(second)),
-            uncouple_even(add_saturate_unsigned(to_u(bg, red), x),
-                          add_saturate_unsigned(to_v(bg, red), x))};
+            uncouple_even(chroma(to_u(bg, red)), chroma(to_v(bg, red)))};
 }
 
 // ---- The walk ----------------------------------------------------------------------------------
@@ -134,43 +140,42 @@ LUMALANE_INLINE void convert_group(const place &at, unsigned key) {
     const pixels<16> taken = Surface::template take<16>(at.surface, key);
     if (all(as_bytes(taken.are_key)))
         return;
-    const samples<16> twice = convert(taken, taken);
+    const samples<16> twice = convert<Surface::has_x>(taken, taken);
     store(at.y, lower_half(twice.y));
     store(at.u, lower_half(twice.uv.lower));
     store(at.v, lower_half(twice.uv.upper));
 }
 
-// `widest` pixels.
-template <class Surface>
-struct groups {
-    pixels<widest> first, second;
-
-    LUMALANE_INLINE groups(const unsigned char *from, unsigned key)
-        : first(Surface::template take<widest>(from, key)),
-          second(Surface::template take<widest>(from + widest / 2 * Surface::pixel_bytes, key)) {}
-
-    LUMALANE_INLINE bool all_key() const { return all(as_bytes(first.are_key & second.are_key)); }
-    LUMALANE_INLINE bool no_key() const { return none(as_bytes(first.are_key | second.are_key)); }
-};
-
 // As many whole vectors of a row as fit into `count`; returns how far it came. Runs of one kind
 // have loops of their own.
 template <class Surface>
 LUMALANE_INLINE ptrdiff_t convert_groups(const place &row, ptrdiff_t count, unsigned key) {
+    constexpr ptrdiff_t half_bytes = widest / 2 * Surface::pixel_bytes;
     ptrdiff_t x = 0;
     while (x + widest <= count) {
         for (; x + widest <= count; x += widest) {
             const place at = row.after<Surface>(x);
-            const groups<Surface> here(at.surface, key);
-            if (!here.no_key())
+            const pixels<widest> first = Surface::template take<widest>(at.surface, key);
+            const pixels<widest> second =
+                Surface::template take<widest>(at.surface + half_bytes, key);
+            words<widest / 2> not_plain = first.are_key | second.are_key;
+            if constexpr (Surface::has_x)
+                not_plain = not_plain | first.x | second.x;
+            if (!none(as_bytes(not_plain)))
                 break;
-            const samples<widest> made = convert(here.first, here.second);
+            const samples<widest> made = convert<false>(first, second);
             store(at.y, made.y);
             store(at.u, made.uv.lower);
             store(at.v, made.uv.upper);
         }
-        while (x + widest <= count && groups<Surface>(row.after<Surface>(x).surface, key).all_key())
-            x += widest;
+        for (; x + widest <= count; x += widest) {
+            const unsigned char *const from = row.after<Surface>(x).surface;
+            const words<widest / 2> are_key =
+                Surface::template take<widest>(from, key).are_key &
+                Surface::template take<widest>(from + half_bytes, key).are_key;
+            if (!all(as_bytes(are_key)))
+                break;
+        }
         if (x + widest <= count)
             for (const ptrdiff_t end = x + widest; x < end; x += group)
                 convert_group<Surface>(row.after<Surface>(x), key);

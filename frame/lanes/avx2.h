@@ -236,11 +236,11 @@ struct shuffles {
     // couples.
     alignas(32) unsigned char triplets_bg[2][32];
     alignas(32) unsigned char triplets_rx[2][32];
-    alignas(16) unsigned char couple[16]; // words of the lower and of the upper half in turn
+    alignas(32) unsigned char couple[32]; // words of the lower and of the upper half in turn
     // Upper bytes of coupled words to the lower and to the upper half of a block: those of the
     // lower words and then those of the upper ones, of four couples or of two and two.
-    alignas(16) unsigned char uncouple[2][16];
-    alignas(16) unsigned char uncouple_even[2][16];
+    alignas(32) unsigned char uncouple[2][32];
+    alignas(32) unsigned char uncouple_even[2][32];
 };
 
 constexpr shuffles make_shuffles() {
@@ -268,15 +268,16 @@ constexpr shuffles make_shuffles() {
                 s.triplets_rx[half][at] =
                     static_cast<unsigned char>(here && byte == 0 ? pixel + 2 : 0x80);
             }
-        s.couple[m] = static_cast<unsigned char>(m / 4 * 2 + m / 2 % 2 * 8 + m % 2);
+        s.couple[m] = s.couple[16 + m] =
+            static_cast<unsigned char>(m / 4 * 2 + m / 2 % 2 * 8 + m % 2);
         for (int half = 0; half < 2; ++half) {
             const int at = m % 8;
             const int couple_of_4 = at % 4, upper_of_4 = at / 4;
             const int couple_of_2 = at / 4 * 2 + at % 2, upper_of_2 = at / 2 % 2;
             const bool here = m / 8 == half;
-            s.uncouple[half][m] =
+            s.uncouple[half][m] = s.uncouple[half][16 + m] =
                 static_cast<unsigned char>(here ? 4 * couple_of_4 + 2 * upper_of_4 + 1 : 0x80);
-            s.uncouple_even[half][m] =
+            s.uncouple_even[half][m] = s.uncouple_even[half][16 + m] =
                 static_cast<unsigned char>(here ? 4 * couple_of_2 + 2 * upper_of_2 + 1 : 0x80);
         }
     }
@@ -300,6 +301,15 @@ LUMALANE_INLINE bytes<16> shuffled(bytes<16> a, const unsigned char *by) {
 
 LUMALANE_INLINE bytes<32> shuffled(bytes<32> a, const unsigned char *by) {
     return {_mm256_shuffle_epi8(a.v, _mm256_broadcastsi128_si256(load<16>(by).v))};
+}
+
+// Each block by its own 16 bytes of `by`.
+LUMALANE_INLINE bytes<16> shuffled_blocks(bytes<16> a, const unsigned char *by) {
+    return shuffled(a, by);
+}
+
+LUMALANE_INLINE bytes<32> shuffled_blocks(bytes<32> a, const unsigned char *by) {
+    return {_mm256_shuffle_epi8(a.v, load<32>(by).v)};
 }
 
 LUMALANE_INLINE bytes<16> narrow_interleaved(words<8> a, words<8> b) {
@@ -563,7 +573,7 @@ LUMALANE_INLINE words<8> couple(words<8> a) {
 
 LUMALANE_INLINE words<16> couple(words<16> a) {
     const bytes<32> quarters{_mm256_permute4x64_epi64(a.v, _MM_SHUFFLE(3, 1, 2, 0))};
-    return as_words(shuffled(quarters, shuffle.couple));
+    return as_words(shuffled_blocks(quarters, shuffle.couple));
 }
 
 LUMALANE_INLINE words<16> even_couples(words<16> a, words<16> b) {
@@ -573,8 +583,8 @@ LUMALANE_INLINE words<16> even_couples(words<16> a, words<16> b) {
 
 // In every block the upper bytes of `a`, those of `b`.
 template <int n>
-LUMALANE_INLINE bytes<2 * n> upper_bytes(words<n> a, words<n> b, const unsigned char (&by)[2][16]) {
-    return shuffled(as_bytes(a), by[0]) | shuffled(as_bytes(b), by[1]);
+LUMALANE_INLINE bytes<2 * n> upper_bytes(words<n> a, words<n> b, const unsigned char (&by)[2][32]) {
+    return shuffled_blocks(as_bytes(a), by[0]) | shuffled_blocks(as_bytes(b), by[1]);
 }
 
 LUMALANE_INLINE bytes<16> uncouple(words<8> a, words<8> b) {
