@@ -55,11 +55,20 @@ LUMALANE_INLINE void load_subpicture(const tagMIX_INFO &mix, const Colours &colo
     walk_rows<group>(
         mix.height, pixels, surface, {y, u, v, alpha},
         [&]<int n, class Put>(unsigned row, ptrdiff_t x) {
+            unsigned char *const to = surface.at(row) + size * x;
+            const auto put = [&](const rgb_pixels<n / 2> &shown) {
+                sink.template row<Put>(to, shown, chroma_terms<n / 2>{});
+            };
+            const bytes<n> weights = load<n>(alpha.at(row) + x);
+            if (all_zero(weights))
+                return put(
+                    {fill_bytes<n>(key.red), fill_bytes<n>(key.green), fill_bytes<n>(key.blue)});
             const auto terms =
                 colours.template load_chroma<parts, n>(u.at(row) + x / 2, v.at(row) + x / 2);
             const auto shown = colours.template load_luma<parts, n>(y.at(row) + x, terms);
-            const bytes<n> weights = in_split_order(deal_pixels<parts, n>(alpha.at(row) + x));
-            sink.template row<Put>(surface.at(row) + size * x, keyed(shown, weights, key), terms);
+            if (all(positive(weights)))
+                return put(shown);
+            put(keyed(shown, in_split_order(deal_pixels<parts, n>(alpha.at(row) + x)), key));
         });
 }
 

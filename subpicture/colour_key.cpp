@@ -22,15 +22,18 @@ struct pattern {
     explicit pattern(unsigned long long word) : pattern(word, word, word) {}
 };
 
-// `count` bytes, a multiple of 16.
-template <class Put>
+// `count` bytes, a multiple of 16. Not around the cache: what is filled is drawn on next, and the
+// time is the same.
 LUMALANE_INLINE void fill_row(unsigned char *to, ptrdiff_t count, const pattern &with) {
     const woven<3, widest> pieces{load<widest>(with.byte), load<widest>(with.byte + widest),
                                   load<widest>(with.byte + 2 * widest)};
     ptrdiff_t x = 0;
     for (; x + pattern::size <= count; x += pattern::size)
-        put_parts<Put>(to + x, pieces);
-    for (const unsigned char *from = with.byte; x < count; x += 16, from += 16)
+        put_parts<cached>(to + x, pieces);
+    const unsigned char *from = with.byte;
+    for (; x + widest <= count; x += widest, from += widest)
+        store(to + x, load<widest>(from));
+    if (x < count)
         store(to + x, load<16>(from));
 }
 
@@ -40,19 +43,18 @@ void fill_pairs_stepwise(const rows &upper, int pitch, unsigned height, const pa
     unsigned left = height, pair = 0;
     do {
         for (ptrdiff_t x = 0; x < upper.bytes; x += 16 * size) {
-            fill_row<cached>(upper.at(pair) + x, 16 * size, with);
-            fill_row<cached>(upper.at(pair) + pitch + x, 16 * size, with);
+            fill_row(upper.at(pair) + x, 16 * size, with);
+            fill_row(upper.at(pair) + pitch + x, 16 * size, with);
         }
         ++pair;
     } while (again(left, 2));
 }
 
-template <class Put>
 void fill_pairs_wide(const rows &upper, int pitch, unsigned height, const pattern &with) {
     unsigned left = height, pair = 0;
     do {
-        fill_row<Put>(upper.at(pair), upper.bytes, with);
-        fill_row<Put>(upper.at(pair) + pitch, upper.bytes, with);
+        fill_row(upper.at(pair), upper.bytes, with);
+        fill_row(upper.at(pair) + pitch, upper.bytes, with);
         ++pair;
     } while (again(left, 2));
 }
@@ -69,11 +71,7 @@ void fill_rectangle(void *surface, int width, int height, int pitch, const patte
     // follow each other in either case.
     if (!rows_apart(pitch, upper.bytes))
         return fill_pairs_stepwise<size>(upper, pitch, count, with);
-    if (!outgrows_cache(upper.first, static_cast<int>(pitch | upper.pitch),
-                        static_cast<long long>(count) * upper.bytes))
-        return fill_pairs_wide<cached>(upper, pitch, count, with);
-    fill_pairs_wide<streamed>(upper, pitch, count, with);
-    stream_fence();
+    fill_pairs_wide(upper, pitch, count, with);
 }
 
 } // namespace

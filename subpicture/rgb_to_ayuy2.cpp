@@ -7,32 +7,32 @@ namespace lumalane::LUMALANE_LANES {
 namespace {
 
 // ---- Surfaces ----------------------------------------------------------------------------------
-//
-// pixels<n>() takes n / 2 pixels apart; widened() brings the key to B, G, R, X as it does pixels.
 
-struct rgb32_surface {
-    static constexpr int pixel_bytes = 4;
-    static constexpr bool has_x = true;
-
-    template <int n>
-    LUMALANE_INLINE static coupled<n> pixels(const unsigned char *from) {
-        return load_coupled<4, n>(from);
-    }
-
-    static unsigned widened(unsigned key) { return key; }
+// n / 2 pixels, coupled.
+template <int n>
+struct pixels {
+    words<n / 2> bg;
+    words<n / 2> red;     // in the upper bytes
+    words<n / 2> x;       // in the upper bytes, if the surface has it
+    words<n / 2> are_key; // all bits, where a pixel is of the key's colour
 };
 
-struct rgb24_surface {
-    static constexpr int pixel_bytes = 3;
-    static constexpr bool has_x = false;
+// Pixels of 4 bytes, and of 3 bytes and a zero; a key with anything in its upper byte is the colour
+// of none of those.
+template <int size>
+struct rgb_surface {
+    static constexpr int pixel_bytes = size;
+    static constexpr bool has_x = size == 4;
 
     template <int n>
-    LUMALANE_INLINE static coupled<n> pixels(const unsigned char *from) {
-        return load_coupled<3, n>(from);
+    LUMALANE_INLINE static pixels<n> take(const unsigned char *from, unsigned key) {
+        const auto [bg, rx] = load_coupled<size, n>(from);
+        // A multiplication where a shift would do: shifts and shuffles have the same units.
+        const words<n / 2> red = multiply_low(rx, fill_words<n / 2>(256));
+        return {bg, red, rx & fill_words<n / 2>(0xff00),
+                equal(bg, fill_words<n / 2>(static_cast<int>(key))) &
+                    equal(rx, fill_words<n / 2>(static_cast<int>(key >> 16)))};
     }
-
-    // With anything in its upper byte no pixel is equal to it.
-    static unsigned widened(unsigned key) { return key; }
 };
 
 // The lower bits of the channels are left zero.
@@ -41,15 +41,13 @@ struct rgb16_surface {
     static constexpr bool has_x = false;
 
     template <int n>
-    LUMALANE_INLINE static coupled<n> pixels(const unsigned char *from) {
+    LUMALANE_INLINE static pixels<n> take(const unsigned char *from, unsigned key) {
         const words<n / 2> packed = couple(as_words(load<n>(from)));
-        return {(shift_left<3>(packed) & fill_words<n / 2>(0x00f8)) |
-                    (shift_left<5>(packed) & fill_words<n / 2>(0xfc00)),
-                shift_right_logical<8>(packed) & fill_words<n / 2>(0x00f8)};
-    }
-
-    static unsigned widened(unsigned key) {
-        return (key & 0xf800) << 8 | (key & 0x07e0) << 5 | (key & 0x001f) << 3;
+        const auto bits = [&](int which) { return packed & fill_words<n / 2>(which); };
+        const words<n / 2> blue = multiply_low(bits(0x001f), fill_words<n / 2>(1 << 3));
+        const words<n / 2> green = multiply_low(bits(0x07e0), fill_words<n / 2>(1 << 5));
+        return {blue | green, bits(0xf800), fill_words<n / 2>(0),
+                equal(packed, fill_words<n / 2>(static_cast<int>(key)))};
     }
 };
 
@@ -82,8 +80,8 @@ LUMALANE_INLINE words<n> to_u(words<n> bg, words<n> red) {
     const words<n> red_part = multiply_high_unsigned(red, fill_words<n>(151 << 8));
     const words<n> rest =
         add(subtract(multiply_bytes<1, 3>(bg), red_part), fill_words<n>(4 * raised << 8));
-    return upper(add(multiply_bytes<112, -75>(bg), shift_right_logical<2>(rest)),
-                 always_in_chroma - raised);
+    const words<n> quarter_rest = multiply_high_unsigned(rest, fill_words<n>(1 << 14));
+    return upper(add(multiply_bytes<112, -75>(bg), quarter_rest), always_in_chroma - raised);
 }
 
 // 449 R - 376 G - 72 B
@@ -96,36 +94,29 @@ LUMALANE_INLINE words<n> to_v(words<n> bg, words<n> red) {
 template <int n>
 struct samples {
     bytes<n> y;
-    bytes<n> uv; // all of U, then all of V
+    halves<n / 2> uv;
 };
 
-// Deliberately the fourth byte counts with every output, and each pair of pixels has the chroma of
-// its first one.
-template <class Surface, int n>
-LUMALANE_INLINE samples<n> converted(const coupled<n> &first, const coupled<n> &second) {
-    const words<n / 2> red[] = {shift_left<8>(first.rx), shift_left<8>(second.rx)};
-    const words<n / 2> bg_of_pairs = even_couples(first.bg, second.bg);
-    const words<n / 2> red_of_pairs = even_couples(red[0], red[1]);
-    const samples<n> without_x = {
-        uncouple(to_y(first.bg, red[0]), to_y(second.bg, red[1])),
-        uncouple_even(to_u(bg_of_pairs, red_of_pairs), to_v(bg_of_pairs, red_of_pairs))};
-    if constexpr (!Surface::has_x)
-        return without_x;
-    const words<n / 2> no_red = fill_words<n / 2>(0xff00);
-    if (all(as_bytes(equal((first.rx | second.rx) & no_red, fill_words<n / 2>(0)))))
-        return without_x;
-    const words<n / 2> of_pairs = even_couples(first.rx, second.rx);
-    return {
-        add_saturate(without_x.y, uncouple(first.rx, second.rx) & fill_bytes<n>(255 - always_in_y)),
-        add_saturate(without_x.uv,
-                     uncouple_even(of_pairs, of_pairs) & fill_bytes<n>(255 - always_in_chroma))};
-}
-
-// Where pixels are of the colour of the key.
-template <int n>
-LUMALANE_INLINE words<n / 2> equal_key(const coupled<n> &pixels, unsigned key) {
-    return equal(pixels.bg, fill_words<n / 2>(static_cast<int>(key))) &
-           equal(pixels.rx, fill_words<n / 2>(static_cast<int>(key >> 16)));
+// Deliberately each pair of pixels has the chroma of its first one, and the fourth byte is added to
+// every output, but for what they have always.
+template <bool with_x, int n>
+LUMALANE_INLINE samples<n> convert(pixels<n> first, pixels<n> second) {
+    const auto luma = [](pixels<n> of) {
+        const words<n / 2> y = to_y(of.bg, of.red);
+        if constexpr (!with_x)
+            return y;
+        return add_saturate_unsigned(y, of.x & fill_words<n / 2>(~always_in_y << 8));
+    };
+    const words<n / 2> bg = even_couples(first.bg, second.bg);
+    const words<n / 2> red = even_couples(first.red, second.red);
+    const auto chroma = [&](words<n / 2> uv) {
+        if constexpr (!with_x)
+            return uv;
+        return add_saturate_unsigned(uv, even_couples(first.x, second.x) &
+                                             fill_words<n / 2>(~always_in_chroma << 8));
+    };
+    return {uncouple(luma(first), luma(second)),
+            uncouple_even(chroma(to_u(bg, red)), chroma(to_v(bg, red)))};
 }
 
 // ---- The walk ----------------------------------------------------------------------------------
@@ -146,52 +137,70 @@ struct place {
 
 template <class Surface>
 LUMALANE_INLINE void convert_group(const place &at, unsigned key) {
-    const coupled<16> pixels = Surface::template pixels<16>(at.surface);
-    if (all(as_bytes(equal_key(pixels, key))))
+    const pixels<16> taken = Surface::template take<16>(at.surface, key);
+    if (all(as_bytes(taken.are_key)))
         return;
-    const samples<16> twice = converted<Surface>(pixels, pixels);
+    const samples<16> twice = convert<Surface::has_x>(taken, taken);
     store(at.y, lower_half(twice.y));
-    store(at.u, lower_half(lower_half(twice.uv)));
-    store(at.v, lower_half(upper_half(twice.uv)));
+    store(at.u, lower_half(twice.uv.lower));
+    store(at.v, lower_half(twice.uv.upper));
 }
 
-// `widest` pixels.
+// As many whole vectors of a row as fit into `count`; returns how far it came. Runs of one kind
+// have loops of their own.
 template <class Surface>
-LUMALANE_INLINE void convert_groups(const place &at, unsigned key) {
-    constexpr int half_bytes = widest / 2 * Surface::pixel_bytes;
-    const coupled<widest> first = Surface::template pixels<widest>(at.surface);
-    const coupled<widest> second = Surface::template pixels<widest>(at.surface + half_bytes);
-    const words<widest / 2> equal_first = equal_key(first, key);
-    const words<widest / 2> equal_second = equal_key(second, key);
-    if (all_zero(as_bytes(equal_first | equal_second))) {
-        const samples<widest> all_of_them = converted<Surface>(first, second);
-        store(at.y, all_of_them.y);
-        store(at.u, lower_half(all_of_them.uv));
-        store(at.v, upper_half(all_of_them.uv));
-    } else if (!all(as_bytes(equal_first & equal_second))) {
-        for (ptrdiff_t x = 0; x < widest; x += group)
-            convert_group<Surface>(at.after<Surface>(x), key);
+LUMALANE_INLINE ptrdiff_t convert_groups(const place &row, ptrdiff_t count, unsigned key) {
+    constexpr ptrdiff_t half_bytes = widest / 2 * Surface::pixel_bytes;
+    ptrdiff_t x = 0;
+    while (x + widest <= count) {
+        for (; x + widest <= count; x += widest) {
+            const place at = row.after<Surface>(x);
+            const pixels<widest> first = Surface::template take<widest>(at.surface, key);
+            const pixels<widest> second =
+                Surface::template take<widest>(at.surface + half_bytes, key);
+            words<widest / 2> not_plain = first.are_key | second.are_key;
+            if constexpr (Surface::has_x)
+                not_plain = not_plain | first.x | second.x;
+            if (!all_zero(as_bytes(not_plain)))
+                break;
+            const samples<widest> made = convert<false>(first, second);
+            store(at.y, made.y);
+            store(at.u, made.uv.lower);
+            store(at.v, made.uv.upper);
+        }
+        for (; x + widest <= count; x += widest) {
+            const unsigned char *const from = row.after<Surface>(x).surface;
+            const words<widest / 2> are_key =
+                Surface::template take<widest>(from, key).are_key &
+                Surface::template take<widest>(from + half_bytes, key).are_key;
+            if (!all(as_bytes(are_key)))
+                break;
+        }
+        if (x + widest <= count)
+            for (const ptrdiff_t end = x + widest; x < end; x += group)
+                convert_group<Surface>(row.after<Surface>(x), key);
     }
+    return x;
 }
 
 template <class Surface>
-LUMALANE_INLINE void convert(tagMIX_INFO &mix) {
+LUMALANE_INLINE void convert_surface(tagMIX_INFO &mix) {
     // What is left of a row after the last whole group is not converted.
-    const ptrdiff_t pixels = mix.width < 0 ? 0 : mix.width / group * group;
+    const ptrdiff_t count = mix.width < 0 ? 0 : mix.width / group * group;
     const unsigned height = static_cast<unsigned>(mix.height);
-    const unsigned key = Surface::widened(mix.color_key);
+    const unsigned key = mix.color_key;
     const int rest = difference(mix.sub_pitch, mix.width);
-    const ptrdiff_t y_pitch = pixels + rest;
+    const ptrdiff_t y_pitch = count + rest;
     // Deliberately halved as unsigned.
     const ptrdiff_t chroma_pitch =
-        pixels / 2 + static_cast<ptrdiff_t>(static_cast<unsigned>(rest) >> 1);
-    const rows surface(mix.dst, pixels * Surface::pixel_bytes,
+        count / 2 + static_cast<ptrdiff_t>(static_cast<unsigned>(rest) >> 1);
+    const rows surface(mix.dst, count * Surface::pixel_bytes,
                        difference(mix.dst_pitch, product(mix.width, Surface::pixel_bytes)));
 
     const extent read = surface.whole(height);
-    const extent written[] = {rows_at(mix.sub_y, height, y_pitch, pixels),
-                              rows_at(mix.sub_u, height, chroma_pitch, pixels / 2),
-                              rows_at(mix.sub_v, height, chroma_pitch, pixels / 2)};
+    const extent written[] = {rows_at(mix.sub_y, height, y_pitch, count),
+                              rows_at(mix.sub_u, height, chroma_pitch, count / 2),
+                              rows_at(mix.sub_v, height, chroma_pitch, count / 2)};
     // Vectors of several groups leave the order of the stores into each plane as it is: they cannot
     // be told where the planes are apart and nothing is read back.
     const bool wide = apart(written[0], written[1]) && apart(written[1], written[2]) &&
@@ -201,11 +210,8 @@ LUMALANE_INLINE void convert(tagMIX_INFO &mix) {
     unsigned row = 0;
     do {
         const place first{surface.at(row), mix.sub_y, mix.sub_u, mix.sub_v};
-        ptrdiff_t x = 0;
-        if (wide)
-            for (; x + widest <= pixels; x += widest)
-                convert_groups<Surface>(first.template after<Surface>(x), key);
-        for (; x < pixels; x += group)
+        ptrdiff_t x = wide ? convert_groups<Surface>(first, count, key) : 0;
+        for (; x < count; x += group)
             convert_group<Surface>(first.template after<Surface>(x), key);
         // Deliberately the record keeps where the conversion stands.
         mix.alpha_plane += rest;
@@ -217,10 +223,10 @@ LUMALANE_INLINE void convert(tagMIX_INFO &mix) {
 
 } // namespace
 
-void Convert_RGB32_To_AYUY2(LUMALANE_PARAMETERS_mix) { convert<rgb32_surface>(*mix); }
+void Convert_RGB32_To_AYUY2(LUMALANE_PARAMETERS_mix) { convert_surface<rgb_surface<4>>(*mix); }
 
-void Convert_RGB24_To_AYUY2(LUMALANE_PARAMETERS_mix) { convert<rgb24_surface>(*mix); }
+void Convert_RGB24_To_AYUY2(LUMALANE_PARAMETERS_mix) { convert_surface<rgb_surface<3>>(*mix); }
 
-void Convert_RGB16_565_To_AYUY2(LUMALANE_PARAMETERS_mix) { convert<rgb16_surface>(*mix); }
+void Convert_RGB16_565_To_AYUY2(LUMALANE_PARAMETERS_mix) { convert_surface<rgb16_surface>(*mix); }
 
 } // namespace lumalane::LUMALANE_LANES

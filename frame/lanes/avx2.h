@@ -63,8 +63,8 @@ LUMALANE_INLINE words<16> add_saturate(words<16> a, words<16> b) {
     return {_mm256_adds_epi16(a.v, b.v)};
 }
 
-LUMALANE_INLINE bytes<32> add_saturate(bytes<32> a, bytes<32> b) {
-    return {_mm256_adds_epu8(a.v, b.v)};
+LUMALANE_INLINE words<16> add_saturate_unsigned(words<16> a, words<16> b) {
+    return {_mm256_adds_epu16(a.v, b.v)};
 }
 
 LUMALANE_INLINE words<16> maximum(words<16> a, words<16> b) { return {_mm256_max_epi16(a.v, b.v)}; }
@@ -285,10 +285,11 @@ struct shuffles {
     // couples.
     alignas(32) unsigned char triplets_bg[2][32];
     alignas(32) unsigned char triplets_rx[2][32];
-    alignas(16) unsigned char couple[16]; // words of the lower and of the upper half in turn
-    // A byte of each of two couples in turn, to the order of `uncouple` and of `uncouple_even`.
-    alignas(16) unsigned char uncouple[16];
-    alignas(16) unsigned char uncouple_even[16];
+    alignas(32) unsigned char couple[32]; // words of the lower and of the upper half in turn
+    // Upper bytes of coupled words to the lower and to the upper half of a block: those of the
+    // lower words and then those of the upper ones, of four couples or of two and two.
+    alignas(32) unsigned char uncouple[2][32];
+    alignas(32) unsigned char uncouple_even[2][32];
 };
 
 constexpr shuffles make_shuffles() {
@@ -318,11 +319,18 @@ constexpr shuffles make_shuffles() {
                 s.triplets_rx[half][at] =
                     static_cast<unsigned char>(here && byte == 0 ? pixel + 2 : 0x80);
             }
-        s.couple[m] = static_cast<unsigned char>(m / 4 * 2 + m / 2 % 2 * 8 + m % 2);
-        const int in_couple = m / 8 + m / 4 % 2 * 2;
-        s.uncouple[m] = static_cast<unsigned char>(m % 4 * 4 + in_couple);
-        s.uncouple_even[m] =
-            static_cast<unsigned char>(m / 4 % 2 * 8 + m % 2 * 4 + m / 2 % 2 * 2 + m / 8);
+        s.couple[m] = s.couple[16 + m] =
+            static_cast<unsigned char>(m / 4 * 2 + m / 2 % 2 * 8 + m % 2);
+        for (int half = 0; half < 2; ++half) {
+            const int at = m % 8;
+            const int couple_of_4 = at % 4, upper_of_4 = at / 4;
+            const int couple_of_2 = at / 4 * 2 + at % 2, upper_of_2 = at / 2 % 2;
+            const bool here = m / 8 == half;
+            s.uncouple[half][m] = s.uncouple[half][16 + m] =
+                static_cast<unsigned char>(here ? 4 * couple_of_4 + 2 * upper_of_4 + 1 : 0x80);
+            s.uncouple_even[half][m] = s.uncouple_even[half][16 + m] =
+                static_cast<unsigned char>(here ? 4 * couple_of_2 + 2 * upper_of_2 + 1 : 0x80);
+        }
     }
     for (int count = 1; count <= 4; ++count) {
         const int group = count == 2 ? 4 : count == 4 ? 2 : 8; // samples: half as many as pixels
@@ -356,6 +364,15 @@ LUMALANE_INLINE bytes<n> repeat_odd(bytes<n> a) {
 template <int n>
 LUMALANE_INLINE bytes<n> swap_couples(bytes<n> a) {
     return shuffled(a, shuffle.swap_couples);
+}
+
+// Each block by its own 16 bytes of `by`.
+LUMALANE_INLINE bytes<16> shuffled_blocks(bytes<16> a, const unsigned char *by) {
+    return shuffled(a, by);
+}
+
+LUMALANE_INLINE bytes<32> shuffled_blocks(bytes<32> a, const unsigned char *by) {
+    return {_mm256_shuffle_epi8(a.v, load<32>(by).v)};
 }
 
 LUMALANE_INLINE bytes<16> narrow_interleaved(words<8> a, words<8> b) {
@@ -631,38 +648,39 @@ LUMALANE_INLINE words<8> couple(words<8> a) {
 
 LUMALANE_INLINE words<16> couple(words<16> a) {
     const bytes<32> quarters{_mm256_permute4x64_epi64(a.v, _MM_SHUFFLE(3, 1, 2, 0))};
-    return as_words(shuffled(quarters, shuffle.couple));
+    return as_words(shuffled_blocks(quarters, shuffle.couple));
 }
 
 LUMALANE_INLINE words<16> even_couples(words<16> a, words<16> b) {
-    const __m256 of_blocks = _mm256_shuffle_ps(_mm256_castsi256_ps(a.v), _mm256_castsi256_ps(b.v),
-                                               _MM_SHUFFLE(2, 0, 2, 0));
-    return {_mm256_permute4x64_epi64(_mm256_castps_si256(of_blocks), _MM_SHUFFLE(3, 1, 2, 0))};
+    return {_mm256_castps_si256(_mm256_shuffle_ps(
+        _mm256_castsi256_ps(a.v), _mm256_castsi256_ps(b.v), _MM_SHUFFLE(2, 0, 2, 0)))};
 }
 
-// Upper bytes of `a` and `b` in turn.
+// In every block the upper bytes of `a`, those of `b`.
 template <int n>
-LUMALANE_INLINE bytes<2 * n> upper_bytes(words<n> a, words<n> b) {
-    return as_bytes(shift_right_logical<8>(a) | (b & fill_words<n>(0xff00)));
+LUMALANE_INLINE bytes<2 * n> upper_bytes(words<n> a, words<n> b, const unsigned char (&by)[2][32]) {
+    return shuffled_blocks(as_bytes(a), by[0]) | shuffled_blocks(as_bytes(b), by[1]);
 }
 
 LUMALANE_INLINE bytes<16> uncouple(words<8> a, words<8> b) {
-    return shuffled(upper_bytes(a, b), shuffle.uncouple);
+    return upper_bytes(a, b, shuffle.uncouple);
 }
 
 LUMALANE_INLINE bytes<32> uncouple(words<16> a, words<16> b) {
-    const bytes<32> of_blocks = shuffled(upper_bytes(a, b), shuffle.uncouple);
+    const bytes<32> of_blocks = upper_bytes(a, b, shuffle.uncouple);
     return {_mm256_permutevar8x32_epi32(of_blocks.v, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7))};
 }
 
-LUMALANE_INLINE bytes<16> uncouple_even(words<8> a, words<8> b) {
-    return shuffled(upper_bytes(a, b), shuffle.uncouple_even);
+LUMALANE_INLINE halves<8> uncouple_even(words<8> a, words<8> b) {
+    const bytes<16> both = upper_bytes(a, b, shuffle.uncouple_even);
+    return {lower_half(both), upper_half(both)};
 }
 
-// Each block is a half, so that its couples are complete ones.
-LUMALANE_INLINE bytes<32> uncouple_even(words<16> a, words<16> b) {
-    const bytes<32> of_blocks = shuffled(upper_bytes(a, b), shuffle.uncouple);
-    return {_mm256_permute4x64_epi64(of_blocks.v, _MM_SHUFFLE(3, 1, 2, 0))};
+// Of every quarter two bytes are in each block.
+LUMALANE_INLINE halves<16> uncouple_even(words<16> a, words<16> b) {
+    const bytes<32> of_blocks = upper_bytes(a, b, shuffle.uncouple_even);
+    const __m128i first = lower_half(of_blocks).v, second = upper_half(of_blocks).v;
+    return {{_mm_unpacklo_epi16(first, second)}, {_mm_unpackhi_epi16(first, second)}};
 }
 
 } // namespace lumalane::LUMALANE_LANES

@@ -119,10 +119,10 @@ LUMALANE_INLINE words<n> maximum(words<n> a, words<n> b) {
     return each(a, b, [](int x, int y) { return x > y ? x : y; });
 }
 
-// Clamped to 255.
+// Of lanes taken as unsigned, clamped to 65535.
 template <int n>
-LUMALANE_INLINE bytes<n> add_saturate(bytes<n> a, bytes<n> b) {
-    return each(a, b, [](int x, int y) { return clamp(x + y, 0, 255); });
+LUMALANE_INLINE words<n> add_saturate_unsigned(words<n> a, words<n> b) {
+    return each(a, b, [](int x, int y) { return clamp((x & 0xffff) + (y & 0xffff), 0, 0xffff); });
 }
 
 // The lower and the upper half of the signed 32-bit product.
@@ -566,13 +566,13 @@ LUMALANE_INLINE words<n> couple(words<n> a) {
     return r;
 }
 
-// Couples 0, 2, 4 ... of `a`, then of `b`.
+// In every block couples 0 and 2 of `a`, then of `b`.
 template <int n>
 LUMALANE_INLINE words<n> even_couples(words<n> a, words<n> b) {
     words<n> r;
-    for (int i = 0; i < n / 2; ++i) {
-        r.lane[i] = a.lane[i / 2 * 4 + i % 2];
-        r.lane[n / 2 + i] = b.lane[i / 2 * 4 + i % 2];
+    for (int i = 0; i < n; ++i) {
+        const int from = i / 8 * 8 + i % 4 / 2 * 4 + i % 2;
+        r.lane[i] = i % 8 < 4 ? a.lane[from] : b.lane[from];
     }
     return r;
 }
@@ -589,15 +589,20 @@ LUMALANE_INLINE bytes<2 * n> uncouple(words<n> a, words<n> b) {
     return r;
 }
 
-// The same of even couples.
 template <int n>
-LUMALANE_INLINE bytes<2 * n> uncouple_even(words<n> a, words<n> b) {
-    bytes<2 * n> r;
+struct halves {
+    bytes<n> lower, upper;
+};
+
+// The same of even couples, the two apart.
+template <int n>
+LUMALANE_INLINE halves<n> uncouple_even(words<n> a, words<n> b) {
+    halves<n> r;
     for (int i = 0; i < n; ++i) {
-        const int half = i / (n / 2) * (n / 2), in_half = i % (n / 2);
-        const int from = half + in_half % (n / 4) * 2 + in_half / (n / 4);
-        r.lane[i] = static_cast<unsigned char>(a.lane[from] >> 8);
-        r.lane[n + i] = static_cast<unsigned char>(b.lane[from] >> 8);
+        const int quarter = i / (n / 4), couple = i % (n / 4);
+        const int from = couple / 2 * 8 + quarter / 2 * 4 + couple % 2 * 2 + quarter % 2;
+        r.lower.lane[i] = static_cast<unsigned char>(a.lane[from] >> 8);
+        r.upper.lane[i] = static_cast<unsigned char>(b.lane[from] >> 8);
     }
     return r;
 }

@@ -99,8 +99,8 @@ LUMALANE_INLINE words<8> subtract(words<8> a, words<8> b) { return {_mm_sub_epi1
 
 LUMALANE_INLINE words<8> add_saturate(words<8> a, words<8> b) { return {_mm_adds_epi16(a.v, b.v)}; }
 
-LUMALANE_INLINE bytes<16> add_saturate(bytes<16> a, bytes<16> b) {
-    return {_mm_adds_epu8(a.v, b.v)};
+LUMALANE_INLINE words<8> add_saturate_unsigned(words<8> a, words<8> b) {
+    return {_mm_adds_epu16(a.v, b.v)};
 }
 
 LUMALANE_INLINE words<8> maximum(words<8> a, words<8> b) { return {_mm_max_epi16(a.v, b.v)}; }
@@ -484,6 +484,11 @@ struct coupled {
     words<n / 2> bg, rx;
 };
 
+template <int n>
+struct halves {
+    bytes<n> lower, upper;
+};
+
 LUMALANE_INLINE words<8> even_couples(words<8> a, words<8> b) {
     return {_mm_castps_si128(
         _mm_shuffle_ps(_mm_castsi128_ps(a.v), _mm_castsi128_ps(b.v), _MM_SHUFFLE(2, 0, 2, 0)))};
@@ -532,9 +537,10 @@ LUMALANE_INLINE __m128i uncoupled_halves(__m128i a) {
                                _MM_SHUFFLE(3, 1, 2, 0));
 }
 
-LUMALANE_INLINE bytes<16> uncouple_even(words<8> a, words<8> b) {
-    return {_mm_packus_epi16(uncoupled_halves(_mm_srli_epi16(a.v, 8)),
-                             uncoupled_halves(_mm_srli_epi16(b.v, 8)))};
+LUMALANE_INLINE halves<8> uncouple_even(words<8> a, words<8> b) {
+    const __m128i both = _mm_packus_epi16(uncoupled_halves(_mm_srli_epi16(a.v, 8)),
+                                          uncoupled_halves(_mm_srli_epi16(b.v, 8)));
+    return {lower_half(bytes<16>{both}), upper_half(bytes<16>{both})};
 }
 
 LUMALANE_INLINE bytes<16> uncouple(words<8> a, words<8> b) {
