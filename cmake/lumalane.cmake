@@ -12,7 +12,12 @@ set(kernel_files
     load/yuy2_to_yuy2.cpp
     load/yv12_to_rgb.cpp
     load/yv12_to_yuy2.cpp
-    load/yv12_to_yv12.cpp)
+    load/yv12_to_yv12.cpp
+    stretch/double_size_to_yuy2.cpp
+    stretch/frame_to_yuy2.cpp
+    stretch/yv12_to_rgb.cpp
+    stretch/yv12_to_yuy2.cpp
+    stretch/yv12_to_yv12.cpp)
 
 set(frame_files frame/adjustment.cpp frame/dispatch.cpp frame/exports.cpp)
 if(WIN32)

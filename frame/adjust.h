@@ -138,17 +138,22 @@ private:
     }
 };
 
-// Runs `run` with the adjustment in force as a stage; with none where it is neutral, which gives
-// the same bytes at the price of the plain function.
+// Runs `run` with an adjustment as a stage; with none where it is neutral, which gives the same
+// bytes at the price of the plain function.
 template <class Run>
-LUMALANE_INLINE void with_adjustment(Run run) {
-    const adjustment current = current_adjustment();
-    if (current.neutral())
+LUMALANE_INLINE void with_adjustment(const adjustment &by, Run run) {
+    if (by.neutral())
         return run(as_they_are{});
     if constexpr (multiplies_rounded)
-        if (current.gains_within(0, 128))
-            return run(adjust<true>{current});
-    run(adjust<false>{current});
+        if (by.gains_within(0, 128))
+            return run(adjust<true>{by});
+    run(adjust<false>{by});
+}
+
+// The same with the adjustment in force.
+template <class Run>
+LUMALANE_INLINE void with_adjustment(Run run) {
+    with_adjustment(current_adjustment(), run);
 }
 
 } // namespace lumalane::LUMALANE_LANES

@@ -27,6 +27,26 @@ drawn_call draw_mask(random &, const char *name,
 drawn_call draw_picture(random &, const char *name,
                         void (*on_model)(model::memory &, LUMALANE_PARAMETERS_picture),
                         void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_picture));
+drawn_call
+draw_packed_stretch(random &, const char *name,
+                    void (*on_model)(model::memory &, LUMALANE_PARAMETERS_packed_stretch),
+                    void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_packed_stretch));
+drawn_call draw_packed_stretch_ajust(
+    random &, const char *name,
+    void (*on_model)(model::memory &, LUMALANE_PARAMETERS_packed_stretch_ajust),
+    void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_packed_stretch_ajust));
+drawn_call
+draw_plane_stretch(random &, const char *name,
+                   void (*on_model)(model::memory &, LUMALANE_PARAMETERS_plane_stretch),
+                   void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_plane_stretch));
+drawn_call draw_plane_stretch_ajust(
+    random &, const char *name,
+    void (*on_model)(model::memory &, LUMALANE_PARAMETERS_plane_stretch_ajust),
+    void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_plane_stretch_ajust));
+drawn_call
+draw_frame_stretch(random &, const char *name,
+                   void (*on_model)(model::memory &, LUMALANE_PARAMETERS_frame_stretch),
+                   void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_frame_stretch));
 
 // Bytes of a row (of the Y plane for YV12) that a function makes of so many pixels, or reads in the
 // place of its destination: its name spells them.
@@ -39,6 +59,11 @@ struct shape {
     int dst_pitch; // bytes; the name of the function spells how many a row has
 };
 shape draw_shape(random &, std::string_view name);
+// The same for the stretches.
+shape draw_stretch_shape(random &, std::string_view name);
+
+// From row to row of that many bytes, of any sign: rows that overlap, with and without gaps.
+int draw_irregular_pitch(random &, int row_bytes);
 
 // Mostly one that exists.
 unsigned draw_rgb16_layout(random &);

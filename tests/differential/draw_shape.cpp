@@ -14,19 +14,6 @@ int destination_row_bytes(std::string_view name, int width) {
 
 int draw_offset(random &r) { return r.one_in(2) ? 0 : r.between(0, 63); }
 
-namespace {
-
-// Widths on the step of 16 (on and off 32), even heights, rows that do not overlap.
-shape draw_regular(random &r, std::string_view name) {
-    shape s;
-    s.width = 16 * r.between(1, r.one_of({3, 44, 44, 120}));
-    s.height = 2 * r.between(1, 8);
-    s.src_pitch = s.width + r.one_of({0, 0, 16, 32, 2 * r.between(0, 60)});
-    s.dst_pitch =
-        destination_row_bytes(name, s.width) + r.one_of({0, 0, 16, 64, r.between(0, 100)});
-    return s;
-}
-
 int draw_irregular_pitch(random &r, int row_bytes) {
     switch (r.between(0, 4)) {
     case 0:
@@ -40,6 +27,19 @@ int draw_irregular_pitch(random &r, int row_bytes) {
     default:
         return r.between(-row_bytes, 3 * row_bytes);
     }
+}
+
+namespace {
+
+// Widths on the step of 16 (on and off 32), even heights, rows that do not overlap.
+shape draw_regular(random &r, std::string_view name) {
+    shape s;
+    s.width = 16 * r.between(1, r.one_of({3, 44, 44, 120}));
+    s.height = 2 * r.between(1, 8);
+    s.src_pitch = s.width + r.one_of({0, 0, 16, 32, 2 * r.between(0, 60)});
+    s.dst_pitch =
+        destination_row_bytes(name, s.width) + r.one_of({0, 0, 16, 64, r.between(0, 100)});
+    return s;
 }
 
 shape draw_irregular(random &r, std::string_view name) {

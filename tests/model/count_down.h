@@ -25,4 +25,24 @@ void count_down_to_zero(int from, Body body) {
     while (--count != 0);
 }
 
+// The same with a signed count: for as long as what is left is above zero.
+template <class Body>
+void count_down_signed(int from, int step, Body body) {
+    int left = from;
+    do {
+        body();
+        left -= step;
+    } while (left > 0);
+}
+
+// For as long as anything at all is left: the count has to be a multiple of the step.
+template <class Body>
+void count_down_exactly(int from, int step, Body body) {
+    int left = from;
+    do {
+        body();
+        left -= step;
+    } while (left != 0);
+}
+
 } // namespace model
