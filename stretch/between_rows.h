@@ -160,14 +160,15 @@ struct stretch {
 
     // All four rows of the pixels from `first` to `last`, which are multiples of 16.
     template <class Put, class Pair>
-    LUMALANE_INLINE void pair_wide(unsigned char *to, ptrdiff_t dst_pitch, const rows_at_hand &at,
+    LUMALANE_INLINE void pair_wide(unsigned char *to, ptrdiff_t dst_pitch, const rows_at_hand at,
                                    ptrdiff_t first, ptrdiff_t last, const Pair &by) const {
         constexpr int size = Sink::bytes_per_pixel();
+        const stretch local = *this; // which no store can change
         ptrdiff_t x = first;
         for (; x + widest <= last; x += widest)
-            pair<widest, Put>(to + x * size, dst_pitch, at.after(x), by);
-        if (x < last)
-            pair<16, Put>(to + x * size, dst_pitch, at.after(x), by);
+            local.template pair<widest, Put>(to + x * size, dst_pitch, at.after(x), by);
+        if (widest > 16 && x < last)
+            local.template pair<16, Put>(to + x * size, dst_pitch, at.after(x), by);
     }
 };
 

@@ -139,17 +139,17 @@ LUMALANE_INLINE void double_pair(unsigned char *to, ptrdiff_t dst_pitch, const p
 
 template <class Put, chroma_of_row_2 row_2, bool last>
 LUMALANE_INLINE void double_pair_wide(unsigned char *to, ptrdiff_t dst_pitch,
-                                      const pair_lines &lines, int pixels) {
+                                      const pair_lines lines, int pixels) {
     int x = 0;
     for (; x + widest <= pixels; x += widest)
         double_pair<widest, Put, row_2, last>(to + 4 * x, dst_pitch, lines, x);
-    if (x < pixels)
+    if (widest > 16 && x < pixels)
         double_pair<16, Put, row_2, last>(to + 4 * x, dst_pitch, lines, x);
 }
 
 // A regular picture, a few hundred columns at a time, for whose lines there is room here.
 template <class Put, chroma_of_row_2 row_2, class Lines>
-void double_wide(const Lines &lines, unsigned char *dst, int width, int height,
+void double_wide(const Lines lines, unsigned char *dst, int width, int height,
                  ptrdiff_t dst_pitch) {
     unsigned char luma[3][line_room], chroma[2][line_room];
     for (int first = 0; first < width; first += line_columns) {
@@ -182,7 +182,7 @@ void double_wide(const Lines &lines, unsigned char *dst, int width, int height,
 // ---- From YV12 ---------------------------------------------------------------------------------
 
 template <class Source>
-void double_planar(const picture &p, const Source &source) {
+void double_planar(const picture p, const Source source) {
     const long long row_bytes = 4LL * p.width;
     if (p.width >= 32 && stretch_is_regular(p, row_bytes, 16))
         return with_put(p.dst, p.dst_pitch, 2 * p.height * row_bytes, [&](auto put) {
@@ -227,7 +227,7 @@ struct packed_pairs : packed {
 
 // Strips of 16 pixels from the top to the bottom, which goes back up by what the height means.
 template <class Source>
-void double_packed_stepwise(const packed_picture &p, const Source &source) {
+void double_packed_stepwise(const packed_picture p, const Source source) {
     packed_lines<Source> from{source, p.src, p.row_bytes};
     unsigned char *to = p.dst;
     const ptrdiff_t dst_pitch = p.dst_pitch;
@@ -288,7 +288,7 @@ bool doubling_is_regular(const packed_picture &p) {
 
 // Deliberately the source's rows are one continuous run.
 template <class Source>
-void double_packed(const packed_picture &p, const Source &source) {
+void double_packed(const packed_picture p, const Source source) {
     if (!doubling_is_regular(p))
         return double_packed_stepwise(p, source);
     with_put(p.dst, p.dst_pitch, 4LL * p.row_bytes * p.height, [&](auto put) {

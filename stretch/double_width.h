@@ -32,9 +32,9 @@ inline constexpr int line_columns = 1024;
 inline constexpr int after_line = 16;
 inline constexpr int line_room = line_columns + after_line;
 
-// `load(x)` loads n samples of the row from x on; `count` is a multiple of 16.
+// `load(x)` loads n samples of the row from x on; `count` is a multiple of 16. Returns the line.
 template <int period, class Load>
-LUMALANE_INLINE void fill_line(unsigned char *line, int count, bool at_edge, Load load) {
+LUMALANE_INLINE unsigned char *fill_line(unsigned char *line, int count, bool at_edge, Load load) {
     const int filled = at_edge ? count : count + after_line;
     int x = 0;
     for (; x + widest <= filled; x += widest)
@@ -44,6 +44,7 @@ LUMALANE_INLINE void fill_line(unsigned char *line, int count, bool at_edge, Loa
     if (at_edge)
         for (int i = count; i < count + period; ++i)
             line[i] = line[i - period];
+    return line;
 }
 
 template <class T>

@@ -138,7 +138,7 @@ private:
 };
 
 template <class Stretch>
-void frame_stepwise(const frame_picture &frame, const Stretch &stretched) {
+void frame_stepwise(const frame_picture frame, const Stretch stretched) {
     const rows_stepwise<Stretch> rows{stretched, frame};
     const ptrdiff_t dst_pitch = frame.dst_pitch;
     rows_at_hand upper = frame.at, lower = frame.at;
@@ -162,7 +162,7 @@ void frame_stepwise(const frame_picture &frame, const Stretch &stretched) {
 }
 
 template <class Put, class Stretch>
-void frame_wide(const frame_picture &frame, const Stretch &stretched) {
+void frame_wide(const frame_picture frame, const Stretch stretched) {
     const ptrdiff_t dst_pitch = frame.dst_pitch, last = frame.width - 16;
     rows_at_hand at = frame.at;
     unsigned char *to = frame.dst;

@@ -26,7 +26,7 @@ struct dealt_rows {
 // Strips of 16 pixels from the top to the bottom, which goes back up by what the height means:
 // after an odd height, a row too little in the source, and two on the surface.
 template <class Stretch, class Again>
-void strips_stepwise(const picture &p, const Stretch &stretched, Again more) {
+void strips_stepwise(const picture p, const Stretch stretched, Again more) {
     constexpr int step = 16, size = decltype(stretched.sink)::bytes_per_pixel();
     const ptrdiff_t chroma_pitch = p.src_pitch >> 1;
     const int y_back = product(p.height, p.src_pitch);

@@ -25,7 +25,7 @@ struct pairs_by_four_taps {
 
 // `pairs(height, run)` tells how each pair is made.
 template <class Stretch, class Pairs>
-void stretch_rows(const picture &p, const Stretch &stretched, Pairs pairs) {
+void stretch_rows(const picture p, const Stretch stretched, Pairs pairs) {
     const long long row_bytes = 2LL * p.width;
     if (stretch_is_regular(p, row_bytes, 16))
         return pairs_wide(p, row_bytes, stretched, pairs);

@@ -49,7 +49,7 @@ struct stretched_plane : plane {
 };
 
 template <int times, class Map>
-void stretch_stepwise(const stretched_plane<times> &p, const Map &map) {
+void stretch_stepwise(const stretched_plane<times> p, const Map map) {
     const auto whole_row = [&](unsigned char *to, const unsigned char *from) {
         int left = p.width;
         do {
@@ -110,49 +110,74 @@ LUMALANE_INLINE void put_mapped(unsigned char *to, woven<times, n> samples, cons
     put_parts<Put>(to, samples);
 }
 
-// All rows of a regular plane, or of some of its columns. The row that ends the surface twice comes
-// `behind` bytes further on.
-template <class Put, int times, class Map>
-void stretch_columns(const plane &p, bool at_edge, int behind, const Map &map) {
-    const auto in_groups = [&](auto group) {
-        int x = 0;
-        for (; x + widest <= p.width; x += widest)
-            group.template operator()<widest>(x);
-        if (x < p.width)
-            group.template operator()<16>(x);
-    };
-    unsigned char lines[times][line_room];
-    const auto row_at = [&](ptrdiff_t row) {
-        const unsigned char *const from = p.src + row * p.src_pitch;
-        if constexpr (times == 1)
-            return from;
-        unsigned char *const line = lines[row % times];
-        fill_line<1>(line, p.width, at_edge, [&]<int n>(int x) { return load<n>(from + x); });
-        return static_cast<const unsigned char *>(line);
-    };
-    unsigned char *to = p.dst;
-    const unsigned char *upper = row_at(0);
-    in_groups([&]<int n>(int x) {
-        put_mapped<Put>(to + times * x, widened_group<times, n>(upper + x), map);
-    });
-    to += p.dst_pitch;
-    for (ptrdiff_t row = 1; row + 1 < p.height; ++row) {
-        const unsigned char *const lower = row_at(row);
-        in_groups([&]<int n>(int x) {
+// `group.operator()<n>(x)` for all columns from x on in groups of n samples; a multiple of 16.
+template <class Group>
+LUMALANE_INLINE void in_groups(int columns, const Group &group) {
+    int x = 0;
+    for (; x + widest <= columns; x += widest)
+        group.template operator()<widest>(x);
+    if (widest > 16 && x < columns)
+        group.template operator()<16>(x);
+}
+
+// Pairs of rows at `to`: a row, and the average of it and the next one. `row(k)` is where row k is
+// to be had; returns where the one after the last pair is.
+template <class Put, int times, class Row, class Map>
+LUMALANE_INLINE const unsigned char *put_pairs(unsigned char *to, ptrdiff_t dst_pitch, int columns,
+                                               ptrdiff_t pairs, const Row &row, const Map map) {
+    const unsigned char *upper = row(0);
+    for (ptrdiff_t pair = 0; pair < pairs; ++pair) {
+        const unsigned char *const lower = row(pair + 1);
+        in_groups(columns, [&]<int n>(int x) {
             const auto above = widened_group<times, n>(upper + x);
             const auto between = average_round_up(above, widened_group<times, n>(lower + x));
             put_mapped<Put>(to + times * x, above, map);
-            put_mapped<Put>(to + times * x + p.dst_pitch, between, map);
+            put_mapped<Put>(to + times * x + dst_pitch, between, map);
         });
         upper = lower;
-        to += 2 * p.dst_pitch;
+        to += 2 * dst_pitch;
     }
-    in_groups([&]<int n>(int x) {
-        const auto last = widened_group<times, n>(upper + x);
-        put_mapped<Put>(to + times * x, last, map);
-        put_mapped<Put>(to + times * x + p.dst_pitch, last, map);
-        put_mapped<cached>(to + times * x + p.dst_pitch + behind, last, map);
+    return upper;
+}
+
+// Some columns of a regular plane. The row that ends the surface twice comes `behind` bytes further
+// on the second time.
+template <class Put, int times, class Map>
+LUMALANE_INLINE void stretch_columns(const plane p, bool at_edge, int behind, const Map map) {
+    unsigned char lines[times][line_room];
+    const auto row = [&](ptrdiff_t k) -> const unsigned char * {
+        const unsigned char *const from = p.src + k * p.src_pitch;
+        if constexpr (times == 1)
+            return from;
+        else
+            return fill_line<1>(lines[k % times], p.width, at_edge,
+                                [&]<int n>(int x) { return load<n>(from + x); });
+    };
+    const unsigned char *const first = row(0);
+    in_groups(p.width, [&]<int n>(int x) {
+        put_mapped<Put>(p.dst + times * x, widened_group<times, n>(first + x), map);
     });
+    const ptrdiff_t pairs = p.height - 2;
+    const unsigned char *const last =
+        put_pairs<Put, times>(p.dst + p.dst_pitch, p.dst_pitch, p.width, pairs, row, map);
+    unsigned char *const to = p.dst + (2 * pairs + 1) * p.dst_pitch;
+    in_groups(p.width, [&]<int n>(int x) {
+        const auto samples = widened_group<times, n>(last + x);
+        put_mapped<Put>(to + times * x, samples, map);
+        put_mapped<Put>(to + times * x + p.dst_pitch, samples, map);
+        put_mapped<cached>(to + times * x + p.dst_pitch + behind, samples, map);
+    });
+}
+
+// `stretch(part, at_edge)` for so many columns of a plane at a time.
+template <int times, class Stretch>
+LUMALANE_INLINE void in_columns(const plane &p, int columns, Stretch stretch) {
+    for (int first = 0; first < p.width; first += columns) {
+        const bool at_edge = p.width - first <= columns;
+        stretch(plane{p.src + first, p.dst + times * static_cast<ptrdiff_t>(first),
+                      at_edge ? p.width - first : columns, p.height, p.src_pitch, p.dst_pitch},
+                at_edge);
+    }
 }
 
 // True where the rows can be written in any order: whole groups of 16 samples, rows that do not
@@ -167,20 +192,14 @@ bool stretch_is_regular(const stretched_plane<times> &p) {
 }
 
 template <int times, class Map>
-void stretch_adjusted(const stretched_plane<times> &p, const Map &map) {
+void stretch_adjusted(const stretched_plane<times> p, const Map map) {
     if (!stretch_is_regular(p))
         return stretch_stepwise(p, map);
     const long long bytes = 2LL * times * p.width * p.height;
     with_put(p.dst, static_cast<int>(p.dst_pitch), bytes, [&](auto put) {
-        const int columns = times == 1 ? p.width : line_columns;
-        for (int first = 0; first < p.width; first += columns) {
-            const bool at_edge = p.width - first <= columns;
-            plane part = p;
-            part.src += first;
-            part.dst += times * static_cast<ptrdiff_t>(first);
-            part.width = at_edge ? p.width - first : columns;
+        in_columns<times>(p, times == 1 ? p.width : line_columns, [&](plane part, bool at_edge) {
             stretch_columns<decltype(put), times>(part, at_edge, times * p.width, map);
-        }
+        });
     });
 }
 
@@ -280,11 +299,54 @@ void double_stepwise(const plane &p) {
     strip(0, true);
 }
 
+// Some columns of a regular plane.
+template <class Put>
+LUMALANE_INLINE void double_columns(const plane p, bool at_start, bool at_edge) {
+    unsigned char lines[2][line_room];
+    const auto row = [&](ptrdiff_t k) -> const unsigned char * {
+        const unsigned char *const from = p.src + k * p.src_pitch;
+        unsigned char *const line = lines[k % 2];
+        fill_line<1>(line, p.width, at_edge, [&]<int n>(int x) { return load<n>(from + x); });
+        if (at_start)
+            for (int i = 0; i < 8; ++i)
+                line[i] = 0;
+        return line;
+    };
+    const auto as_it_is = [](auto a) { return a; };
+    const ptrdiff_t pairs = p.height - 1;
+    const unsigned char *const last =
+        put_pairs<Put, 2>(p.dst, p.dst_pitch, p.width, pairs, row, as_it_is);
+    unsigned char *const to = p.dst + 2 * pairs * p.dst_pitch;
+    for (int x = 0; x < p.width; x += 16) {
+        const doubled<16> samples = double_samples<2, 16>(last + x);
+        put_parts<Put>(to + 2 * x, samples);
+        const bool last_strip = at_edge && x + 16 == p.width;
+        Put::put(to + 2 * x + 2 * p.dst_pitch, samples.part[0]);
+        Put::put(to + 2 * x + 16 + (last_strip ? 1 : 2) * p.dst_pitch, samples.part[1]);
+    }
+}
+
+// True where the rows can be written in any order: whole groups of 16 samples, rows that do not
+// overlap and have 64 bits at least, and nothing read back that was written.
+bool doubling_is_regular(const plane &p) {
+    const long long rows = 2LL * p.height;
+    return p.width > 0 && p.width % 16 == 0 && p.height >= 2 && p.dst_pitch >= 2LL * p.width &&
+           rows * p.dst_pitch == product(twice(p.height), static_cast<int>(p.dst_pitch)) &&
+           apart(rows_at(p.dst, rows + 1, p.dst_pitch, 2LL * p.width),
+                 rows_at(p.src, p.height, p.src_pitch, p.width));
+}
+
 } // namespace
 
 void strech_pic_2X2(LUMALANE_PARAMETERS_plane_stretch) {
     const plane p{src, dst, width, height, src_pitch, dst_pitch};
-    double_stepwise(p);
+    if (!doubling_is_regular(p))
+        return double_stepwise(p);
+    with_put(dst, dst_pitch, 4LL * width * height, [&](auto put) {
+        in_columns<2>(p, line_columns, [&](plane part, bool at_edge) {
+            double_columns<decltype(put)>(part, part.src == p.src, at_edge);
+        });
+    });
 }
 
 } // namespace lumalane::LUMALANE_LANES

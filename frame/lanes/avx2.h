@@ -92,6 +92,10 @@ LUMALANE_INLINE words<16> multiply_high(words<16> a, words<16> b) {
     return {_mm256_mulhi_epi16(a.v, b.v)};
 }
 
+LUMALANE_INLINE words<16> multiply_high_unsigned(words<16> a, words<16> b) {
+    return {_mm256_mulhi_epu16(a.v, b.v)};
+}
+
 LUMALANE_INLINE words<8> multiply_rounded(words<8> a, words<8> b) {
     return {_mm_mulhrs_epi16(a.v, b.v)};
 }
@@ -159,6 +163,14 @@ LUMALANE_INLINE words<16> widen_low(bytes<32> a) {
 
 LUMALANE_INLINE words<16> widen_high(bytes<32> a) {
     return {_mm256_unpackhi_epi8(a.v, _mm256_setzero_si256())};
+}
+
+LUMALANE_INLINE words<16> widen_low(bytes<32> whole, bytes<32> fraction) {
+    return {_mm256_unpacklo_epi8(fraction.v, whole.v)};
+}
+
+LUMALANE_INLINE words<16> widen_high(bytes<32> whole, bytes<32> fraction) {
+    return {_mm256_unpackhi_epi8(fraction.v, whole.v)};
 }
 
 LUMALANE_INLINE words<16> even(bytes<32> a) {

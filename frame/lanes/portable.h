@@ -158,6 +158,13 @@ LUMALANE_INLINE words<n> multiply_high(words<n> a, words<n> b) {
     return each(a, b, [](int x, int y) { return (x * y) >> 16; });
 }
 
+// The upper half of the product of unsigned lanes.
+template <int n>
+LUMALANE_INLINE words<n> multiply_high_unsigned(words<n> a, words<n> b) {
+    return each(a, b,
+                [](int x, int y) { return static_cast<int>((x & 0xffffu) * (y & 0xffffu) >> 16); });
+}
+
 // The product divided by 2^15, rounded to the nearest. Worth its while only where it is one
 // instruction.
 inline constexpr bool multiplies_rounded = false;
@@ -261,6 +268,17 @@ LUMALANE_INLINE words<n / 2> widen_high(bytes<n> a) {
     for (int i = 0; i < n / 2; ++i)
         r.lane[i] = a.lane[i / 8 * 16 + 8 + i % 8];
     return r;
+}
+
+// The same lanes in 8.8 fixed point: whole + fraction / 256, unsigned.
+template <int n>
+LUMALANE_INLINE words<n / 2> widen_low(bytes<n> whole, bytes<n> fraction) {
+    return each(widen_low(whole), widen_low(fraction), [](int x, int y) { return x << 8 | y; });
+}
+
+template <int n>
+LUMALANE_INLINE words<n / 2> widen_high(bytes<n> whole, bytes<n> fraction) {
+    return each(widen_high(whole), widen_high(fraction), [](int x, int y) { return x << 8 | y; });
 }
 
 // Lanes 0, 2, 4 ... and lanes 1, 3, 5 ...

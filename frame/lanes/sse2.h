@@ -122,6 +122,10 @@ LUMALANE_INLINE words<8> multiply_high(words<8> a, words<8> b) {
     return {_mm_mulhi_epi16(a.v, b.v)};
 }
 
+LUMALANE_INLINE words<8> multiply_high_unsigned(words<8> a, words<8> b) {
+    return {_mm_mulhi_epu16(a.v, b.v)};
+}
+
 template <int count>
 LUMALANE_INLINE words<8> shift_left(words<8> a) {
     return {_mm_slli_epi16(a.v, count)};
@@ -174,6 +178,14 @@ LUMALANE_INLINE words<8> widen_low(bytes<16> a) {
 
 LUMALANE_INLINE words<8> widen_high(bytes<16> a) {
     return {_mm_unpackhi_epi8(a.v, _mm_setzero_si128())};
+}
+
+LUMALANE_INLINE words<8> widen_low(bytes<16> whole, bytes<16> fraction) {
+    return {_mm_unpacklo_epi8(fraction.v, whole.v)};
+}
+
+LUMALANE_INLINE words<8> widen_high(bytes<16> whole, bytes<16> fraction) {
+    return {_mm_unpackhi_epi8(fraction.v, whole.v)};
 }
 
 LUMALANE_INLINE words<8> even(bytes<16> a) { return {_mm_and_si128(a.v, _mm_set1_epi16(0x00ff))}; }
