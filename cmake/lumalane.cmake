@@ -13,11 +13,15 @@ set(kernel_files
     load/yv12_to_rgb.cpp
     load/yv12_to_yuy2.cpp
     load/yv12_to_yv12.cpp
+    mix/interlaced.cpp
+    mix/progressive.cpp
     stretch/double_size_to_yuy2.cpp
     stretch/frame_to_yuy2.cpp
     stretch/yv12_to_rgb.cpp
     stretch/yv12_to_yuy2.cpp
-    stretch/yv12_to_yv12.cpp)
+    stretch/yv12_to_yv12.cpp
+    subpicture/mix_onto_yuy2.cpp
+    subpicture/mix_onto_yv12.cpp)
 
 set(frame_files frame/adjustment.cpp frame/dispatch.cpp frame/exports.cpp)
 if(WIN32)
@@ -41,6 +45,9 @@ target_compile_options(
             -fvisibility=hidden -Wmissing-declarations
             # No calls of memcpy or memset in place of our loops: there is nobody to provide them.
             $<$<CXX_COMPILER_ID:GNU>:-fno-tree-loop-distribute-patterns>
+            # Constants come from memory: made from general registers they would be made again in
+            # every turn of a loop.
+            $<$<CXX_COMPILER_ID:GNU>:-mtune-ctrl=^inter_unit_moves_to_vec>
             # The processor's window is too short to find the parallelism of a step by itself. (With
             # the 8 registers of 32 bits there is nothing to gain.)
             $<$<AND:$<CXX_COMPILER_ID:GNU>,$<NOT:$<BOOL:${x86_32}>>>:-fschedule-insns$<SEMICOLON>-fsched-pressure>

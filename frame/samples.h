@@ -78,6 +78,7 @@ struct pipe {
             second.template row<Put>(to, luma, shared);
     }
 
+    // The sink's.
     static constexpr int bytes_per_pixel() { return Second::bytes_per_pixel; }
     static constexpr int parts() { return Second::parts; }
 

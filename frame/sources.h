@@ -10,13 +10,13 @@ struct planar {
     static constexpr bool is_part = true;
 
     template <int parts, int pixels>
-    LUMALANE_INLINE chroma_samples<pixels / 2> load_chroma(const unsigned char *u,
-                                                           const unsigned char *v) const {
+    LUMALANE_INLINE static chroma_samples<pixels / 2> load_chroma(const unsigned char *u,
+                                                                  const unsigned char *v) {
         return {deal_chroma<parts, pixels / 2>(u), deal_chroma<parts, pixels / 2>(v)};
     }
 
     template <int parts, int pixels, class Shared>
-    LUMALANE_INLINE bytes<pixels> load_luma(const unsigned char *y, const Shared &) const {
+    LUMALANE_INLINE static bytes<pixels> load_luma(const unsigned char *y, const Shared &) {
         return deal_pixels<parts, pixels>(y);
     }
 };
@@ -24,9 +24,28 @@ struct planar {
 // Planar 4:2:0, for YUY2.
 struct planar_pairs : planar {
     template <int parts, int pixels>
-    LUMALANE_INLINE chroma_pairs<pixels> load_chroma(const unsigned char *u,
-                                                     const unsigned char *v) const {
-        return {join(deal_chroma<parts, pixels / 2>(u), deal_chroma<parts, pixels / 2>(v))};
+    LUMALANE_INLINE static chroma_pairs<pixels> load_chroma(const unsigned char *u,
+                                                            const unsigned char *v) {
+        return {deal_pairs<parts, pixels>(u, v)};
+    }
+};
+
+// Samples that are at hand already, dealt.
+template <int pixels, class Chroma>
+struct at_hand {
+    static constexpr bool is_part = true;
+
+    bytes<pixels> y;
+    Chroma uv;
+
+    template <int, int>
+    LUMALANE_INLINE Chroma load_chroma() const {
+        return uv;
+    }
+
+    template <int, int, class Shared>
+    LUMALANE_INLINE bytes<pixels> load_luma(const unsigned char *, const Shared &) const {
+        return y;
     }
 };
 

@@ -52,6 +52,10 @@ LUMALANE_INLINE extent rows_at(const unsigned char *first, long long rows, long 
 
 LUMALANE_INLINE bool apart(extent a, extent b) { return a.end <= b.begin || b.end <= a.begin; }
 
+LUMALANE_INLINE extent joined(extent a, extent b) {
+    return {a.begin < b.begin ? a.begin : b.begin, a.end > b.end ? a.end : b.end};
+}
+
 // Rows of at least row_bytes each, pitch apart, have no byte in common.
 LUMALANE_INLINE bool rows_apart(long long pitch, long long row_bytes) {
     return pitch >= row_bytes || -pitch >= row_bytes;
@@ -76,6 +80,36 @@ LUMALANE_INLINE void with_put(const unsigned char *dst, int pitch, long long byt
     } else {
         run(cached{});
     }
+}
+
+// ---- Along a row -------------------------------------------------------------------------------
+
+template <int n>
+struct pixels_of {
+    static constexpr int count = n;
+};
+
+// Calls `step(pixels_of<n>{}, x)` for the steps of a row, the first at x = 0: steps of 16 pixels,
+// at least one and past the row's end if need be; or the widest that there are, for widths that are
+// multiples of 16. Returns how far the steps came.
+template <bool wide, class Step>
+LUMALANE_INLINE ptrdiff_t along_row(int width, const Step &step) {
+    ptrdiff_t x = 0;
+    if constexpr (wide) {
+        for (; x + widest <= width; x += widest)
+            step(pixels_of<widest>{}, x);
+        if (widest > 16 && x < width) {
+            step(pixels_of<16>{}, x);
+            x += 16;
+        }
+    } else {
+        unsigned left = static_cast<unsigned>(width);
+        do {
+            step(pixels_of<16>{}, x);
+            x += 16;
+        } while (again(left, 16));
+    }
+    return x;
 }
 
 // ---- Rows of single bytes ----------------------------------------------------------------------

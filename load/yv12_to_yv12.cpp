@@ -45,10 +45,10 @@ bool rows_wide_if_regular(const plane &p, int step, int dst_bytes, Row row) {
 template <class Map>
 void map_plane(plane p, Map map) {
     p.src_pitch = p.width;
-    if (rows_wide_if_regular(p, 8, p.width,
-                             [&](auto put, unsigned char *to, const unsigned char *from) {
-                                 map_row<decltype(put)>(to, from, p.width, map);
-                             }))
+    if (rows_wide_if_regular(
+            p, 8, p.width,
+            [&](auto put, unsigned char *to, const unsigned char *from)
+                LUMALANE_INLINE_LAMBDA { map_row<decltype(put)>(to, from, p.width, map); }))
         return;
     const int dst_rest = difference(p.dst_pitch, p.width);
     const unsigned char *src = p.src;
@@ -76,10 +76,10 @@ void loadimage_yv12_ajust(LUMALANE_PARAMETERS_picture) {
     const plane v{src_v, dst_v, width >> 1, height >> 1, src_pitch >> 1, dst_pitch >> 1};
     const plane u{src_u, dst_u, width >> 1, height >> 1, src_pitch >> 1, dst_pitch >> 1};
     with_adjustment([&](auto adjusted) {
-        map_plane(y, [=](auto a) { return adjusted.y(a); });
+        map_plane(y, [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.y(a); });
         // Deliberately crossed: V gets the offset of U, and U that of V.
-        map_plane(v, [=](auto a) { return adjusted.u(a); });
-        map_plane(u, [=](auto a) { return adjusted.v(a); });
+        map_plane(v, [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.u(a); });
+        map_plane(u, [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.v(a); });
     });
 }
 
@@ -97,13 +97,14 @@ LUMALANE_INLINE void halve_step(unsigned char *to, const unsigned char *from, co
 template <class Map>
 bool halve_wide_if_regular(const plane &p, const Map &map) {
     return rows_wide_if_regular(p, 16, p.width / 2,
-                                [&](auto put, unsigned char *to, const unsigned char *from) {
-                                    ptrdiff_t x = 0;
-                                    for (; x + 2 * widest <= p.width; x += 2 * widest)
-                                        put.put(to + x / 2, map(deal_odd<1, widest>(from + x)));
-                                    for (; x < p.width; x += 16)
-                                        halve_step(to + x / 2, from + x, map);
-                                });
+                                [&](auto put, unsigned char *to, const unsigned char *from)
+                                    LUMALANE_INLINE_LAMBDA {
+                                        ptrdiff_t x = 0;
+                                        for (; x + 2 * widest <= p.width; x += 2 * widest)
+                                            put.put(to + x / 2, map(deal_odd<1, widest>(from + x)));
+                                        for (; x < p.width; x += 16)
+                                            halve_step(to + x / 2, from + x, map);
+                                    });
 }
 
 template <class Map>
@@ -159,9 +160,9 @@ void loadimage_half_yv12_ajust(LUMALANE_PARAMETERS_picture) {
     const plane v{src_v, dst_v, width >> 1, height >> 1, src_pitch >> 1, dst_pitch >> 1};
     const plane u{src_u, dst_u, width >> 1, height >> 1, src_pitch >> 1, dst_pitch >> 1};
     with_adjustment([&](auto adjusted) {
-        halve_luma(y, [=](auto a) { return adjusted.y(a); });
-        halve_chroma(v, [=](auto a) { return adjusted.v(a); });
-        halve_chroma(u, [=](auto a) { return adjusted.u(a); });
+        halve_luma(y, [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.y(a); });
+        halve_chroma(v, [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.v(a); });
+        halve_chroma(u, [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.u(a); });
     });
 }
 
@@ -229,7 +230,7 @@ void copy_stepwise(const picture &p) {
 // what lies beyond the last upper row stays. Of the U plane the upper half ends under the V plane.
 void copy_wide(const picture &p) {
     const copied_planes to(p);
-    const auto as_it_is = [](auto a) { return a; };
+    const auto as_it_is = [](auto a) LUMALANE_INLINE_LAMBDA { return a; };
     const ptrdiff_t width = p.width, passes = p.height / 2, upper_end = passes * width;
     const ptrdiff_t src_step = width + to.src_rest + to.dst_rest;
     for (ptrdiff_t pass = 0; pass < passes; ++pass) {

@@ -22,20 +22,19 @@ struct chroma_halves {
 };
 
 template <int n>
-LUMALANE_INLINE chroma_halves<n> average_round_up(chroma_halves<n> a, chroma_halves<n> b) {
-    return {average_round_up(a.uv, b.uv)};
+LUMALANE_INLINE chroma_halves<n> average(chroma_halves<n> a, chroma_halves<n> b) {
+    return {average(a.uv, b.uv)};
 }
 
 template <int n, int bias>
-LUMALANE_INLINE chroma_samples<n, bias> average_round_up(chroma_samples<n, bias> a,
-                                                         chroma_samples<n, bias> b) {
-    return {average_round_up(a.u, b.u), average_round_up(a.v, b.v)};
+LUMALANE_INLINE chroma_samples<n, bias> average(chroma_samples<n, bias> a,
+                                                chroma_samples<n, bias> b) {
+    return {average(a.u, b.u), average(a.v, b.v)};
 }
 
 template <int n, int bias>
-LUMALANE_INLINE luma_samples<n, bias> average_round_up(luma_samples<n, bias> a,
-                                                       luma_samples<n, bias> b) {
-    return {average_round_up(a.even, b.even), average_round_up(a.odd, b.odd)};
+LUMALANE_INLINE luma_samples<n, bias> average(luma_samples<n, bias> a, luma_samples<n, bias> b) {
+    return {average(a.even, b.even), average(a.odd, b.odd)};
 }
 
 // The ways from rows to a new one. `row(k)` is a group of samples of the row k rows below.
@@ -50,7 +49,7 @@ struct the_row_itself {
 struct average_below {
     template <class Row>
     LUMALANE_INLINE auto operator()(const Row &row) const {
-        return average_round_up(row(0), row(1));
+        return average(row(0), row(1));
     }
 };
 
@@ -194,7 +193,7 @@ struct made_rows {
 
     template <int parts, int pixels>
     LUMALANE_INLINE chroma_pairs<pixels> load_chroma(chroma_halves<pixels> made) const {
-        return {deal_pairs<parts>(made.uv)};
+        return {deal_halves<parts>(made.uv)};
     }
 
     template <int parts, int pixels, class Shared>

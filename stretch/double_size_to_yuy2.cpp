@@ -16,7 +16,7 @@ LUMALANE_INLINE doubled<n> double_luma(const unsigned char *y) {
 template <int n>
 LUMALANE_INLINE doubled<n> double_chroma(const unsigned char *uv) {
     const bytes<n> own = deal_pixels<4, n>(uv);
-    return interleave_pairs(own, average_round_up(own, deal_pixels<4, n>(uv + 2)));
+    return interleave_pairs(own, average(own, deal_pixels<4, n>(uv + 2)));
 }
 
 // Deliberately the second 8 bytes of every 64 are luma alone, that of the first 8 of their pixels.
@@ -123,17 +123,16 @@ LUMALANE_INLINE void double_pair(unsigned char *to, ptrdiff_t dst_pitch, const p
     const doubled<n> lower = double_luma<n>(lines.lower + x);
     const doubled<n> chroma = double_chroma<n>(lines.chroma + x);
     put_doubled<Put>(to, upper, chroma);
-    put_doubled<Put>(to + dst_pitch, average_round_up(upper, lower), chroma);
+    put_doubled<Put>(to + dst_pitch, average(upper, lower), chroma);
     if constexpr (last) {
         put_doubled<Put>(to + 2 * dst_pitch, lower, chroma);
         put_doubled<Put>(to + 3 * dst_pitch, lower, chroma);
     } else {
         const doubled<n> next = double_luma<n>(lines.next + x);
-        const doubled<n> between =
-            average_round_up(chroma, double_chroma<n>(lines.next_chroma + x));
+        const doubled<n> between = average(chroma, double_chroma<n>(lines.next_chroma + x));
         put_doubled<Put>(to + 2 * dst_pitch, lower,
                          row_2 == chroma_of_row_2::between ? between : chroma);
-        put_doubled<Put>(to + 3 * dst_pitch, average_round_up(lower, next), between);
+        put_doubled<Put>(to + 3 * dst_pitch, average(lower, next), between);
     }
 }
 
@@ -242,7 +241,7 @@ void double_packed_stepwise(const packed_picture p, const Source source) {
         doubled<16> chroma = double_chroma_step(from, 0, at_edge);
         doubled<16> upper = next_row(), lower = next_row();
         put_doubled<cached>(to, upper, chroma);
-        put_doubled<cached>(to + dst_pitch, average_round_up(upper, lower), chroma);
+        put_doubled<cached>(to + dst_pitch, average(upper, lower), chroma);
         put_doubled<cached>(to + 2 * dst_pitch, lower, chroma);
         to += 4 * dst_pitch;
         const auto next_pair = [&] {
@@ -250,11 +249,11 @@ void double_packed_stepwise(const packed_picture p, const Source source) {
             chroma = double_chroma_step(from, 0, at_edge);
             upper = next_row();
             put_doubled<cached>(to, upper, chroma);
-            put_doubled<cached>(to - dst_pitch, average_round_up(lower, upper),
-                                average_round_up(chroma_above, chroma));
+            put_doubled<cached>(to - dst_pitch, average(lower, upper),
+                                average(chroma_above, chroma));
             lower = next_row();
             put_doubled<cached>(to + 2 * dst_pitch, lower, chroma);
-            put_doubled<cached>(to + dst_pitch, average_round_up(upper, lower), chroma);
+            put_doubled<cached>(to + dst_pitch, average(upper, lower), chroma);
         };
         int left = p.height - 4;
         do {

@@ -10,9 +10,9 @@ template <int n>
 using doubled = woven<2, n>;
 
 template <int count, int n>
-LUMALANE_INLINE woven<count, n> average_round_up(woven<count, n> a, const woven<count, n> &b) {
+LUMALANE_INLINE woven<count, n> average(woven<count, n> a, const woven<count, n> &b) {
     for (int i = 0; i < count; ++i)
-        a.part[i] = average_round_up(a.part[i], b.part[i]);
+        a.part[i] = average(a.part[i], b.part[i]);
     return a;
 }
 
@@ -20,7 +20,7 @@ LUMALANE_INLINE woven<count, n> average_round_up(woven<count, n> a, const woven<
 template <int parts, int n>
 LUMALANE_INLINE doubled<n> double_samples(const unsigned char *from) {
     const bytes<n> own = deal_pixels<parts, n>(from);
-    return interleave(own, average_round_up(own, deal_pixels<parts, n>(from + 1)));
+    return interleave(own, average(own, deal_pixels<parts, n>(from + 1)));
 }
 
 // ---- Lines -------------------------------------------------------------------------------------

@@ -53,7 +53,7 @@ private:
 
     template <int direction, int n, class Row>
     LUMALANE_INLINE static bytes<n> average_along(const Row &row, bytes<n> best) {
-        const bytes<n> here = average_round_up(row(0, direction - 2), row(1, 2 - direction));
+        const bytes<n> here = average(row(0, direction - 2), row(1, 2 - direction));
         if constexpr (direction + 1 < directions)
             return select(average_along<direction + 1>(row, best), here,
                           equal(best, fill_bytes<n>(direction)));
@@ -63,10 +63,10 @@ private:
 
     template <int n, class Row>
     LUMALANE_INLINE static bytes<n> between(const Row &row, bytes<n> upper) {
-        const bytes<n> down = average_round_up(upper, row(1));
+        const bytes<n> down = average(upper, row(1));
         const costs<n> down_costs = cost<n>(row, straight_down);
         const bytes<n> edges = groups_above(down_costs.even, 8 * flat);
-        if (!any(edges))
+        if (all_zero(edges))
             return down;
         const costs<n> found = smallest<0>(row, down_costs);
         const words<n / 2> direction = fill_words<n / 2>(7);

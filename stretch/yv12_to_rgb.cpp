@@ -57,18 +57,18 @@ void strips_stepwise(const picture p, const Stretch stretched, Again more) {
         do {
             put_row(upper, chroma);
             const auto lower = next_y();
-            put_row(average_round_up(upper, lower), chroma);
+            put_row(average(upper, lower), chroma);
             const auto next = next_chroma();
-            const auto between = average_round_up(chroma, next);
+            const auto between = average(chroma, next);
             put_row(lower, between);
             upper = next_y();
-            put_row(average_round_up(lower, upper), between);
+            put_row(average(lower, upper), between);
             chroma = next;
             left -= 2;
         } while (left > 0);
         put_row(upper, chroma);
         const auto last = next_y();
-        put_row(average_round_up(upper, last), chroma);
+        put_row(average(upper, last), chroma);
         put_row(last, chroma);
         put_row(last, chroma);
 

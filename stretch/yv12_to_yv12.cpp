@@ -75,7 +75,7 @@ void stretch_stepwise(const stretched_plane<times> p, const Map map) {
             const bytes<16> upper = widened<times>(from + x, at_edge);
             const bytes<16> lower = widened<times>(from + x + p.src_pitch, at_edge);
             store(to + times * x, map(upper));
-            store(to + times * x + p.dst_pitch, map(average_round_up(upper, lower)));
+            store(to + times * x + p.dst_pitch, map(average(upper, lower)));
         }
         if (beyond != 0) {
             // Deliberately never wider, and both pointers go back by as much.
@@ -83,7 +83,7 @@ void stretch_stepwise(const stretched_plane<times> p, const Map map) {
             unsigned char *const end_to = to + times * whole + beyond - 16;
             const bytes<16> upper = load<16>(end_from), lower = load<16>(end_from + p.src_pitch);
             store(end_to, map(upper));
-            store(end_to + p.dst_pitch, map(average_round_up(upper, lower)));
+            store(end_to + p.dst_pitch, map(average(upper, lower)));
         }
         from += p.to_next_row();
         to += 2 * p.dst_pitch;
@@ -130,7 +130,7 @@ LUMALANE_INLINE const unsigned char *put_pairs(unsigned char *to, ptrdiff_t dst_
         const unsigned char *const lower = row(pair + 1);
         in_groups(columns, [&]<int n>(int x) {
             const auto above = widened_group<times, n>(upper + x);
-            const auto between = average_round_up(above, widened_group<times, n>(lower + x));
+            const auto between = average(above, widened_group<times, n>(lower + x));
             put_mapped<Put>(to + times * x, above, map);
             put_mapped<Put>(to + times * x + dst_pitch, between, map);
         });
@@ -280,7 +280,7 @@ void double_stepwise(const plane &p) {
         for (int row = 1; row < p.height; ++row) {
             const bytes<16> lower = doubled_row(row);
             store(row_to, upper);
-            store(row_to + p.dst_pitch, average_round_up(upper, lower));
+            store(row_to + p.dst_pitch, average(upper, lower));
             upper = lower;
             row_to += 2 * p.dst_pitch;
         }

@@ -58,6 +58,8 @@ struct results {
     }
 };
 
+constexpr int interesting_bytes[] = {0,  1,  2,  3,  4,  5,  6,  7,  8,   9,
+                                     10, 11, 12, 13, 14, 15, 16, 17, 128, 255};
 constexpr int interesting_words[] = {
     0,      1,      2,      3,      63,     64,     127,    128,    255,    256,    1023,   0x3fff,
     0x4000, 0x7ffe, 0x7fff, 0x8000, 0x8001, 0xbfff, 0xc000, 0xff00, 0xff01, 0xff80, 0xfffe, 0xffff};
@@ -65,9 +67,16 @@ constexpr int interesting_words[] = {
 class comparison {
 public:
     comparison(const operation &o, const operation &defined) : tested(o), definition(defined) {
-        at_byte_pairs();
-        if (tested.operands > 1)
+        if (tested.operands == 1)
+            at_words();
+        else
             at_interesting_words();
+        if (tested.operands < 3)
+            at_byte_pairs(0);
+        else
+            for (const int third : interesting_bytes)
+                at_byte_pairs(third);
+        at_single_bits();
         at_random();
     }
 
@@ -75,19 +84,47 @@ public:
     std::optional<operands> difference; // the first
 
 private:
-    // Every pair of bytes in every lane: of one operand the two bytes of a word, of more operands
-    // one byte of the first and one of the second.
-    void at_byte_pairs() {
-        operands in = random_operands();
-        for (int pair = 0; pair < 65536; ++pair) {
+    // Every word in every lane.
+    void at_words() {
+        operands in;
+        for (int word = 0; word < 65536; ++word) {
             for (int lane = 0; lane < words_of(0); ++lane)
-                if (tested.operands == 1) {
-                    set_word(in, 0, lane, pair + lane * 0x1235);
-                } else {
-                    set_word(in, 0, lane, (pair + lane * 37) % 256 * 0x0101);
-                    set_word(in, 1, lane, (pair / 256 + lane * 91) % 256 * 0x0101);
-                }
+                set_word(in, 0, lane, word + lane * 0x1235);
             compare(in);
+        }
+    }
+
+    // Every pair of bytes in every lane of the first operand and the second; in neighbouring words
+    // of an only one.
+    void at_byte_pairs(int third) {
+        operands in;
+        if (tested.operands > 2)
+            for (int lane = 0; lane < words_of(2); ++lane)
+                set_word(in, 2, lane, third * 0x0101);
+        for (int pair = 0; pair < 65536; ++pair) {
+            const auto second = [&](int lane) { return (pair / 256 + lane * 91) % 256 * 0x0101; };
+            for (int lane = 0; lane < words_of(0); ++lane)
+                set_word(in, 0, lane, (pair + lane * 37) % 256 * 0x0101);
+            if (tested.operands > 1)
+                for (int lane = 0; lane < words_of(1); ++lane)
+                    set_word(in, 1, lane, second(lane));
+            else
+                for (int lane = 1; lane < words_of(0); lane += 2)
+                    set_word(in, 0, lane, second(lane));
+            compare(in);
+        }
+    }
+
+    // Zeros, and every single bit.
+    void at_single_bits() {
+        operands in{};
+        compare(in);
+        for (unsigned char &byte : in.memory) {
+            for (int bit = 0; bit < 8; ++bit) {
+                byte = static_cast<unsigned char>(1 << bit);
+                compare(in);
+            }
+            byte = 0;
         }
     }
 
@@ -194,21 +231,24 @@ INSTANTIATE_TEST_SUITE_P(lanes, operations_test, testing::ValuesIn(sets_to_compa
 class weavings_test : public tests::on_each_lane_set {};
 
 TEST_P(weavings_test, leave_in_memory_order) {
+    constexpr unsigned char untouched = 0xa5;
     differential::random random(1);
     for (const tests::weaving &w : probe_of(GetParam()).weavings)
         for (int i = 0; i < 1000; ++i) {
-            std::vector<unsigned char> planes(w.planes * w.samples);
+            std::vector<unsigned char> planes(w.channels * w.samples);
             for (unsigned char &sample : planes)
                 sample = static_cast<unsigned char>(random.next());
-            std::vector<unsigned char> expected, woven(w.pixels * w.bytes_per_pixel);
-            for (int pixel = 0; pixel < w.pixels; ++pixel)
-                for (int byte = 0; byte < w.bytes_per_pixel; ++byte)
-                    expected.push_back(byte < w.planes
-                                           ? planes[byte * w.samples + pixel * w.samples / w.pixels]
-                                           : 0);
+            const int size = w.pixels * w.bytes_per_pixel;
+            std::vector<unsigned char> expected(size + 64, untouched), woven = expected;
+            for (int at = 0; at < size; ++at) {
+                const int pixel = at / w.bytes_per_pixel, channel = at % w.bytes_per_pixel;
+                if (at % 32 >= w.left_out)
+                    expected[at] =
+                        channel < w.channels ? planes[channel * w.samples + w.sample_of(pixel)] : 0;
+            }
             w.run(woven.data(), planes.data());
-            ASSERT_EQ(woven, expected)
-                << w.name << ", " << w.pixels << " pixels of " << w.bytes_per_pixel << " bytes";
+            ASSERT_EQ(woven, expected) << w.deal << ", " << w.weave << ", " << w.pixels
+                                       << " pixels of " << w.bytes_per_pixel << " bytes";
         }
 }
 
@@ -234,13 +274,14 @@ TEST(vocabulary, is_probed_whole) {
     for (const operation &o : probe.operations)
         probed += std::string(o.name) + ' ';
     for (const tests::weaving &w : probe.weavings)
-        probed += std::string(w.name) + ' ';
+        probed += std::string(w.deal) + ' ' + w.weave + ' ';
     for (const std::string &name : names_in(probed, std::regex(R"((operator[^ ,]+|\w+))")))
         EXPECT_EQ(unprobed.erase(name), 1u) << name;
 
     // What the definitions share is no operation.
     EXPECT_EQ(unprobed,
-              (std::set<std::string>{"clamp", "each", "pixel_of_split_lane", "weave_channels"}));
+              (std::set<std::string>{"clamp", "each", "pixel_of_split_lane", "weave_channels"}))
+        << "The others need a line in tests/lanes/probe.cpp.";
 }
 
 } // namespace

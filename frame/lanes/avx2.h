@@ -72,14 +72,6 @@ LUMALANE_INLINE words<16> maximum(words<16> a, words<16> b) { return {_mm256_max
 
 LUMALANE_INLINE words<16> minimum(words<16> a, words<16> b) { return {_mm256_min_epi16(a.v, b.v)}; }
 
-LUMALANE_INLINE bytes<32> average_round_up(bytes<32> a, bytes<32> b) {
-    return {_mm256_avg_epu8(a.v, b.v)};
-}
-
-LUMALANE_INLINE words<16> average_round_up(words<16> a, words<16> b) {
-    return {_mm256_avg_epu16(a.v, b.v)};
-}
-
 LUMALANE_INLINE bytes<32> absolute_difference(bytes<32> a, bytes<32> b) {
     return {_mm256_or_si256(_mm256_subs_epu8(a.v, b.v), _mm256_subs_epu8(b.v, a.v))};
 }
@@ -150,8 +142,6 @@ LUMALANE_INLINE bytes<16> select(bytes<16> a, bytes<16> b, bytes<16> mask) {
 LUMALANE_INLINE bytes<32> select(bytes<32> a, bytes<32> b, bytes<32> mask) {
     return {_mm256_blendv_epi8(a.v, b.v, mask.v)};
 }
-
-LUMALANE_INLINE bool any(bytes<32> mask) { return _mm256_movemask_epi8(mask.v) != 0; }
 
 // ---- Between bytes and words -------------------------------------------------------------------
 
@@ -257,6 +247,53 @@ LUMALANE_INLINE words<16> average_couples_of_pairs(bytes<32> a) {
     return {_mm256_or_si256(lower, _mm256_slli_epi32(upper, 8))};
 }
 
+LUMALANE_INLINE words<16> second_pairs(bytes<32> a) {
+    const __m256i lower =
+        _mm256_and_si256(_mm256_srli_epi32(a.v, 16), _mm256_set1_epi32(0x000000ff));
+    const __m256i upper =
+        _mm256_and_si256(_mm256_srli_epi32(a.v, 8), _mm256_set1_epi32(0x00ff0000));
+    return {_mm256_or_si256(lower, upper)};
+}
+
+// ---- Blending ----------------------------------------------------------------------------------
+
+LUMALANE_INLINE bytes<32> average(bytes<32> a, bytes<32> b) { return {_mm256_avg_epu8(a.v, b.v)}; }
+
+LUMALANE_INLINE words<16> average(words<16> a, words<16> b) { return {_mm256_avg_epu16(a.v, b.v)}; }
+
+LUMALANE_INLINE bool all_zero(bytes<32> a) { return _mm256_testz_si256(a.v, a.v); }
+
+// A multiply-add of bytes makes both products and their sum.
+LUMALANE_INLINE bytes<32> blend(bytes<32> below, bytes<32> above, bytes<32> weight) {
+    const __m256i w = _mm256_min_epu8(weight.v, _mm256_set1_epi8(16));
+    const __m256i rest = _mm256_sub_epi8(_mm256_set1_epi8(16), w);
+    const __m256i low =
+        _mm256_maddubs_epi16(_mm256_unpacklo_epi8(below.v, above.v), _mm256_unpacklo_epi8(rest, w));
+    const __m256i high =
+        _mm256_maddubs_epi16(_mm256_unpackhi_epi8(below.v, above.v), _mm256_unpackhi_epi8(rest, w));
+    return {_mm256_packus_epi16(_mm256_srli_epi16(low, 4), _mm256_srli_epi16(high, 4))};
+}
+
+LUMALANE_INLINE __m128i blend_low(__m128i below, __m128i above, __m128i rest, __m128i weight) {
+    return _mm_srli_epi16(
+        _mm_maddubs_epi16(_mm_unpacklo_epi8(below, above), _mm_unpacklo_epi8(rest, weight)), 4);
+}
+
+LUMALANE_INLINE bytes<8> blend(bytes<8> below, bytes<8> above, bytes<8> weight) {
+    const __m128i w = _mm_min_epu8(weight.v, _mm_set1_epi8(16));
+    const __m128i rest = _mm_sub_epi8(_mm_set1_epi8(16), w);
+    const __m128i words = blend_low(below.v, above.v, rest, w);
+    return {_mm_packus_epi16(words, words)};
+}
+
+LUMALANE_INLINE bytes<16> blend(bytes<16> below, bytes<16> above, bytes<16> weight) {
+    const __m128i w = _mm_min_epu8(weight.v, _mm_set1_epi8(16));
+    const __m128i rest = _mm_sub_epi8(_mm_set1_epi8(16), w);
+    const auto upper = [](__m128i a) { return _mm_unpackhi_epi64(a, a); };
+    return {_mm_packus_epi16(blend_low(below.v, above.v, rest, w),
+                             blend_low(upper(below.v), upper(above.v), upper(rest), upper(w)))};
+}
+
 // ---- Pixels ------------------------------------------------------------------------------------
 
 // Byte shuffles of a split block. In 3-byte pixels, channel c of pixel p goes to byte 3p + c of 48:
@@ -267,6 +304,9 @@ struct shuffles {
     alignas(16) unsigned char pixel_order[16]; // the 16 pixels, no longer split
     // For 1 to 4 parts: 16 chroma samples, in both blocks, to dealt words.
     alignas(32) unsigned char chroma[4][32];
+    alignas(32) unsigned char upper_chroma[4][32]; // in the upper bytes of the words
+    alignas(16) unsigned char repeat_odd[16];
+    alignas(16) unsigned char swap_couples[16];
     alignas(16) unsigned char channel[3][16];
     alignas(16) unsigned char every_third[3][16]; // 0xff at bytes m with m % 3 == 0, 1, 2
 };
@@ -276,6 +316,8 @@ constexpr shuffles make_shuffles() {
     for (int m = 0; m < 16; ++m) {
         const auto split_lane = [](int pixel) { return pixel / 2 + pixel % 2 * 8; };
         s.pixel_order[m] = static_cast<unsigned char>(split_lane(m));
+        s.repeat_odd[m] = static_cast<unsigned char>(m | 1);
+        s.swap_couples[m] = static_cast<unsigned char>(m ^ 1);
         for (int c = 0; c < 3; ++c) {
             s.channel[c][m] = static_cast<unsigned char>(split_lane((m - c + 16) * 11 % 16));
             s.every_third[c][m] = m % 3 == c ? 0xff : 0;
@@ -288,6 +330,8 @@ constexpr shuffles make_shuffles() {
             const int sample = (2 * turn + block) * group + word % group;
             s.chroma[count - 1][2 * word] = static_cast<unsigned char>(sample);
             s.chroma[count - 1][2 * word + 1] = 0x80; // a zero
+            s.upper_chroma[count - 1][2 * word] = 0x80;
+            s.upper_chroma[count - 1][2 * word + 1] = static_cast<unsigned char>(sample);
         }
     }
     return s;
@@ -301,6 +345,16 @@ LUMALANE_INLINE bytes<16> shuffled(bytes<16> a, const unsigned char *by) {
 
 LUMALANE_INLINE bytes<32> shuffled(bytes<32> a, const unsigned char *by) {
     return {_mm256_shuffle_epi8(a.v, _mm256_broadcastsi128_si256(load<16>(by).v))};
+}
+
+template <int n>
+LUMALANE_INLINE bytes<n> repeat_odd(bytes<n> a) {
+    return shuffled(a, shuffle.repeat_odd);
+}
+
+template <int n>
+LUMALANE_INLINE bytes<n> swap_couples(bytes<n> a) {
+    return shuffled(a, shuffle.swap_couples);
 }
 
 LUMALANE_INLINE bytes<16> narrow_interleaved(words<8> a, words<8> b) {
@@ -378,14 +432,26 @@ LUMALANE_INLINE words<n> deal_chroma(const unsigned char *from) {
     }
 }
 
+template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_pairs(const unsigned char *u, const unsigned char *v) {
+    if constexpr (n == 16) {
+        return {_mm_unpacklo_epi8(load<8>(u).v, load<8>(v).v)};
+    } else {
+        const __m256i twice = _mm256_broadcastsi128_si256(load<16>(v).v);
+        const __m256i upper =
+            _mm256_shuffle_epi8(twice, load<32>(shuffle.upper_chroma[count - 1]).v);
+        return {_mm256_or_si256(deal_chroma<count, 16>(u).v, upper)};
+    }
+}
+
 template <int>
-LUMALANE_INLINE bytes<16> deal_pairs(bytes<16> halves) {
+LUMALANE_INLINE bytes<16> deal_halves(bytes<16> halves) {
     return shuffled(halves, shuffle.pixel_order);
 }
 
 // For 1 or 2 parts: runs of 8 or of 4 bytes of both halves go to the blocks in turn.
 template <int count>
-LUMALANE_INLINE bytes<32> deal_pairs(bytes<32> halves) {
+LUMALANE_INLINE bytes<32> deal_halves(bytes<32> halves) {
     static_assert(count <= 2);
     return shuffled(dealt < count == 1 ? 2 : 4 > (halves), shuffle.pixel_order);
 }

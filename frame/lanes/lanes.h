@@ -9,6 +9,7 @@
 #pragma once
 
 #define LUMALANE_INLINE [[gnu::always_inline]] inline
+#define LUMALANE_INLINE_LAMBDA __attribute__((always_inline)) // after the parameters
 
 #define LUMALANE_QUOTE(name) #name
 #define LUMALANE_LANES_HEADER(set) LUMALANE_QUOTE(set.h)

@@ -8,6 +8,8 @@
 // Left to the compiler here: loops over lanes all pulled into one function take it minutes.
 #undef LUMALANE_INLINE
 #define LUMALANE_INLINE inline
+#undef LUMALANE_INLINE_LAMBDA
+#define LUMALANE_INLINE_LAMBDA
 
 namespace lumalane::LUMALANE_LANES {
 
@@ -132,17 +134,6 @@ LUMALANE_INLINE words<n> minimum(words<n> a, words<n> b) {
 }
 
 template <int n>
-LUMALANE_INLINE bytes<n> average_round_up(bytes<n> a, bytes<n> b) {
-    return each(a, b, [](int x, int y) { return (x + y + 1) >> 1; });
-}
-
-// Of lanes that are not negative.
-template <int n>
-LUMALANE_INLINE words<n> average_round_up(words<n> a, words<n> b) {
-    return each(a, b, [](int x, int y) { return (x + y + 1) >> 1; });
-}
-
-template <int n>
 LUMALANE_INLINE bytes<n> absolute_difference(bytes<n> a, bytes<n> b) {
     return each(a, b, [](int x, int y) { return x < y ? y - x : x - y; });
 }
@@ -233,13 +224,35 @@ LUMALANE_INLINE bytes<n> select(bytes<n> a, bytes<n> b, bytes<n> mask) {
     return r;
 }
 
-// Whether a mask has any bit set.
+// Averages rounded up.
 template <int n>
-LUMALANE_INLINE bool any(bytes<n> mask) {
-    for (const unsigned char lane : mask.lane)
-        if (lane)
-            return true;
-    return false;
+LUMALANE_INLINE bytes<n> average(bytes<n> a, bytes<n> b) {
+    return each(a, b, [](int x, int y) { return (x + y + 1) >> 1; });
+}
+
+// The same of lanes that are not negative.
+template <int n>
+LUMALANE_INLINE words<n> average(words<n> a, words<n> b) {
+    return each(a, b, [](int x, int y) { return (x + y + 1) >> 1; });
+}
+
+template <int n>
+LUMALANE_INLINE bool all_zero(bytes<n> a) {
+    int any = 0;
+    for (int i = 0; i < n; ++i)
+        any |= a.lane[i];
+    return any == 0;
+}
+
+// (below * (16 - weight) + above * weight) / 16, truncated; weights of more than 16 count as 16.
+template <int n>
+LUMALANE_INLINE bytes<n> blend(bytes<n> below, bytes<n> above, bytes<n> weight) {
+    bytes<n> r;
+    for (int i = 0; i < n; ++i) {
+        const int w = weight.lane[i] < 16 ? weight.lane[i] : 16;
+        r.lane[i] = static_cast<unsigned char>((below.lane[i] * (16 - w) + above.lane[i] * w) >> 4);
+    }
+    return r;
 }
 
 // ---- Between bytes and words -------------------------------------------------------------------
@@ -364,6 +377,18 @@ LUMALANE_INLINE bytes<2 * n> groups_above(words<n> a, int limit) {
     return r;
 }
 
+// Lane 2i + 1 in place of lane 2i as well.
+template <int n>
+LUMALANE_INLINE bytes<n> repeat_odd(bytes<n> a) {
+    return join(odd(a), odd(a));
+}
+
+// Lanes 2i and 2i + 1 exchanged.
+template <int n>
+LUMALANE_INLINE bytes<n> swap_couples(bytes<n> a) {
+    return join(odd(a), even(a));
+}
+
 // Averages of lanes 2i and 2i + 1, rounded up.
 template <int n>
 LUMALANE_INLINE words<n / 2> average_couples(bytes<n> a) {
@@ -381,6 +406,15 @@ LUMALANE_INLINE words<n / 2> average_couples_of_pairs(bytes<n> a) {
         const int first = i / 2 * 4 + i % 2;
         r.lane[i] = static_cast<short>((a.lane[first] + a.lane[first + 2] + 1) >> 1);
     }
+    return r;
+}
+
+// Lanes 4i + 2 and 4i + 3: of couples of pairs the second.
+template <int n>
+LUMALANE_INLINE words<n / 2> second_pairs(bytes<n> a) {
+    words<n / 2> r;
+    for (int i = 0; i < n / 2; ++i)
+        r.lane[i] = a.lane[i / 2 * 4 + 2 + i % 2];
     return r;
 }
 
@@ -423,9 +457,15 @@ LUMALANE_INLINE words<n> deal_chroma(const unsigned char *from) {
     return widen(load<n>(from));
 }
 
+// The samples of U and V in turn, dealt like their pixels.
+template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_pairs(const unsigned char *u, const unsigned char *v) {
+    return join(deal_chroma<count, n / 2>(u), deal_chroma<count, n / 2>(v));
+}
+
 // Lanes of the lower and of the upper half in turn, dealt like pixels.
 template <int count, int n>
-LUMALANE_INLINE bytes<n> deal_pairs(bytes<n> halves) {
+LUMALANE_INLINE bytes<n> deal_halves(bytes<n> halves) {
     bytes<n> r;
     for (int i = 0; i < n; ++i)
         r.lane[i] = halves.lane[i / 2 + i % 2 * (n / 2)];

@@ -102,14 +102,6 @@ LUMALANE_INLINE words<8> maximum(words<8> a, words<8> b) { return {_mm_max_epi16
 
 LUMALANE_INLINE words<8> minimum(words<8> a, words<8> b) { return {_mm_min_epi16(a.v, b.v)}; }
 
-LUMALANE_INLINE bytes<16> average_round_up(bytes<16> a, bytes<16> b) {
-    return {_mm_avg_epu8(a.v, b.v)};
-}
-
-LUMALANE_INLINE words<8> average_round_up(words<8> a, words<8> b) {
-    return {_mm_avg_epu16(a.v, b.v)};
-}
-
 LUMALANE_INLINE bytes<16> absolute_difference(bytes<16> a, bytes<16> b) {
     return {_mm_or_si128(_mm_subs_epu8(a.v, b.v), _mm_subs_epu8(b.v, a.v))};
 }
@@ -165,8 +157,6 @@ LUMALANE_INLINE bytes<16> select(bytes<16> a, bytes<16> b, bytes<16> mask) {
     return {_mm_or_si128(_mm_andnot_si128(mask.v, a.v), _mm_and_si128(mask.v, b.v))};
 }
 #endif
-
-LUMALANE_INLINE bool any(bytes<16> mask) { return _mm_movemask_epi8(mask.v) != 0; }
 
 // ---- Between bytes and words -------------------------------------------------------------------
 
@@ -253,6 +243,14 @@ LUMALANE_INLINE bytes<16> groups_above(words<8> a, int limit) {
     return {_mm_cmpgt_epi32(_mm_slli_epi32(a.v, 16), _mm_set1_epi32(limit << 16))};
 }
 
+#ifndef LUMALANE_WIDER_LANES
+LUMALANE_INLINE bytes<16> repeat_odd(bytes<16> a) { return join(odd(a), odd(a)); }
+
+LUMALANE_INLINE bytes<16> swap_couples(bytes<16> a) {
+    return {_mm_or_si128(_mm_srli_epi16(a.v, 8), _mm_slli_epi16(a.v, 8))};
+}
+#endif
+
 LUMALANE_INLINE words<8> average_couples(bytes<16> a) {
     return {_mm_avg_epu16(even(a).v, odd(a).v)};
 }
@@ -264,6 +262,47 @@ LUMALANE_INLINE words<8> average_couples_of_pairs(bytes<16> a) {
     const __m128i upper = _mm_and_si128(averages, _mm_set1_epi32(0x0000ff00));
     return {_mm_or_si128(lower, _mm_slli_epi32(upper, 8))};
 }
+
+LUMALANE_INLINE words<8> second_pairs(bytes<16> a) {
+    const __m128i lower = _mm_and_si128(_mm_srli_epi32(a.v, 16), _mm_set1_epi32(0x000000ff));
+    const __m128i upper = _mm_and_si128(_mm_srli_epi32(a.v, 8), _mm_set1_epi32(0x00ff0000));
+    return {_mm_or_si128(lower, upper)};
+}
+
+// ---- Blending ----------------------------------------------------------------------------------
+
+LUMALANE_INLINE bytes<16> average(bytes<16> a, bytes<16> b) { return {_mm_avg_epu8(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<8> average(bytes<8> a, bytes<8> b) { return {_mm_avg_epu8(a.v, b.v)}; }
+
+LUMALANE_INLINE words<8> average(words<8> a, words<8> b) { return {_mm_avg_epu16(a.v, b.v)}; }
+
+LUMALANE_INLINE bool all_zero(bytes<16> a) {
+    return _mm_movemask_epi8(_mm_cmpeq_epi8(a.v, _mm_setzero_si128())) == 0xffff;
+}
+
+LUMALANE_INLINE bool all_zero(bytes<8> a) {
+    return all_zero(bytes<16>{_mm_unpacklo_epi64(a.v, a.v)});
+}
+
+#ifndef LUMALANE_WIDER_LANES
+// below + (above - below) * weight / 16, the division of the whole.
+LUMALANE_INLINE words<8> blend_words(words<8> below, words<8> above, words<8> weight) {
+    const words<8> moved = multiply_low(subtract(above, below), weight);
+    return shift_right_logical<4>(add(shift_left<4>(below), moved));
+}
+
+LUMALANE_INLINE bytes<16> blend(bytes<16> below, bytes<16> above, bytes<16> weight) {
+    const bytes<16> w = {_mm_min_epu8(weight.v, _mm_set1_epi8(16))};
+    return narrow_saturate(blend_words(widen_low(below), widen_low(above), widen_low(w)),
+                           blend_words(widen_high(below), widen_high(above), widen_high(w)));
+}
+
+LUMALANE_INLINE bytes<8> blend(bytes<8> below, bytes<8> above, bytes<8> weight) {
+    const bytes<8> w = {_mm_min_epu8(weight.v, _mm_set1_epi8(16))};
+    return narrow_saturate(blend_words(widen(below), widen(above), widen(w)));
+}
+#endif
 
 // ---- Pixels ------------------------------------------------------------------------------------
 
@@ -289,6 +328,11 @@ LUMALANE_INLINE words<n> deal_chroma(const unsigned char *from) {
 }
 
 template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_pairs(const unsigned char *u, const unsigned char *v) {
+    return {_mm_unpacklo_epi8(load<n / 2>(u).v, load<n / 2>(v).v)};
+}
+
+template <int count, int n>
 LUMALANE_INLINE bytes<n> deal_even(const unsigned char *from) {
     return narrow_saturate(even(load<16>(from)), even(load<16>(from + 16)));
 }
@@ -301,7 +345,7 @@ LUMALANE_INLINE bytes<n> deal_odd(const unsigned char *from) {
 
 #ifndef LUMALANE_WIDER_LANES
 template <int>
-LUMALANE_INLINE bytes<16> deal_pairs(bytes<16> halves) {
+LUMALANE_INLINE bytes<16> deal_halves(bytes<16> halves) {
     return {_mm_unpacklo_epi8(halves.v, _mm_unpackhi_epi64(halves.v, halves.v))};
 }
 #endif

@@ -18,6 +18,10 @@ drawn_call draw_parameters(random &, const char *name, void (*on_model)(model::m
 drawn_call draw_mix(random &, const char *name,
                     void (*on_model)(model::memory &, LUMALANE_PARAMETERS_mix),
                     void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_mix));
+// Of those, the mixes of a subpicture over the video.
+drawn_call draw_video_mix(random &, const char *name,
+                          void (*on_model)(model::memory &, LUMALANE_PARAMETERS_mix),
+                          void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_mix));
 drawn_call draw_key_fill(random &, const char *name,
                          void (*on_model)(model::memory &, LUMALANE_PARAMETERS_key_fill),
                          void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_key_fill));

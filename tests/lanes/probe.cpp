@@ -1,5 +1,5 @@
-// The probe of the lane set that this file is being compiled for. An operation that the vocabulary
-// gains is one more line of add_operations() or add_weavings().
+// The probe of the lane set that this file is being compiled for. What the vocabulary gains is one
+// more line of add_operations() or add_weavings(), or one more source for the weaves.
 #include "tests/lanes/probe.h"
 
 #include "frame/sinks.h"
@@ -11,16 +11,19 @@ namespace {
 // ---- Vectors in memory -------------------------------------------------------------------------
 
 template <class T>
-constexpr tests::lane_type type_of;
-template <int n>
-constexpr tests::lane_type type_of<bytes<n>> = {1, n};
-template <int n>
-constexpr tests::lane_type type_of<words<n>> = {2, n};
-template <>
-constexpr tests::lane_type type_of<short> = {2, 1};
+struct in_memory;
 
-template <class T>
-struct in_memory {
+// May be smaller in memory than in the register.
+template <int n>
+struct in_memory<bytes<n>> {
+    static constexpr tests::lane_type type = {1, n};
+    static bytes<n> load(const unsigned char *from) { return LUMALANE_LANES::load<n>(from); }
+    static void store(unsigned char *to, bytes<n> value) { LUMALANE_LANES::store(to, value); }
+};
+
+template <class T, int lanes>
+struct words_in_memory {
+    static constexpr tests::lane_type type = {2, lanes};
     static T load(const unsigned char *from) {
         T value;
         __builtin_memcpy(&value, from, sizeof value);
@@ -28,35 +31,34 @@ struct in_memory {
     }
     static void store(unsigned char *to, T value) { __builtin_memcpy(to, &value, sizeof value); }
 };
-
-// May be smaller in memory than the register.
 template <int n>
-struct in_memory<bytes<n>> {
-    static bytes<n> load(const unsigned char *from) { return LUMALANE_LANES::load<n>(from); }
-    static void store(unsigned char *to, bytes<n> value) { LUMALANE_LANES::store(to, value); }
-};
+struct in_memory<words<n>> : words_in_memory<words<n>, n> {};
+template <>
+struct in_memory<short> : words_in_memory<short, 1> {};
 
 template <class T>
 T load_next(const unsigned char *&from) {
     const unsigned char *const here = from;
-    from += type_of<T>.bytes_per_lane * type_of<T>.lanes;
+    from += in_memory<T>::type.bytes_per_lane * in_memory<T>::type.lanes;
     return in_memory<T>::load(here);
 }
 
 // ---- Operations --------------------------------------------------------------------------------
 
 // Constructed from operands in braces, which are evaluated in their order.
-template <class Operation, class Result>
-struct outcome {
-    Result result;
-
-    template <class... Operands>
-    explicit outcome(Operands... operands) : result(Operation{}(operands...)) {}
+struct call {
+    template <class Operation, class... Operands>
+    call(Operation operation, Operands... operands) {
+        operation(operands...);
+    }
 };
 
 template <class Operation, class Result, class... Operands>
 void run_operation(unsigned char *to, const unsigned char *from) {
-    in_memory<Result>::store(to, outcome<Operation, Result>{load_next<Operands>(from)...}.result);
+    const auto store_result = [to](Operands... operands) {
+        in_memory<Result>::store(to, Operation{}(operands...));
+    };
+    call{store_result, load_next<Operands>(from)...};
 }
 
 template <class Entry, int capacity>
@@ -69,7 +71,11 @@ struct operation_adder {
     tests::probe &probe;
 
     template <class Operation>
-    constexpr void operator()(const char *name, Operation, int immediate = 0) const {
+    constexpr void operator()(const char *name, Operation) const {
+        add(name, 0, &Operation::operator());
+    }
+    template <class Operation>
+    constexpr void operator()(const char *name, int immediate, Operation) const {
         add(name, immediate, &Operation::operator());
     }
 
@@ -79,9 +85,9 @@ private:
                        Result (Operation::*)(Operands...) const) const {
         append(probe.operations, {name,
                                   immediate,
-                                  type_of<Result>,
+                                  in_memory<Result>::type,
                                   sizeof...(Operands),
-                                  {type_of<Operands>...},
+                                  {in_memory<Operands>::type...},
                                   run_operation<Operation, Result, Operands...>});
     }
 };
@@ -91,6 +97,18 @@ constexpr void for_each_count(Body body) {
     body.template operator()<first>();
     if constexpr (first < last)
         for_each_count<first + 1, last>(body);
+}
+
+// On single vectors of n bytes, of which sets have some that are no more than half a block.
+template <int n>
+constexpr void add_byte_operations(tests::probe &probe) {
+    using b = bytes<n>;
+    const operation_adder add_one{probe};
+
+    add_one("load, store", [](b a) { return a; });
+    add_one("average", [](b x, b y) { return average(x, y); });
+    add_one("all_zero", [](b a) { return short{all_zero(a)}; });
+    add_one("blend", [](b below, b above, b weight) { return blend(below, above, weight); });
 }
 
 template <int n>
@@ -106,7 +124,7 @@ constexpr void add_stream(tests::probe &probe) {
                               }});
 }
 
-// On vectors of n bytes.
+// On vectors of n bytes, and between them and words.
 template <int n>
 constexpr void add_operations(tests::probe &probe) {
     using b = bytes<n>;
@@ -114,109 +132,237 @@ constexpr void add_operations(tests::probe &probe) {
     using w = words<n / 2>;
     const operation_adder add_one{probe};
 
-    add_one("load, store", [](b a) { return a; });
+    add_byte_operations<n>(probe);
     add_stream<n>(probe);
 
     add_one("fill_words", [](short value) { return fill_words<n / 2>(value); });
+    add_one("fill_word_pairs", [](short x, short y) { return fill_word_pairs<n / 2>(x, y); });
     add_one("fill_bytes", [](short value) { return fill_bytes<n>(value); });
     add_one("add", [](w x, w y) { return add(x, y); });
     add_one("subtract", [](w x, w y) { return subtract(x, y); });
     add_one("add_saturate", [](w x, w y) { return add_saturate(x, y); });
     add_one("maximum", [](w x, w y) { return maximum(x, y); });
+    add_one("minimum", [](w x, w y) { return minimum(x, y); });
     add_one("multiply_low", [](w x, w y) { return multiply_low(x, y); });
     add_one("multiply_high", [](w x, w y) { return multiply_high(x, y); });
+    add_one("multiply_high_unsigned", [](w x, w y) { return multiply_high_unsigned(x, y); });
     if constexpr (requires(w x) { multiply_rounded(x, x); }) // sets may do without
         add_one("multiply_rounded", [](w x, w y) { return multiply_rounded(x, y); });
     for_each_count<1, 15>([&]<int count>() {
-        add_one(
-            "shift_left", [](w a) { return shift_left<count>(a); }, count);
-        add_one(
-            "shift_right_logical", [](w a) { return shift_right_logical<count>(a); }, count);
+        add_one("shift_left", count, [](w a) { return shift_left<count>(a); });
+        add_one("shift_right_logical", count, [](w a) { return shift_right_logical<count>(a); });
+        add_one("shift_right_arithmetic", count,
+                [](w a) { return shift_right_arithmetic<count>(a); });
     });
     for_each_count<1, 7>([&]<int count>() {
-        add_one(
-            "shift_left", [](b a) { return shift_left<count>(a); }, count);
-        add_one(
-            "shift_right_logical", [](b a) { return shift_right_logical<count>(a); }, count);
+        add_one("shift_left", count, [](b a) { return shift_left<count>(a); });
+        add_one("shift_right_logical", count, [](b a) { return shift_right_logical<count>(a); });
     });
     add_one("operator&", [](b x, b y) { return x & y; });
+    add_one("operator&", [](w x, w y) { return x & y; });
     add_one("operator|", [](b x, b y) { return x | y; });
+    add_one("average", [](b x, b y) { return average(even(x), even(y)); });
+    add_one("absolute_difference", [](b x, b y) { return absolute_difference(x, y); });
+    add_one("equal", [](b x, b y) { return equal(x, y); });
+    add_one("select", [](b x, b y, b z) { return select(z, x, equal(x, y)); });
+    add_one("groups_above", [](w a) { return groups_above(a, 256); });
 
+    add_one("load_halves", [](half x, half y) {
+        unsigned char memory[n];
+        store(memory, x);
+        store(memory + n / 2, y);
+        return load_halves<n>(memory, memory + n / 2);
+    });
     add_one("widen", [](half a) { return widen(a); });
     add_one("widen_low", [](b a) { return widen_low(a); });
     add_one("widen_high", [](b a) { return widen_high(a); });
+    add_one("widen_low", [](b whole, b fraction) { return widen_low(whole, fraction); });
+    add_one("widen_high", [](b whole, b fraction) { return widen_high(whole, fraction); });
+    add_one("weighted_low", [](b x, b y) { return weighted_low<1, 1>(x, y); });
+    add_one("weighted_low", 5, [](b x, b y) { return weighted_low<5, 5>(x, y); });
+    add_one("weighted_low", 63, [](b x, b y) { return weighted_low<63, 2>(x, y); });
+    add_one("weighted_high", [](b x, b y) { return weighted_high<1, 1>(x, y); });
+    add_one("weighted_high", 5, [](b x, b y) { return weighted_high<5, 5>(x, y); });
+    add_one("weighted_high", 63, [](b x, b y) { return weighted_high<63, 2>(x, y); });
+    add_one("couples_times_8", [](b a) { return couples_times_8(a); });
     add_one("even", [](b a) { return even(a); });
     add_one("odd", [](b a) { return odd(a); });
     for_each_count<0, 6>([&]<int count>() {
         constexpr int factor = 1 << count;
-        add_one(
-            "even_times", [](b a) { return even_times<factor>(a); }, factor);
-        add_one(
-            "odd_times", [](b a) { return odd_times<factor>(a); }, factor);
+        add_one("even_times", factor, [](b a) { return even_times<factor>(a); });
+        add_one("odd_times", factor, [](b a) { return odd_times<factor>(a); });
     });
     add_one("narrow_saturate", [](w x, w y) { return narrow_saturate(x, y); });
     add_one("narrow_saturate", [](w a) { return narrow_saturate(a); });
+    add_one("narrow_interleaved", [](w x, w y) { return narrow_interleaved(x, y); });
+    add_one("join", [](b x, b y) { return join(even(x), odd(y)); });
+    add_one("repeat_odd", [](b a) { return repeat_odd(a); });
+    add_one("swap_couples", [](b a) { return swap_couples(a); });
+    add_one("average_couples", [](b a) { return average_couples(a); });
+    add_one("average_couples_of_pairs", [](b a) { return average_couples_of_pairs(a); });
+    add_one("second_pairs", [](b a) { return second_pairs(a); });
+    add_one("replace_second_8", [](b x, b y) { return replace_second_8(x, y); });
 }
 
 // ---- Pixels ------------------------------------------------------------------------------------
 
-// Channels of n pixels, ready to be woven in `parts`, from n samples or from n / 2 for two pixels
-// each.
+// One channel of n pixels, dealt for `parts`, in every way that a source may have it.
+
 template <int parts, int n>
-struct pixels {
+struct from_pixels {
+    static constexpr const char *deal = "deal_pixels";
     static constexpr int samples = n;
+    static int sample_of(int pixel) { return pixel; }
+    static bytes<n> load(const unsigned char *from) { return deal_pixels<parts, n>(from); }
+};
 
+template <int parts, int n>
+struct from_even {
+    static constexpr const char *deal = "deal_even";
+    static constexpr int samples = 2 * n;
+    static int sample_of(int pixel) { return 2 * pixel; }
+    static bytes<n> load(const unsigned char *from) { return deal_even<parts, n>(from); }
+};
+
+template <int parts, int n>
+struct from_odd {
+    static constexpr const char *deal = "deal_odd";
+    static constexpr int samples = 2 * n;
+    static int sample_of(int pixel) { return 2 * pixel + 1; }
+    static bytes<n> load(const unsigned char *from) { return deal_odd<parts, n>(from); }
+};
+
+template <int parts, int n>
+struct from_chroma {
+    static constexpr const char *deal = "deal_chroma";
+    static constexpr int samples = n / 2;
+    static int sample_of(int pixel) { return pixel / 2; }
     static bytes<n> load(const unsigned char *from) {
-        const bytes<n> a = load_pixels<parts, n>(from);
-        return narrow_saturate(even(a), odd(a));
+        const words<n / 2> a = deal_chroma<parts, n / 2>(from);
+        return join(a, a);
     }
 };
 
 template <int parts, int n>
-struct chroma {
-    static constexpr int samples = n / 2;
-
+struct from_pairs {
+    static constexpr const char *deal = "deal_pairs";
+    static constexpr int samples = n;
+    static int sample_of(int pixel) { return pixel / 2 + pixel % 2 * (n / 2); }
     static bytes<n> load(const unsigned char *from) {
-        const words<n / 2> a = load_chroma<parts, n / 2>(from);
-        return narrow_saturate(a, a);
+        return deal_pairs<parts, n>(from, from + n / 2);
     }
 };
 
-template <class Weave, class Channel, int n, int... plane>
-void run_weaving(unsigned char *to, const unsigned char *from) {
-    put_parts<cached>(to, Weave{}(Channel::load(from + plane * Channel::samples)...));
+template <int parts, int n>
+struct from_vector {
+    static constexpr const char *deal = "dealt";
+    static constexpr int samples = n;
+    static int sample_of(int pixel) { return pixel; }
+    static bytes<n> load(const unsigned char *from) {
+        return dealt<parts>(LUMALANE_LANES::load<n>(from));
+    }
+};
+
+// Only for 1 or 2 parts.
+template <int parts, int n>
+struct from_halves : from_pairs<parts, n> {
+    static constexpr const char *deal = "deal_halves";
+    static bytes<n> load(const unsigned char *from) {
+        return deal_halves<parts>(LUMALANE_LANES::load<n>(from));
+    }
+};
+
+template <class Source>
+auto load_channel(const unsigned char *&from) {
+    const unsigned char *const here = from;
+    from += Source::samples;
+    return Source::load(here);
 }
 
-template <int parts, int n, int... plane, class Weave>
-constexpr void add_weaving(tests::probe &probe, const char *of_pixels, const char *of_chroma,
-                           Weave) {
-    using luma = pixels<parts, n>;
-    using shared = chroma<parts, n>;
-    append(probe.weavings, {of_pixels, sizeof...(plane), luma::samples, n, parts,
-                            run_weaving<Weave, luma, n, plane...>});
-    append(probe.weavings, {of_chroma, sizeof...(plane), shared::samples, n, parts,
-                            run_weaving<Weave, shared, n, plane...>});
+template <class Weave, class Source, class... Channels>
+void run_weaving(unsigned char *to, const unsigned char *from) {
+    call{Weave{}, to, Channels(load_channel<Source>(from))...};
+}
+
+// Adds weaves into `parts`, given as lambdas without captures that store what they wove.
+template <int parts, int n>
+struct weaving_adder {
+    tests::probe &probe;
+
+    template <class Weave>
+    constexpr void operator()(const char *name, Weave) const {
+        add_each<Weave>(name, 0);
+    }
+    template <class Weave>
+    constexpr void operator()(const char *name, int left_out, Weave) const {
+        add_each<Weave>(name, left_out);
+    }
+
+private:
+    template <class Weave>
+    constexpr void add_each(const char *name, int left_out) const {
+        add<from_pixels<parts, n>>(name, left_out, &Weave::operator());
+        add<from_even<parts, n>>(name, left_out, &Weave::operator());
+        add<from_odd<parts, n>>(name, left_out, &Weave::operator());
+        add<from_chroma<parts, n>>(name, left_out, &Weave::operator());
+        add<from_pairs<parts, n>>(name, left_out, &Weave::operator());
+        add<from_vector<parts, n>>(name, left_out, &Weave::operator());
+        if constexpr (parts <= 2)
+            add<from_halves<parts, n>>(name, left_out, &Weave::operator());
+    }
+
+    template <class Source, class Weave, class... Channels>
+    constexpr void add(const char *name, int left_out,
+                       void (Weave::*)(unsigned char *, Channels...) const) const {
+        append(probe.weavings,
+               {Source::deal, name, sizeof...(Channels), Source::samples, Source::sample_of, n,
+                parts, left_out, run_weaving<Weave, Source, Channels...>});
+    }
+};
+
+// As the weaves want it.
+template <int n>
+bytes<n> split(bytes<n> channel) {
+    return narrow_saturate(even(channel), odd(channel));
 }
 
 // Of n pixels.
 template <int n>
 constexpr void add_weavings(tests::probe &probe) {
     using b = bytes<n>;
-    add_weaving<2, n, 0, 1>(probe, "load_pixels, weave", "load_chroma, weave",
-                            [](b x, b y) { return weave(x, y); });
-    add_weaving<3, n, 0, 1, 2>(probe, "load_pixels, weave", "load_chroma, weave",
-                               [](b x, b y, b z) { return weave(x, y, z); });
-    add_weaving<4, n, 0, 1, 2>(probe, "load_pixels, weave_padded", "load_chroma, weave_padded",
-                               [](b x, b y, b z) { return weave_padded(x, y, z); });
+    using memory = unsigned char *;
+    const weaving_adder<1, n> add_in_1{probe};
+    const weaving_adder<2, n> add_in_2{probe};
+    const weaving_adder<3, n> add_in_3{probe};
+    const weaving_adder<4, n> add_in_4{probe};
+
+    add_in_1("store", [](memory to, b x) { store(to, x); });
+    add_in_2("weave",
+             [](memory to, b x, b y) { put_parts<cached>(to, weave(split(x), split(y))); });
+    add_in_2("interleave", [](memory to, b x, b y) { put_parts<cached>(to, interleave(x, y)); });
+    add_in_2("interleave, store_after_8", 8,
+             [](memory to, b x, b y) { store_after_8(to, interleave(x, y)); });
+    add_in_3("weave", [](memory to, b x, b y, b z) {
+        put_parts<cached>(to, weave(split(x), split(y), split(z)));
+    });
+    add_in_4("weave_padded", [](memory to, b x, b y, b z) {
+        put_parts<cached>(to, weave_padded(split(x), split(y), split(z)));
+    });
+    add_in_4("interleave, interleave_pairs", [](memory to, b x, b y, b z, b w) {
+        const auto xy = interleave(x, y), zw = interleave(z, w);
+        put_parts<cached>(to, interleave_pairs(xy.part[0], zw.part[0]));
+        put_parts<cached>(to + 2 * n, interleave_pairs(xy.part[1], zw.part[1]));
+    });
 }
 
 template <int n>
 void pack_rgb16(unsigned char *to, const unsigned char *from, unsigned layout) {
     with_rgb16_layout(layout, [&](auto sink) {
-        using channel = pixels<2, n>;
-        const rgb_pixels<n / 2> colours = {channel::load(from), channel::load(from + n),
-                                           channel::load(from + 2 * n)};
-        sink.template row<cached>(to, colours, chroma_terms<n / 2>{});
+        const auto channel = [&](int plane) {
+            return split(deal_pixels<decltype(sink)::parts, n>(from + plane * n));
+        };
+        sink.template row<cached>(to, rgb_pixels<n / 2>{channel(0), channel(1), channel(2)},
+                                  chroma_terms<n / 2>{});
     });
 }
 
@@ -240,7 +386,7 @@ constexpr void add_width(tests::probe &probe) {
 
 constexpr tests::probe make_probe() {
     tests::probe probe{};
-    operation_adder{probe}("load, store", [](bytes<8> a) { return a; });
+    add_byte_operations<8>(probe);
     add_width<16>(probe);
     add_width<32>(probe);
     add_width<64>(probe);

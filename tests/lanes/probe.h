@@ -24,11 +24,13 @@ struct operation {
     void (*run)(unsigned char *to, const unsigned char *from);
 };
 
-// Planes of samples, loaded for a weave and woven.
+// Planes of samples, one for each channel of the pixels, dealt and woven.
 struct weaving {
-    const char *name;
-    int planes, samples; // the plane of a channel; as many samples as pixels, or half as many
+    const char *deal, *weave;
+    int channels, samples;       // of each plane
+    int (*sample_of)(int pixel); // of a channel
     int pixels, bytes_per_pixel;
+    int left_out; // bytes at the start of every 32 that are not stored
     // The planes lie one after the other at `from`.
     void (*run)(unsigned char *to, const unsigned char *from);
 };
@@ -50,8 +52,8 @@ struct table {
 };
 
 struct probe {
-    table<operation, 384> operations; // for every width of vectors that the set has
-    table<weaving, 24> weavings;      // for every width that it weaves
+    table<operation, 512> operations; // for every width of vectors that the set has
+    table<weaving, 128> weavings;     // for every width that it weaves
     table<rgb16_packing, 4> rgb16_packings;
 };
 

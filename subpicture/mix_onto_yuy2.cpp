@@ -1,0 +1,87 @@
+// A subpicture over the video, onto YUY2 surfaces.
+#include "frame/kernels.h"
+#include "frame/mixing.h"
+
+namespace lumalane::LUMALANE_LANES {
+
+namespace {
+
+// The second of every two pixels, and of every two chroma samples.
+struct second_of_two {
+    static constexpr bool is_part = true;
+
+    template <int n>
+    LUMALANE_INLINE wide_chroma_pairs<n / 2> chroma(chroma_pairs<n> samples) const {
+        return {second_pairs(samples.uv)};
+    }
+
+    template <int n>
+    LUMALANE_INLINE words<n / 2> luma(bytes<n> samples, const wide_chroma_pairs<n / 2> &) const {
+        return odd(samples);
+    }
+};
+
+// Blocks of four rows. Where nothing else is promised a pointer moves from block to block as from
+// pair to pair in the progressive mix: by its rows less the width.
+template <bool wide, class Put, class Mixer>
+void mix_blocks(tagMIX_INFO &mix, const Mixer &mixer) {
+    constexpr int size = Mixer::bytes_per_pixel;
+    const field_distances d(mix);
+    const int width = mix.width, half_width = width >> 1;
+    const int luma_rest = difference(twice(mix.video_pitch), width);
+    const int chroma_rest = difference(mix.video_pitch >> 1, half_width);
+    const int sub_rest = difference(twice(twice(mix.sub_pitch)), width);
+    const int sub_chroma_rest = difference(twice(mix.sub_pitch), half_width);
+    const int dst_rest = difference(twice(twice(mix.dst_pitch)), product(width, size));
+    mix_position at(mix);
+    const auto block = [&](bool last) {
+        at.move_along_row(mix_four_rows<wide, Put>(mixer, at, d, width, last), size);
+        at.move(luma_rest, chroma_rest, sub_rest, sub_chroma_rest, dst_rest);
+    };
+    if (mix.height >= 8)
+        for (int rows = mix.height - 4; rows > 0; rows -= 4)
+            block(false);
+    block(true);
+    at.consume(mix, 0);
+}
+
+} // namespace
+
+void mix_ayuy2_yuy2_p_ajust(LUMALANE_PARAMETERS_mix) {
+    with_adjustment([&](auto adjusted) {
+        mix_row_pairs(*mix, {mix->video_pitch, mix->sub_pitch, mix->video_pitch >> 1},
+                      make_mixer<planar_pairs, weight_of_second_pixel>(
+                          [=](auto source)
+                              LUMALANE_INLINE_LAMBDA { return source | adjusted | yuy2{}; }));
+    });
+}
+
+// Deliberately the lower row of the video's luma and its chroma rows lie at the subpicture's pitch.
+void mix_ayuy2_half_yuy2_p_ajust(LUMALANE_PARAMETERS_mix) {
+    with_adjustment([&](auto adjusted) {
+        mix_row_pairs(*mix, {mix->sub_pitch, mix->sub_pitch, mix->sub_pitch >> 1},
+                      make_mixer<planar_pairs, weight_of_second_pixel>(
+                          [=](auto source) LUMALANE_INLINE_LAMBDA {
+                              return source | second_of_two{} | adjusted | packed_yuy2<1>{};
+                          }));
+    });
+}
+
+void mix_ayuy2_yuy2_i_ajust(LUMALANE_PARAMETERS_mix) {
+    if (mix->height < 4)
+        return;
+    with_adjustment([&](auto adjusted) {
+        const auto mixer = make_mixer<planar_pairs, weight_of_second_pixel>(
+            [=](auto source) LUMALANE_INLINE_LAMBDA { return source | adjusted | yuy2{}; });
+        const long long groups = mix->height < 8 ? 1 : (mix->height + 3LL) / 4;
+        const int row_bytes = product(mix->width, mixer.bytes_per_pixel);
+        if (!mix_is_regular(*mix, field_extents(*mix, groups, row_bytes), row_bytes))
+            return mix_blocks<false, cached>(*mix, mixer);
+        if (!outgrows_cache(mix->dst, mix->dst_pitch, 4 * groups * row_bytes))
+            return mix_blocks<true, cached>(*mix, mixer);
+        mix_blocks<true, streamed>(*mix, mixer);
+        stream_fence();
+    });
+}
+
+} // namespace lumalane::LUMALANE_LANES

@@ -1,0 +1,193 @@
+// A subpicture over the video, onto YV12 surfaces: plane by plane.
+#include "frame/adjust.h"
+#include "frame/kernels.h"
+#include "frame/walks.h"
+
+namespace lumalane::LUMALANE_LANES {
+
+namespace {
+
+// Luma has a weight for every sample, chroma that of the second pixel of its pair, in every second
+// row of alpha.
+
+struct weight_of_pixel {
+    static constexpr int size = 1; // bytes of alpha per sample
+
+    template <int n>
+    LUMALANE_INLINE static bytes<n> load_weights(const unsigned char *alpha) {
+        return load<n>(alpha);
+    }
+};
+
+struct weight_of_second {
+    static constexpr int size = 2;
+
+    template <int n>
+    LUMALANE_INLINE static bytes<n> load_weights(const unsigned char *alpha) {
+        if constexpr (n == 8)
+            return narrow_saturate(odd(load<16>(alpha)));
+        else
+            return deal_odd<1, n>(alpha);
+    }
+};
+
+// One plane of a mix. What a pointer moves from a row to the next, on top of the whole steps of the
+// row, is its rest.
+struct mixed_plane {
+    const unsigned char *video, *sub, *alpha;
+    unsigned char *dst;
+    int width, rows;
+    int video_rest, sub_rest, alpha_rest, dst_rest;
+    int video_pitch, dst_pitch;
+};
+
+// So many samples of a row. The video's sample is the average of that at hand and the one `below`,
+// for a distance that is not 0; nothing of the subpicture is read where nothing of it shows.
+template <int n, class Put, class Weight, class Map>
+LUMALANE_INLINE void mix_samples(mixed_plane &p, ptrdiff_t below, const Map &map) {
+    const bytes<n> weight = Weight::template load_weights<n>(p.alpha);
+    bytes<n> samples = load<n>(p.video);
+    if (below != 0)
+        samples = average(samples, load<n>(p.video + below));
+    if (!all_zero(weight))
+        samples = blend(samples, load<n>(p.sub), weight);
+    Put::put(p.dst, map(samples));
+    p.video += n, p.sub += n, p.alpha += n * Weight::size, p.dst += n;
+}
+
+// A row in steps of 8 samples, at least one and past its end if need be, or in the widest there
+// are.
+template <bool wide, class Put, class Weight, class Map>
+LUMALANE_INLINE void mix_row(mixed_plane &p, ptrdiff_t below, const Map &map) {
+    if constexpr (wide) {
+        int left = p.width;
+        for (; left >= widest; left -= widest)
+            mix_samples<widest, Put, Weight>(p, below, map);
+        if (widest > 16 && left >= 16) {
+            mix_samples<16, Put, Weight>(p, below, map);
+            left -= 16;
+        }
+        if (left > 0)
+            mix_samples<8, cached, Weight>(p, below, map);
+    } else {
+        unsigned left = static_cast<unsigned>(p.width);
+        do
+            mix_samples<8, cached, Weight>(p, below, map);
+        while (again(left, 8));
+    }
+    p.sub += p.sub_rest, p.alpha += p.alpha_rest, p.dst += p.dst_rest;
+}
+
+struct whole_frame {
+    template <bool wide, class Put, class Weight, class Map>
+    LUMALANE_INLINE static void mix(mixed_plane p, const Map &map) {
+        unsigned rows = static_cast<unsigned>(p.rows);
+        do {
+            mix_row<wide, Put, Weight>(p, 0, map);
+            p.video += p.video_rest;
+        } while (again(rows, 1));
+    }
+};
+
+// Every second row lies between a row of the field and the one below it, also the last: it reads
+// one row past the field, deliberately. Between the two the video goes back by the width.
+struct doubled_field {
+    template <bool wide, class Put, class Weight, class Map>
+    LUMALANE_INLINE static void mix(mixed_plane p, const Map &map) {
+        unsigned rows = static_cast<unsigned>(p.rows);
+        do {
+            mix_row<wide, Put, Weight>(p, 0, map);
+            p.video -= p.width;
+            mix_row<wide, Put, Weight>(p, p.video_pitch, map);
+            p.video += p.video_rest;
+        } while (again(rows, 2));
+    }
+};
+
+// Nobody can tell the wide form of a plane where no row drifts, halves of pitches are exact, rows
+// of the surface do not overlap, and nothing is read back that was written.
+template <class Weight>
+bool plane_is_regular(const mixed_plane &p) {
+    if (p.width <= 0 || p.width % 8 != 0 || p.rows <= 0 || !rows_apart(p.dst_pitch, p.width))
+        return false;
+    const long long rows = p.rows + 1LL,
+                    alpha_width = static_cast<long long>(Weight::size) * p.width;
+    const extent dst = rows_at(p.dst, rows, p.dst_pitch, p.width);
+    return p.dst_rest == p.dst_pitch - p.width &&
+           apart(dst,
+                 rows_at(p.video, rows, static_cast<long long>(p.video_rest) + p.width, p.width)) &&
+           apart(dst,
+                 rows_at(p.sub, rows, static_cast<long long>(p.sub_rest) + p.width, p.width)) &&
+           apart(dst, rows_at(p.alpha, rows, p.alpha_rest + alpha_width, alpha_width));
+}
+
+template <class Rows, class Weight, class Map>
+LUMALANE_INLINE void mix_plane(const mixed_plane &p, const Map &map) {
+    if (!plane_is_regular<Weight>(p))
+        return Rows::template mix<false, cached, Weight>(p, map);
+    if (!outgrows_cache(p.dst, p.dst_pitch, static_cast<long long>(p.rows) * p.width))
+        return Rows::template mix<true, cached, Weight>(p, map);
+    Rows::template mix<true, streamed, Weight>(p, map);
+    stream_fence();
+}
+
+mixed_plane luma_plane(const tagMIX_INFO &mix) {
+    const int sub_rest = difference(mix.sub_pitch, mix.width);
+    return {mix.video_y,
+            mix.sub_y,
+            mix.alpha_plane,
+            mix.dst,
+            mix.width,
+            mix.height,
+            difference(mix.video_pitch, mix.width),
+            sub_rest,
+            sub_rest,
+            difference(mix.dst_pitch, mix.width),
+            mix.video_pitch,
+            mix.dst_pitch};
+}
+
+// The subpicture's chroma and alpha skip every second row.
+mixed_plane chroma_plane(const tagMIX_INFO &mix, const unsigned char *video,
+                         const unsigned char *sub, unsigned char *dst) {
+    const int width = mix.width >> 1;
+    return {video,
+            sub,
+            mix.alpha_plane,
+            dst,
+            width,
+            mix.height,
+            difference(mix.video_pitch, mix.width) >> 1,
+            difference(mix.sub_pitch, width),
+            difference(twice(mix.sub_pitch), mix.width),
+            difference(mix.dst_pitch, mix.width) >> 1,
+            mix.video_pitch >> 1,
+            mix.dst_pitch >> 1};
+}
+
+// Y, then V and U with half of the height that the record has.
+template <class Rows, class Adjusted>
+LUMALANE_INLINE void mix_planes(tagMIX_INFO &mix, Adjusted adjusted) {
+    mix_plane<Rows, weight_of_pixel>(luma_plane(mix),
+                                     [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.y(a); });
+    mix.height = static_cast<int>(static_cast<unsigned>(mix.height) >> 1);
+    mix_plane<Rows, weight_of_second>(chroma_plane(mix, mix.video_v, mix.sub_v, mix.dst_v),
+                                      [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.v(a); });
+    mix_plane<Rows, weight_of_second>(chroma_plane(mix, mix.video_u, mix.sub_u, mix.dst_u),
+                                      [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.u(a); });
+}
+
+} // namespace
+
+void mix_ayv12_yv12_p(LUMALANE_PARAMETERS_mix) { mix_planes<whole_frame>(*mix, as_they_are{}); }
+
+void mix_ayv12_yv12_p_ajust(LUMALANE_PARAMETERS_mix) {
+    with_adjustment([&](auto adjusted) { mix_planes<whole_frame>(*mix, adjusted); });
+}
+
+void mix_ayv12_yv12_i(LUMALANE_PARAMETERS_mix) {
+    mix_planes<doubled_field>(*mix, as_they_are{});
+    mix->width >>= 1;
+}
+
+} // namespace lumalane::LUMALANE_LANES
