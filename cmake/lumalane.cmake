@@ -15,6 +15,11 @@ set(kernel_files
     load/yv12_to_yv12.cpp
     mix/interlaced.cpp
     mix/progressive.cpp
+    stretch/double_size_to_yuy2.cpp
+    stretch/frame_to_yuy2.cpp
+    stretch/yv12_to_rgb.cpp
+    stretch/yv12_to_yuy2.cpp
+    stretch/yv12_to_yv12.cpp
     subpicture/alpha_transfers.cpp
     subpicture/ayuy2_to_rgb.cpp
     subpicture/colour_key.cpp

@@ -8,8 +8,9 @@ namespace lumalane::LUMALANE_LANES {
 
 // The stage that adjusts every sample.
 //
-// `gentle` gains are those up to 128, with which x * g + 32 stays within 15 bits and a rounded
-// multiplication does the gain at once: (64 x * 8 g) / 2^15.
+// With `gentle` gains, 33 to 128, x * g + 32 stays within 15 bits, and one multiplication does the
+// gain at once: a rounded one, (64 x * 8 g) / 2^15, or the upper half of one in 8.8 fixed point,
+// (x + f) * 4 g / 2^8, where the fraction f, 32 / g rounded up to 8 bits, makes the rounding.
 template <bool gentle>
 struct adjust {
     static constexpr bool is_part = true;
@@ -35,8 +36,8 @@ struct adjust {
 
     template <int n>
     LUMALANE_INLINE chroma_pairs<n> chroma(chroma_pairs<n> samples) const {
-        return {narrow_saturate(adjusted_pairs(widen_low(samples.uv)),
-                                adjusted_pairs(widen_high(samples.uv)))};
+        const words<n / 2> offsets = fill_word_pairs<n / 2>(effect(by.u), effect(by.v));
+        return {offset(samples.uv, by.u, offsets)}; // U and V have the same gain
     }
 
     template <int n>
@@ -85,7 +86,7 @@ struct adjust {
 
     template <int n, class Shared>
     LUMALANE_INLINE luma_samples<n / 2, bias> luma(bytes<n> samples, const Shared &) const {
-        if constexpr (gentle)
+        if constexpr (gentle && multiplies_rounded)
             return {clamped(scaled(even_times<64>(samples), by.y), by.y),
                     clamped(scaled(odd_times<64>(samples), by.y), by.y)};
         else
@@ -99,8 +100,30 @@ private:
         if constexpr (n == 8)
             return narrow_saturate(adjusted(widen(samples), of));
         else
-            return narrow_saturate(adjusted(widen_low(samples), of),
-                                   adjusted(widen_high(samples), of));
+            return offset(samples, of, fill_words<n / 2>(effect(of)));
+    }
+
+    // All samples with the gain of one plane.
+    template <int n>
+    LUMALANE_INLINE static bytes<n> offset(bytes<n> samples, plane_adjustment of,
+                                           words<n / 2> offsets) {
+        if constexpr (gentle) {
+            const bytes<n> fraction = fill_bytes<n>((8192 + of.gain - 1) / of.gain);
+            const words<n / 2> gain = fill_words<n / 2>(4 * of.gain);
+            const auto half = [=](words<n / 2> x) {
+                return add(multiply_high_unsigned(x, gain), offsets);
+            };
+            return narrow_saturate(half(widen_low(samples, fraction)),
+                                   half(widen_high(samples, fraction)));
+        } else {
+            return narrow_saturate(add(amplified(widen_low(samples), of), offsets),
+                                   add(amplified(widen_high(samples), of), offsets));
+        }
+    }
+
+    // The offset. What is amplified is at most 1023: beyond -1023..255 nothing more changes.
+    LUMALANE_INLINE static int effect(plane_adjustment of) {
+        return of.offset < -1023 ? -1023 : of.offset > 255 ? 255 : of.offset;
     }
 
     template <int n>
@@ -112,7 +135,7 @@ private:
     // 1023.
     template <int n>
     LUMALANE_INLINE static words<n> amplified(words<n> x, plane_adjustment of) {
-        if constexpr (gentle)
+        if constexpr (gentle && multiplies_rounded)
             return scaled(shift_left<6>(x), of);
         const words<n> product = multiply_low(x, fill_words<n>(of.gain));
         return shift_right_logical<6>(add_saturate(product, fill_words<n>(32)));
@@ -121,34 +144,37 @@ private:
     // For narrow_saturate(), which ends the formula.
     template <int n>
     LUMALANE_INLINE static words<n> adjusted(words<n> x, plane_adjustment of) {
-        return add_saturate(amplified(x, of), fill_words<n>(of.offset));
+        return add(amplified(x, of), fill_words<n>(effect(of)));
     }
 
     // U and V have the same gain.
     template <int n>
     LUMALANE_INLINE words<n> adjusted_pairs(words<n> uv) const {
-        return add_saturate(amplified(uv, by.u), fill_word_pairs<n>(by.u.offset, by.v.offset));
+        return add(amplified(uv, by.u), fill_word_pairs<n>(effect(by.u), effect(by.v)));
     }
 
-    // Offsets beyond -1023..255 change nothing more.
     template <int n>
     LUMALANE_INLINE static words<n> clamped(words<n> amplified, plane_adjustment of) {
-        const int offset = of.offset < -1023 ? -1023 : of.offset > 255 ? 255 : of.offset;
-        return maximum(add_saturate(amplified, fill_words<n>(offset + bias)), fill_words<n>(bias));
+        return maximum(add_saturate(amplified, fill_words<n>(effect(of) + bias)),
+                       fill_words<n>(bias));
     }
 };
 
-// Runs `run` with the adjustment in force as a stage; with none where it is neutral, which gives
-// the same bytes at the price of the plain function.
+// Runs `run` with an adjustment as a stage; with none where it is neutral, which gives the same
+// bytes at the price of the plain function.
+template <class Run>
+LUMALANE_INLINE void with_adjustment(const adjustment &by, Run run) {
+    if (by.neutral())
+        return run(as_they_are{});
+    if (by.gains_within(33, 128))
+        return run(adjust<true>{by});
+    run(adjust<false>{by});
+}
+
+// The same with the adjustment in force.
 template <class Run>
 LUMALANE_INLINE void with_adjustment(Run run) {
-    const adjustment current = current_adjustment();
-    if (current.neutral())
-        return run(as_they_are{});
-    if constexpr (multiplies_rounded)
-        if (current.gains_within(0, 128))
-            return run(adjust<true>{current});
-    run(adjust<false>{current});
+    with_adjustment(current_adjustment(), run);
 }
 
 } // namespace lumalane::LUMALANE_LANES

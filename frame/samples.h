@@ -45,7 +45,8 @@ struct packed_samples {
     bytes<n> all;
 };
 
-// Two parts of a pipeline in a row. `from` are the source's pointers for the group.
+// Two parts of a pipeline in a row. `from` is where the source has the group from: pointers, or for
+// some sources the samples themselves.
 template <class First, class Second>
 struct pipe {
     static constexpr bool is_part = true;
@@ -60,9 +61,8 @@ struct pipe {
     }
 
     // Puts the group's pixels of a row at `to`.
-    template <int pixels, class Put, class Shared>
-    LUMALANE_INLINE void row(unsigned char *to, const unsigned char *from,
-                             const Shared &shared) const {
+    template <int pixels, class Put, class From, class Shared>
+    LUMALANE_INLINE void row(unsigned char *to, const From &from, const Shared &shared) const {
         second.template row<Put>(to, first.template load_luma<Second::parts, pixels>(from, shared),
                                  shared);
     }
@@ -88,8 +88,8 @@ struct pipe {
         return second.chroma(first.template load_chroma<parts, pixels>(from...));
     }
 
-    template <int parts, int pixels, class Shared>
-    LUMALANE_INLINE auto load_luma(const unsigned char *from, const Shared &shared) const {
+    template <int parts, int pixels, class From, class Shared>
+    LUMALANE_INLINE auto load_luma(const From &from, const Shared &shared) const {
         return second.luma(first.template load_luma<parts, pixels>(from, shared), shared);
     }
 };

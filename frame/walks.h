@@ -71,6 +71,17 @@ LUMALANE_INLINE bool outgrows_cache(const unsigned char *dst, int pitch, long lo
            (reinterpret_cast<uintptr_t>(dst) | static_cast<unsigned>(pitch)) % widest == 0;
 }
 
+// Runs `run(Put{})`, streaming what outgrows the cache.
+template <class Run>
+LUMALANE_INLINE void with_put(const unsigned char *dst, int pitch, long long bytes, Run run) {
+    if (outgrows_cache(dst, pitch, bytes)) {
+        run(streamed{});
+        stream_fence();
+    } else {
+        run(cached{});
+    }
+}
+
 // ---- Along a row -------------------------------------------------------------------------------
 
 template <int n>

@@ -28,6 +28,11 @@ LUMALANE_INLINE bytes<32> load<32>(const unsigned char *from) {
     return {_mm256_loadu_si256(reinterpret_cast<const __m256i *>(from))};
 }
 
+template <>
+LUMALANE_INLINE bytes<32> load_halves<32>(const unsigned char *low, const unsigned char *high) {
+    return {_mm256_inserti128_si256(_mm256_castsi128_si256(load<16>(low).v), load<16>(high).v, 1)};
+}
+
 LUMALANE_INLINE void store(unsigned char *to, bytes<32> a) {
     _mm256_storeu_si256(reinterpret_cast<__m256i *>(to), a.v);
 }
@@ -69,6 +74,12 @@ LUMALANE_INLINE words<16> add_saturate_unsigned(words<16> a, words<16> b) {
 
 LUMALANE_INLINE words<16> maximum(words<16> a, words<16> b) { return {_mm256_max_epi16(a.v, b.v)}; }
 
+LUMALANE_INLINE words<16> minimum(words<16> a, words<16> b) { return {_mm256_min_epi16(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<32> absolute_difference(bytes<32> a, bytes<32> b) {
+    return {_mm256_or_si256(_mm256_subs_epu8(a.v, b.v), _mm256_subs_epu8(b.v, a.v))};
+}
+
 LUMALANE_INLINE words<16> multiply_low(words<16> a, words<16> b) {
     return {_mm256_mullo_epi16(a.v, b.v)};
 }
@@ -97,6 +108,11 @@ LUMALANE_INLINE words<16> shift_left(words<16> a) {
 template <int count>
 LUMALANE_INLINE words<16> shift_right_logical(words<16> a) {
     return {_mm256_srli_epi16(a.v, count)};
+}
+
+template <int count>
+LUMALANE_INLINE words<16> shift_right_arithmetic(words<16> a) {
+    return {_mm256_srai_epi16(a.v, count)};
 }
 
 LUMALANE_INLINE bytes<32> operator&(bytes<32> a, bytes<32> b) {
@@ -164,6 +180,14 @@ LUMALANE_INLINE words<16> widen_high(bytes<32> a) {
     return {_mm256_unpackhi_epi8(a.v, _mm256_setzero_si256())};
 }
 
+LUMALANE_INLINE words<16> widen_low(bytes<32> whole, bytes<32> fraction) {
+    return {_mm256_unpacklo_epi8(fraction.v, whole.v)};
+}
+
+LUMALANE_INLINE words<16> widen_high(bytes<32> whole, bytes<32> fraction) {
+    return {_mm256_unpackhi_epi8(fraction.v, whole.v)};
+}
+
 LUMALANE_INLINE words<16> even(bytes<32> a) {
     return {_mm256_and_si256(a.v, _mm256_set1_epi16(0x00ff))};
 }
@@ -202,6 +226,39 @@ LUMALANE_INLINE bytes<16> narrow_saturate(words<16> a) {
 
 LUMALANE_INLINE bytes<32> join(words<16> even, words<16> odd) {
     return {_mm256_or_si256(even.v, _mm256_slli_epi16(odd.v, 8))};
+}
+
+// One multiply-add of interleaved bytes.
+template <int p, int q>
+LUMALANE_INLINE words<8> weighted_low(bytes<16> a, bytes<16> b) {
+    return {_mm_maddubs_epi16(_mm_unpacklo_epi8(a.v, b.v), _mm_set1_epi16(p | q << 8))};
+}
+
+template <int p, int q>
+LUMALANE_INLINE words<16> weighted_low(bytes<32> a, bytes<32> b) {
+    return {_mm256_maddubs_epi16(_mm256_unpacklo_epi8(a.v, b.v), _mm256_set1_epi16(p | q << 8))};
+}
+
+template <int p, int q>
+LUMALANE_INLINE words<8> weighted_high(bytes<16> a, bytes<16> b) {
+    return {_mm_maddubs_epi16(_mm_unpackhi_epi8(a.v, b.v), _mm_set1_epi16(p | q << 8))};
+}
+
+template <int p, int q>
+LUMALANE_INLINE words<16> weighted_high(bytes<32> a, bytes<32> b) {
+    return {_mm256_maddubs_epi16(_mm256_unpackhi_epi8(a.v, b.v), _mm256_set1_epi16(p | q << 8))};
+}
+
+LUMALANE_INLINE words<8> couples_times_8(bytes<16> a) {
+    return {_mm_maddubs_epi16(a.v, _mm_set1_epi8(8))};
+}
+
+LUMALANE_INLINE words<16> couples_times_8(bytes<32> a) {
+    return {_mm256_maddubs_epi16(a.v, _mm256_set1_epi8(8))};
+}
+
+LUMALANE_INLINE bytes<32> groups_above(words<16> a, int limit) {
+    return {_mm256_cmpgt_epi32(_mm256_slli_epi32(a.v, 16), _mm256_set1_epi32(limit << 16))};
 }
 
 LUMALANE_INLINE words<16> average_couples(bytes<32> a) {
@@ -399,14 +456,18 @@ LUMALANE_INLINE bytes<32> select(bytes<32> a, bytes<32> b, const unsigned char *
 //     2 parts, groups of 8:        0 2 | 1 3
 //     4 parts, groups of 4:        0 2 4 6 | 1 3 5 7
 template <int count, int n>
-LUMALANE_INLINE bytes<n> deal_pixels(const unsigned char *from) {
-    const bytes<n> in_order = load<n>(from);
+LUMALANE_INLINE bytes<n> dealt(bytes<n> in_order) {
     if constexpr (n == 16 || count == 1 || count == 3)
         return in_order;
     else if constexpr (count == 2)
         return {_mm256_permute4x64_epi64(in_order.v, _MM_SHUFFLE(3, 1, 2, 0))};
     else
         return {_mm256_permutevar8x32_epi32(in_order.v, _mm256_setr_epi32(0, 2, 4, 6, 1, 3, 5, 7))};
+}
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_pixels(const unsigned char *from) {
+    return dealt<count>(load<n>(from));
 }
 
 // What two vectors narrow to is dealt for 2 parts already.
@@ -458,6 +519,18 @@ LUMALANE_INLINE bytes<n> deal_pairs(const unsigned char *u, const unsigned char 
     }
 }
 
+template <int>
+LUMALANE_INLINE bytes<16> deal_halves(bytes<16> halves) {
+    return shuffled(halves, shuffle.pixel_order);
+}
+
+// For 1 or 2 parts: runs of 8 or of 4 bytes of both halves go to the blocks in turn.
+template <int count>
+LUMALANE_INLINE bytes<32> deal_halves(bytes<32> halves) {
+    static_assert(count <= 2);
+    return shuffled(dealt < count == 1 ? 2 : 4 > (halves), shuffle.pixel_order);
+}
+
 LUMALANE_INLINE woven<2, 32> weave(bytes<32> first, bytes<32> second) {
     const __m256i evens = _mm256_unpacklo_epi8(first.v, second.v);
     const __m256i odds = _mm256_unpackhi_epi8(first.v, second.v);
@@ -466,6 +539,15 @@ LUMALANE_INLINE woven<2, 32> weave(bytes<32> first, bytes<32> second) {
 
 LUMALANE_INLINE woven<2, 32> interleave(bytes<32> first, bytes<32> second) {
     return {{{_mm256_unpacklo_epi8(first.v, second.v)}, {_mm256_unpackhi_epi8(first.v, second.v)}}};
+}
+
+LUMALANE_INLINE woven<2, 32> interleave_pairs(bytes<32> first, bytes<32> second) {
+    return {
+        {{_mm256_unpacklo_epi16(first.v, second.v)}, {_mm256_unpackhi_epi16(first.v, second.v)}}};
+}
+
+LUMALANE_INLINE bytes<32> replace_second_8(bytes<32> a, bytes<32> b) {
+    return {_mm256_blend_epi32(a.v, _mm256_bslli_epi128(b.v, 8), 0x0c)};
 }
 
 LUMALANE_INLINE void store_after_8(unsigned char *to, const woven<2, 32> &parts) {

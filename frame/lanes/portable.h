@@ -36,6 +36,15 @@ LUMALANE_INLINE bytes<n> load(const unsigned char *from) {
     return r;
 }
 
+// The lower half of the lanes from one place, the upper half from another.
+template <int n>
+LUMALANE_INLINE bytes<n> load_halves(const unsigned char *low, const unsigned char *high) {
+    bytes<n> r;
+    for (int i = 0; i < n; ++i)
+        r.lane[i] = i < n / 2 ? low[i] : high[i - n / 2];
+    return r;
+}
+
 template <int n>
 LUMALANE_INLINE void store(unsigned char *to, bytes<n> a) {
     for (int i = 0; i < n; ++i)
@@ -125,6 +134,16 @@ LUMALANE_INLINE words<n> add_saturate_unsigned(words<n> a, words<n> b) {
     return each(a, b, [](int x, int y) { return clamp((x & 0xffff) + (y & 0xffff), 0, 0xffff); });
 }
 
+template <int n>
+LUMALANE_INLINE words<n> minimum(words<n> a, words<n> b) {
+    return each(a, b, [](int x, int y) { return x < y ? x : y; });
+}
+
+template <int n>
+LUMALANE_INLINE bytes<n> absolute_difference(bytes<n> a, bytes<n> b) {
+    return each(a, b, [](int x, int y) { return x < y ? y - x : x - y; });
+}
+
 // The lower and the upper half of the signed 32-bit product.
 template <int n>
 LUMALANE_INLINE words<n> multiply_low(words<n> a, words<n> b) {
@@ -161,6 +180,12 @@ template <int count, int n>
 LUMALANE_INLINE words<n> shift_left(words<n> a) {
     return each(a, a,
                 [](int x, int) { return static_cast<int>(static_cast<unsigned>(x) << count); });
+}
+
+// Rounds towards minus infinity.
+template <int count, int n>
+LUMALANE_INLINE words<n> shift_right_arithmetic(words<n> a) {
+    return each(a, a, [](int x, int) { return x >> count; });
 }
 
 // Zeros come in from the left.
@@ -241,7 +266,7 @@ LUMALANE_INLINE bytes<n> average(bytes<n> a, bytes<n> b) {
     return each(a, b, [](int x, int y) { return (x + y + 1) >> 1; });
 }
 
-// The same of lanes that are 0..255.
+// The same of lanes that are not negative.
 template <int n>
 LUMALANE_INLINE words<n> average(words<n> a, words<n> b) {
     return each(a, b, [](int x, int y) { return (x + y + 1) >> 1; });
@@ -321,6 +346,17 @@ LUMALANE_INLINE words<n / 2> widen_high(bytes<n> a) {
     return r;
 }
 
+// The same lanes in 8.8 fixed point: whole + fraction / 256, unsigned.
+template <int n>
+LUMALANE_INLINE words<n / 2> widen_low(bytes<n> whole, bytes<n> fraction) {
+    return each(widen_low(whole), widen_low(fraction), [](int x, int y) { return x << 8 | y; });
+}
+
+template <int n>
+LUMALANE_INLINE words<n / 2> widen_high(bytes<n> whole, bytes<n> fraction) {
+    return each(widen_high(whole), widen_high(fraction), [](int x, int y) { return x << 8 | y; });
+}
+
 // Lanes 0, 2, 4 ... and lanes 1, 3, 5 ...
 template <int n>
 LUMALANE_INLINE words<n / 2> even(bytes<n> a) {
@@ -375,6 +411,33 @@ LUMALANE_INLINE bytes<2 * n> narrow_interleaved(words<n> a, words<n> b) {
 template <int n>
 LUMALANE_INLINE bytes<2 * n> join(words<n> even, words<n> odd) {
     return narrow_interleaved(even, odd);
+}
+
+// p * a + q * b of the lanes that widen_low() and widen_high() take; p and q are 0..63.
+template <int p, int q, int n>
+LUMALANE_INLINE words<n / 2> weighted_low(bytes<n> a, bytes<n> b) {
+    return each(widen_low(a), widen_low(b), [](int x, int y) { return p * x + q * y; });
+}
+
+template <int p, int q, int n>
+LUMALANE_INLINE words<n / 2> weighted_high(bytes<n> a, bytes<n> b) {
+    return each(widen_high(a), widen_high(b), [](int x, int y) { return p * x + q * y; });
+}
+
+// The sums of lanes 2i and 2i + 1, times 8.
+template <int n>
+LUMALANE_INLINE words<n / 2> couples_times_8(bytes<n> a) {
+    return each(even(a), odd(a), [](int x, int y) { return 8 * (x + y); });
+}
+
+// A mask over groups of four bytes: set where the first word of the group's two is above `limit`.
+// Words and limit are not negative.
+template <int n>
+LUMALANE_INLINE bytes<2 * n> groups_above(words<n> a, int limit) {
+    bytes<2 * n> r;
+    for (int i = 0; i < 2 * n; ++i)
+        r.lane[i] = a.lane[i / 4 * 2] > limit ? 0xff : 0;
+    return r;
 }
 
 // Lane 2i + 1 in place of lane 2i as well.
@@ -443,6 +506,11 @@ struct woven {
 // whatever way makes the weave for so many parts leave in order. One block needs no dealing.
 
 template <int count, int n>
+LUMALANE_INLINE bytes<n> dealt(bytes<n> in_order) {
+    return in_order;
+}
+
+template <int count, int n>
 LUMALANE_INLINE bytes<n> deal_pixels(const unsigned char *from) {
     return load<n>(from);
 }
@@ -456,6 +524,15 @@ LUMALANE_INLINE words<n> deal_chroma(const unsigned char *from) {
 template <int count, int n>
 LUMALANE_INLINE bytes<n> deal_pairs(const unsigned char *u, const unsigned char *v) {
     return join(deal_chroma<count, n / 2>(u), deal_chroma<count, n / 2>(v));
+}
+
+// Lanes of the lower and of the upper half in turn, dealt like pixels.
+template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_halves(bytes<n> halves) {
+    bytes<n> r;
+    for (int i = 0; i < n; ++i)
+        r.lane[i] = halves.lane[i / 2 + i % 2 * (n / 2)];
+    return r;
 }
 
 // n bytes of the 2n at `from`: those with even or odd offsets, dealt like pixels.
@@ -496,6 +573,24 @@ LUMALANE_INLINE woven<2, 16> interleave(bytes<16> first, bytes<16> second) {
         r.part[i / 8].lane[i % 8 * 2 + 1] = second.lane[i];
     }
     return r;
+}
+
+// The same of pairs of bytes.
+LUMALANE_INLINE woven<2, 16> interleave_pairs(bytes<16> first, bytes<16> second) {
+    woven<2, 16> r;
+    for (int i = 0; i < 16; ++i) {
+        r.part[i / 8].lane[i % 8 / 2 * 4 + i % 2] = first.lane[i];
+        r.part[i / 8].lane[i % 8 / 2 * 4 + 2 + i % 2] = second.lane[i];
+    }
+    return r;
+}
+
+// `a` with the first 8 bytes of `b` in place of its second 8.
+template <int n>
+LUMALANE_INLINE bytes<n> replace_second_8(bytes<n> a, bytes<n> b) {
+    for (int i = 8; i < 16; ++i)
+        a.lane[i] = b.lane[i - 8];
+    return a;
 }
 
 // Stores all but the first 8 of every 32 bytes.

@@ -48,6 +48,14 @@ LUMALANE_INLINE bytes<8> load<8>(const unsigned char *from) {
     return {_mm_loadl_epi64(reinterpret_cast<const __m128i *>(from))};
 }
 
+template <int n>
+LUMALANE_INLINE bytes<n> load_halves(const unsigned char *low, const unsigned char *high);
+
+template <>
+LUMALANE_INLINE bytes<16> load_halves<16>(const unsigned char *low, const unsigned char *high) {
+    return {_mm_unpacklo_epi64(load<8>(low).v, load<8>(high).v)};
+}
+
 LUMALANE_INLINE void store(unsigned char *to, bytes<16> a) {
     _mm_storeu_si128(reinterpret_cast<__m128i *>(to), a.v);
 }
@@ -105,6 +113,12 @@ LUMALANE_INLINE words<8> add_saturate_unsigned(words<8> a, words<8> b) {
 
 LUMALANE_INLINE words<8> maximum(words<8> a, words<8> b) { return {_mm_max_epi16(a.v, b.v)}; }
 
+LUMALANE_INLINE words<8> minimum(words<8> a, words<8> b) { return {_mm_min_epi16(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<16> absolute_difference(bytes<16> a, bytes<16> b) {
+    return {_mm_or_si128(_mm_subs_epu8(a.v, b.v), _mm_subs_epu8(b.v, a.v))};
+}
+
 LUMALANE_INLINE words<8> multiply_low(words<8> a, words<8> b) {
     return {_mm_mullo_epi16(a.v, b.v)};
 }
@@ -125,6 +139,11 @@ LUMALANE_INLINE words<8> shift_left(words<8> a) {
 template <int count>
 LUMALANE_INLINE words<8> shift_right_logical(words<8> a) {
     return {_mm_srli_epi16(a.v, count)};
+}
+
+template <int count>
+LUMALANE_INLINE words<8> shift_right_arithmetic(words<8> a) {
+    return {_mm_srai_epi16(a.v, count)};
 }
 
 LUMALANE_INLINE bytes<16> operator&(bytes<16> a, bytes<16> b) { return {_mm_and_si128(a.v, b.v)}; }
@@ -187,6 +206,14 @@ LUMALANE_INLINE words<8> widen_high(bytes<16> a) {
     return {_mm_unpackhi_epi8(a.v, _mm_setzero_si128())};
 }
 
+LUMALANE_INLINE words<8> widen_low(bytes<16> whole, bytes<16> fraction) {
+    return {_mm_unpacklo_epi8(fraction.v, whole.v)};
+}
+
+LUMALANE_INLINE words<8> widen_high(bytes<16> whole, bytes<16> fraction) {
+    return {_mm_unpackhi_epi8(fraction.v, whole.v)};
+}
+
 LUMALANE_INLINE words<8> even(bytes<16> a) { return {_mm_and_si128(a.v, _mm_set1_epi16(0x00ff))}; }
 
 LUMALANE_INLINE words<8> odd(bytes<16> a) { return {_mm_srli_epi16(a.v, 8)}; }
@@ -220,6 +247,36 @@ LUMALANE_INLINE bytes<16> narrow_interleaved(words<8> a, words<8> b) {
 
 LUMALANE_INLINE bytes<16> join(words<8> even, words<8> odd) {
     return {_mm_or_si128(even.v, _mm_slli_epi16(odd.v, 8))};
+}
+
+#ifndef LUMALANE_WIDER_LANES
+template <int p, int q>
+LUMALANE_INLINE words<8> weighted(words<8> a, words<8> b) {
+    if constexpr (p == 1 && q == 1)
+        return add(a, b);
+    else if constexpr (p == q)
+        return multiply_low(add(a, b), fill_words<8>(p));
+    else
+        return add(multiply_low(a, fill_words<8>(p)), multiply_low(b, fill_words<8>(q)));
+}
+
+template <int p, int q>
+LUMALANE_INLINE words<8> weighted_low(bytes<16> a, bytes<16> b) {
+    return weighted<p, q>(widen_low(a), widen_low(b));
+}
+
+template <int p, int q>
+LUMALANE_INLINE words<8> weighted_high(bytes<16> a, bytes<16> b) {
+    return weighted<p, q>(widen_high(a), widen_high(b));
+}
+
+LUMALANE_INLINE words<8> couples_times_8(bytes<16> a) {
+    return shift_left<3>(add(even(a), odd(a)));
+}
+#endif
+
+LUMALANE_INLINE bytes<16> groups_above(words<8> a, int limit) {
+    return {_mm_cmpgt_epi32(_mm_slli_epi32(a.v, 16), _mm_set1_epi32(limit << 16))};
 }
 
 #ifndef LUMALANE_WIDER_LANES
@@ -291,6 +348,11 @@ struct woven {
 };
 
 #ifndef LUMALANE_WIDER_LANES
+template <int>
+LUMALANE_INLINE bytes<16> dealt(bytes<16> in_order) {
+    return in_order;
+}
+
 template <int count, int n>
 LUMALANE_INLINE bytes<n> deal_pixels(const unsigned char *from) {
     return load<n>(from);
@@ -317,6 +379,13 @@ LUMALANE_INLINE bytes<n> deal_odd(const unsigned char *from) {
 }
 #endif
 
+#ifndef LUMALANE_WIDER_LANES
+template <int>
+LUMALANE_INLINE bytes<16> deal_halves(bytes<16> halves) {
+    return {_mm_unpacklo_epi8(halves.v, _mm_unpackhi_epi64(halves.v, halves.v))};
+}
+#endif
+
 // Interleaves the even pixels (lower halves) and the odd ones apart, then the two.
 LUMALANE_INLINE woven<2, 16> weave(bytes<16> first, bytes<16> second) {
     const __m128i evens = _mm_unpacklo_epi8(first.v, second.v);
@@ -326,6 +395,14 @@ LUMALANE_INLINE woven<2, 16> weave(bytes<16> first, bytes<16> second) {
 
 LUMALANE_INLINE woven<2, 16> interleave(bytes<16> first, bytes<16> second) {
     return {{{_mm_unpacklo_epi8(first.v, second.v)}, {_mm_unpackhi_epi8(first.v, second.v)}}};
+}
+
+LUMALANE_INLINE woven<2, 16> interleave_pairs(bytes<16> first, bytes<16> second) {
+    return {{{_mm_unpacklo_epi16(first.v, second.v)}, {_mm_unpackhi_epi16(first.v, second.v)}}};
+}
+
+LUMALANE_INLINE bytes<16> replace_second_8(bytes<16> a, bytes<16> b) {
+    return {_mm_unpacklo_epi64(a.v, b.v)};
 }
 
 LUMALANE_INLINE void store_after_8(unsigned char *to, const woven<2, 16> &parts) {

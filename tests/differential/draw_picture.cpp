@@ -39,8 +39,9 @@ struct layout {
     spot src, src_u, src_v, dst;
 };
 
-// Each plane in a buffer of its own, or some of them in that of the first.
-layout draw_layout(random &r, drawn_call &drawn, const shape &s) {
+// Each plane in a buffer of its own, or some of them in that of the first. A stretch never reads
+// what it writes.
+layout draw_layout(random &r, drawn_call &drawn, const shape &s, bool stretched) {
     const int plane_bytes = std::abs(s.src_pitch) * s.height;
     const auto distance = [&] {
         return r.one_of({0, r.between(-64, 64), s.src_pitch, -s.src_pitch, s.dst_pitch, plane_bytes,
@@ -51,7 +52,7 @@ layout draw_layout(random &r, drawn_call &drawn, const shape &s) {
     l.src = {drawn.add({"src"}), draw_offset(r)};
     for (auto [plane, name] :
          {std::pair{&l.src_u, "src_u"}, {&l.src_v, "src_v"}, {&l.dst, "dst"}}) {
-        if (shared && r.one_in(2))
+        if (shared && r.one_in(2) && !(stretched && plane == &l.dst))
             *plane = {l.src.buffer, l.src.offset + distance()};
         else
             *plane = {drawn.add({name}), draw_offset(r)};
@@ -66,8 +67,9 @@ drawn_call draw_picture(random &r, const char *name,
                         void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_picture)) {
     drawn_call drawn;
     drawn.contrast = draw_contrast(r);
-    const shape s = draw_shape(r, name);
-    const layout l = draw_layout(r, drawn, s);
+    const bool stretched = std::string_view(name).starts_with("strech");
+    const shape s = stretched ? draw_stretch_shape(r, name) : draw_shape(r, name);
+    const layout l = draw_layout(r, drawn, s, stretched);
     const surface_facts surface = draw_surface(r, s);
     const spot info{drawn.add({"info", sizeof(tag_ajust_contrast_info),
                                [=](void *record, const placement &) {

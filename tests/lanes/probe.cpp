@@ -167,6 +167,7 @@ constexpr void add_operations(tests::probe &probe) {
     add_one("add_saturate", [](w x, w y) { return add_saturate(x, y); });
     add_one("add_saturate", [](b x, b y) { return add_saturate(x, y); });
     add_one("maximum", [](w x, w y) { return maximum(x, y); });
+    add_one("minimum", [](w x, w y) { return minimum(x, y); });
     add_one("multiply_low", [](w x, w y) { return multiply_low(x, y); });
     add_one("multiply_high", [](w x, w y) { return multiply_high(x, y); });
     add_one("multiply_high_unsigned", [](w x, w y) { return multiply_high_unsigned(x, y); });
@@ -179,6 +180,8 @@ constexpr void add_operations(tests::probe &probe) {
     for_each_count<1, 15>([&]<int count>() {
         add_one("shift_left", count, [](w a) { return shift_left<count>(a); });
         add_one("shift_right_logical", count, [](w a) { return shift_right_logical<count>(a); });
+        add_one("shift_right_arithmetic", count,
+                [](w a) { return shift_right_arithmetic<count>(a); });
     });
     for_each_count<1, 7>([&]<int count>() {
         add_one("shift_left", count, [](b a) { return shift_left<count>(a); });
@@ -194,12 +197,29 @@ constexpr void add_operations(tests::probe &probe) {
     add_one("choose", [](b where, b x, b y) { return choose(positive(where), x, y); });
     add_one("all", [](b x, b y) { return short{all(equal(x, y))}; });
     add_one("average", [](b x, b y) { return average(even(x), even(y)); });
+    add_one("absolute_difference", [](b x, b y) { return absolute_difference(x, y); });
+    add_one("groups_above", [](w a) { return groups_above(a, 256); });
 
     add_one("as_words", [](b a) { return as_words(a); });
     add_one("as_bytes", [](w a) { return as_bytes(a); });
+    add_one("load_halves", [](half x, half y) {
+        unsigned char memory[n];
+        store(memory, x);
+        store(memory + n / 2, y);
+        return load_halves<n>(memory, memory + n / 2);
+    });
     add_one("widen", [](half a) { return widen(a); });
     add_one("widen_low", [](b a) { return widen_low(a); });
     add_one("widen_high", [](b a) { return widen_high(a); });
+    add_one("widen_low", [](b whole, b fraction) { return widen_low(whole, fraction); });
+    add_one("widen_high", [](b whole, b fraction) { return widen_high(whole, fraction); });
+    add_one("weighted_low", [](b x, b y) { return weighted_low<1, 1>(x, y); });
+    add_one("weighted_low", 5, [](b x, b y) { return weighted_low<5, 5>(x, y); });
+    add_one("weighted_low", 63, [](b x, b y) { return weighted_low<63, 2>(x, y); });
+    add_one("weighted_high", [](b x, b y) { return weighted_high<1, 1>(x, y); });
+    add_one("weighted_high", 5, [](b x, b y) { return weighted_high<5, 5>(x, y); });
+    add_one("weighted_high", 63, [](b x, b y) { return weighted_high<63, 2>(x, y); });
+    add_one("couples_times_8", [](b a) { return couples_times_8(a); });
     add_one("even", [](b a) { return even(a); });
     add_one("odd", [](b a) { return odd(a); });
     for_each_count<0, 6>([&]<int count>() {
@@ -220,6 +240,7 @@ constexpr void add_operations(tests::probe &probe) {
     add_one("even_couples", [](w x, w y) { return even_couples(x, y); });
     add_one("uncouple", [](w x, w y) { return uncouple(x, y); });
     add_one("uncouple_even", [](w x, w y) { return uncouple_even(x, y); });
+    add_one("replace_second_8", [](b x, b y) { return replace_second_8(x, y); });
 }
 
 // ---- Pixels ------------------------------------------------------------------------------------
@@ -271,6 +292,25 @@ struct from_pairs {
     }
 };
 
+template <int parts, int n>
+struct from_vector {
+    static constexpr const char *deal = "dealt";
+    static constexpr int samples = n;
+    static int sample_of(int pixel) { return pixel; }
+    static bytes<n> load(const unsigned char *from) {
+        return dealt<parts>(LUMALANE_LANES::load<n>(from));
+    }
+};
+
+// Only for 1 or 2 parts.
+template <int parts, int n>
+struct from_halves : from_pairs<parts, n> {
+    static constexpr const char *deal = "deal_halves";
+    static bytes<n> load(const unsigned char *from) {
+        return deal_halves<parts>(LUMALANE_LANES::load<n>(from));
+    }
+};
+
 template <class Source>
 auto load_channel(const unsigned char *&from) {
     const unsigned char *const here = from;
@@ -305,6 +345,9 @@ private:
         add<from_odd<parts, n>>(name, left_out, &Weave::operator());
         add<from_chroma<parts, n>>(name, left_out, &Weave::operator());
         add<from_pairs<parts, n>>(name, left_out, &Weave::operator());
+        add<from_vector<parts, n>>(name, left_out, &Weave::operator());
+        if constexpr (parts <= 2)
+            add<from_halves<parts, n>>(name, left_out, &Weave::operator());
     }
 
     template <class Source, class Weave, class... Channels>
@@ -343,6 +386,11 @@ constexpr void add_weavings(tests::probe &probe) {
     });
     add_in_4("weave_padded", [](memory to, b x, b y, b z) {
         put_parts<cached>(to, weave_padded(split(x), split(y), split(z)));
+    });
+    add_in_4("interleave, interleave_pairs", [](memory to, b x, b y, b z, b w) {
+        const auto xy = interleave(x, y), zw = interleave(z, w);
+        put_parts<cached>(to, interleave_pairs(xy.part[0], zw.part[0]));
+        put_parts<cached>(to + 2 * n, interleave_pairs(xy.part[1], zw.part[1]));
     });
 }
 

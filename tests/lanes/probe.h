@@ -53,7 +53,7 @@ struct table {
 
 struct probe {
     table<operation, 512> operations; // for every width of vectors that the set has
-    table<weaving, 96> weavings;      // for every width that it weaves
+    table<weaving, 128> weavings;     // for every width that it weaves
     table<rgb16_packing, 4> rgb16_packings;
 };
 

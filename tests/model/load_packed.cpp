@@ -6,29 +6,21 @@
 #include "tests/model/models.h"
 #include "tests/model/picture.h"
 #include "tests/model/rgb.h"
+#include "tests/model/samples.h"
 #include "tests/model/yuy2.h"
 
 namespace model {
 
 namespace {
 
-// Every `distance`th byte, from the one at `first` on.
-template <std::size_t distance, std::size_t count>
-auto every(std::size_t first, const std::array<std::uint8_t, count> &bytes) {
-    std::array<std::uint8_t, count / distance> taken;
-    for (std::size_t i = 0; i < taken.size(); ++i)
-        taken[i] = bytes[first + distance * i];
-    return taken;
-}
-
 // Steps of so many pixels of two rows, which share the U and V of the upper one. `pack(y, u, v)`
 // makes the bytes of a step of one row.
 template <int step_pixels, class Pack>
 void load_packed(memory &m, const picture &p, treatment *treated, Pack pack) {
-    using samples = std::array<std::uint8_t, step_pixels>;
-    using chroma = std::array<std::uint8_t, step_pixels / 2>;
+    using luma = samples<step_pixels>;
+    using chroma = samples<step_pixels / 2>;
     constexpr int step_bytes = 2 * step_pixels;
-    constexpr int dst_step_bytes = std::tuple_size_v<decltype(pack(samples{}, chroma{}, chroma{}))>;
+    constexpr int dst_step_bytes = std::tuple_size_v<decltype(pack(luma{}, chroma{}, chroma{}))>;
     const int row_bytes = low32(2 * std::int64_t{p.width});
     const int src_pitch = low32(2 * std::int64_t{p.src_pitch});
     const int src_increment = low32(2 * std::int64_t{src_pitch} - row_bytes);

@@ -2,6 +2,7 @@
 
 #include "tests/model/models.h"
 #include "tests/model/row_pairs.h"
+#include "tests/model/samples.h"
 #include "tests/model/yuy2.h"
 
 namespace model {
@@ -48,21 +49,15 @@ std::array<std::uint8_t, 16> adjusted_luma(memory &m, address from) {
     return treat(adjust, m.load_run<16>(from), state().luma());
 }
 
-// The average of each pair of samples, rounded up.
+// The average of each pair of samples.
 template <std::size_t count>
-std::array<std::uint8_t, count / 2> averages(const std::array<std::uint8_t, count> &samples) {
-    std::array<std::uint8_t, count / 2> halved;
-    for (std::size_t i = 0; i < count / 2; ++i)
-        halved[i] = static_cast<std::uint8_t>((samples[2 * i] + samples[2 * i + 1] + 1) >> 1);
-    return halved;
+samples<count / 2> averages(const samples<count> &x) {
+    return average(every<2>(0, x), every<2>(1, x));
 }
 
 // The second sample of each pair of 16, adjusted.
 void halve_step(memory &m, address from, address to, adjustment by) {
-    const auto samples = m.load_run<16>(from);
-    std::array<std::uint8_t, 8> odd;
-    for (std::size_t i = 0; i < odd.size(); ++i)
-        odd[i] = samples[2 * i + 1];
+    const auto odd = every<2>(1, m.load_run<16>(from));
     m.store_run(to, treat(adjust, odd, by));
 }
 

@@ -15,10 +15,10 @@
 #define LUMALANE_DECORATION_key_fill(P) "I" P "XHHHH"
 #define LUMALANE_DECORATION_mask(P) P "E0IIHHH"
 #define LUMALANE_DECORATION_packed_stretch(P) P "X000HHH"
-#define LUMALANE_DECORATION_packed_stretch_adjust(P) P "X000HHH" LUMALANE_DECORATION_SURFACE(P)
-#define LUMALANE_DECORATION_plane(P) P "E0HHHH"
-#define LUMALANE_DECORATION_plane_adjust(P) P "E0HHHH" LUMALANE_DECORATION_SURFACE(P) "H"
-#define LUMALANE_DECORATION_frame(P) P "UtagVideoFrame@@HH" P "EH" LUMALANE_DECORATION_SURFACE(P)
+#define LUMALANE_DECORATION_packed_stretch_ajust(P) P "X000HHH" LUMALANE_DECORATION_SURFACE(P)
+#define LUMALANE_DECORATION_plane_stretch(P) P "E0HHHH"
+#define LUMALANE_DECORATION_plane_stretch_ajust(P) P "E0HHHH" LUMALANE_DECORATION_SURFACE(P) "H"
+#define LUMALANE_DECORATION_frame_stretch(P) P "UtagVideoFrame@@HH" P "EH" LUMALANE_DECORATION_SURFACE(P)
 
 #define LUMALANE_DECORATED_NAME(P, signature, name)                                                \
     "?" #name "@@YAX" LUMALANE_DECORATION_##signature(P) "@Z"
