@@ -445,7 +445,24 @@ LUMALANE_API void mix_ayuy2_rgb16_i_ajust(tagMIX_INFO *mix);
 
 // ---- Stretching -----------------------------------------------------------------------------
 
+// All of them write 2 * `height` rows, of `width` pixels (1X2) or 2 * `width` (2X2). A new sample
+// is the average of its neighbours, (a + b + 1) >> 1, unless a function says otherwise; an average
+// of averages rounds twice. Twice the width puts after each sample its average with the next one,
+// and after the last one that sample again. The last source row makes the last two rows. Sources
+// and surface are separate memory.
+
 // YV12 to YUY2 of twice the height (1X2) or twice both (2X2).
+//
+// `src_pitch` is even. Fewer than 8 rows, 16 for strech_picture_2X2_yuy2_ajust, write nothing; an
+// odd height counts as the next even one. Widths round up to a multiple of 16, and to 32 at least
+// for 2X2; rows that are rounded up drift right by as much, in the source as on the surface. Of
+// every four rows the first two have the chroma of their source pair, the other two the average of
+// that and the next pair's.
+//
+// strech_picture_1X2_yuy2_ajust makes the new rows between the first and the last pair of four
+// source rows in a column, (5 b + 5 c - a - d) >> 3, clamped to 0..255, and adjusts afterwards;
+// strech_picture_2X2_yuy2_ajust adjusts every source sample first. In the rows of 2X2 the second 8
+// of every 64 bytes are not pixels, but the luma of the first 8 pixels of the 64 bytes.
 LUMALANE_API void strech_picture_1X2_yuy2(unsigned char *src, unsigned char *src_u,
                                           unsigned char *src_v, unsigned char *dst, int width,
                                           int height, int src_pitch, int dst_pitch,
@@ -464,13 +481,24 @@ LUMALANE_API void strech_picture_2X2_yuy2_ajust(unsigned char *src, unsigned cha
                                                 tag_ajust_contrast_info *info);
 
 // YUY2 to YUY2 of twice the width and height.
+//
+// `row_bytes` is the length of a source row and the pitch of the source: a multiple of 32, and 64
+// at least, or the call does not end. Heights are even; fewer than 16 rows, 8 for the adjusting
+// one, write nothing. Only the chroma of even source rows is read. Between pairs of rows it is
+// averaged for the row before each pair's first. The adjusting one adjusts every source sample
+// first. The second 8 of every 64 bytes are luma as above.
 LUMALANE_API void yuy2_strech_picture_2X2_yuy2(void *src, void *unread_u, void *unread_v, void *dst,
                                                int row_bytes, int height, int dst_pitch);
 LUMALANE_API void yuy2_strech_picture_2X2_yuy2_ajust(void *src, void *unread_u, void *unread_v,
                                                      void *dst, int row_bytes, int height,
                                                      int dst_pitch, tag_ajust_contrast_info *info);
 
-// YV12 to RGB of twice the height.
+// YV12 to RGB of twice the height; reads and writes no YUY2.
+//
+// Source samples are adjusted, then averaged, then converted. Fewer than 12 rows write nothing, nor
+// does an `info->rgb16_layout` above 3. Strips of 16 pixels, one after the other: a width off 16
+// writes past the row's end in RGB32, and does not end in RGB24 and RGB16. An odd height counts as
+// the next even one, and each strip then starts two rows lower than the one before.
 LUMALANE_API void strech_picture_1X2_yuy2_ajust_rgb32(unsigned char *src, unsigned char *src_u,
                                                       unsigned char *src_v, unsigned char *dst,
                                                       int width, int height, int src_pitch,
@@ -485,6 +513,10 @@ LUMALANE_API void strech_picture_1X2_yuy2_ajust_rgb16(unsigned char *src, unsign
                                                       int dst_pitch, tag_ajust_contrast_info *info);
 
 // YV12 to YV12 of twice the width and height, or twice the height.
+//
+// The surface is one buffer: 2 * `height` rows of Y, `dst_pitch` apart, then V and then U, each
+// with half the rows and half the pitch. Each plane is stretched as by the functions below, V as
+// plane 2 and U as plane 3.
 LUMALANE_API void strech_picture_2X2_yv12_ajust(unsigned char *src, unsigned char *src_u,
                                                 unsigned char *src_v, unsigned char *dst, int width,
                                                 int height, int src_pitch, int dst_pitch,
@@ -494,7 +526,21 @@ LUMALANE_API void strech_picture_1X2_yv12_ajust(unsigned char *src, unsigned cha
                                                 int height, int src_pitch, int dst_pitch,
                                                 tag_ajust_contrast_info *info);
 
-// One plane; plane_number is 1 for Y, 2 and 3 for the first and second chroma plane.
+// One plane of at least 2 rows, to twice both or to twice the height.
+//
+// strech_pic_2X2: `width` is a multiple of 8, 16 at least. The first 8 samples of each row count as
+// 0. The last row comes twice only for the last 8 samples; for all others the second one is written
+// to the row below the surface, for which there must be memory, and the surface's last row is left
+// as it is.
+//
+// The adjusting ones interpolate first and adjust afterwards, with the gain of luma and the offset
+// of luma, U or V for `plane_number` 1, 2 or 3. Rows 0 and 1 are the first source row; rows 2k + 1
+// and 2k + 2 are row k and its average with the next one; the last three are the source row before
+// the last one. The last of these lies behind the one before it, as if rows had no gap between
+// them. Twice the width takes source rows as one run of `width` bytes each, whatever `src_pitch`
+// says, which only tells where the row below is: they belong together. For widths off 16 the last
+// 16 samples of each row but the first and the last two are written once more; for twice the width
+// not doubled, and where the 16 bytes before them end.
 LUMALANE_API void strech_pic_2X2(unsigned char *src, unsigned char *dst, int width, int height,
                                  int src_pitch, int dst_pitch);
 LUMALANE_API void strech_pic_2X2_adjust(unsigned char *src, unsigned char *dst, int width,
@@ -504,7 +550,17 @@ LUMALANE_API void strech_pic_1X2_adjust(unsigned char *src, unsigned char *dst, 
                                         int height, int src_pitch, int dst_pitch,
                                         tag_ajust_contrast_info *info, int plane_number);
 
-// A frame to YUY2 of twice the height, interpolated along edges.
+// A frame to YUY2 of twice the height, interpolated along edges, then adjusted.
+//
+// `start` is the row to start at, counted in pitches for a field and in half pitches otherwise;
+// `height` counts source rows. Fewer than 8 write nothing. Rows have `luma_pitch` pixels, a
+// multiple of 16 and at least 48.
+//
+// Between two rows, four samples that differ from those below by no more than 32 in all become
+// averages straight down. Otherwise each sample becomes the average of the two samples that lie in
+// the best of five directions, from two to the left above and two to the right below to the
+// opposite; the best one has the smallest sum of differences over four samples to the right, or of
+// several is the first. The first and the last 16 pixels of a row are averaged straight down.
 LUMALANE_API void strech_opt_yuy2_ajust(tagVideoFrame *frame, int start, int height,
                                         unsigned char *dst, int dst_pitch,
                                         tag_ajust_contrast_info *info);

@@ -171,6 +171,9 @@ struct stretch {
     }
 };
 
+template <class Source, class Sink>
+stretch(Source, Sink) -> stretch<Source, Sink>;
+
 // ---- On the way to YUY2 ------------------------------------------------------------------------
 
 // Planes as they lie in memory.

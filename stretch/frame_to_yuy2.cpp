@@ -31,11 +31,14 @@ private:
 
     template <int n, class Row>
     LUMALANE_INLINE static costs<n> cost(const Row &row, int direction) {
-        const auto couples = [&](int offset) {
-            return couples_times_8(absolute_difference(row(0, direction - 2 + offset),
-                                                       row(1, 2 - direction + offset)));
+        const auto differences = [&](int offset) {
+            return absolute_difference(row(0, direction - 2 + offset),
+                                       row(1, 2 - direction + offset));
         };
-        return {add(couples(0), couples(2)), add(couples(1), couples(3))};
+        const bytes<n> first = differences(0), third = differences(2), fifth = differences(4);
+        const words<n / 2> shared =
+            add(odd_times<8>(first), add(even_times<8>(third), odd_times<8>(third)));
+        return {add(even_times<8>(first), shared), add(shared, even_times<8>(fifth))};
     }
 
     // Cost and direction in one number: of equal costs the lowest direction is the smallest.

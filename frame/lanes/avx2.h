@@ -249,14 +249,6 @@ LUMALANE_INLINE words<16> weighted_high(bytes<32> a, bytes<32> b) {
     return {_mm256_maddubs_epi16(_mm256_unpackhi_epi8(a.v, b.v), _mm256_set1_epi16(p | q << 8))};
 }
 
-LUMALANE_INLINE words<8> couples_times_8(bytes<16> a) {
-    return {_mm_maddubs_epi16(a.v, _mm_set1_epi8(8))};
-}
-
-LUMALANE_INLINE words<16> couples_times_8(bytes<32> a) {
-    return {_mm256_maddubs_epi16(a.v, _mm256_set1_epi8(8))};
-}
-
 LUMALANE_INLINE bytes<32> groups_above(words<16> a, int limit) {
     return {_mm256_cmpgt_epi32(_mm256_slli_epi32(a.v, 16), _mm256_set1_epi32(limit << 16))};
 }

@@ -424,12 +424,6 @@ LUMALANE_INLINE words<n / 2> weighted_high(bytes<n> a, bytes<n> b) {
     return each(widen_high(a), widen_high(b), [](int x, int y) { return p * x + q * y; });
 }
 
-// The sums of lanes 2i and 2i + 1, times 8.
-template <int n>
-LUMALANE_INLINE words<n / 2> couples_times_8(bytes<n> a) {
-    return each(even(a), odd(a), [](int x, int y) { return 8 * (x + y); });
-}
-
 // A mask over groups of four bytes: set where the first word of the group's two is above `limit`.
 // Words and limit are not negative.
 template <int n>

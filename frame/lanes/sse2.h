@@ -270,9 +270,6 @@ LUMALANE_INLINE words<8> weighted_high(bytes<16> a, bytes<16> b) {
     return weighted<p, q>(widen_high(a), widen_high(b));
 }
 
-LUMALANE_INLINE words<8> couples_times_8(bytes<16> a) {
-    return shift_left<3>(add(even(a), odd(a)));
-}
 #endif
 
 LUMALANE_INLINE bytes<16> groups_above(words<8> a, int limit) {

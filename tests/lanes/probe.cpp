@@ -219,7 +219,6 @@ constexpr void add_operations(tests::probe &probe) {
     add_one("weighted_high", [](b x, b y) { return weighted_high<1, 1>(x, y); });
     add_one("weighted_high", 5, [](b x, b y) { return weighted_high<5, 5>(x, y); });
     add_one("weighted_high", 63, [](b x, b y) { return weighted_high<63, 2>(x, y); });
-    add_one("couples_times_8", [](b a) { return couples_times_8(a); });
     add_one("even", [](b a) { return even(a); });
     add_one("odd", [](b a) { return odd(a); });
     for_each_count<0, 6>([&]<int count>() {
