@@ -32,7 +32,7 @@ struct options {
 // In the order of `jobs`.
 const std::vector<peer> &peers_of(const job &job) {
     static const std::vector<peer> peers[] = {
-#define LUMALANE_JOB(name, pitch, bytes, ...) {__VA_ARGS__},
+#define LUMALANE_JOB(name, situation, pitch, bytes, ...) {__VA_ARGS__},
 #include "bench/jobs.inc"
 #undef LUMALANE_JOB
     };
@@ -41,13 +41,13 @@ const std::vector<peer> &peers_of(const job &job) {
 
 constexpr char copy[] = "memcpy";
 
-std::string title(const std::string &lanes) { return "Lumalane " + lanes; }
+std::string column(const std::string &lanes) { return "Lumalane " + lanes; }
 
 // Everybody who may compete, in the order of the columns.
 std::vector<std::string> contestant_names(const options &options) {
     std::vector<std::string> names;
     for (const std::string &lanes : options.lanes)
-        names.push_back(title(lanes));
+        names.push_back(column(lanes));
     if (!options.beside_name.empty())
         names.push_back(options.beside_name);
     for (const job &job : jobs)
@@ -60,16 +60,17 @@ std::vector<std::string> contestant_names(const options &options) {
 
 void measure(benchmark::State &state, const job &job, size picture, const options &options) {
     scene scene(picture, job.dst_pitch_per_pixel);
+    job.in.arrange(scene);
     const std::size_t bytes = job.bytes_per_pixel * picture.pixels();
-    const buffer copied(bytes);
+    const buffer original(bytes), copied(bytes);
 
     std::vector<contestant> contestants;
     for (const std::string &lanes : options.lanes)
         contestants.push_back(
-            {title(lanes), [&](long calls) { return time(job, scene, lanes, calls); }});
+            {column(lanes), [&](long calls) { return time(job, scene, lanes, calls); }});
     std::optional<other_build> beside;
     if (!options.beside_name.empty()) {
-        beside.emplace(options.beside_program, job.name, options.lanes.front(), picture);
+        beside.emplace(options.beside_program, title(job), options.lanes.front(), picture);
         contestants.push_back(
             {options.beside_name, [&](long calls) { return beside->time(calls); }});
     }
@@ -79,7 +80,7 @@ void measure(benchmark::State &state, const job &job, size picture, const option
                                }});
     contestants.push_back(
         {copy, [&](long calls) {
-             return time([&] { std::memcpy(scene.dst.data(), copied.data(), bytes); }, calls);
+             return time([&] { std::memcpy(copied.data(), original.data(), bytes); }, calls);
          }});
 
     for (contestant &contestant : contestants)
@@ -96,13 +97,14 @@ void measure(benchmark::State &state, const job &job, size picture, const option
 }
 
 void print_head(const options &options, std::ostream &out) {
-    out << "Measured on " << machine() << "; " << peer_versions() << ".\n"
+    out << "Measured on " << machine() << "; libyuv " << libyuv_version() << ", libswscale "
+        << swscale_version() << ".\n"
         << "Nanoseconds per pixel, medians of " << options.rounds << " rounds of at least "
         << options.milliseconds << " ms each. In brackets: how many times as long as "
-        << title(options.lanes.front()) << " (median of the rounds' quotients).\n\n"
-        << "| Function | Bytes written per pixel | Peers |\n|---|---:|---|\n";
+        << column(options.lanes.front()) << " (median of the rounds' quotients).\n\n"
+        << "| Function | Bytes per pixel | Peers |\n|---|---:|---|\n";
     for (const job &job : jobs) {
-        out << "| `" << job.name << "` | " << job.bytes_per_pixel << " | ";
+        out << "| `" << title(job) << "` | " << job.bytes_per_pixel << " | ";
         for (const peer &peer : peers_of(job))
             out << peer.library << ' ' << peer.way << ", ";
         out << copy << " |\n";
@@ -114,7 +116,7 @@ void add_measurements(const std::vector<size> &pictures, const std::regex &filte
     for (size picture : pictures)
         for (const job &job : jobs) {
             std::ostringstream name;
-            name << picture << '/' << job.name;
+            name << picture << '/' << title(job);
             if (!std::regex_search(name.str(), filter))
                 continue;
             const auto run = [&options, &job, picture](benchmark::State &state) {

@@ -1,7 +1,7 @@
 # gnuplot -c bench/chart.gnuplot speed.csv speed.svg
 #
-# Draws the table of lumalane_bench: a panel per picture size, and for every function the bars of
-# the library, of the fastest peer and of memcpy.
+# Draws the table of lumalane_bench: a panel for a picture inside the cache and one for the largest,
+# and for every function the bars of the library and of the fastest peer, with a mark for memcpy.
 table = ARG1
 chart = ARG2
 
@@ -10,7 +10,8 @@ set key autotitle columnhead # so that the head is no data
 set key off
 
 first_row = "awk -F, 'NR > 1 && !seen[$%d]++ { print $%d }' '%s'"
-pictures = system(sprintf(first_row, 1, 1, table))
+measured = system(sprintf(first_row, 1, 1, table))
+pictures = word(measured, words(measured) > 1 ? 2 : 1) . " " . word(measured, words(measured))
 functions = words(system(sprintf(first_row, 2, 2, table)))
 
 # Nanoseconds per pixel of the row at hand; a function must have an argument. An empty cell is a
@@ -22,19 +23,21 @@ max(a, b) = a > b ? a : b
 ours(x) = number(strcol(3))
 libyuv(x) = number(strcol("libyuv"))
 swscale(x) = number(strcol("libswscale"))
-peer(x) = min(libyuv(0), swscale(0))
-lead(x) = min(number(strcol("libyuv quotient")), number(strcol("libswscale quotient")))
-peer_name(x) = libyuv(0) < swscale(0) ? "libyuv" : "libswscale"
+memset(x) = number(strcol("memset"))
+peer(x) = min(min(libyuv(0), swscale(0)), memset(0))
+lead(x) = min(min(number(strcol("libyuv quotient")), number(strcol("libswscale quotient"))), \
+              number(strcol("memset quotient")))
+peer_name(x) = memset(0) < never ? "memset" : libyuv(0) < swscale(0) ? "libyuv" : "libswscale"
 copy(x) = number(strcol("memcpy"))
 
-takes_part(time) = time < never ? time : 0
-stats table using (max(max(ours(0), copy(0)), takes_part(peer(0)))) name "time" nooutput
-longest = 1.2 * time_max # and room for the words at the ends of the bars
+stats table using (max(ours(0), copy(0))) name "time" nooutput
+longest = 1.2 * time_max # longer bars of peers are cut; and room for the words at their ends
+cut(time) = min(time, 0.9 * longest)
 
 # In pixels of the picture.
-bar = 12.
-slot = 3 * bar + 12
-names = 172
+bar = 10.
+slot = 2 * bar + 8
+names = 290
 gap = 26
 panel_width = 370
 panel_height = functions * slot
@@ -51,7 +54,7 @@ ink = "#1f2933"
 faint = "#7b8794"
 our_colour = "#1769d2"
 peer_colour = "#9fb3c8"
-copy_colour = "#dde4eb"
+copy_colour = "#d9480f"
 
 set terminal svg size width, height background "#ffffff" \
     font "Helvetica Neue,Helvetica,Arial,sans-serif,12"
@@ -72,20 +75,21 @@ set label "{/:Bold Nanoseconds per pixel, one thread: shorter is better}" at 16,
     textcolor rgb ink
 set label "Lumalane" at 36, 54 textcolor rgb ink
 set object rectangle from 18, 48 to 30, 60 fillcolor rgb our_colour fillstyle noborder
-set label "the faster of libyuv and libswscale, which adjust nothing" at 138, 54 textcolor rgb ink
+set label "the fastest of the others, which adjust nothing (long bars are cut)" at 138, 54 textcolor rgb ink
 set object rectangle from 120, 48 to 132, 60 fillcolor rgb peer_colour fillstyle noborder
-set label "memcpy of as many bytes" at 524, 54 textcolor rgb ink
-set object rectangle from 506, 48 to 518, 60 fillcolor rgb copy_colour fillstyle noborder
+set label "memcpy of as many bytes" at 571, 54 textcolor rgb ink
+set object rectangle from 560, 46 to 562, 62 fillcolor rgb copy_colour fillstyle noborder
 plot NaN
 unset label
 unset object
 
 # A bar `place` bars below the top of its function's slot.
 row(x) = int(column(0)) % functions
-top(place) = row(0) + (6. + place * bar) / slot
+top(place) = row(0) + (4. + place * bar) / slot
 bottom(place) = top(place) + (bar - 1.) / slot
 middle(place) = (top(place) + bottom(place)) / 2
-last(x) = peer(0) < never ? 2 : 1
+mark = longest / panel_width
+mark_end = 2. / slot
 here(value) = strcol(1) eq picture && value < never ? value : NaN
 
 set xrange [0:longest]
@@ -104,15 +108,16 @@ do for [panel = 1:words(pictures)] {
     set title sprintf("{/:Bold %s}", picture) offset 0, -0.5 font ",13" textcolor rgb ink
     plot table using (here(ours(0))):(middle(0)):(0):(ours(0)):(top(0)):(bottom(0)) \
             with boxxyerror linecolor rgb our_colour, \
-        table using (here(peer(0))):(middle(1)):(0):(peer(0)):(top(1)):(bottom(1)) \
+        table using (here(peer(0)) * 0 + cut(peer(0))):(middle(1)):(0):(cut(peer(0))):(top(1)):(bottom(1)) \
             with boxxyerror linecolor rgb peer_colour, \
-        table using (here(copy(0))):(middle(last(0))):(0):(copy(0)):(top(last(0))):(bottom(last(0))) \
+        table using (here(copy(0))):(row(0) + 0.5):(copy(0) - mark):(copy(0) + mark): \
+                    (top(0) - mark_end):(bottom(1) + mark_end) \
             with boxxyerror linecolor rgb copy_colour, \
         table using (left ? NaN : here(0)):(row(0) + 0.5):2 \
             with labels right offset -0.7, 0 textcolor rgb ink noenhanced, \
         table using (here(peer(0)) * 0 + ours(0)):(middle(0)):(sprintf("{/:Bold %.1f×}", lead(0))) \
             with labels left offset 0.5, 0 font ",12" textcolor rgb our_colour, \
-        table using (here(peer(0))):(middle(1)):(peer_name(0)) \
+        table using (here(peer(0)) * 0 + cut(peer(0))):(middle(1)):(peer_name(0)) \
             with labels left offset 0.5, 0 font ",10" textcolor rgb faint
 }
 unset multiplot

@@ -3,33 +3,44 @@
 
 #include "bench/scene.h"
 
+#include <algorithm>
+#include <iterator>
+#include <string>
+#include <string_view>
+
 namespace lumalane::bench {
 
 struct job {
     const char *name;
+    const situation &in;
     void (*run)(scene &);
-    int dst_pitch_per_pixel;
-    double bytes_per_pixel; // written
+    double dst_pitch_per_pixel;
+    double bytes_per_pixel; // that memcpy moves beside it
 };
 
 inline constexpr job jobs[] = {
-#define LUMALANE_JOB(name, pitch, bytes, ...)                                                      \
-    {#name, [](scene &scene) { call(::name, scene); }, pitch, bytes},
+#define LUMALANE_JOB(name, situation, pitch, bytes, ...)                                           \
+    {#name, situations::situation, [](scene &scene) { call(::name, scene); }, pitch, bytes},
 #include "bench/jobs.inc"
 #undef LUMALANE_JOB
 };
 
-// Every function that exists has its row: this does not compile otherwise.
-namespace rows {
-enum row {
-    get_contrast_data, // stores five numbers: nothing to measure
-#define LUMALANE_JOB(name, ...) name,
-#include "bench/jobs.inc"
-#undef LUMALANE_JOB
-};
-#define LUMALANE_EXPORT(signature, name) static_assert(rows::name >= 0);
+// "function" or "function/situation".
+inline std::string title(const job &job) {
+    const std::string situation = job.in.name;
+    return job.name + (situation.empty() ? "" : '/' + situation);
+}
+
+constexpr bool is_measured(std::string_view function) {
+    // It stores five numbers: nothing to measure.
+    return function == "get_contrast_data" ||
+           std::any_of(std::begin(jobs), std::end(jobs),
+                       [&](const job &job) { return function == job.name; });
+}
+
+#define LUMALANE_EXPORT(signature, name)                                                           \
+    static_assert(is_measured(#name), #name " has no row in bench/jobs.inc");
 #include "frame/exports.inc"
 #undef LUMALANE_EXPORT
-} // namespace rows
 
 } // namespace lumalane::bench

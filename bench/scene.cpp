@@ -1,6 +1,7 @@
 #include "bench/scene.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <istream>
 #include <new>
 #include <ostream>
@@ -10,6 +11,9 @@ namespace lumalane::bench {
 namespace {
 
 constexpr std::size_t cache_line = 64;
+
+// Black in every format.
+constexpr unsigned char key_colour = 0;
 
 unsigned char *allocate(std::size_t bytes) {
     const std::size_t lines = (bytes + cache_line - 1) / cache_line;
@@ -28,7 +32,8 @@ std::size_t pixels_with_room(size picture) {
 } // namespace
 
 buffer::buffer(std::size_t bytes) : memory_(allocate(bytes), &std::free) {
-    std::generate_n(memory_.get(), bytes, std::mt19937(bytes));
+    const std::size_t words = (bytes + 3) / 4; // within the last cache line
+    std::generate_n(reinterpret_cast<std::uint32_t *>(memory_.get()), words, std::mt19937(bytes));
 }
 
 std::ostream &operator<<(std::ostream &out, size picture) {
@@ -43,18 +48,135 @@ std::istream &operator>>(std::istream &in, size &picture) {
     return in;
 }
 
-scene::scene(size picture, int dst_pitch_per_pixel)
+scene::scene(size picture, double dst_pitch_per_pixel)
     : width(picture.width), height(picture.height), src_pitch(width),
-      dst_pitch(width * dst_pitch_per_pixel), y(2 * pixels_with_room(picture)),
-      u(pixels_with_room(picture)), v(pixels_with_room(picture)),
-      dst(std::max(2, dst_pitch_per_pixel) * pixels_with_room(picture)), info() {
+      dst_pitch(int(width * dst_pitch_per_pixel)), y(2 * pixels_with_room(picture)),
+      u(pixels_with_room(picture)), v(pixels_with_room(picture)), alpha(pixels_with_room(picture)),
+      sub_y(pixels_with_room(picture)), sub_u(pixels_with_room(picture)),
+      sub_v(pixels_with_room(picture)),
+      dst(std::size_t(2 * std::max(3., dst_pitch_per_pixel) * pixels_with_room(picture))), info() {
     info.surface_height = height;
     info.rows_to_plane_end = height;
 }
 
-void call(picture_function *function, scene &scene) {
-    function(scene.y.data(), scene.u.data(), scene.v.data(), scene.dst.data(), scene.width,
-             scene.height, scene.src_pitch, scene.dst_pitch, &scene.info);
+tagMIX_INFO scene::mix_record() {
+    tagMIX_INFO record{};
+    record.video_pitch = record.sub_pitch = src_pitch;
+    record.dst_pitch = dst_pitch;
+    record.width = width;
+    record.height = height;
+    record.video_y = y.data();
+    record.video_v = v.data();
+    record.video_u = u.data();
+    record.alpha_plane = alpha.data();
+    record.sub_y = sub_y.data();
+    record.sub_v = sub_v.data();
+    record.sub_u = sub_u.data();
+    record.dst = dst.data();
+    record.dst_v = dst.data() + std::ptrdiff_t(dst_pitch) * height;
+    record.dst_u = record.dst_v + std::ptrdiff_t(dst_pitch) * height / 4;
+    record.color_key = key_colour;
+    record.adjust_info = &info;
+    return record;
+}
+
+namespace situations {
+namespace {
+
+constexpr int opaque = 16;
+
+void as_it_is(scene &) {}
+
+// Half of the width and a tenth of the height, near the bottom.
+void show_subtitles(scene &s) {
+    const int left = s.width / 4, right = left + s.width / 2;
+    const int bottom = s.height * 19 / 20, top = bottom - s.height / 10;
+    for (int row = 0; row < s.height; ++row)
+        for (int x = 0; x < s.width; ++x) {
+            unsigned char &a = s.alpha.data()[row * s.src_pitch + x];
+            const bool covered = row >= top && row < bottom && x >= left && x < right;
+            a = covered ? 1 + a % opaque : 0;
+        }
+}
+
+void hang_veil(scene &s) { std::fill_n(s.alpha.data(), s.src_pitch * s.height, opaque / 2); }
+
+// The fourth bytes of RGB32 are 0, as drawing leaves them.
+void draw(scene &s) {
+    unsigned char *const first = s.dst.data(), *const end = first + s.dst_pitch * s.height;
+    std::replace(first, end, key_colour, std::uint8_t(key_colour + 1));
+    if (s.dst_pitch == 4 * s.width)
+        for (unsigned char *pixel = first; pixel < end; pixel += 4)
+            pixel[3] = 0;
+}
+
+void draw_at_the_bottom(scene &s) {
+    draw(s);
+    std::fill_n(s.dst.data(), s.dst_pitch * (s.height * 9 / 10), key_colour);
+}
+
+void paint_flat(scene &s) {
+    std::fill_n(s.y.data(), s.src_pitch * s.height, 100);
+    std::fill_n(s.u.data(), s.src_pitch * s.height / 4, 90);
+    std::fill_n(s.v.data(), s.src_pitch * s.height / 4, 160);
+}
+
+} // namespace
+
+const situation random{"", as_it_is};
+const situation subtitles{"subtitles", show_subtitles};
+const situation veil{"veil", hang_veil};
+const situation drawn{"drawn", draw};
+const situation mostly_key{"90%key", draw_at_the_bottom};
+const situation flat{"flat", paint_flat};
+const situation edges{"edges", as_it_is}; // random rows match nowhere
+
+} // namespace situations
+
+void call(picture_function *function, scene &s) {
+    function(s.y.data(), s.u.data(), s.v.data(), s.dst.data(), s.width, s.height, s.src_pitch,
+             s.dst_pitch, &s.info);
+}
+
+void call(mix_function *function, scene &s) {
+    tagMIX_INFO record = s.mix_record(); // which it may consume
+    function(&record);
+}
+
+void call(key_fill_function *function, scene &s) {
+    function(key_colour, s.dst.data(), s.width, s.height, 0, s.dst_pitch);
+}
+
+// The surface's bytes under one value of the mask.
+void call(mask_function *function, scene &s) {
+    function(s.dst.data(), s.y.data(), 0x80, 0xff, s.width, s.dst_pitch, s.height);
+}
+
+void call(packed_stretch_function *function, scene &s) {
+    function(s.y.data(), nullptr, nullptr, s.dst.data(), 2 * s.width, s.height, s.dst_pitch);
+}
+
+void call(packed_stretch_ajust_function *function, scene &s) {
+    function(s.y.data(), nullptr, nullptr, s.dst.data(), 2 * s.width, s.height, s.dst_pitch,
+             &s.info);
+}
+
+void call(plane_stretch_function *function, scene &s) {
+    function(s.y.data(), s.dst.data(), s.width, s.height, s.src_pitch, s.dst_pitch);
+}
+
+void call(plane_stretch_ajust_function *function, scene &s) {
+    constexpr int luma = 1;
+    function(s.y.data(), s.dst.data(), s.width, s.height, s.src_pitch, s.dst_pitch, &s.info, luma);
+}
+
+void call(frame_stretch_function *function, scene &s) {
+    tagVideoFrame frame{};
+    frame.plane_y = s.y.data();
+    frame.plane_u = s.u.data();
+    frame.plane_v = s.v.data();
+    frame.luma_pitch = s.src_pitch;
+    function(&frame, 0, s.height, s.dst.data(), s.dst_pitch, &s.info);
 }
 
 } // namespace lumalane::bench

@@ -1,4 +1,5 @@
-// The buffers of a measurement: a random picture and a surface, on cache lines, all pages touched.
+// The buffers of a measurement: a picture, a subpicture and a surface, on cache lines, all pages
+// touched.
 #pragma once
 
 #include "frame/lumalane.h"
@@ -30,23 +31,67 @@ std::ostream &operator<<(std::ostream &out, size picture);
 std::istream &operator>>(std::istream &in, size &picture);
 
 struct scene {
-    scene(size picture, int dst_pitch_per_pixel);
+    scene(size picture, double dst_pitch_per_pixel);
+
+    tagMIX_INFO mix_record();
 
     int width;
     int height;
     int src_pitch;
     int dst_pitch;
-    buffer y;
+    buffer y; // the picture, or one packed picture
     buffer u;
     buffer v;
-    buffer dst;
+    buffer alpha; // the subpicture: pitches as of the picture, chroma on every row
+    buffer sub_y;
+    buffer sub_u;
+    buffer sub_v;
+    buffer dst; // with room for twice the rows, of YV12 too
     tag_ajust_contrast_info info;
 };
 
+// What is in the buffers, where it matters how long a function takes or what is asked of it.
+struct situation {
+    const char *name; // empty: random bytes
+    void (*arrange)(scene &random);
+};
+
+namespace situations {
+extern const situation random;
+
+// Subpictures: over a twentieth of the picture, or half-transparent over all of it.
+extern const situation subtitles, veil;
+
+// Drawing surfaces: without a pixel of the key colour, or nine tenths of the rows of nothing else.
+extern const situation drawn, mostly_key;
+
+// Pictures: of one colour, or with edges everywhere.
+extern const situation flat, edges;
+} // namespace situations
+
 using picture_function = void(unsigned char *, unsigned char *, unsigned char *, unsigned char *,
                               int, int, int, int, tag_ajust_contrast_info *);
+using mix_function = void(tagMIX_INFO *);
+using key_fill_function = void(unsigned, void *, int, int, int, int);
+using mask_function = void(unsigned char *, unsigned char *, unsigned, unsigned, int, int, int);
+using packed_stretch_function = void(void *, void *, void *, void *, int, int, int);
+using packed_stretch_ajust_function = void(void *, void *, void *, void *, int, int, int,
+                                           tag_ajust_contrast_info *);
+using plane_stretch_function = void(unsigned char *, unsigned char *, int, int, int, int);
+using plane_stretch_ajust_function = void(unsigned char *, unsigned char *, int, int, int, int,
+                                          tag_ajust_contrast_info *, int);
+using frame_stretch_function = void(tagVideoFrame *, int, int, unsigned char *, int,
+                                    tag_ajust_contrast_info *);
 
-// One overload per signature: how a function of it converts the scene.
+// One overload per signature: how a function of it is called on the scene.
 void call(picture_function *function, scene &scene);
+void call(mix_function *function, scene &scene);
+void call(key_fill_function *function, scene &scene);
+void call(mask_function *function, scene &scene);
+void call(packed_stretch_function *function, scene &scene);
+void call(packed_stretch_ajust_function *function, scene &scene);
+void call(plane_stretch_function *function, scene &scene);
+void call(plane_stretch_ajust_function *function, scene &scene);
+void call(frame_stretch_function *function, scene &scene);
 
 } // namespace lumalane::bench

@@ -19,11 +19,12 @@ int main(int argc, char **argv) try {
     if (!(std::istringstream(argv[3]) >> picture))
         throw std::runtime_error(std::string("no size ") + argv[3]);
     const job *job = std::find_if(std::begin(jobs), std::end(jobs),
-                                  [&](const auto &candidate) { return candidate.name == name; });
+                                  [&](const auto &candidate) { return title(candidate) == name; });
     if (job == std::end(jobs))
         throw std::runtime_error("no job " + name);
 
     scene scene(picture, job->dst_pitch_per_pixel);
+    job->in.arrange(scene);
     for (long calls; std::cin >> calls;)
         std::cout << time(*job, scene, lanes, calls) << std::endl;
 } catch (const std::exception &error) {

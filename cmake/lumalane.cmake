@@ -29,7 +29,7 @@ set(kernel_files
 
 set(frame_files frame/adjustment.cpp frame/dispatch.cpp frame/exports.cpp)
 if(WIN32)
-  list(APPEND frame_files frame/windows_entry.cpp)
+  list(APPEND frame_files frame/windows_runtime.cpp)
 endif()
 
 # 32-bit libraries start on a processor with SSE and no SSE2, for callers that align the stack to
@@ -59,15 +59,10 @@ target_compile_options(
             $<$<AND:$<BOOL:${x86_32}>,$<NOT:$<BOOL:${WIN32}>>>:-mstackrealign>)
 
 set(lane_sets portable sse2 avx2)
-set(lane_flags_portable "")
+# Clang inlines the loops over lanes into each other beyond all measure.
+set(lane_flags_portable $<$<CXX_COMPILER_ID:Clang>:-Os>)
 set(lane_flags_sse2 -msse2)
 set(lane_flags_avx2 -mavx2)
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  # Constants come from memory, beside an operation, and not by two operations more through a general
-  # register in the middle of a loop.
-  list(APPEND lane_flags_avx2 -mtune-ctrl=^inter_unit_moves_to_vec)
-endif()
-
 # lumalane_lanes(TARGET LANES FILE ...): the objects of the files, compiled for the lane set.
 function(lumalane_lanes target lanes)
   add_library(${target} OBJECT ${ARGN})

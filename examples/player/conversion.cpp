@@ -15,14 +15,25 @@ bool is_bt601(AVColorSpace matrix) {
            matrix == AVCOL_SPC_SMPTE170M;
 }
 
-bool fits(const AVFrame &frame) {
-    return frame.format == AV_PIX_FMT_YUV420P && frame.color_range != AVCOL_RANGE_JPEG &&
+bool fits(const AVFrame &frame, AVPixelFormat to) {
+    return frame.format == to && frame.color_range != AVCOL_RANGE_JPEG &&
            is_bt601(frame.colorspace);
 }
 
 } // namespace
 
-void conversion::prepare(const AVFrame &from) {
+bool is_packed_422(int format) {
+    const AVPixFmtDescriptor *kind = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(format));
+    return kind && !(kind->flags & AV_PIX_FMT_FLAG_PLANAR) && kind->log2_chroma_w == 1 &&
+           kind->log2_chroma_h == 0;
+}
+
+bool conversion::is_prepared(const AVFrame &from, AVPixelFormat to) const {
+    return converted && converted->format == to && from.width == width && from.height == height &&
+           from.format == format && from.color_range == range && from.colorspace == matrix;
+}
+
+void conversion::prepare(const AVFrame &from, AVPixelFormat to) {
     width = from.width;
     height = from.height;
     format = from.format;
@@ -30,11 +41,11 @@ void conversion::prepare(const AVFrame &from) {
     matrix = from.colorspace;
 
     converted.reset(av_frame_alloc());
-    converted->format = AV_PIX_FMT_YUV420P;
+    converted->format = to;
     converted->width = width;
     converted->height = height;
     const auto source = static_cast<AVPixelFormat>(format);
-    scaler.reset(sws_getContext(width, height, source, width, height, AV_PIX_FMT_YUV420P,
+    scaler.reset(sws_getContext(width, height, source, width, height, to,
                                 SWS_BILINEAR | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INP, nullptr,
                                 nullptr, nullptr));
     if (av_frame_get_buffer(converted.get(), 0) < 0 || !scaler) {
@@ -48,12 +59,11 @@ void conversion::prepare(const AVFrame &from) {
         range == AVCOL_RANGE_JPEG, sws_getCoefficients(SWS_CS_ITU601), 0, 0, unity, unity);
 }
 
-const AVFrame &conversion::operator()(const AVFrame &from) {
-    if (fits(from))
+const AVFrame &conversion::operator()(const AVFrame &from, AVPixelFormat to) {
+    if (fits(from, to))
         return from;
-    if (from.width != width || from.height != height || from.format != format ||
-        from.color_range != range || from.colorspace != matrix)
-        prepare(from);
+    if (!is_prepared(from, to))
+        prepare(from, to);
     sws_scale(scaler.get(), from.data, from.linesize, 0, height, converted->data,
               converted->linesize);
     return *converted;

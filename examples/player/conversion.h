@@ -5,17 +5,25 @@
 
 namespace player {
 
-// The library's functions read 8-bit 4:2:0 planes with BT.601 colours in studio range, which is
-// what most video of its kind is. Every other pixel format, range or matrix is brought to that by
-// libswscale first; size and timing stay.
+// The two forms of picture that the library reads.
+inline constexpr AVPixelFormat planar_420 = AV_PIX_FMT_YUV420P;
+inline constexpr AVPixelFormat packed_422 = AV_PIX_FMT_YUYV422;
+
+// Whether a frame of this format is best read as packed_422: it is packed 4:2:2 in some order.
+bool is_packed_422(int format);
+
+// The library takes BT.601 colours in studio range for granted, which is what most video of its
+// kind has. Every other pixel format, range or matrix is brought to that by libswscale first; size
+// and timing stay.
 class conversion {
 public:
     // `from` itself if it already fits, else a frame that stays valid until the next call.
     // Throws failure if libswscale does not know the format.
-    const AVFrame &operator()(const AVFrame &from);
+    const AVFrame &operator()(const AVFrame &from, AVPixelFormat to);
 
 private:
-    void prepare(const AVFrame &from);
+    void prepare(const AVFrame &from, AVPixelFormat to);
+    bool is_prepared(const AVFrame &from, AVPixelFormat to) const;
 
     handle<SwsContext> scaler;
     handle<AVFrame> converted;

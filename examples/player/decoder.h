@@ -1,6 +1,7 @@
 // Video files, decoded with libavformat and libavcodec.
 #pragma once
 
+#include "examples/player/container.h"
 #include "examples/player/conversion.h"
 #include "examples/player/handles.h"
 
@@ -17,14 +18,24 @@ public:
     explicit decoder(const std::string &file);
 
     // Size of the pictures as the file announces it.
-    int width() const { return codec->width; }
-    int height() const { return codec->height; }
+    int width() const { return input.codec->width; }
+    int height() const { return input.codec->height; }
 
     // Decodes the next picture; false after the last.
-    bool next(picture &into);
+    bool next();
 
-    // When the last picture is to be shown, in seconds.
-    double time() const { return shown_at; }
+    // The last picture: whether it came packed, and itself in the form that is wanted.
+    bool is_packed() const { return is_packed_422(frame->format); }
+    void get(picture &into, bool packed);
+
+    // Which of its fields is to be shown first: 0 is that of the uppermost row.
+    int first_field() const { return frame->interlaced_frame && !frame->top_field_first; }
+
+    // When the last picture is to be shown, in seconds from the start of the file.
+    double time() const { return shown_at - start; }
+
+    // For how long, in seconds.
+    double duration() const { return shown_for; }
 
 private:
     void feed();
@@ -33,15 +44,15 @@ private:
     [[noreturn]] void fail(const std::string &what) const;
 
     std::string file;
-    handle<AVFormatContext> container;
-    handle<AVCodecContext> codec;
+    opened_stream input;
     handle<AVPacket> packet;
     handle<AVFrame> frame;
     conversion to_library;
-    AVStream *stream = nullptr;
     bool key_seen = false;
     long pictures = 0;
+    double start = 0;
     double shown_at = 0;
+    double shown_for = 0;
     double read_until = 0;
 };
 

@@ -52,6 +52,7 @@ void display::fit_texture(Uint32 format, int width, int height) {
 
 void display::show(const surface &from) {
     visible = {0, 0, from.width(), from.height()};
+    shown_width = from.shown_width();
     if (from.format().sdl_format == SDL_PIXELFORMAT_UNKNOWN) {
         fit_texture(SDL_PIXELFORMAT_RGB24, from.width(), from.height());
         check(SDL_UpdateTexture(texture.get(), nullptr, from.expand().data(), from.width() * 3) ==
@@ -65,7 +66,7 @@ void display::show(const surface &from) {
 
 void display::draw() const {
     // The picture keeps its shape when the window is resized.
-    check(SDL_RenderSetLogicalSize(renderer.get(), visible.w, visible.h) == 0);
+    check(SDL_RenderSetLogicalSize(renderer.get(), shown_width, visible.h) == 0);
     check(SDL_RenderClear(renderer.get()) == 0);
     check(SDL_RenderCopy(renderer.get(), texture.get(), &visible, nullptr) == 0);
     SDL_RenderPresent(renderer.get());

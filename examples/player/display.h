@@ -53,6 +53,7 @@ private:
     handle<SDL_Renderer> renderer;
     handle<SDL_Texture> texture;
     SDL_Rect visible{}; // of the texture
+    int shown_width = 0;
 };
 
 } // namespace player

@@ -17,6 +17,7 @@ enum class command {
     plain_picture,
     next_surface,
     next_lanes,
+    menu,
     pause,
     quit,
 };

@@ -22,14 +22,12 @@ constexpr const char *fallback_directory = "lumalane-frames";
 constexpr long fallback_frames = 60;
 
 void write_frames(session &running, const fs::path &directory) {
-    std::error_code error;
-    fs::create_directories(directory, error);
-    if (error)
-        throw failure("cannot make " + directory.string() + ": " + error.message());
+    make_directory(directory);
     for (int number = 1; running.advance(); ++number) {
         char name[32];
         std::snprintf(name, sizeof name, "frame-%05d.png", number);
-        write_png(directory / name, running.loaded());
+        const surface &shown = running.loaded();
+        write_png(directory / name, shown.width(), shown.height(), shown.expand());
     }
 }
 

@@ -29,6 +29,11 @@ std::optional<options> parse(int argc, char **argv) {
     app.add_option("--surface", surface_name, "What the library fills (" + surface_name + ")")
         ->type_name("NAME")
         ->check(CLI::IsMember(surfaces, CLI::ignore_case));
+    app.add_flag("--packed", chosen.packed,
+                 "Load from packed 4:2:2 pictures into the surfaces that can be (automatic for "
+                 "packed videos; not with subtitles or fields)");
+    app.add_flag("--interlaced", chosen.interlaced,
+                 "Show every field by itself, doubled to a frame, on the surfaces that can");
     app.add_option("--lanes", chosen.lanes, "The lane set that runs (the widest)")
         ->type_name("NAME")
         ->check(CLI::IsMember(lane_set_names(), CLI::ignore_case));
@@ -44,9 +49,18 @@ std::optional<options> parse(int argc, char **argv) {
     add_control("--brightness", chosen.picture.brightness, brightness_range, " levels");
     add_control("--contrast", chosen.picture.contrast, gain_range, " %");
     add_control("--saturation", chosen.picture.saturation, gain_range, " %");
+    app.add_flag("--menu", chosen.menu, "Start with the menu open");
     app.add_option("--png", chosen.png_directory,
                    "Write the frames as PNG files into this directory; needs no display")
         ->type_name("DIR");
+    CLI::Option *subtitles = app.add_option("--subtitles", chosen.subtitles,
+                                            "Subtitles over the video: SRT, ASS and others")
+                                 ->type_name("FILE");
+    app.add_option("--dump-subpicture", chosen.dump_directory,
+                   "Write every subpicture as PNG files into this directory: drawn, its alpha, and "
+                   "painted back")
+        ->type_name("DIR")
+        ->needs(subtitles);
     app.footer(describe_keys());
 
     try {

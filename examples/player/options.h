@@ -13,11 +13,16 @@ struct surface_format;
 struct options {
     std::string file;
     bool repeat = false;
+    bool packed = false;
+    bool interlaced = false;
+    bool menu = false;
     std::optional<long> frames; // none: all
     const surface_format *surface = nullptr;
     std::string lanes; // empty: the widest that the processor runs
     adjustment picture;
-    std::string png_directory; // empty: show a window
+    std::string png_directory;  // empty: show a window
+    std::string subtitles;      // empty: none
+    std::string dump_directory; // of subpictures; empty: none
 };
 
 // Nothing if help was asked for and has been printed. Throws failure if the arguments are wrong.

@@ -11,27 +11,34 @@ struct plane_view {
     int pitch; // bytes from row to row
 };
 
-// A 4:2:0 picture with planes of its own. The library works in steps and rounds odd sizes up, so
-// the planes are padded to whole steps (their edge repeated) and the library is always given the
-// padded size: no row drifts and nothing outside the planes is touched. Rows follow each other
-// without gaps, which loadimage_yv12_ajust() takes for granted.
+// A 4:2:0 picture with planes of its own, or a packed 4:2:2 picture with rows of its own. The
+// library works in steps and rounds odd sizes up, so both are padded to whole steps (their edge
+// repeated) and the library is always given the padded size: no row drifts and nothing outside is
+// touched. Rows follow each other without gaps, which loadimage_yv12_ajust() takes for granted.
 class picture {
 public:
     void assign(int width, int height, plane_view y, plane_view u, plane_view v);
+    void assign_packed(int width, int height, plane_view rows); // Y0 U Y1 V
 
+    bool is_packed() const { return packed; }
     int width() const { return visible_width; }
     int height() const { return visible_height; }
     int padded_width() const;
     int padded_height() const;
 
-    unsigned char *y() { return y_plane.data(); }
+    // Bytes of a Y row; pixels of a packed row. That is how the library counts either.
+    int pitch() const { return padded_width(); }
+
+    unsigned char *y() { return y_plane.data(); } // or the packed rows
     unsigned char *u() { return u_plane.data(); }
     unsigned char *v() { return v_plane.data(); }
 
 private:
+    bool packed = false;
     int visible_width = 0;
     int visible_height = 0;
-    std::vector<unsigned char> y_plane, u_plane, v_plane;
+    std::vector<unsigned char> y_plane; // or the packed rows
+    std::vector<unsigned char> u_plane, v_plane;
 };
 
 } // namespace player

@@ -22,20 +22,17 @@ void playback::refresh_rates() {
 
 // Obeys the user until it is time for the next frame.
 bool playback::listen(clock::time_point until) {
-    bool paused = false;
     for (;;) {
         const clock::duration left =
-            paused ? 1s : std::max(until - clock::now(), clock::duration{});
+            running.is_paused() ? 1s : std::max(until - clock::now(), clock::duration{});
         const auto wish = window.wait(std::chrono::ceil<std::chrono::milliseconds>(left));
         if (!wish) {
-            if (!paused && clock::now() >= until)
+            if (!running.is_paused() && clock::now() >= until)
                 return true;
             continue;
         }
         if (wish == command::quit)
             return false;
-        if (wish == command::pause)
-            paused = !paused;
         running.obey(*wish);
         running.reload();
         window.show(running.loaded());
@@ -49,9 +46,8 @@ void playback::run() {
     auto due = clock::now();
     while (running.advance()) {
         // Jumps in the video's time (a repetition, a broken stamp) become a second's rest at most.
-        const std::chrono::duration<double> step(
-            std::clamp(running.video().time() - shown_at, 0.0, 1.0));
-        shown_at = running.video().time();
+        const std::chrono::duration<double> step(std::clamp(running.time() - shown_at, 0.0, 1.0));
+        shown_at = running.time();
         due += std::chrono::duration_cast<clock::duration>(step);
         // Too late to catch up, or the user paused: go on from here.
         if (due < clock::now() - 100ms)

@@ -23,23 +23,56 @@ session::session(const options &start_with) : chosen(start_with), input(chosen.f
     if (!chosen.lanes.empty())
         choose_lane_set(chosen.lanes);
     chosen.picture.apply();
+    if (!chosen.subtitles.empty() || chosen.interlaced || chosen.menu)
+        over.emplace(chosen.subtitles, chosen.dump_directory);
 }
 
-std::chrono::nanoseconds session::load() { return target.load(current, *chosen.surface); }
+double session::time() const {
+    const bool second_field = shows_fields() && !second_field_due;
+    return input.time() + (second_field ? input.duration() / 2 : 0);
+}
+
+std::chrono::nanoseconds session::load() {
+    const surface_format &format = *chosen.surface;
+    // What is mixed has planes.
+    const bool packed = format.library.load_packed && !over && (chosen.packed || input.is_packed());
+    input.get(current, packed);
+    if (over) {
+        over->say(menu_lines());
+        over->update(time(), current);
+    }
+    if (shows_fields()) {
+        const int field = second_field_due ? input.first_field() : 1 - input.first_field();
+        return target.mix_field(current, field, over->shown(), format);
+    }
+    if (over && !over->is_empty() && format.library.mix)
+        return target.mix(current, over->shown(), format);
+    return target.load(current, format);
+}
 
 void session::stop_after(long frames) {
     chosen.frames = std::min(chosen.frames.value_or(frames), frames);
 }
 
-bool session::advance() {
-    if (chosen.frames && whole.frames() >= *chosen.frames)
-        return false;
-    if (!input.next(current)) {
+// Goes on to the next picture.
+bool session::decode() {
+    if (!input.next()) {
         if (!chosen.repeat)
             return false;
         input = decoder(chosen.file);
-        input.next(current);
+        input.next();
     }
+    second_field_due = shows_fields();
+    return true;
+}
+
+bool session::advance() {
+    if (chosen.frames && whole.frames() >= *chosen.frames)
+        return false;
+    if (second_field_due)
+        second_field_due = false;
+    else if (!decode())
+        return false;
     const auto took = load();
     whole.count(took);
     recent.count(took);
@@ -82,15 +115,40 @@ void session::obey(command wish) {
     case command::next_lanes:
         choose_next_lane_set();
         break;
+    case command::menu:
+        chosen.menu = !chosen.menu;
+        if (!over)
+            over.emplace(chosen.subtitles, chosen.dump_directory);
+        break;
     case command::pause:
+        paused = !paused;
+        break;
     case command::quit:
         break;
     }
     picture.apply();
 }
 
+std::vector<std::string> session::menu_lines() const {
+    if (!chosen.menu)
+        return {};
+    const auto number = [](int value) { return std::to_string(value); };
+    return {paused ? "Paused" : "Playing",
+            "Brightness " + number(chosen.picture.brightness),
+            "Contrast " + number(chosen.picture.contrast) + " %",
+            "Saturation " + number(chosen.picture.saturation) + " %",
+            std::string("Surface ") + chosen.surface->name,
+            std::string("Lanes ") + lane_set_name()};
+}
+
 std::string session::describe() const {
     std::string text = std::string(chosen.surface->name) + ", " + lane_set_name();
+    if (current.is_packed())
+        text += ", packed";
+    if (shows_fields())
+        text += ", fields";
+    if (over && !chosen.surface->library.mix)
+        text += ", nothing over the video on this surface";
     const adjustment plain;
     const auto add = [&text](const char *control, int value, int plain_value, const char *unit) {
         if (value != plain_value)
@@ -104,10 +162,10 @@ std::string session::describe() const {
 
 std::string session::summary() const {
     char text[160];
-    std::snprintf(text, sizeof text,
-                  "%ld frames of %dx%d to %s: %.1f µs a frame in the library (%s)", whole.frames(),
-                  target.width(), target.height(), chosen.surface->name,
-                  whole.library_microseconds(), lane_set_name());
+    std::snprintf(
+        text, sizeof text, "%ld frames of %dx%d%s to %s: %.1f µs a frame in the library (%s)",
+        whole.frames(), current.width(), current.height(), current.is_packed() ? ", packed," : "",
+        chosen.surface->name, whole.library_microseconds(), lane_set_name());
     return text;
 }
 

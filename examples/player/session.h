@@ -4,11 +4,14 @@
 #include "examples/player/decoder.h"
 #include "examples/player/keys.h"
 #include "examples/player/options.h"
+#include "examples/player/overlay.h"
 #include "examples/player/picture.h"
 #include "examples/player/surface.h"
 
 #include <chrono>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace player {
 
@@ -44,8 +47,13 @@ public:
     // Loads the picture in hand again, for a change to be seen while it stands still.
     void reload();
 
-    // Changes how pictures are loaded; `pause` and `quit` change nothing here.
+    // Changes how pictures are loaded; `quit` changes nothing here.
     void obey(command wish);
+
+    bool is_paused() const { return paused; }
+
+    // When the frame is to be shown, in seconds from the start of the video.
+    double time() const;
 
     const decoder &video() const { return input; }
     const surface &loaded() const { return target; }
@@ -57,11 +65,17 @@ public:
     meter recent; // restarted by whoever shows it
 
 private:
+    bool shows_fields() const { return chosen.interlaced && chosen.surface->library.mix_field; }
+    bool decode();
+    std::vector<std::string> menu_lines() const;
     std::chrono::nanoseconds load();
 
     options chosen;
     decoder input;
     picture current;
+    std::optional<overlay> over;
+    bool paused = false;
+    bool second_field_due = false; // of the picture in hand
     surface target;
     meter whole;
 };

@@ -1,5 +1,7 @@
 #include "examples/player/surface.h"
 
+#include "examples/player/subpicture.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -31,54 +33,99 @@ void expand_rgb16(const surface &from, int row, unsigned char *rgb) {
 }
 
 // BT.601, studio range.
+void expand_pixel(int y, int u, int v, unsigned char *rgb) {
+    const auto level = [](double value) {
+        return static_cast<unsigned char>(std::lround(std::clamp(value, 0.0, 255.0)));
+    };
+    const double grey = 255.0 / 219 * (y - 16);
+    const double blue = 255.0 / 112 * (u - 128);
+    const double red = 255.0 / 112 * (v - 128);
+    rgb[0] = level(grey + 0.701 * red);
+    rgb[1] = level(grey - 0.114 * 0.886 / 0.587 * blue - 0.299 * 0.701 / 0.587 * red);
+    rgb[2] = level(grey + 0.886 * blue);
+}
+
 void expand_yv12(const surface &from, int row, unsigned char *rgb) {
     const unsigned char *y = row_of(from, row);
     const std::size_t luma_bytes = static_cast<std::size_t>(from.pitch()) * from.surface_height();
     const unsigned char *v = from.bytes().data() + luma_bytes + from.pitch() / 2 * (row / 2);
     const unsigned char *u = v + luma_bytes / 4;
-    const auto level = [](double value) {
-        return static_cast<unsigned char>(std::lround(std::clamp(value, 0.0, 255.0)));
-    };
-    for (int x = 0; x < from.width(); ++x) {
-        const double grey = 255.0 / 219 * (y[x] - 16);
-        const double blue = 255.0 / 112 * (u[x / 2] - 128);
-        const double red = 255.0 / 112 * (v[x / 2] - 128);
-        *rgb++ = level(grey + 0.701 * red);
-        *rgb++ = level(grey - 0.114 * 0.886 / 0.587 * blue - 0.299 * 0.701 / 0.587 * red);
-        *rgb++ = level(grey + 0.886 * blue);
+    for (int x = 0; x < from.width(); ++x, rgb += 3)
+        expand_pixel(y[x], u[x / 2], v[x / 2], rgb);
+}
+
+void expand_yuy2(const surface &from, int row, unsigned char *rgb) {
+    const unsigned char *in = row_of(from, row);
+    for (int x = 0; x < from.width(); ++x, rgb += 3) {
+        const unsigned char *pair = in + x / 2 * 4;
+        expand_pixel(in[2 * x], pair[1], pair[3], rgb);
     }
 }
 
+constexpr surface_format rgb(const char *name, library_functions library, int bytes,
+                             Uint32 sdl_format) {
+    return {.name = name,
+            .library = library,
+            .bytes_per_pixel = bytes,
+            .sdl_format = sdl_format,
+            .expand_row = expand_bgr};
+}
+
+constexpr surface_format rgb16(const char *name, unsigned layout, std::array<int, 3> bits,
+                               Uint32 sdl_format) {
+    return {.name = name,
+            .library = {loadimage_rgb16_ajust, LoadYUY2_RGB16_adjust, mix_ayuy2_rgb16_p_ajust,
+                        mix_ayuy2_rgb16_i_ajust},
+            .bytes_per_pixel = 2,
+            .rgb16_layout = layout,
+            .bits = bits,
+            .sdl_format = sdl_format,
+            .expand_row = expand_rgb16};
+}
+
+constexpr surface_format yuy2(const char *name, library_functions library,
+                              bool half_width = false) {
+    return {.name = name,
+            .library = library,
+            .bytes_per_pixel = 2,
+            .half_width = half_width,
+            .sdl_format = SDL_PIXELFORMAT_YUY2,
+            .expand_row = expand_yuy2};
+}
+
+constexpr surface_format yv12(const char *name, library_functions library,
+                              bool half_width = false) {
+    return {.name = name,
+            .library = library,
+            .bytes_per_pixel = 1,
+            .half_width = half_width,
+            .chroma_planes = true,
+            .sdl_format = SDL_PIXELFORMAT_YV12,
+            .expand_row = expand_yv12};
+}
+
+// The adjusting functions throughout: without an adjustment they change nothing.
+// (loadimage_yuy2() would, besides, leave gaps in every second row.) A field onto YV12 can only be
+// mixed without one.
 constexpr surface_format formats[] = {
-    // name, function, bytes, chroma planes, layout, bits, SDL's name, expansion
-    {"rgb32", loadimage_rgb32_ajust, 4, false, 0, {8, 8, 8}, SDL_PIXELFORMAT_RGB888, expand_bgr},
-    {"rgb24", loadimage_rgb24_ajust, 3, false, 0, {8, 8, 8}, SDL_PIXELFORMAT_BGR24, expand_bgr},
-    {"rgb565", loadimage_rgb16_ajust, 2, false, 0, {5, 6, 5}, SDL_PIXELFORMAT_RGB565, expand_rgb16},
-    {"rgb555",
-     loadimage_rgb16_ajust,
-     2,
-     false,
-     1,
-     {5, 5, 5},
-     SDL_PIXELFORMAT_UNKNOWN,
-     expand_rgb16},
-    {"rgb664",
-     loadimage_rgb16_ajust,
-     2,
-     false,
-     2,
-     {6, 6, 4},
-     SDL_PIXELFORMAT_UNKNOWN,
-     expand_rgb16},
-    {"rgb655",
-     loadimage_rgb16_ajust,
-     2,
-     false,
-     3,
-     {6, 5, 5},
-     SDL_PIXELFORMAT_UNKNOWN,
-     expand_rgb16},
-    {"yv12", loadimage_yv12_ajust, 1, true, 0, {8, 8, 8}, SDL_PIXELFORMAT_YV12, expand_yv12},
+    rgb("rgb32",
+        {loadimage_rgb32_ajust, LoadYUY2_RGB32_adjust, mix_ayuy2_rgb32_p_ajust,
+         mix_ayuy2_rgb32_i_ajust},
+        4, SDL_PIXELFORMAT_RGB888),
+    rgb("rgb24",
+        {loadimage_rgb24_ajust, LoadYUY2_RGB24_adjust, mix_ayuy2_rgb24_p_ajust,
+         mix_ayuy2_rgb24_i_ajust},
+        3, SDL_PIXELFORMAT_BGR24),
+    rgb16("rgb565", 0, {5, 6, 5}, SDL_PIXELFORMAT_RGB565),
+    rgb16("rgb555", 1, {5, 5, 5}, SDL_PIXELFORMAT_UNKNOWN),
+    rgb16("rgb664", 2, {6, 6, 4}, SDL_PIXELFORMAT_UNKNOWN),
+    rgb16("rgb655", 3, {6, 5, 5}, SDL_PIXELFORMAT_UNKNOWN),
+    yuy2("yuy2", {loadimage_yuy2_ajust, LoadYUY2_YUY2_adjust, mix_ayuy2_yuy2_p_ajust,
+                  mix_ayuy2_yuy2_i_ajust}),
+    yuy2("yuy2_mono", {loadimage_yuy2_mono_ajust}),
+    yuy2("half_yuy2", {loadimage_half_yuy2_ajust, nullptr, mix_ayuy2_half_yuy2_p_ajust}, true),
+    yv12("yv12", {loadimage_yv12_ajust, nullptr, mix_ayv12_yv12_p_ajust, mix_ayv12_yv12_i}),
+    yv12("half_yv12", {loadimage_half_yv12_ajust}, true),
 };
 
 } // namespace
@@ -95,22 +142,67 @@ const surface_format &next_surface_format(const surface_format &format) {
     return next == std::end(formats) ? formats[0] : *next;
 }
 
-std::chrono::nanoseconds surface::load(picture &from, const surface_format &into) {
+void surface::fit(const picture &from, const surface_format &into) {
+    const int picture_pixels = into.half_width ? 2 : 1; // to one of the surface
     filled_as = &into;
-    visible_width = from.width();
+    visible_width = (from.width() + picture_pixels - 1) / picture_pixels;
     visible_height = from.height();
-    padded_width = from.padded_width();
+    padded_width = from.padded_width() / picture_pixels;
     padded_height = from.padded_height();
-    const std::size_t bytes = static_cast<std::size_t>(pitch()) * padded_height;
+    const std::size_t bytes = first_plane_bytes();
     contents.resize(into.chroma_planes ? bytes + bytes / 2 : bytes);
+}
 
+tag_ajust_contrast_info surface::facts() const {
     tag_ajust_contrast_info info{};
-    info.rgb16_layout = into.rgb16_layout;
+    info.rgb16_layout = filled_as->rgb16_layout;
     info.surface_height = info.rows_to_plane_end = padded_height;
+    return info;
+}
 
+std::chrono::nanoseconds surface::load(picture &from, const surface_format &into) {
+    fit(from, into);
+    tag_ajust_contrast_info info = facts();
+    const auto load_picture = from.is_packed() ? into.library.load_packed : into.library.load;
     const auto start = std::chrono::steady_clock::now();
-    into.load(from.y(), from.u(), from.v(), contents.data(), padded_width, padded_height,
-              padded_width, pitch(), &info);
+    load_picture(from.y(), from.u(), from.v(), contents.data(), from.padded_width(),
+                 from.padded_height(), from.pitch(), pitch(), &info);
+    return std::chrono::steady_clock::now() - start;
+}
+
+std::chrono::nanoseconds surface::mix(picture &from, subpicture &over, const surface_format &into) {
+    fit(from, into);
+    tagMIX_INFO record = over.record();
+    record.video_pitch = from.pitch();
+    record.video_y = from.y();
+    record.video_v = from.v();
+    record.video_u = from.u();
+    return run(into.library.mix, record);
+}
+
+std::chrono::nanoseconds surface::mix_field(picture &from, int field, subpicture &over,
+                                            const surface_format &into) {
+    fit(from, into);
+    tagMIX_INFO record = over.record();
+    // Every second row of each plane.
+    record.video_pitch = 2 * from.pitch();
+    record.video_y = from.y() + field * from.pitch();
+    record.video_v = from.v() + field * (from.pitch() / 2);
+    record.video_u = from.u() + field * (from.pitch() / 2);
+    return run(into.library.mix_field, record);
+}
+
+std::chrono::nanoseconds surface::run(library_functions::mixer mix_picture, tagMIX_INFO &record) {
+    tag_ajust_contrast_info info = facts();
+    record.adjust_info = &info;
+    record.dst = contents.data();
+    record.dst_pitch = pitch();
+    if (filled_as->chroma_planes) {
+        record.dst_v = record.dst + first_plane_bytes();
+        record.dst_u = record.dst_v + first_plane_bytes() / 4;
+    }
+    const auto start = std::chrono::steady_clock::now();
+    mix_picture(&record);
     return std::chrono::steady_clock::now() - start;
 }
 

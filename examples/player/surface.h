@@ -13,18 +13,31 @@
 
 namespace player {
 
+class subpicture;
 class surface;
+
+// What the library has for one kind of surface; null: it has none.
+struct library_functions {
+    using loader = decltype(&loadimage_rgb32_ajust);
+    using mixer = decltype(&mix_ayuy2_rgb32_p_ajust);
+
+    loader load;                  // from 4:2:0 planes
+    loader load_packed = nullptr; // from packed 4:2:2 pictures
+    mixer mix = nullptr;          // of 4:2:0 planes and a subpicture
+    mixer mix_field = nullptr;    // the same of a single field, doubled to a frame
+};
 
 // All that is particular to one kind of surface. The names on the command line, the order of the
 // surface key and the help come from the table of these.
 struct surface_format {
     const char *name;
-    decltype(&loadimage_rgb32_ajust) load;
-    int bytes_per_pixel;     // in the rows of the surface (of its Y plane)
-    bool chroma_planes;      // V and U planes, a quarter of the first each, follow it
-    unsigned rgb16_layout;   // for the RGB16 functions
-    std::array<int, 3> bits; // of R, G and B
-    Uint32 sdl_format;       // SDL_PIXELFORMAT_UNKNOWN: SDL has none, it is expanded to be shown
+    library_functions library;
+    int bytes_per_pixel;              // in the rows of the surface (of its Y plane)
+    bool half_width = false;          // it has one pixel for two of the picture, in all rows
+    bool chroma_planes = false;       // V and U planes, a quarter of the first each, follow it
+    unsigned rgb16_layout = 0;        // for the RGB16 functions
+    std::array<int, 3> bits{8, 8, 8}; // of R, G and B
+    Uint32 sdl_format; // SDL_PIXELFORMAT_UNKNOWN: SDL has none, it is expanded to be shown
     // Writes one visible row as R, G, B bytes.
     void (*expand_row)(const surface &from, int row, unsigned char *rgb);
 };
@@ -39,23 +52,43 @@ const surface_format &next_surface_format(const surface_format &format);
 
 class surface {
 public:
-    // Has the library fill the surface and returns the time that the library took.
+    // Has the library fill the surface and returns the time that the library took. A packed picture
+    // needs a format that the library loads so.
     std::chrono::nanoseconds load(picture &from, const surface_format &into);
+
+    // Has the library fill the surface with the picture under a subpicture of its padded size. The
+    // picture must not be packed, and the format needs mix.
+    std::chrono::nanoseconds mix(picture &from, subpicture &over, const surface_format &into);
+
+    // The same with one field of the picture: 0 is that of the uppermost row. The format needs
+    // mix_field.
+    std::chrono::nanoseconds mix_field(picture &from, int field, subpicture &over,
+                                       const surface_format &into);
 
     const surface_format &format() const { return *filled_as; }
     const std::vector<unsigned char> &bytes() const { return contents; }
     int pitch() const { return padded_width * filled_as->bytes_per_pixel; }
 
-    // Size of the picture, and of the surface around it.
+    // Size of the visible part, and of the surface around it.
     int width() const { return visible_width; }
     int height() const { return visible_height; }
     int surface_width() const { return padded_width; }
     int surface_height() const { return padded_height; }
 
+    // The width at which the visible part has the shape of the picture.
+    int shown_width() const { return filled_as->half_width ? 2 * visible_width : visible_width; }
+
     // The visible part as rows of R, G, B bytes without gaps.
     std::vector<unsigned char> expand() const;
 
 private:
+    void fit(const picture &from, const surface_format &into);
+    std::size_t first_plane_bytes() const {
+        return static_cast<std::size_t>(pitch()) * padded_height;
+    }
+    tag_ajust_contrast_info facts() const;
+    std::chrono::nanoseconds run(library_functions::mixer mix_picture, tagMIX_INFO &record);
+
     const surface_format *filled_as = nullptr;
     int visible_width = 0;
     int visible_height = 0;
