@@ -131,8 +131,6 @@ void add_measurements(const std::vector<size> &pictures, const std::regex &filte
 int run(int argc, char **argv) {
     options options;
     std::vector<size> pictures{{320, 240}, {1280, 720}, {1920, 1080}, {3840, 2160}};
-    std::string lanes;
-    bool all_lanes = false;
     std::string filter = ".";
     std::string beside;
     std::string json;
@@ -146,10 +144,11 @@ int run(int argc, char **argv) {
         ->type_name("WIDTHxHEIGHT,...");
     app.add_option("--filter", filter, "only the matching, as 1920x1080/.*rgb32$")
         ->type_name("REGEX");
-    app.add_option("--lanes", lanes, "run this lane set instead of the widest")
-        ->check(CLI::IsMember(sets));
-    app.add_flag("--all-lanes", all_lanes, "run every lane set that this processor has")
-        ->excludes("--lanes");
+    options.lanes = {sets.front()};
+    app.add_option("--lanes", options.lanes, "run these lane sets instead of the widest")
+        ->delimiter(',')
+        ->check(CLI::IsMember(sets))
+        ->type_name("SET,...");
     app.add_option("--beside", beside, "also the lumalane_timer of another build")
         ->type_name("NAME=PROGRAM");
     app.add_option("--rounds", options.rounds, "rounds per measurement")
@@ -159,7 +158,6 @@ int run(int argc, char **argv) {
     app.add_option("--csv", csv, "write the table as CSV too")->type_name("FILE");
     CLI11_PARSE(app, argc, argv);
 
-    options.lanes = all_lanes ? sets : std::vector{lanes.empty() ? sets.front() : lanes};
     options.beside_name = beside.substr(0, beside.find('='));
     options.beside_program = beside.substr(beside.find('=') + 1);
     add_measurements(pictures, std::regex(filter), options);

@@ -165,6 +165,7 @@ constexpr void add_operations(tests::probe &probe) {
     add_one("add", [](w x, w y) { return add(x, y); });
     add_one("subtract", [](w x, w y) { return subtract(x, y); });
     add_one("add_saturate", [](w x, w y) { return add_saturate(x, y); });
+    add_one("add_saturate_unsigned", [](w x, w y) { return add_saturate_unsigned(x, y); });
     add_one("maximum", [](w x, w y) { return maximum(x, y); });
     add_one("minimum", [](w x, w y) { return minimum(x, y); });
     add_one("multiply_low", [](w x, w y) { return multiply_low(x, y); });
@@ -237,8 +238,8 @@ constexpr void add_operations(tests::probe &probe) {
     add_one("couple", [](w a) { return couple(a); });
     add_one("even_couples", [](w x, w y) { return even_couples(x, y); });
     add_one("uncouple", [](w x, w y) { return uncouple(x, y); });
-    add_one("uncouple_even", [](w x, w y) { return uncouple_even(x, y).lower; });
-    add_one("uncouple_even", [](w x, w y) { return uncouple_even(x, y).upper; });
+    add_one("uncouple_even", 0, [](w x, w y) { return uncouple_even(x, y).lower; });
+    add_one("uncouple_even", 1, [](w x, w y) { return uncouple_even(x, y).upper; });
     add_one("replace_second_8", [](b x, b y) { return replace_second_8(x, y); });
 }
 
