@@ -1,4 +1,5 @@
 #include "frame/dispatch.h"
+#include "frame/wide_registers.h"
 
 #if defined(__i386__) || defined(__x86_64__)
 #define LUMALANE_X86 1
@@ -130,6 +131,14 @@ const kernel_table &kernels() {
         __atomic_store_n(&chosen, table, __ATOMIC_RELAXED);
     }
     return *table;
+}
+
+bool wide_registers_in_use() {
+#if LUMALANE_X86
+    return &kernels() == &avx2::table;
+#else
+    return false;
+#endif
 }
 
 void force(lane_set set) { __atomic_store_n(&chosen, &table_of(set), __ATOMIC_RELAXED); }
