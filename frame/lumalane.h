@@ -347,13 +347,39 @@ LUMALANE_API void LoadYUY2_RGB32_adjust(unsigned char *src, unsigned char *src_u
 
 // ---- Subpictures ----------------------------------------------------------------------------
 
-// An RGB drawing surface to the Y, V and U planes of a subpicture; groups of 8 pixels that are all
-// of the key colour are skipped.
+// An RGB drawing surface (dst, dst_pitch, width, height) to the Y, V and U planes of a subpicture
+// (sub_y, sub_v, sub_u, sub_pitch). RGB16 is 5-6-5 here; the lower bits of its channels are 0.
+//   - Rows are worked in groups of 8 pixels; what is left after the last whole group (width % 8) is
+//     not converted.
+//   - A group of which all 8 pixels are equal to color_key is skipped: the planes keep what they
+//     had. color_key is a pixel as it lies in memory: all 32 bits for RGB32, 0x00RRGGBB for RGB24
+//     (with other upper bits nothing is equal to it), the low 16 bits for RGB16.
+//   - Otherwise every pixel of the group, whatever its colour, gets
+//         Y = 16 + (263 R + 516 G + 100 B) / 1024
+//     and the first one of each pair its U and V,
+//         U = 128 + (449 B - 297 G - 151 R) / 1024      V = 128 + (449 R - 376 G - 72 B) / 1024
+//     rounded down. White gives 234, 128, 128.
+//   - The fourth byte X of RGB32 should be 0: 16 | X stands in place of 16 above and 128 | X in
+//     place of 128, and all is clamped to 255.
+// The record keeps where the conversion stands. Per row sub_y moves by the whole groups and
+// sub_pitch - width, sub_u and sub_v by half of the groups and (sub_pitch - width) >> 1 as an
+// unsigned number, and alpha_plane by sub_pitch - width alone; nothing is read or written there. A
+// height of 0 runs around the 32-bit range.
 LUMALANE_API void Convert_RGB32_To_AYUY2(tagMIX_INFO *mix);
 LUMALANE_API void Convert_RGB24_To_AYUY2(tagMIX_INFO *mix);
 LUMALANE_API void Convert_RGB16_565_To_AYUY2(tagMIX_INFO *mix);
 
-// The blue channel of a drawing surface to the alpha plane, and back.
+// The alpha plane out of the blue channel of a drawing surface (restore), and into it (load): width
+// x height pixels at dst and alpha_plane. After each row the alpha plane is stepped over by
+// (video_pitch - width) >> 1 bytes: with video_pitch equal to width it is one run.
+//   Restore_RGB32_To_Alpha            byte 0 of each pixel; groups of 8 pixels
+//   Restore_RGB24_To_Alpha            byte 0 of the pixel after it, also past the end of a row;
+//                                     groups of 8 pixels
+//   Restore_RGB16_565_To_Alpha        bits 4..0 of each pixel; groups of 16 pixels
+//   load_subpicture_alpha_...         alpha in byte 0 of each pixel, 0 in the others; groups of 16
+// Rows are rounded up to whole groups, and with a width off the group each starts further right
+// than the one before. The two RGB24 functions leave height at 0, the others as it was. A height of
+// 0 runs around the 32-bit range.
 LUMALANE_API void Restore_RGB32_To_Alpha(tagMIX_INFO *mix);
 LUMALANE_API void Restore_RGB24_To_Alpha(tagMIX_INFO *mix);
 LUMALANE_API void Restore_RGB16_565_To_Alpha(tagMIX_INFO *mix);
@@ -361,7 +387,18 @@ LUMALANE_API void load_subpicture_alpha_rgb32(tagMIX_INFO *mix);
 LUMALANE_API void load_subpicture_alpha_rgb24(tagMIX_INFO *mix);
 LUMALANE_API void load_subpicture_alpha_rgb16_565(tagMIX_INFO *mix);
 
-// A subpicture back onto a drawing surface, with the key colour where alpha is 0.
+// A subpicture onto a drawing surface: where alpha is 0 the colour key, where it is 1 to 127 the
+// subpicture's colour, converted as in loadimage_rgb32(), and where it is 128 and more black.
+//   - video_pitch is the number of pixels per row, rounded up to whole groups of 16; width and
+//     sub_pitch are not read. The four planes are one run each: a row ends where the next one
+//     begins.
+//   - At the surface each row starts dst_pitch bytes below the one before, and with video_pitch off
+//     the group further right.
+//   - color_key has red in its lowest byte and blue in its third one, unlike that of the
+//   conversions
+//     above; the fourth byte of RGB32 is always 0. RGB16 takes the low 16 bits as they are.
+//   - RGB16 is 5-6-5 for every rgb16_layout of adjust_info up to 3; above that nothing is written.
+// The record stays as it was. A height of 0 runs around the 32-bit range.
 LUMALANE_API void load_subpicture_yuy2_rgb32(tagMIX_INFO *mix);
 LUMALANE_API void load_subpicture_yuy2_rgb32_ajust(tagMIX_INFO *mix);
 LUMALANE_API void load_subpicture_yuy2_rgb24(tagMIX_INFO *mix);
@@ -369,7 +406,16 @@ LUMALANE_API void load_subpicture_yuy2_rgb24_ajust(tagMIX_INFO *mix);
 LUMALANE_API void load_subpicture_yuy2_rgb16(tagMIX_INFO *mix);
 LUMALANE_API void load_subpicture_yuy2_rgb16_ajust(tagMIX_INFO *mix);
 
-// Fills a rectangle with the key colour.
+// Fills a rectangle of width x height pixels at `surface`, rows `pitch` bytes apart, with the
+// colour key: two rows at a time, in groups of 16 pixels. Every row is filled up to the next
+// multiple of 16 pixels and an odd height fills the row below as well; with a width off the group
+// each pair of rows starts further right. A height of 0 writes nothing. `reserved` is not read.
+//   LoadColorKeyRgb32   all of the key
+//   LoadColorKeyRgb24   24 bytes over and over, for a key of bytes k0 (lowest) to k3 and X = k3 |
+//   k0:
+//                           k1 k2 X k1 k2 X k1 k2   k2 X k1 k2 X k1 k2 X   k0 k1 k2 X k1 k2 X k1
+//                       which is one colour for a grey key 0x00gggggg only
+//   LoadColorKeyRgb16   the low 16 bits of the key
 LUMALANE_API void LoadColorKeyRgb32(unsigned int key, void *surface, int width, int height,
                                     int reserved, int pitch);
 LUMALANE_API void LoadColorKeyRgb24(unsigned int key, void *surface, int width, int height,
@@ -377,7 +423,10 @@ LUMALANE_API void LoadColorKeyRgb24(unsigned int key, void *surface, int width, 
 LUMALANE_API void LoadColorKeyRgb16(unsigned int key, void *surface, int width, int height,
                                     int reserved, int pitch);
 
-// Writes key_value into every byte of dst under which mask holds mask_value.
+// Writes the low byte of key_value into every byte of dst under which mask holds the low byte of
+// mask_value. Both have rows of `width` bytes, `pitch` apart, and are worked in groups of 16: the
+// last one of a row goes on to the next multiple, and with a width off the group each row starts
+// further right, in both. A height of 0 runs around the 32-bit range.
 LUMALANE_API void RelaceMaskWithColorKey(unsigned char *dst, unsigned char *mask,
                                          unsigned int mask_value, unsigned int key_value, int width,
                                          int pitch, int height);
