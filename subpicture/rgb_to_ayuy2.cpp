@@ -100,23 +100,22 @@ struct samples {
 // Deliberately each pair of pixels has the chroma of its first one, and the fourth byte is added to
 // every output, but for what they have always.
 template <bool with_x, int n>
-LUMALANE_INLINE samples<n> convert(pixels<n> first, pixels<n> second) {
-    const auto luma = [](pixels<n> of) {
-        const words<n / 2> y = to_y(of.bg, of.red);
-        if constexpr (!with_x)
-            return y;
-        return add_saturate_unsigned(y, of.x & fill_words<n / 2>(~always_in_y << 8));
-    };
+LUMALANE_INLINE samples<n> convert(const pixels<n> &first, const pixels<n> &second) {
+    words<n / 2> y_of_first = to_y(first.bg, first.red);
+    words<n / 2> y_of_second = to_y(second.bg, second.red);
     const words<n / 2> bg = even_couples(first.bg, second.bg);
     const words<n / 2> red = even_couples(first.red, second.red);
-    const auto chroma = [&](words<n / 2> uv) {
-        if constexpr (!with_x)
-            return uv;
-        return add_saturate_unsigned(uv, even_couples(first.x, second.x) &
-                                             fill_words<n / 2>(~always_in_chroma << 8));
-    };
-    return {uncouple(luma(first), luma(second)),
-            uncouple_even(chroma(to_u(bg, red)), chroma(to_v(bg, red)))};
+    words<n / 2> u = to_u(bg, red), v = to_v(bg, red);
+    if constexpr (with_x) {
+        const words<n / 2> not_in_y = fill_words<n / 2>(~always_in_y << 8);
+        const words<n / 2> x =
+            even_couples(first.x, second.x) & fill_words<n / 2>(~always_in_chroma << 8);
+        y_of_first = add_saturate_unsigned(y_of_first, first.x & not_in_y);
+        y_of_second = add_saturate_unsigned(y_of_second, second.x & not_in_y);
+        u = add_saturate_unsigned(u, x);
+        v = add_saturate_unsigned(v, x);
+    }
+    return {uncouple(y_of_first, y_of_second), uncouple_even(u, v)};
 }
 
 // ---- The walk ----------------------------------------------------------------------------------
@@ -154,6 +153,14 @@ LUMALANE_INLINE ptrdiff_t convert_groups(const place &row, ptrdiff_t count, unsi
     ptrdiff_t x = 0;
     while (x + widest <= count) {
         for (; x + widest <= count; x += widest) {
+            const unsigned char *const from = row.after<Surface>(x).surface;
+            const words<widest / 2> are_key =
+                Surface::template take<widest>(from, key).are_key &
+                Surface::template take<widest>(from + half_bytes, key).are_key;
+            if (!all(as_bytes(are_key)))
+                break;
+        }
+        for (; x + widest <= count; x += widest) {
             const place at = row.after<Surface>(x);
             const pixels<widest> first = Surface::template take<widest>(at.surface, key);
             const pixels<widest> second =
@@ -167,14 +174,6 @@ LUMALANE_INLINE ptrdiff_t convert_groups(const place &row, ptrdiff_t count, unsi
             store(at.y, made.y);
             store(at.u, made.uv.lower);
             store(at.v, made.uv.upper);
-        }
-        for (; x + widest <= count; x += widest) {
-            const unsigned char *const from = row.after<Surface>(x).surface;
-            const words<widest / 2> are_key =
-                Surface::template take<widest>(from, key).are_key &
-                Surface::template take<widest>(from + half_bytes, key).are_key;
-            if (!all(as_bytes(are_key)))
-                break;
         }
         if (x + widest <= count)
             for (const ptrdiff_t end = x + widest; x < end; x += group)
