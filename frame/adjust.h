@@ -84,14 +84,23 @@ struct adjust {
                 clamped(amplified(samples.v, by.v), by.v)};
     }
 
+    template <int n>
+    LUMALANE_INLINE chroma_samples<n / 2, bias> chroma(packed_pixels<n> samples) const {
+        return {clamped(amplified_odd(samples.even, by.u), by.u),
+                clamped(amplified_odd(samples.odd, by.v), by.v)};
+    }
+
     template <int n, class Shared>
     LUMALANE_INLINE luma_samples<n / 2, bias> luma(bytes<n> samples, const Shared &) const {
-        if constexpr (gentle && multiplies_rounded)
-            return {clamped(scaled(even_times<64>(samples), by.y), by.y),
-                    clamped(scaled(odd_times<64>(samples), by.y), by.y)};
-        else
-            return {clamped(amplified(even(samples), by.y), by.y),
-                    clamped(amplified(odd(samples), by.y), by.y)};
+        return {clamped(amplified_even(samples, by.y), by.y),
+                clamped(amplified_odd(samples, by.y), by.y)};
+    }
+
+    template <int n, class Shared>
+    LUMALANE_INLINE luma_samples<n / 2, bias, packed_order> luma(packed_pixels<n> samples,
+                                                                 const Shared &) const {
+        return {clamped(amplified_even(samples.even, by.y), by.y),
+                clamped(amplified_even(samples.odd, by.y), by.y)};
     }
 
 private:
@@ -139,6 +148,22 @@ private:
             return scaled(shift_left<6>(x), of);
         const words<n> product = multiply_low(x, fill_words<n>(of.gain));
         return shift_right_logical<6>(add_saturate(product, fill_words<n>(32)));
+    }
+
+    template <int n>
+    LUMALANE_INLINE static words<n / 2> amplified_even(bytes<n> samples, plane_adjustment of) {
+        if constexpr (gentle && multiplies_rounded)
+            return scaled(even_times<64>(samples), of);
+        else
+            return amplified(even(samples), of);
+    }
+
+    template <int n>
+    LUMALANE_INLINE static words<n / 2> amplified_odd(bytes<n> samples, plane_adjustment of) {
+        if constexpr (gentle && multiplies_rounded)
+            return scaled(odd_times<64>(samples), of);
+        else
+            return amplified(odd(samples), of);
     }
 
     // For narrow_saturate(), which ends the formula.

@@ -18,7 +18,7 @@ struct chroma_samples {
     words<n> u, v;
 };
 
-template <int n, int bias = 0>
+template <int n, int bias = 0, pairs order = pairs::in_order>
 struct luma_samples {
     words<n> even, odd;
 };
@@ -60,6 +60,12 @@ struct pipe {
         return first.template load_chroma<Second::parts, pixels>(from...);
     }
 
+    // The group's samples of a row, for sources that have them from nowhere else.
+    template <int pixels>
+    LUMALANE_INLINE auto fetch(const unsigned char *from) const {
+        return first.template fetch<Second::parts, pixels>(from);
+    }
+
     // Puts the group's pixels of a row at `to`.
     template <int pixels, class Put, class From, class Shared>
     LUMALANE_INLINE void row(unsigned char *to, const From &from, const Shared &shared) const {
@@ -83,6 +89,11 @@ struct pipe {
     static constexpr int parts() { return Second::parts; }
 
     // For the pipe that this one is the first part of. The sink weaves in `parts` parts.
+    template <int parts, int pixels>
+    LUMALANE_INLINE auto fetch(const unsigned char *from) const {
+        return first.template fetch<parts, pixels>(from);
+    }
+
     template <int parts, int pixels, class... From>
     LUMALANE_INLINE auto load_chroma(From... from) const {
         return second.chroma(first.template load_chroma<parts, pixels>(from...));

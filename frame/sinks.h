@@ -8,6 +8,8 @@
 namespace lumalane::LUMALANE_LANES {
 
 struct cached {
+    static constexpr bool fills_lines_in_turn = false;
+
     template <int n>
     LUMALANE_INLINE static void put(unsigned char *to, bytes<n> a) {
         store(to, a);
@@ -16,6 +18,9 @@ struct cached {
 
 // Around the cache; `to` is aligned to n bytes.
 struct streamed {
+    static constexpr bool fills_lines_in_turn =
+        true; // better one row after the other than two at once
+
     template <int n>
     LUMALANE_INLINE static void put(unsigned char *to, bytes<n> a) {
         stream(to, a);
@@ -43,24 +48,27 @@ struct sink {
 // ---- RGB ---------------------------------------------------------------------------------------
 
 struct rgb32 : sink<4, 4> {
-    template <class Put, int n>
-    LUMALANE_INLINE void row(unsigned char *to, rgb_pixels<n> p, const chroma_terms<n> &) const {
-        put_parts<Put>(to, weave_padded(p.blue, p.green, p.red));
+    template <class Put, int n, pairs order>
+    LUMALANE_INLINE void row(unsigned char *to, rgb_pixels<n, order> p,
+                             const chroma_terms<n> &) const {
+        put_parts<Put>(to, weave_padded<order>(p.blue, p.green, p.red));
     }
 };
 
 struct rgb24 : sink<3, 3> {
-    template <class Put, int n>
-    LUMALANE_INLINE void row(unsigned char *to, rgb_pixels<n> p, const chroma_terms<n> &) const {
-        put_parts<Put>(to, weave(p.blue, p.green, p.red));
+    template <class Put, int n, pairs order>
+    LUMALANE_INLINE void row(unsigned char *to, rgb_pixels<n, order> p,
+                             const chroma_terms<n> &) const {
+        put_parts<Put>(to, weave<order>(p.blue, p.green, p.red));
     }
 };
 
 // Upper bits of red, green and blue from bit 15 down, then 16 - red - green - blue zero bits.
 template <int red, int green, int blue>
 struct rgb16 : sink<2, 2> {
-    template <class Put, int n>
-    LUMALANE_INLINE void row(unsigned char *to, rgb_pixels<n> p, const chroma_terms<n> &) const {
+    template <class Put, int n, pairs order>
+    LUMALANE_INLINE void row(unsigned char *to, rgb_pixels<n, order> p,
+                             const chroma_terms<n> &) const {
         // Green lies across the two bytes of the pixel.
         const auto upper_bits = [](bytes<2 * n> channel, int bits) {
             return channel & fill_bytes<2 * n>(0xff00 >> bits);
@@ -69,7 +77,7 @@ struct rgb16 : sink<2, 2> {
         const bytes<2 *n> high = upper_bits(p.red, red) | shift_right_logical<red>(g);
         const bytes<2 *n> low =
             shift_left<8 - red>(g) | shift_right_logical<red + green - 8>(upper_bits(p.blue, blue));
-        put_parts<Put>(to, weave(low, high));
+        put_parts<Put>(to, weave<order>(low, high));
     }
 };
 

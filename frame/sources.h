@@ -58,34 +58,33 @@ struct luma_alone : planar {
     }
 };
 
-// Packed YUY2, for RGB.
-struct packed {
+// A source whose rows are fetched as a whole, chroma and luma, before the pipeline has them.
+struct fetched {
     static constexpr bool is_part = true;
 
-    template <int parts, int pixels>
-    LUMALANE_INLINE chroma_samples<pixels / 2> load_chroma(const unsigned char *from) const {
-        const bytes<pixels> uv = deal_odd<parts, pixels>(from);
-        return {even(uv), odd(uv)};
+    template <int, int, class Samples>
+    LUMALANE_INLINE Samples load_chroma(Samples samples) const {
+        return samples;
     }
 
-    template <int parts, int pixels, class Shared>
-    LUMALANE_INLINE bytes<pixels> load_luma(const unsigned char *from, const Shared &) const {
-        return deal_even<parts, pixels>(from);
+    template <int, int, class Samples, class Shared>
+    LUMALANE_INLINE Samples load_luma(Samples samples, const Shared &) const {
+        return samples;
+    }
+};
+
+// Packed YUY2, for RGB.
+struct packed : fetched {
+    template <int parts, int pixels>
+    LUMALANE_INLINE packed_pixels<pixels> fetch(const unsigned char *from) const {
+        return deal_packed<parts, pixels>(from);
     }
 };
 
 // Packed YUY2, for YUY2.
-struct packed_as_it_is {
-    static constexpr bool is_part = true;
-
-    template <int parts, int pixels>
-    LUMALANE_INLINE packed_samples<2 * pixels> load_chroma(const unsigned char *from) const {
-        return {load<2 * pixels>(from)};
-    }
-
-    template <int parts, int pixels, class Shared>
-    LUMALANE_INLINE packed_samples<2 * pixels> load_luma(const unsigned char *from,
-                                                         const Shared &) const {
+struct packed_as_it_is : fetched {
+    template <int, int pixels>
+    LUMALANE_INLINE packed_samples<2 * pixels> fetch(const unsigned char *from) const {
         return {load<2 * pixels>(from)};
     }
 };

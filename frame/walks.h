@@ -252,9 +252,11 @@ LUMALANE_INLINE void rows_in_pairs(const picture &p, const Pipe &pipe) {
 template <int pixels, class Put, class Pipe>
 LUMALANE_INLINE void packed_step(const Pipe &pipe, const unsigned char *src, unsigned char *dst,
                                  ptrdiff_t src_bytes, ptrdiff_t dst_pitch) {
-    const auto shared = pipe.template shared<pixels>(src);
-    pipe.template row<pixels, Put>(dst, src, shared);
-    pipe.template row<pixels, Put>(dst + dst_pitch, src + src_bytes, shared);
+    const auto upper = pipe.template fetch<pixels>(src);
+    const auto shared = pipe.template shared<pixels>(upper);
+    pipe.template row<pixels, Put>(dst, upper, shared);
+    pipe.template row<pixels, Put>(dst + dst_pitch, pipe.template fetch<pixels>(src + src_bytes),
+                                   shared);
 }
 
 template <int step, class Pipe>
@@ -280,6 +282,49 @@ LUMALANE_INLINE void packed_row_pairs_stepwise(const picture &p, const Pipe &pip
     } while (again(rows, 2));
 }
 
+// The wide steps of a pair of rows; returns how far they came. The next step's samples are fetched
+// before this one's pixels are put: the processor's window is too short to reach them by itself.
+template <int pixels, class Put, class Pipe>
+LUMALANE_INLINE ptrdiff_t packed_steps_ahead(const Pipe &pipe, const unsigned char *src,
+                                             unsigned char *dst, ptrdiff_t width,
+                                             ptrdiff_t src_bytes, ptrdiff_t dst_pitch) {
+    if (width < pixels)
+        return 0;
+    auto upper = pipe.template fetch<pixels>(src);
+    auto lower = pipe.template fetch<pixels>(src + src_bytes);
+    ptrdiff_t x = 0;
+    const auto put = [&](const auto &row, ptrdiff_t offset,
+                         const auto &shared) LUMALANE_INLINE_LAMBDA {
+        pipe.template row<pixels, Put>(dst + x * Pipe::bytes_per_pixel() + offset, row, shared);
+    };
+    for (; x + 2 * pixels <= width; x += pixels) {
+        const auto shared = pipe.template shared<pixels>(upper);
+        const unsigned char *const next = src + 2 * (x + pixels);
+        const auto next_upper = pipe.template fetch<pixels>(next);
+        put(upper, 0, shared);
+        const auto next_lower = pipe.template fetch<pixels>(next + src_bytes);
+        put(lower, dst_pitch, shared);
+        upper = next_upper, lower = next_lower;
+    }
+    const auto shared = pipe.template shared<pixels>(upper);
+    put(upper, 0, shared);
+    put(lower, dst_pitch, shared);
+    return x + pixels;
+}
+
+// The wide steps of one row of a pair, whose chroma is at `upper`.
+template <int pixels, class Put, class Pipe>
+LUMALANE_INLINE ptrdiff_t packed_row_steps(const Pipe &pipe, const unsigned char *upper,
+                                           const unsigned char *src, unsigned char *dst,
+                                           ptrdiff_t width) {
+    ptrdiff_t x = 0;
+    for (; x + pixels <= width; x += pixels)
+        pipe.template row<pixels, Put>(
+            dst + x * Pipe::bytes_per_pixel(), pipe.template fetch<pixels>(src + 2 * x),
+            pipe.template shared<pixels>(pipe.template fetch<pixels>(upper + 2 * x)));
+    return x;
+}
+
 template <int step, class Put, class Pipe>
 LUMALANE_INLINE void packed_row_pairs_wide(const picture &p, const Pipe &pipe) {
     constexpr int size = Pipe::bytes_per_pixel(), wide = step * (widest / 16);
@@ -288,9 +333,13 @@ LUMALANE_INLINE void packed_row_pairs_wide(const picture &p, const Pipe &pipe) {
     const unsigned char *src = p.src;
     unsigned char *dst = p.dst;
     for (int rows = p.height; rows > 0; rows -= 2) {
-        ptrdiff_t x = 0;
-        for (; x + wide <= width; x += wide)
-            packed_step<wide, Put>(pipe, src + 2 * x, dst + x * size, src_bytes, dst_pitch);
+        ptrdiff_t x;
+        if constexpr (Put::fills_lines_in_turn) {
+            packed_row_steps<wide, Put>(pipe, src, src, dst, width);
+            x = packed_row_steps<wide, Put>(pipe, src, src + src_bytes, dst + dst_pitch, width);
+        } else {
+            x = packed_steps_ahead<wide, Put>(pipe, src, dst, width, src_bytes, dst_pitch);
+        }
         for (; x < width; x += step)
             packed_step<step, cached>(pipe, src + 2 * x, dst + x * size, src_bytes, dst_pitch);
         src += 2 * src_bytes, dst += 2 * dst_pitch;

@@ -217,10 +217,17 @@ struct packed_picture {
 };
 
 // Packed YUY2 in order.
-struct packed_pairs : packed {
+struct packed_pairs {
+    static constexpr bool is_part = true;
+
     template <int parts, int pixels>
     LUMALANE_INLINE chroma_pairs<pixels> load_chroma(const unsigned char *from) const {
         return {deal_odd<parts, pixels>(from)};
+    }
+
+    template <int parts, int pixels, class Shared>
+    LUMALANE_INLINE bytes<pixels> load_luma(const unsigned char *from, const Shared &) const {
+        return deal_even<parts, pixels>(from);
     }
 };
 

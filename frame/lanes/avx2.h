@@ -159,7 +159,6 @@ LUMALANE_INLINE bytes<32> choose(bytes<32> where, bytes<32> chosen, bytes<32> ot
 
 LUMALANE_INLINE bool all(bytes<32> where) { return _mm256_movemask_epi8(where.v) == -1; }
 
-
 // ---- Between bytes and words -------------------------------------------------------------------
 
 LUMALANE_INLINE bytes<16> lower_half(bytes<32> a) { return {_mm256_castsi256_si128(a.v)}; }
@@ -318,13 +317,14 @@ LUMALANE_INLINE bytes<16> blend(bytes<16> below, bytes<16> above, bytes<16> weig
 // they belong in all three parts, and each part picks its bytes from the three channels. Byte m
 // holds pixel (m - c) / 3 modulo 16, and 11 is 1/3 there.
 struct shuffles {
-    alignas(16) unsigned char pixel_order[16]; // the 16 pixels, no longer split
+    // The 16 pixels, no longer split, of pairs in order and in turn.
+    alignas(16) unsigned char pixel_order[2][16];
     // For 1 to 4 parts: 16 chroma samples, in both blocks, to dealt words.
     alignas(32) unsigned char chroma[4][32];
     alignas(32) unsigned char upper_chroma[4][32]; // in the upper bytes of the words
     alignas(16) unsigned char repeat_odd[16];
     alignas(16) unsigned char swap_couples[16];
-    alignas(16) unsigned char channel[3][16];
+    alignas(16) unsigned char channel[2][3][16];  // of pairs in order and in turn
     alignas(16) unsigned char every_third[3][16]; // 0xff at bytes m with m % 3 == 0, 1, 2
     // In 3-byte pixels: part k of 16 third bytes, from bytes 16k on; and part k of 48 bytes, of
     // which every third is one of 16 samples (twice the first part, around the end).
@@ -344,13 +344,20 @@ struct shuffles {
 constexpr shuffles make_shuffles() {
     shuffles s{};
     for (int m = 0; m < 16; ++m) {
-        const auto split_lane = [](int pixel) { return pixel / 2 + pixel % 2 * 8; };
-        s.pixel_order[m] = static_cast<unsigned char>(split_lane(m));
+        const auto split_lane = [](int pixel, int order) {
+            const int pair = order == 0 ? pixel / 2 : pixel / 2 % 4 * 2 + pixel / 8;
+            return pair + pixel % 2 * 8;
+        };
         s.repeat_odd[m] = static_cast<unsigned char>(m | 1);
         s.swap_couples[m] = static_cast<unsigned char>(m ^ 1);
         for (int c = 0; c < 3; ++c) {
-            s.channel[c][m] = static_cast<unsigned char>(split_lane((m - c + 16) * 11 % 16));
             s.every_third[c][m] = m % 3 == c ? 0xff : 0;
+        }
+        for (int order = 0; order < 2; ++order) {
+            s.pixel_order[order][m] = static_cast<unsigned char>(split_lane(m, order));
+            for (int c = 0; c < 3; ++c)
+                s.channel[order][c][m] =
+                    static_cast<unsigned char>(split_lane((m - c + 16) * 11 % 16, order));
         }
         for (int k = 0; k < 3; ++k) {
             const int third = 3 * m + 2 - 16 * k;
@@ -425,11 +432,11 @@ LUMALANE_INLINE bytes<32> shuffled_blocks(bytes<32> a, const unsigned char *by) 
 }
 
 LUMALANE_INLINE bytes<16> narrow_interleaved(words<8> a, words<8> b) {
-    return shuffled(narrow_saturate(a, b), shuffle.pixel_order);
+    return shuffled(narrow_saturate(a, b), shuffle.pixel_order[0]);
 }
 
 LUMALANE_INLINE bytes<32> narrow_interleaved(words<16> a, words<16> b) {
-    return shuffled(narrow_saturate(a, b), shuffle.pixel_order);
+    return shuffled(narrow_saturate(a, b), shuffle.pixel_order[0]);
 }
 
 // b where the mask is set, a elsewhere.
@@ -489,6 +496,35 @@ LUMALANE_INLINE bytes<n> deal_odd(const unsigned char *from) {
     return deal_narrowed<count>(odd(load<n>(from)), odd(load<n>(from + n)));
 }
 
+inline constexpr pairs packed_order = pairs::in_turn;
+
+// The words of one half of the pixels stay in their places; those of the other half come to the
+// places between them by loads from a word further ahead or back.
+template <int count, int n>
+LUMALANE_INLINE packed_pixels<n> deal_packed(const unsigned char *from) {
+    constexpr int odd_words = 0xaa;
+    if constexpr (n == 16) {
+        return {{_mm_blend_epi16(load<16>(from).v, load<16>(from + 14).v, odd_words)},
+                {_mm_blend_epi16(load<16>(from + 2).v, load<16>(from + 16).v, odd_words)}};
+    } else {
+        const auto of_half = [&](int offset) {
+            if constexpr (count == 3)
+                return load_halves<32>(from + offset, from + 32 + offset).v;
+            else
+                return load<32>(from + offset).v;
+        };
+        // From the first pixel of the half that comes second.
+        constexpr int second = count == 3 ? 16 : 32;
+        const __m256i even = _mm256_blend_epi16(of_half(0), of_half(second - 2), odd_words);
+        const __m256i odd = _mm256_blend_epi16(of_half(2), of_half(second), odd_words);
+        if constexpr (count == 4)
+            return {{_mm256_permute4x64_epi64(even, _MM_SHUFFLE(3, 1, 2, 0))},
+                    {_mm256_permute4x64_epi64(odd, _MM_SHUFFLE(3, 1, 2, 0))}};
+        else
+            return {{even}, {odd}};
+    }
+}
+
 template <int count, int n>
 LUMALANE_INLINE words<n> deal_chroma(const unsigned char *from) {
     if constexpr (n == 8) {
@@ -513,20 +549,29 @@ LUMALANE_INLINE bytes<n> deal_pairs(const unsigned char *u, const unsigned char 
 
 template <int>
 LUMALANE_INLINE bytes<16> deal_halves(bytes<16> halves) {
-    return shuffled(halves, shuffle.pixel_order);
+    return shuffled(halves, shuffle.pixel_order[0]);
 }
 
 // For 1 or 2 parts: runs of 8 or of 4 bytes of both halves go to the blocks in turn.
 template <int count>
 LUMALANE_INLINE bytes<32> deal_halves(bytes<32> halves) {
     static_assert(count <= 2);
-    return shuffled(dealt < count == 1 ? 2 : 4 > (halves), shuffle.pixel_order);
+    return shuffled(dealt < count == 1 ? 2 : 4 > (halves), shuffle.pixel_order[0]);
 }
 
+template <pairs order = pairs::in_order>
 LUMALANE_INLINE woven<2, 32> weave(bytes<32> first, bytes<32> second) {
     const __m256i evens = _mm256_unpacklo_epi8(first.v, second.v);
     const __m256i odds = _mm256_unpackhi_epi8(first.v, second.v);
-    return {{{_mm256_unpacklo_epi16(evens, odds)}, {_mm256_unpackhi_epi16(evens, odds)}}};
+    const __m256i low = _mm256_unpacklo_epi16(evens, odds);
+    const __m256i high = _mm256_unpackhi_epi16(evens, odds);
+    if constexpr (order == pairs::in_order) {
+        return {{{low}, {high}}};
+    } else {
+        const __m256 a = _mm256_castsi256_ps(low), b = _mm256_castsi256_ps(high);
+        return {{{_mm256_castps_si256(_mm256_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0)))},
+                 {_mm256_castps_si256(_mm256_shuffle_ps(a, b, _MM_SHUFFLE(3, 1, 3, 1)))}}};
+    }
 }
 
 LUMALANE_INLINE woven<2, 32> interleave(bytes<32> first, bytes<32> second) {
@@ -551,10 +596,16 @@ LUMALANE_INLINE void store_after_8(unsigned char *to, const woven<2, 32> &parts)
     }
 }
 
+// The pixels of every block, no longer split.
+template <pairs order, int n>
+LUMALANE_INLINE bytes<n> in_pixel_order(bytes<n> split) {
+    return shuffled(split, shuffle.pixel_order[static_cast<int>(order)]);
+}
+
+template <pairs order = pairs::in_order>
 LUMALANE_INLINE woven<4, 16> weave_padded(bytes<16> first, bytes<16> second, bytes<16> third) {
-    const __m128i a = shuffled(first, shuffle.pixel_order).v;
-    const __m128i b = shuffled(second, shuffle.pixel_order).v;
-    const __m128i c = shuffled(third, shuffle.pixel_order).v, zero = _mm_setzero_si128();
+    const __m128i a = in_pixel_order<order>(first).v, b = in_pixel_order<order>(second).v;
+    const __m128i c = in_pixel_order<order>(third).v, zero = _mm_setzero_si128();
     const __m128i low_ab = _mm_unpacklo_epi8(a, b), high_ab = _mm_unpackhi_epi8(a, b);
     const __m128i low_c0 = _mm_unpacklo_epi8(c, zero), high_c0 = _mm_unpackhi_epi8(c, zero);
     return {{{_mm_unpacklo_epi16(low_ab, low_c0)},
@@ -563,10 +614,10 @@ LUMALANE_INLINE woven<4, 16> weave_padded(bytes<16> first, bytes<16> second, byt
              {_mm_unpackhi_epi16(high_ab, high_c0)}}};
 }
 
+template <pairs order = pairs::in_order>
 LUMALANE_INLINE woven<4, 32> weave_padded(bytes<32> first, bytes<32> second, bytes<32> third) {
-    const __m256i a = shuffled(first, shuffle.pixel_order).v;
-    const __m256i b = shuffled(second, shuffle.pixel_order).v;
-    const __m256i c = shuffled(third, shuffle.pixel_order).v, zero = _mm256_setzero_si256();
+    const __m256i a = in_pixel_order<order>(first).v, b = in_pixel_order<order>(second).v;
+    const __m256i c = in_pixel_order<order>(third).v, zero = _mm256_setzero_si256();
     const __m256i low_ab = _mm256_unpacklo_epi8(a, b), high_ab = _mm256_unpackhi_epi8(a, b);
     const __m256i low_c0 = _mm256_unpacklo_epi8(c, zero), high_c0 = _mm256_unpackhi_epi8(c, zero);
     return {{{_mm256_unpacklo_epi16(low_ab, low_c0)},
@@ -576,23 +627,26 @@ LUMALANE_INLINE woven<4, 32> weave_padded(bytes<32> first, bytes<32> second, byt
 }
 
 // The three parts of every block.
-template <int n>
+template <pairs order, int n>
 LUMALANE_INLINE woven<3, n> weave_blocks(bytes<n> first, bytes<n> second, bytes<n> third) {
-    const bytes<n> a = shuffled(first, shuffle.channel[0]);
-    const bytes<n> b = shuffled(second, shuffle.channel[1]);
-    const bytes<n> c = shuffled(third, shuffle.channel[2]);
+    constexpr auto &channel = shuffle.channel[static_cast<int>(order)];
+    const bytes<n> a = shuffled(first, channel[0]);
+    const bytes<n> b = shuffled(second, channel[1]);
+    const bytes<n> c = shuffled(third, channel[2]);
     const auto pick = [](bytes<n> at_0, bytes<n> at_1, bytes<n> at_2) {
         return select(select(at_0, at_1, shuffle.every_third[1]), at_2, shuffle.every_third[2]);
     };
     return {{pick(a, b, c), pick(b, c, a), pick(c, a, b)}};
 }
 
+template <pairs order = pairs::in_order>
 LUMALANE_INLINE woven<3, 16> weave(bytes<16> first, bytes<16> second, bytes<16> third) {
-    return weave_blocks(first, second, third);
+    return weave_blocks<order>(first, second, third);
 }
 
+template <pairs order = pairs::in_order>
 LUMALANE_INLINE woven<3, 32> weave(bytes<32> first, bytes<32> second, bytes<32> third) {
-    const auto [p] = weave_blocks(first, second, third);
+    const auto [p] = weave_blocks<order>(first, second, third);
     return {{{_mm256_permute2x128_si256(p[0].v, p[1].v, 0x20)},
              {_mm256_blend_epi32(p[2].v, p[0].v, 0xf0)},
              {_mm256_permute2x128_si256(p[1].v, p[2].v, 0x31)}}};

@@ -495,6 +495,10 @@ struct woven {
     bytes<n> part[count];
 };
 
+// In which order the pairs of pixels of a block lie in its even and in its odd pixels: as they
+// follow each other, or those of the first 8 pixels and those of the last 8 in turn.
+enum class pairs { in_order, in_turn };
+
 // A vector of several blocks that is woven within its blocks does not come out in memory order. So
 // pixels and their chroma are dealt out over the blocks when they are loaded, for `count` parts, in
 // whatever way makes the weave for so many parts leave in order. One block needs no dealing.
@@ -540,6 +544,25 @@ LUMALANE_INLINE bytes<n> deal_odd(const unsigned char *from) {
     return narrow_saturate(odd(load<2 * n>(from)));
 }
 
+// n pixels of packed YUY2, dealt and split: luma and U of the even ones, luma and V of the odd
+// ones, in the order of pairs that comes cheapest.
+template <int n>
+struct packed_pixels {
+    bytes<n> even, odd;
+};
+
+inline constexpr pairs packed_order = pairs::in_order;
+
+template <int count, int n>
+LUMALANE_INLINE packed_pixels<n> deal_packed(const unsigned char *from) {
+    packed_pixels<n> r;
+    for (int i = 0; i < n; ++i) {
+        r.even.lane[i] = from[i / 2 * 4 + i % 2];
+        r.odd.lane[i] = from[i / 2 * 4 + 2 + i % 2];
+    }
+    return r;
+}
+
 // Where the pixel of a split lane lies in its block.
 LUMALANE_INLINE constexpr int pixel_of_split_lane(int lane) { return lane % 8 * 2 + lane / 8; }
 
@@ -554,7 +577,8 @@ LUMALANE_INLINE woven<count, 16> weave_channels(const bytes<16> (&channels)[coun
     return r;
 }
 
-// 2 bytes per pixel: first, second.
+// 2 bytes per pixel: first, second. (Weaves need to know but their own set's packed_order.)
+template <pairs = pairs::in_order>
 LUMALANE_INLINE woven<2, 16> weave(bytes<16> first, bytes<16> second) {
     return weave_channels<2>({first, second});
 }
@@ -595,11 +619,13 @@ LUMALANE_INLINE void store_after_8(unsigned char *to, const woven<2, 16> &parts)
 }
 
 // 3 bytes per pixel: first, second, third.
+template <pairs = pairs::in_order>
 LUMALANE_INLINE woven<3, 16> weave(bytes<16> first, bytes<16> second, bytes<16> third) {
     return weave_channels<3>({first, second, third});
 }
 
 // 4 bytes per pixel: first, second, third, 0.
+template <pairs = pairs::in_order>
 LUMALANE_INLINE woven<4, 16> weave_padded(bytes<16> first, bytes<16> second, bytes<16> third) {
     return weave_channels<4>({first, second, third, fill_bytes<16>(0)});
 }

@@ -181,7 +181,6 @@ LUMALANE_INLINE bytes<16> choose(bytes<16> where, bytes<16> chosen, bytes<16> ot
 
 LUMALANE_INLINE bool all(bytes<16> where) { return _mm_movemask_epi8(where.v) == 0xffff; }
 
-
 // ---- Between bytes and words -------------------------------------------------------------------
 
 LUMALANE_INLINE bytes<8> lower_half(bytes<16> a) { return {a.v}; }
@@ -344,6 +343,13 @@ struct woven {
     bytes<n> part[count];
 };
 
+enum class pairs { in_order, in_turn };
+
+template <int n>
+struct packed_pixels {
+    bytes<n> even, odd;
+};
+
 #ifndef LUMALANE_WIDER_LANES
 template <int>
 LUMALANE_INLINE bytes<16> dealt(bytes<16> in_order) {
@@ -374,6 +380,19 @@ template <int count, int n>
 LUMALANE_INLINE bytes<n> deal_odd(const unsigned char *from) {
     return narrow_saturate(odd(load<16>(from)), odd(load<16>(from + 16)));
 }
+
+inline constexpr pairs packed_order = pairs::in_order;
+
+template <int count, int n>
+LUMALANE_INLINE packed_pixels<n> deal_packed(const unsigned char *from) {
+    const auto split = [](__m128i a) { // the even words, then the odd ones
+        const __m128i pairs = _mm_shufflehi_epi16(_mm_shufflelo_epi16(a, _MM_SHUFFLE(3, 1, 2, 0)),
+                                                  _MM_SHUFFLE(3, 1, 2, 0));
+        return _mm_shuffle_epi32(pairs, _MM_SHUFFLE(3, 1, 2, 0));
+    };
+    const __m128i a = split(load<16>(from).v), b = split(load<16>(from + 16).v);
+    return {{_mm_unpacklo_epi64(a, b)}, {_mm_unpackhi_epi64(a, b)}};
+}
 #endif
 
 #ifndef LUMALANE_WIDER_LANES
@@ -384,10 +403,18 @@ LUMALANE_INLINE bytes<16> deal_halves(bytes<16> halves) {
 #endif
 
 // Interleaves the even pixels (lower halves) and the odd ones apart, then the two.
+template <pairs order = pairs::in_order>
 LUMALANE_INLINE woven<2, 16> weave(bytes<16> first, bytes<16> second) {
     const __m128i evens = _mm_unpacklo_epi8(first.v, second.v);
     const __m128i odds = _mm_unpackhi_epi8(first.v, second.v);
-    return {{{_mm_unpacklo_epi16(evens, odds)}, {_mm_unpackhi_epi16(evens, odds)}}};
+    const __m128i low = _mm_unpacklo_epi16(evens, odds), high = _mm_unpackhi_epi16(evens, odds);
+    if constexpr (order == pairs::in_order) {
+        return {{{low}, {high}}};
+    } else {
+        const __m128 a = _mm_castsi128_ps(low), b = _mm_castsi128_ps(high);
+        return {{{_mm_castps_si128(_mm_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0)))},
+                 {_mm_castps_si128(_mm_shuffle_ps(a, b, _MM_SHUFFLE(3, 1, 3, 1)))}}};
+    }
 }
 
 LUMALANE_INLINE woven<2, 16> interleave(bytes<16> first, bytes<16> second) {
@@ -470,6 +497,7 @@ LUMALANE_INLINE bytes<n> load_channel(const unsigned char *from) {
     return load_channel_of_blocks<size, channel, n>(from);
 }
 
+template <pairs = pairs::in_order>
 LUMALANE_INLINE woven<4, 16> weave_padded(bytes<16> first, bytes<16> second, bytes<16> third) {
     const __m128i zero = _mm_setzero_si128();
     const __m128i even_12 = _mm_unpacklo_epi8(first.v, second.v);
@@ -488,6 +516,7 @@ LUMALANE_INLINE woven<4, 16> weave_padded(bytes<16> first, bytes<16> second, byt
 
 // The two pixels of pair k are three words, 1e2e 3e1o 2o3o (1, 2, 3 the channels, e even, o odd);
 // pairs 2k and 2k+1, a couple, are three 32-bit lanes: begin, middle and end.
+template <pairs = pairs::in_order>
 LUMALANE_INLINE woven<3, 16> weave(bytes<16> first, bytes<16> second, bytes<16> third) {
     const __m128i words_0 = _mm_unpacklo_epi8(first.v, second.v);
     const __m128i words_1 = _mm_unpacklo_epi8(third.v, _mm_unpackhi_epi64(first.v, first.v));

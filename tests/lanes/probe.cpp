@@ -311,6 +311,27 @@ struct from_halves : from_pairs<parts, n> {
     }
 };
 
+// Luma and chroma of packed pixels, split.
+template <int parts, int n>
+struct from_packed_luma {
+    static constexpr const char *deal = "deal_packed";
+    static constexpr int samples = 2 * n;
+    static int sample_of(int pixel) { return 2 * pixel; }
+    static bytes<n> load(const unsigned char *from) {
+        const packed_pixels<n> p = deal_packed<parts, n>(from);
+        return narrow_saturate(even(p.even), even(p.odd));
+    }
+};
+
+template <int parts, int n>
+struct from_packed_chroma : from_packed_luma<parts, n> {
+    static int sample_of(int pixel) { return 2 * pixel + 1; }
+    static bytes<n> load(const unsigned char *from) {
+        const packed_pixels<n> p = deal_packed<parts, n>(from);
+        return narrow_saturate(odd(p.even), odd(p.odd));
+    }
+};
+
 template <class Source>
 auto load_channel(const unsigned char *&from) {
     const unsigned char *const here = from;
@@ -321,6 +342,14 @@ auto load_channel(const unsigned char *&from) {
 template <class Weave, class Source, class... Channels>
 void run_weaving(unsigned char *to, const unsigned char *from) {
     call{Weave{}, to, Channels(load_channel<Source>(from))...};
+}
+
+template <class Source, int parts, int n, class Weave, class... Channels>
+constexpr void add_weaving(tests::probe &probe, const char *name, int left_out,
+                           void (Weave::*)(unsigned char *, Channels...) const) {
+    append(probe.weavings,
+           {Source::deal, name, sizeof...(Channels), Source::samples, Source::sample_of, n, parts,
+            left_out, run_weaving<Weave, Source, Channels...>});
 }
 
 // Adds weaves into `parts`, given as lambdas without captures that store what they wove.
@@ -350,12 +379,21 @@ private:
             add<from_halves<parts, n>>(name, left_out, &Weave::operator());
     }
 
-    template <class Source, class Weave, class... Channels>
-    constexpr void add(const char *name, int left_out,
-                       void (Weave::*)(unsigned char *, Channels...) const) const {
-        append(probe.weavings,
-               {Source::deal, name, sizeof...(Channels), Source::samples, Source::sample_of, n,
-                parts, left_out, run_weaving<Weave, Source, Channels...>});
+    template <class Source, class Run>
+    constexpr void add(const char *name, int left_out, Run run) const {
+        add_weaving<Source, parts, n>(probe, name, left_out, run);
+    }
+};
+
+// The same of split pixels with pairs in packed order.
+template <int parts, int n>
+struct packed_weaving_adder {
+    tests::probe &probe;
+
+    template <class Weave>
+    constexpr void operator()(const char *name, Weave) const {
+        add_weaving<from_packed_luma<parts, n>, parts, n>(probe, name, 0, &Weave::operator());
+        add_weaving<from_packed_chroma<parts, n>, parts, n>(probe, name, 0, &Weave::operator());
     }
 };
 
@@ -374,6 +412,15 @@ constexpr void add_weavings(tests::probe &probe) {
     const weaving_adder<2, n> add_in_2{probe};
     const weaving_adder<3, n> add_in_3{probe};
     const weaving_adder<4, n> add_in_4{probe};
+
+    packed_weaving_adder<2, n>{probe}(
+        "weave", [](memory to, b x, b y) { put_parts<cached>(to, weave<packed_order>(x, y)); });
+    packed_weaving_adder<3, n>{probe}("weave", [](memory to, b x, b y, b z) {
+        put_parts<cached>(to, weave<packed_order>(x, y, z));
+    });
+    packed_weaving_adder<4, n>{probe}("weave_padded", [](memory to, b x, b y, b z) {
+        put_parts<cached>(to, weave_padded<packed_order>(x, y, z));
+    });
 
     add_in_1("store", [](memory to, b x) { store(to, x); });
     add_in_2("weave",
