@@ -1,4 +1,4 @@
-// A subpicture over the video: what the mixes onto RGB and YUY2 surfaces share.
+// A subpicture over the video: what the mixes share.
 #pragma once
 
 #include "frame/adjust.h"
@@ -46,8 +46,6 @@ struct to_lower_row {
     ptrdiff_t sub, sub_chroma, dst;
 };
 
-// ---- The video of a pair of rows ---------------------------------------------------------------
-
 template <int n>
 LUMALANE_INLINE chroma_samples<n> average(chroma_samples<n> a, chroma_samples<n> b) {
     return {average(a.u, b.u), average(a.v, b.v)};
@@ -58,128 +56,314 @@ LUMALANE_INLINE chroma_pairs<n> average(chroma_pairs<n> a, chroma_pairs<n> b) {
     return {average(a.uv, b.uv)};
 }
 
-// Two rows of a frame and their chroma row.
-struct frame_rows {
-    ptrdiff_t lower; // from one row to the other
-
-    template <int parts, int pixels>
-    LUMALANE_INLINE bytes<pixels> lower_luma(const unsigned char *y) const {
-        return deal_pixels<parts, pixels>(y + lower);
-    }
-
-    template <class Form, int parts, int pixels>
-    LUMALANE_INLINE auto chroma(const unsigned char *u, const unsigned char *v) const {
-        return Form::template load_chroma<parts, pixels>(u, v);
-    }
+// Where the video of a pair of rows is. It is the average, rounded up, of a row and the one below
+// it where the distance between the two is not 0.
+struct video_rows {
+    ptrdiff_t lower;        // from the luma of the upper row to that of the lower one
+    ptrdiff_t below_lower;  // from there to the luma row below
+    ptrdiff_t below_chroma; // from the chroma row of the pair to the one below
 };
 
-// A row of a field, and the row between it and the field's next one: their average, rounded up. A
-// distance of 0 gives the row itself.
-struct field_rows {
-    ptrdiff_t luma_below, chroma_below;
+// ---- Samples of one plane ----------------------------------------------------------------------
 
-    template <int parts, int pixels>
-    LUMALANE_INLINE bytes<pixels> lower_luma(const unsigned char *y) const {
-        return average(deal_pixels<parts, pixels>(y), deal_pixels<parts, pixels>(y + luma_below));
-    }
+template <int n>
+LUMALANE_INLINE bytes<n> video_samples(const unsigned char *video, ptrdiff_t below) {
+    const bytes<n> samples = load<n>(video);
+    return below == 0 ? samples : average(samples, load<n>(video + below));
+}
 
-    template <class Form, int parts, int pixels>
-    LUMALANE_INLINE auto chroma(const unsigned char *u, const unsigned char *v) const {
-        return average(
-            Form::template load_chroma<parts, pixels>(u, v),
-            Form::template load_chroma<parts, pixels>(u + chroma_below, v + chroma_below));
+// The weights of n samples, from `per_sample` bytes of alpha each.
+
+struct weight_of_pixel {
+    static constexpr int per_sample = 1;
+
+    template <int n>
+    LUMALANE_INLINE static bytes<n> of(const unsigned char *alpha) {
+        return load<n>(alpha);
     }
 };
-
-// ---- The weight of a chroma sample, for U and for V --------------------------------------------
 
 struct weight_of_second_pixel {
+    static constexpr int per_sample = 2;
+
     template <int n>
-    LUMALANE_INLINE static bytes<n> pairs(bytes<n> alpha) {
-        return repeat_odd(alpha);
+    LUMALANE_INLINE static bytes<n> of(const unsigned char *alpha) {
+        if constexpr (n == 8)
+            return narrow_saturate(odd(load<16>(alpha)));
+        else
+            return deal_odd<1, n>(alpha);
     }
 };
 
 struct average_weight {
+    static constexpr int per_sample = 2;
+
     template <int n>
-    LUMALANE_INLINE static bytes<n> pairs(bytes<n> alpha) {
-        return average(alpha, swap_couples(alpha));
+    LUMALANE_INLINE static bytes<n> of(const unsigned char *alpha) {
+        if constexpr (n == 8)
+            return narrow_saturate(average_couples(load<16>(alpha)));
+        else
+            return deal_narrowed<1>(average_couples(load<n>(alpha)),
+                                    average_couples(load<n>(alpha + n)));
     }
 };
 
-// ---- One step ----------------------------------------------------------------------------------
-
-// Chroma of the video under that of the subpicture.
-template <class Weight, int n>
-LUMALANE_INLINE chroma_pairs<n> blend_chroma(chroma_pairs<n> video, bytes<n> sub, bytes<n> alpha) {
-    return {blend(video.uv, sub, Weight::pairs(alpha))};
+// Calls `step(pixels_of<n>{}, x)` with the widest n there are for `count` samples, a multiple of 8.
+template <class Step>
+LUMALANE_INLINE void along_plane(ptrdiff_t count, const Step &step) {
+    ptrdiff_t x = 0;
+    for (; x + widest <= count; x += widest)
+        step(pixels_of<widest>{}, x);
+    if (widest > 16 && x + 16 <= count) {
+        step(pixels_of<16>{}, x);
+        x += 16;
+    }
+    if (x < count)
+        step(pixels_of<8>{}, x);
 }
 
-template <class Weight, int n>
-LUMALANE_INLINE chroma_samples<n> blend_chroma(chroma_samples<n> video, bytes<2 * n> sub,
-                                               bytes<2 * n> alpha) {
-    const bytes<2 *n> blended = blend(join(video.u, video.v), sub, Weight::pairs(alpha));
-    return {even(blended), odd(blended)};
-}
+// ---- Two rows ----------------------------------------------------------------------------------
 
-// How a mix is made: samples in the form of `Form` (planar for RGB, planar_pairs for YUY2), chroma
-// with the weights of `Weight`, and `through(source)`, the pipeline behind a source.
-template <class Form, class Weight, class Through>
+// A mix works in two passes: it blends and adjusts the samples of a strip of a row, plane by plane,
+// and puts them through the pipeline that they would take in a loader. The strip stays in the
+// first-level cache. As one loop the two take 1.2 times as long: it is too long for the processor
+// to look into its next turn, and has more values at hand than there are registers.
+//
+// Samples come in the form of `Form` (planar for RGB, planar_pairs for YUY2), chroma has the
+// weights of `Weight`, `Adjusted` is adjust or as_they_are. `through(source, stage)` is the
+// pipeline.
+template <class Form, class Weight, class Adjusted, class Through>
 struct mixer {
+    Adjusted adjusted;
     Through through;
 
-    static constexpr int parts = decltype(through(Form{}))::parts();
-    static constexpr int bytes_per_pixel = decltype(through(Form{}))::bytes_per_pixel();
+    using pipeline = decltype(through(Form{}, as_they_are{}));
+    static constexpr int parts = pipeline::parts();
+    static constexpr int bytes_per_pixel = pipeline::bytes_per_pixel();
 
-    // Two rows, x pixels right of `at`. `apart` where stores cannot change what is read: then the
-    // rows may be looked at together, and where no pixel of either shows the subpicture they share
-    // their chroma terms.
-    template <int pixels, class Put, bool apart, class Rows>
-    LUMALANE_INLINE void step(const mix_position &at, ptrdiff_t x, const Rows &rows,
-                              to_lower_row lower) const {
+    // 16 pixels, x right of `at`, in the order that is promised: all that is read of the lower row
+    // but its video chroma is read after the upper one is stored.
+    LUMALANE_INLINE void step(const mix_position &at, ptrdiff_t x, const video_rows &video,
+                              const to_lower_row &lower) const {
+        const chroma<8> uv = video_chroma<8>(at, x / 2, video);
+        const auto row = [&](unsigned char *dst, const unsigned char *y, ptrdiff_t below,
+                             ptrdiff_t sub, ptrdiff_t sub_chroma) LUMALANE_INLINE_LAMBDA {
+            strip s;
+            blend_luma<16>(adjusted.y(), s.y, y, below, at.sub_y + sub, at.alpha + sub);
+            s.keep(0, blend_chroma(adjusted.u(), adjusted.v(), uv, at.sub_u + sub_chroma,
+                                   at.sub_v + sub_chroma, at.alpha + sub));
+            put<cached>(dst, s, 16);
+        };
         unsigned char *const dst = at.dst + x * bytes_per_pixel;
-        auto uv = rows.template chroma<Form, parts, pixels>(at.u + x / 2, at.v + x / 2);
-        using row = at_hand<pixels, decltype(uv)>;
-        const row upper{deal_pixels<parts, pixels>(at.y + x), uv};
-        if constexpr (apart) {
-            if (all_zero(load<pixels>(at.alpha + x) | load<pixels>(at.alpha + x + lower.sub))) {
-                const auto pipe = through(upper);
-                const auto shared = pipe.template shared<pixels>();
-                pipe.template row<pixels, Put>(dst, nullptr, shared);
-                const auto lower_luma = rows.template lower_luma<parts, pixels>(at.y + x);
-                through(row{lower_luma, uv})
-                    .template row<pixels, Put>(dst + lower.dst, nullptr, shared);
-                return;
+        const unsigned char *const y = at.y + x;
+        row(dst, y, 0, x, x / 2);
+        row(dst + lower.dst, y + video.lower, video.below_lower, x + lower.sub,
+            x / 2 + lower.sub_chroma);
+    }
+
+    // `width` pixels where stores cannot change what is read. Where no pixel of either row shows
+    // the subpicture nothing of it is read, and the rows share their chroma terms.
+    template <class Put>
+    void rows(const mix_position &at, ptrdiff_t width, const video_rows &video,
+              const to_lower_row &lower) const {
+        for (ptrdiff_t x = 0; x < width;) {
+            const ptrdiff_t left = width - x < strip::pixels ? width - x : strip::pixels;
+            mix_position here = at;
+            here.move_along_row(x, bytes_per_pixel);
+            if (const ptrdiff_t clear = clear_pixels(here.alpha, lower.sub, left); clear > 0) {
+                take_video<Put>(here, clear, video, lower);
+                x += clear;
+            } else {
+                const ptrdiff_t drawn = drawn_pixels(here.alpha, lower.sub, left);
+                blend_rows<Put>(here, drawn, video, lower);
+                x += drawn;
             }
         }
-        put<pixels, Put>(dst, upper, at.alpha + x, at.sub_y + x, at.sub_u + x / 2,
-                         at.sub_v + x / 2);
-        put<pixels, Put>(dst + lower.dst,
-                         row{rows.template lower_luma<parts, pixels>(at.y + x), uv},
-                         at.alpha + x + lower.sub, at.sub_y + x + lower.sub,
-                         at.sub_u + x / 2 + lower.sub_chroma, at.sub_v + x / 2 + lower.sub_chroma);
     }
 
 private:
-    // A row of the video under a row of the subpicture, of which nothing is read where nothing
-    // shows.
-    template <int pixels, class Put, class Chroma>
-    LUMALANE_INLINE void put(unsigned char *to, at_hand<pixels, Chroma> row,
-                             const unsigned char *alpha_row, const unsigned char *sub_y,
-                             const unsigned char *sub_u, const unsigned char *sub_v) const {
-        const bytes<pixels> alpha = deal_pixels<parts, pixels>(alpha_row);
-        if (!all_zero(alpha)) {
-            row.y = blend(row.y, deal_pixels<parts, pixels>(sub_y), alpha);
-            row.uv = blend_chroma<Weight>(row.uv, deal_pairs<parts, pixels>(sub_u, sub_v), alpha);
+    template <int n>
+    struct chroma {
+        bytes<n> u, v;
+    };
+
+    struct strip {
+        static constexpr ptrdiff_t pixels = 512;
+
+        alignas(64) unsigned char y[pixels];
+        alignas(64) unsigned char u[pixels / 2];
+        alignas(64) unsigned char v[pixels / 2];
+
+        template <int n>
+        LUMALANE_INLINE void keep(ptrdiff_t x, chroma<n> uv) {
+            store(u + x, uv.u);
+            store(v + x, uv.v);
         }
-        const auto pipe = through(row);
-        pipe.template row<pixels, Put>(to, nullptr, pipe.template shared<pixels>());
+    };
+
+    template <int n>
+    LUMALANE_INLINE static bool is_clear(const unsigned char *alpha, ptrdiff_t lower) {
+        return all_zero(load<n>(alpha) | load<n>(alpha + lower));
+    }
+
+    // Of `count` pixels of two rows, how many come before the first that shows the subpicture: a
+    // multiple of 16.
+    LUMALANE_INLINE static ptrdiff_t clear_pixels(const unsigned char *alpha, ptrdiff_t lower,
+                                                  ptrdiff_t count) {
+        ptrdiff_t x = 0;
+        while (x + widest <= count && is_clear<widest>(alpha + x, lower))
+            x += widest;
+        if (widest > 16 && count - x == 16 && is_clear<16>(alpha + x, lower))
+            x += 16;
+        return x;
+    }
+
+    // How many come before a clear stretch that is worth the change.
+    LUMALANE_INLINE static ptrdiff_t drawn_pixels(const unsigned char *alpha, ptrdiff_t lower,
+                                                  ptrdiff_t count) {
+        constexpr ptrdiff_t stretch = 64;
+        ptrdiff_t x = stretch;
+        while (x + stretch <= count && clear_pixels(alpha + x, lower, stretch) < stretch)
+            x += stretch;
+        return x + stretch <= count ? x : count;
+    }
+
+    template <class Put>
+    void blend_rows(const mix_position &at, ptrdiff_t count, const video_rows &video,
+                    const to_lower_row &lower) const {
+        strip upper_row, lower_row;
+        along_plane(count, [&, y = adjusted.y()](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            blend_luma<n.count>(y, upper_row.y + x, at.y + x, 0, at.sub_y + x, at.alpha + x);
+            blend_luma<n.count>(y, lower_row.y + x, at.y + video.lower + x, video.below_lower,
+                                at.sub_y + lower.sub + x, at.alpha + lower.sub + x);
+        });
+        along_plane(count / 2, [&, u = adjusted.u(), v = adjusted.v(),
+                                through = through](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            const auto uv = video_chroma<n.count>(at, x, video);
+            const auto upper_uv =
+                blend_chroma(u, v, uv, at.sub_u + x, at.sub_v + x, at.alpha + 2 * x);
+            const auto lower_uv =
+                blend_chroma(u, v, uv, at.sub_u + lower.sub_chroma + x,
+                             at.sub_v + lower.sub_chroma + x, at.alpha + lower.sub + 2 * x);
+            if constexpr (Form::in_pairs) { // little is left to do: at once
+                unsigned char *const dst = at.dst + 2 * x * bytes_per_pixel;
+                put_chroma<Put>(through, dst, upper_row.y + 2 * x, upper_uv);
+                put_chroma<Put>(through, dst + lower.dst, lower_row.y + 2 * x, lower_uv);
+            } else {
+                upper_row.keep(x, upper_uv);
+                lower_row.keep(x, lower_uv);
+            }
+        });
+        if constexpr (!Form::in_pairs) {
+            put<Put>(at.dst, upper_row, count);
+            put<Put>(at.dst + lower.dst, lower_row, count);
+        }
+    }
+
+    template <class Put>
+    void take_video(const mix_position &at, ptrdiff_t count, const video_rows &video,
+                    const to_lower_row &lower) const {
+        if (video.below_lower == 0 && video.below_chroma == 0)
+            take_frame<Put>(at, count, video, lower);
+        else
+            take_field<Put>(at, count, video, lower);
+    }
+
+    template <class Put>
+    LUMALANE_INLINE void take_frame(const mix_position &at, ptrdiff_t count,
+                                    const video_rows &video, const to_lower_row &lower) const {
+        along_row<true>(count, [at, video, lower, pipe = through(Form{}, adjusted)](
+                                   auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            row_pair_step<pixels.count, Put>(pipe, at.y + x, at.u + x / 2, at.v + x / 2,
+                                             at.dst + x * bytes_per_pixel, video.lower, lower.dst);
+        });
+    }
+
+    // (A row that is no average is one with itself.)
+    template <class Put>
+    LUMALANE_INLINE void take_field(const mix_position &at, ptrdiff_t count,
+                                    const video_rows &video, const to_lower_row &lower) const {
+        along_row<true>(count, [at, video, lower, a = adjusted, through = through](
+                                   auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            constexpr int n = pixels.count;
+            const unsigned char *const u = at.u + x / 2, *const v = at.v + x / 2;
+            const unsigned char *const y = at.y + x, *const lower_y = y + video.lower;
+            const auto uv = average(Form::template load_chroma<parts, n>(u, v),
+                                    Form::template load_chroma<parts, n>(u + video.below_chroma,
+                                                                         v + video.below_chroma));
+            using row = at_hand<n, decltype(average(uv, uv))>;
+            const row upper{deal_pixels<parts, n>(y), uv};
+            const row below{average(deal_pixels<parts, n>(lower_y),
+                                    deal_pixels<parts, n>(lower_y + video.below_lower)),
+                            uv};
+            unsigned char *const dst = at.dst + x * bytes_per_pixel;
+            const auto shared = through(upper, a).template shared<n>();
+            through(upper, a).template row<n, Put>(dst, nullptr, shared);
+            through(below, a).template row<n, Put>(dst + lower.dst, nullptr, shared);
+        });
+    }
+
+    template <int n>
+    LUMALANE_INLINE static chroma<n> video_chroma(const mix_position &at, ptrdiff_t x,
+                                                  const video_rows &video) {
+        return {video_samples<n>(at.u + x, video.below_chroma),
+                video_samples<n>(at.v + x, video.below_chroma)};
+    }
+
+    template <int n, class Plane>
+    LUMALANE_INLINE static void blend_luma(const Plane &adjusted_y, unsigned char *to,
+                                           const unsigned char *video, ptrdiff_t below,
+                                           const unsigned char *sub, const unsigned char *alpha) {
+        store(to, adjusted_y(blend(video_samples<n>(video, below), load<n>(sub), load<n>(alpha))));
+    }
+
+    template <class Plane, int n>
+    LUMALANE_INLINE static chroma<n> blend_chroma(const Plane &adjusted_u, const Plane &adjusted_v,
+                                                  chroma<n> video, const unsigned char *sub_u,
+                                                  const unsigned char *sub_v,
+                                                  const unsigned char *alpha) {
+        const bytes<n> weight = Weight::template of<n>(alpha);
+        return {adjusted_u(blend(video.u, load<n>(sub_u), weight)),
+                adjusted_v(blend(video.v, load<n>(sub_v), weight))};
+    }
+
+    // The 2n pixels that n samples of chroma serve, through the pipeline.
+    template <class Put, int n>
+    LUMALANE_INLINE static void put_chroma(const Through &through, unsigned char *dst,
+                                           const unsigned char *y, chroma<n> uv) {
+        const auto group = [&](auto pixels, int first, auto pairs) LUMALANE_INLINE_LAMBDA {
+            constexpr int count = pixels.count;
+            const auto row = through(
+                at_hand<count, chroma_pairs<count>>{deal_pixels<parts, count>(y + first), {pairs}},
+                as_they_are{});
+            row.template row<count, Put>(dst + first * bytes_per_pixel, nullptr,
+                                         row.template shared<count>());
+        };
+        if constexpr (n == 8) {
+            group(pixels_of<16>{}, 0, join(widen(uv.u), widen(uv.v)));
+        } else {
+            const auto pairs = interleave(dealt<2 * parts>(uv.u), dealt<2 * parts>(uv.v));
+            group(pixels_of<n>{}, 0, pairs.part[0]);
+            group(pixels_of<n>{}, n, pairs.part[1]);
+        }
+    }
+
+    // The strip's pixels through the pipeline.
+    template <class Put>
+    LUMALANE_INLINE void put(unsigned char *dst, const strip &s, ptrdiff_t count) const {
+        along_row<true>(count, [=, pipe = through(Form{}, as_they_are{}),
+                                &s](auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            pipe.template row<pixels.count, Put>(
+                dst + x * bytes_per_pixel, s.y + x,
+                pipe.template shared<pixels.count>(s.u + x / 2, s.v + x / 2));
+        });
     }
 };
 
-template <class Form, class Weight, class Through>
-LUMALANE_INLINE mixer<Form, Weight, Through> make_mixer(Through through) {
-    return {through};
+template <class Form, class Weight, class Adjusted, class Through>
+LUMALANE_INLINE mixer<Form, Weight, Adjusted, Through> make_mixer(Adjusted adjusted,
+                                                                  Through through) {
+    return {adjusted, through};
 }
 
 // ---- Regular shapes ----------------------------------------------------------------------------
@@ -199,6 +383,20 @@ LUMALANE_INLINE bool mix_is_regular(const tagMIX_INFO &mix, const mix_extents &e
            apart(e.dst, e.sub_u) && apart(e.dst, e.sub_v);
 }
 
+// Two rows, step by step where somebody could tell. Returns how far the steps came.
+template <bool wide, class Put, class Mixer>
+LUMALANE_INLINE ptrdiff_t mix_two_rows(const Mixer &mixer, const mix_position &at, int width,
+                                       const video_rows &video, const to_lower_row &lower) {
+    if constexpr (wide) {
+        mixer.template rows<Put>(at, width, video, lower);
+        return width;
+    } else {
+        return along_row<false>(width, [&](auto, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            mixer.step(at, x, video, lower);
+        });
+    }
+}
+
 // ---- Row pairs of a frame ----------------------------------------------------------------------
 
 // What differs between the mixes that walk row pairs, in bytes.
@@ -212,7 +410,7 @@ template <bool wide, class Put, class Mixer>
 LUMALANE_INLINE void mix_row_pairs(tagMIX_INFO &mix, const mix_distances &d, const Mixer &mixer) {
     constexpr int size = Mixer::bytes_per_pixel;
     const int width = mix.width;
-    const frame_rows rows{d.lower_luma};
+    const video_rows video{d.lower_luma, 0, 0};
     const to_lower_row lower{d.lower_sub, mix.sub_pitch >> 1, mix.dst_pitch};
     const int luma_rest = difference(twice(mix.video_pitch), width);
     const ptrdiff_t chroma_rest = d.next_chroma - (width >> 1);
@@ -222,12 +420,7 @@ LUMALANE_INLINE void mix_row_pairs(tagMIX_INFO &mix, const mix_distances &d, con
     mix_position at(mix);
     int height = mix.height;
     do {
-        at.move_along_row(along_row<wide>(width,
-                                          [&](auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-                                              mixer.template step<pixels.count, Put, wide>(
-                                                  at, x, rows, lower);
-                                          }),
-                          size);
+        at.move_along_row(mix_two_rows<wide, Put>(mixer, at, width, video, lower), size);
         at.move(luma_rest, chroma_rest, sub_rest, sub_chroma_rest, dst_rest);
         height = difference(height, 2);
     } while (height > 0);
@@ -286,9 +479,9 @@ struct field_distances {
 template <class Pair>
 LUMALANE_INLINE void field_pairs(mix_position at, const field_distances &d, bool last,
                                  const Pair &pair) {
-    pair(at, field_rows{d.luma, 0});
+    pair(at, video_rows{0, d.luma, 0});
     at.move(d.luma, 0, 2 * d.sub, 2 * d.sub_chroma, 2 * d.dst);
-    pair(at, last ? field_rows{0, 0} : field_rows{d.luma, d.chroma});
+    pair(at, last ? video_rows{0, 0, 0} : video_rows{0, d.luma, d.chroma});
 }
 
 // Four rows: step by step of all four, or pair by pair where nobody can tell. Returns how far the
@@ -298,21 +491,15 @@ LUMALANE_INLINE ptrdiff_t mix_four_rows(const Mixer &mixer, const mix_position &
                                         const field_distances &d, int width, bool last) {
     const to_lower_row lower{d.sub, d.sub_chroma, d.dst};
     if constexpr (wide) {
-        field_pairs(
-            at, d, last,
-            [&](const mix_position &pair_at, const field_rows &rows) LUMALANE_INLINE_LAMBDA {
-                along_row<true>(width, [&](auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-                    mixer.template step<pixels.count, Put, true>(pair_at, x, rows, lower);
-                });
-            });
+        field_pairs(at, d, last, [&](const mix_position &pair_at, const video_rows &video) {
+            mixer.template rows<Put>(pair_at, width, video, lower);
+        });
         return width;
     } else {
-        return along_row<false>(width, [&](auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-            field_pairs(
-                at, d, last,
-                [&](const mix_position &pair_at, const field_rows &rows) LUMALANE_INLINE_LAMBDA {
-                    mixer.template step<pixels.count, Put, false>(pair_at, x, rows, lower);
-                });
+        return along_row<false>(width, [&](auto, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            field_pairs(at, d, last, [&](const mix_position &pair_at, const video_rows &video) {
+                mixer.step(pair_at, x, video, lower);
+            });
         });
     }
 }

@@ -109,23 +109,36 @@ template <class First, class Second>
 requires(First::is_part &&Second::is_part) LUMALANE_INLINE pipe<First, Second>
 operator|(First first, Second second) { return {first, second}; }
 
+// `map` of the words of a blend, clamped to bytes.
+template <int n, class Map>
+LUMALANE_INLINE bytes<n> narrowed(sixteenths<n> a, Map map) {
+    if constexpr (n == 8)
+        return narrow_saturate(map(a.low));
+    else
+        return narrow_saturate(map(a.low), map(a.high));
+}
+
 // No stage at all, where adjust might stand.
 struct as_they_are {
     static constexpr bool is_part = true;
 
-    // Of planes by themselves.
-    template <int n>
-    LUMALANE_INLINE bytes<n> y(bytes<n> samples) const {
-        return samples;
-    }
-    template <int n>
-    LUMALANE_INLINE bytes<n> u(bytes<n> samples) const {
-        return samples;
-    }
-    template <int n>
-    LUMALANE_INLINE bytes<n> v(bytes<n> samples) const {
-        return samples;
-    }
+    // For planes by themselves.
+    struct plane {
+        template <int n>
+        LUMALANE_INLINE bytes<n> operator()(bytes<n> samples) const {
+            return samples;
+        }
+
+        // A blend is truncated.
+        template <int n>
+        LUMALANE_INLINE bytes<n> operator()(sixteenths<n> samples) const {
+            return narrowed(samples, [](auto half) { return shift_right_logical<4>(half); });
+        }
+    };
+
+    LUMALANE_INLINE plane y() const { return {}; }
+    LUMALANE_INLINE plane u() const { return {}; }
+    LUMALANE_INLINE plane v() const { return {}; }
 };
 
 template <class First>

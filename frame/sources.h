@@ -8,6 +8,7 @@ namespace lumalane::LUMALANE_LANES {
 // Planar 4:2:0, for RGB.
 struct planar {
     static constexpr bool is_part = true;
+    static constexpr bool in_pairs = false;
 
     template <int parts, int pixels>
     LUMALANE_INLINE static chroma_samples<pixels / 2> load_chroma(const unsigned char *u,
@@ -23,6 +24,8 @@ struct planar {
 
 // Planar 4:2:0, for YUY2.
 struct planar_pairs : planar {
+    static constexpr bool in_pairs = true;
+
     template <int parts, int pixels>
     LUMALANE_INLINE static chroma_pairs<pixels> load_chroma(const unsigned char *u,
                                                             const unsigned char *v) {

@@ -76,10 +76,10 @@ void loadimage_yv12_ajust(LUMALANE_PARAMETERS_picture) {
     const plane v{src_v, dst_v, width >> 1, height >> 1, src_pitch >> 1, dst_pitch >> 1};
     const plane u{src_u, dst_u, width >> 1, height >> 1, src_pitch >> 1, dst_pitch >> 1};
     with_adjustment([&](auto adjusted) {
-        map_plane(y, [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.y(a); });
+        map_plane(y, adjusted.y());
         // Deliberately crossed: V gets the offset of U, and U that of V.
-        map_plane(v, [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.u(a); });
-        map_plane(u, [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.v(a); });
+        map_plane(v, adjusted.u());
+        map_plane(u, adjusted.v());
     });
 }
 
@@ -160,9 +160,9 @@ void loadimage_half_yv12_ajust(LUMALANE_PARAMETERS_picture) {
     const plane v{src_v, dst_v, width >> 1, height >> 1, src_pitch >> 1, dst_pitch >> 1};
     const plane u{src_u, dst_u, width >> 1, height >> 1, src_pitch >> 1, dst_pitch >> 1};
     with_adjustment([&](auto adjusted) {
-        halve_luma(y, [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.y(a); });
-        halve_chroma(v, [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.v(a); });
-        halve_chroma(u, [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.u(a); });
+        halve_luma(y, adjusted.y());
+        halve_chroma(v, adjusted.v());
+        halve_chroma(u, adjusted.u());
     });
 }
 

@@ -47,10 +47,9 @@ void mix_groups(const tagMIX_INFO &mix, const Mixer &mixer) {
 template <class Sink>
 void mix_interlaced(const tagMIX_INFO &mix, Sink sink) {
     with_adjustment([&](auto adjusted) {
-        const auto mixer =
-            make_mixer<planar, average_weight>([=](auto source) LUMALANE_INLINE_LAMBDA {
-                return source | adjusted | to_rgb{} | sink;
-            });
+        const auto mixer = make_mixer<planar, average_weight>(
+            adjusted, [=](auto source, auto stage)
+                          LUMALANE_INLINE_LAMBDA { return source | stage | to_rgb{} | sink; });
         const int row_bytes = product(mix.width, mixer.bytes_per_pixel);
         // Of other heights the strips do not begin where the one before did.
         const bool whole_groups = mix.height == 4 || (mix.height >= 8 && mix.height % 4 == 0);

@@ -11,11 +11,11 @@ template <class Sink>
 LUMALANE_INLINE void mix_progressive(tagMIX_INFO &mix, Sink sink) {
     const ptrdiff_t chroma_pitch = mix.video_pitch >> 1, sub_chroma_pitch = mix.sub_pitch >> 1;
     with_adjustment([&](auto adjusted) {
-        mix_row_pairs(
-            mix, {2 * chroma_pitch, 2 * sub_chroma_pitch, chroma_pitch},
-            make_mixer<planar, weight_of_second_pixel>([=](auto source) LUMALANE_INLINE_LAMBDA {
-                return source | adjusted | to_rgb{} | sink;
-            }));
+        mix_row_pairs(mix, {2 * chroma_pitch, 2 * sub_chroma_pitch, chroma_pitch},
+                      make_mixer<planar, weight_of_second_pixel>(
+                          adjusted, [=](auto source, auto stage) LUMALANE_INLINE_LAMBDA {
+                              return source | stage | to_rgb{} | sink;
+                          }));
     });
 }
 

@@ -212,9 +212,7 @@ void stretch_numbered(const stretched_plane<times> &p, int plane_number) {
                                               : plane_number == 2 ? all.u
                                                                   : all.v)
                                                  .offset};
-    with_adjustment({by, by, by}, [&](auto adjusted) {
-        stretch_adjusted(p, [=](auto samples) { return adjusted.y(samples); });
-    });
+    with_adjustment({by, by, by}, [&](auto adjusted) { stretch_adjusted(p, adjusted.y()); });
 }
 
 template <int times>

@@ -51,8 +51,9 @@ void mix_ayuy2_yuy2_p_ajust(LUMALANE_PARAMETERS_mix) {
     with_adjustment([&](auto adjusted) {
         mix_row_pairs(*mix, {mix->video_pitch, mix->sub_pitch, mix->video_pitch >> 1},
                       make_mixer<planar_pairs, weight_of_second_pixel>(
-                          [=](auto source)
-                              LUMALANE_INLINE_LAMBDA { return source | adjusted | yuy2{}; }));
+                          adjusted, [](auto source, auto stage) LUMALANE_INLINE_LAMBDA {
+                              return source | stage | yuy2{};
+                          }));
     });
 }
 
@@ -61,8 +62,8 @@ void mix_ayuy2_half_yuy2_p_ajust(LUMALANE_PARAMETERS_mix) {
     with_adjustment([&](auto adjusted) {
         mix_row_pairs(*mix, {mix->sub_pitch, mix->sub_pitch, mix->sub_pitch >> 1},
                       make_mixer<planar_pairs, weight_of_second_pixel>(
-                          [=](auto source) LUMALANE_INLINE_LAMBDA {
-                              return source | second_of_two{} | adjusted | packed_yuy2<1>{};
+                          adjusted, [](auto source, auto stage) LUMALANE_INLINE_LAMBDA {
+                              return source | second_of_two{} | stage | packed_yuy2<1>{};
                           }));
     });
 }
@@ -72,7 +73,8 @@ void mix_ayuy2_yuy2_i_ajust(LUMALANE_PARAMETERS_mix) {
         return;
     with_adjustment([&](auto adjusted) {
         const auto mixer = make_mixer<planar_pairs, weight_of_second_pixel>(
-            [=](auto source) LUMALANE_INLINE_LAMBDA { return source | adjusted | yuy2{}; });
+            adjusted,
+            [](auto source, auto stage) LUMALANE_INLINE_LAMBDA { return source | stage | yuy2{}; });
         const long long groups = mix->height < 8 ? 1 : (mix->height + 3LL) / 4;
         const int row_bytes = product(mix->width, mixer.bytes_per_pixel);
         if (!mix_is_regular(*mix, field_extents(*mix, groups, row_bytes), row_bytes))

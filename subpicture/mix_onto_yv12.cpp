@@ -1,35 +1,10 @@
 // A subpicture over the video, onto YV12 surfaces: plane by plane.
-#include "frame/adjust.h"
 #include "frame/kernels.h"
-#include "frame/walks.h"
+#include "frame/mixing.h"
 
 namespace lumalane::LUMALANE_LANES {
 
 namespace {
-
-// Luma has a weight for every sample, chroma that of the second pixel of its pair, in every second
-// row of alpha.
-
-struct weight_of_pixel {
-    static constexpr int size = 1; // bytes of alpha per sample
-
-    template <int n>
-    LUMALANE_INLINE static bytes<n> load_weights(const unsigned char *alpha) {
-        return load<n>(alpha);
-    }
-};
-
-struct weight_of_second {
-    static constexpr int size = 2;
-
-    template <int n>
-    LUMALANE_INLINE static bytes<n> load_weights(const unsigned char *alpha) {
-        if constexpr (n == 8)
-            return narrow_saturate(odd(load<16>(alpha)));
-        else
-            return deal_odd<1, n>(alpha);
-    }
-};
 
 // One plane of a mix. What a pointer moves from a row to the next, on top of the whole steps of the
 // row, is its rest.
@@ -45,14 +20,13 @@ struct mixed_plane {
 // for a distance that is not 0; nothing of the subpicture is read where nothing of it shows.
 template <int n, class Put, class Weight, class Map>
 LUMALANE_INLINE void mix_samples(mixed_plane &p, ptrdiff_t below, const Map &map) {
-    const bytes<n> weight = Weight::template load_weights<n>(p.alpha);
-    bytes<n> samples = load<n>(p.video);
-    if (below != 0)
-        samples = average(samples, load<n>(p.video + below));
-    if (!all_zero(weight))
-        samples = blend(samples, load<n>(p.sub), weight);
-    Put::put(p.dst, map(samples));
-    p.video += n, p.sub += n, p.alpha += n * Weight::size, p.dst += n;
+    const bytes<n> weight = Weight::template of<n>(p.alpha);
+    const bytes<n> video = video_samples<n>(p.video, below);
+    if (all_zero(weight))
+        Put::put(p.dst, map(video));
+    else
+        Put::put(p.dst, map(blend(video, load<n>(p.sub), weight)));
+    p.video += n, p.sub += n, p.alpha += n * Weight::per_sample, p.dst += n;
 }
 
 // A row in steps of 8 samples, at least one and past its end if need be, or in the widest there
@@ -111,7 +85,7 @@ bool plane_is_regular(const mixed_plane &p) {
     if (p.width <= 0 || p.width % 8 != 0 || p.rows <= 0 || !rows_apart(p.dst_pitch, p.width))
         return false;
     const long long rows = p.rows + 1LL,
-                    alpha_width = static_cast<long long>(Weight::size) * p.width;
+                    alpha_width = static_cast<long long>(Weight::per_sample) * p.width;
     const extent dst = rows_at(p.dst, rows, p.dst_pitch, p.width);
     return p.dst_rest == p.dst_pitch - p.width &&
            apart(dst,
@@ -165,16 +139,16 @@ mixed_plane chroma_plane(const tagMIX_INFO &mix, const unsigned char *video,
             mix.dst_pitch >> 1};
 }
 
-// Y, then V and U with half of the height that the record has.
+// Y, then V and U with half of the height that the record has. The chroma of two rows has the
+// weights of the upper one.
 template <class Rows, class Adjusted>
 LUMALANE_INLINE void mix_planes(tagMIX_INFO &mix, Adjusted adjusted) {
-    mix_plane<Rows, weight_of_pixel>(luma_plane(mix),
-                                     [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.y(a); });
+    mix_plane<Rows, weight_of_pixel>(luma_plane(mix), adjusted.y());
     mix.height = static_cast<int>(static_cast<unsigned>(mix.height) >> 1);
-    mix_plane<Rows, weight_of_second>(chroma_plane(mix, mix.video_v, mix.sub_v, mix.dst_v),
-                                      [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.v(a); });
-    mix_plane<Rows, weight_of_second>(chroma_plane(mix, mix.video_u, mix.sub_u, mix.dst_u),
-                                      [=](auto a) LUMALANE_INLINE_LAMBDA { return adjusted.u(a); });
+    mix_plane<Rows, weight_of_second_pixel>(chroma_plane(mix, mix.video_v, mix.sub_v, mix.dst_v),
+                                            adjusted.v());
+    mix_plane<Rows, weight_of_second_pixel>(chroma_plane(mix, mix.video_u, mix.sub_u, mix.dst_u),
+                                            adjusted.u());
 }
 
 } // namespace

@@ -280,34 +280,24 @@ LUMALANE_INLINE words<16> average(words<16> a, words<16> b) { return {_mm256_avg
 LUMALANE_INLINE bool all_zero(bytes<32> a) { return _mm256_testz_si256(a.v, a.v); }
 
 // A multiply-add of bytes makes both products and their sum.
-LUMALANE_INLINE bytes<32> blend(bytes<32> below, bytes<32> above, bytes<32> weight) {
+LUMALANE_INLINE sixteenths<32> blend(bytes<32> below, bytes<32> above, bytes<32> weight) {
     const __m256i w = _mm256_min_epu8(weight.v, _mm256_set1_epi8(16));
     const __m256i rest = _mm256_sub_epi8(_mm256_set1_epi8(16), w);
-    const __m256i low =
-        _mm256_maddubs_epi16(_mm256_unpacklo_epi8(below.v, above.v), _mm256_unpacklo_epi8(rest, w));
-    const __m256i high =
-        _mm256_maddubs_epi16(_mm256_unpackhi_epi8(below.v, above.v), _mm256_unpackhi_epi8(rest, w));
-    return {_mm256_packus_epi16(_mm256_srli_epi16(low, 4), _mm256_srli_epi16(high, 4))};
+    return {{_mm256_maddubs_epi16(_mm256_unpacklo_epi8(below.v, above.v),
+                                  _mm256_unpacklo_epi8(rest, w))},
+            {_mm256_maddubs_epi16(_mm256_unpackhi_epi8(below.v, above.v),
+                                  _mm256_unpackhi_epi8(rest, w))}};
 }
 
-LUMALANE_INLINE __m128i blend_low(__m128i below, __m128i above, __m128i rest, __m128i weight) {
-    return _mm_srli_epi16(
-        _mm_maddubs_epi16(_mm_unpacklo_epi8(below, above), _mm_unpacklo_epi8(rest, weight)), 4);
-}
-
-LUMALANE_INLINE bytes<8> blend(bytes<8> below, bytes<8> above, bytes<8> weight) {
+LUMALANE_INLINE sixteenths<16> blend(bytes<16> below, bytes<16> above, bytes<16> weight) {
     const __m128i w = _mm_min_epu8(weight.v, _mm_set1_epi8(16));
     const __m128i rest = _mm_sub_epi8(_mm_set1_epi8(16), w);
-    const __m128i words = blend_low(below.v, above.v, rest, w);
-    return {_mm_packus_epi16(words, words)};
+    return {{_mm_maddubs_epi16(_mm_unpacklo_epi8(below.v, above.v), _mm_unpacklo_epi8(rest, w))},
+            {_mm_maddubs_epi16(_mm_unpackhi_epi8(below.v, above.v), _mm_unpackhi_epi8(rest, w))}};
 }
 
-LUMALANE_INLINE bytes<16> blend(bytes<16> below, bytes<16> above, bytes<16> weight) {
-    const __m128i w = _mm_min_epu8(weight.v, _mm_set1_epi8(16));
-    const __m128i rest = _mm_sub_epi8(_mm_set1_epi8(16), w);
-    const auto upper = [](__m128i a) { return _mm_unpackhi_epi64(a, a); };
-    return {_mm_packus_epi16(blend_low(below.v, above.v, rest, w),
-                             blend_low(upper(below.v), upper(above.v), upper(rest), upper(w)))};
+LUMALANE_INLINE sixteenths<8> blend(bytes<8> below, bytes<8> above, bytes<8> weight) {
+    return {blend(bytes<16>{below.v}, bytes<16>{above.v}, bytes<16>{weight.v}).low};
 }
 
 // ---- Pixels ------------------------------------------------------------------------------------

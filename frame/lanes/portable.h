@@ -280,17 +280,6 @@ LUMALANE_INLINE bool all_zero(bytes<n> a) {
     return any == 0;
 }
 
-// (below * (16 - weight) + above * weight) / 16, truncated; weights of more than 16 count as 16.
-template <int n>
-LUMALANE_INLINE bytes<n> blend(bytes<n> below, bytes<n> above, bytes<n> weight) {
-    bytes<n> r;
-    for (int i = 0; i < n; ++i) {
-        const int w = weight.lane[i] < 16 ? weight.lane[i] : 16;
-        r.lane[i] = static_cast<unsigned char>((below.lane[i] * (16 - w) + above.lane[i] * w) >> 4);
-    }
-    return r;
-}
-
 // ---- Between bytes and words -------------------------------------------------------------------
 
 template <int n>
@@ -484,6 +473,38 @@ LUMALANE_INLINE bytes<n> narrow_saturate(words<n> a) {
     return r;
 }
 
+// ---- Blending ----------------------------------------------------------------------------------
+
+// n samples in sixteenths, as widen_low() and widen_high() leave bytes.
+template <int n>
+struct sixteenths {
+    words<n / 2> low, high;
+};
+template <>
+struct sixteenths<8> {
+    words<8> low;
+};
+
+// below * (16 - weight) + above * weight; weights of more than 16 count as 16.
+template <int n>
+LUMALANE_INLINE words<n> blend_words(words<n> below, words<n> above, words<n> weight) {
+    words<n> r;
+    for (int i = 0; i < n; ++i) {
+        const int w = weight.lane[i] < 16 ? weight.lane[i] : 16;
+        r.lane[i] = static_cast<short>(below.lane[i] * (16 - w) + above.lane[i] * w);
+    }
+    return r;
+}
+
+template <int n>
+LUMALANE_INLINE sixteenths<n> blend(bytes<n> below, bytes<n> above, bytes<n> weight) {
+    if constexpr (n == 8)
+        return {blend_words(widen(below), widen(above), widen(weight))};
+    else
+        return {blend_words(widen_low(below), widen_low(above), widen_low(weight)),
+                blend_words(widen_high(below), widen_high(above), widen_high(weight))};
+}
+
 // ---- Pixels ------------------------------------------------------------------------------------
 //
 // A sink weaves the channels of a group of n pixels into vectors in memory order. What it is given
@@ -530,6 +551,17 @@ LUMALANE_INLINE bytes<n> deal_halves(bytes<n> halves) {
     bytes<n> r;
     for (int i = 0; i < n; ++i)
         r.lane[i] = halves.lane[i / 2 + i % 2 * (n / 2)];
+    return r;
+}
+
+// Clamped to 0..255, those of `a` before those of `b`, dealt like pixels.
+template <int count, int n>
+LUMALANE_INLINE bytes<2 * n> deal_narrowed(words<n> a, words<n> b) {
+    bytes<2 * n> r;
+    for (int i = 0; i < n; ++i) {
+        r.lane[i] = static_cast<unsigned char>(clamp(a.lane[i], 0, 255));
+        r.lane[n + i] = static_cast<unsigned char>(clamp(b.lane[i], 0, 255));
+    }
     return r;
 }
 

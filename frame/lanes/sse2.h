@@ -317,22 +317,30 @@ LUMALANE_INLINE bool all_zero(bytes<8> a) {
     return all_zero(bytes<16>{_mm_unpacklo_epi64(a.v, a.v)});
 }
 
+template <int n>
+struct sixteenths {
+    words<n / 2> low, high;
+};
+template <>
+struct sixteenths<8> {
+    words<8> low;
+};
+
 #ifndef LUMALANE_WIDER_LANES
-// below + (above - below) * weight / 16, the division of the whole.
+// below * 16 + (above - below) * weight.
 LUMALANE_INLINE words<8> blend_words(words<8> below, words<8> above, words<8> weight) {
-    const words<8> moved = multiply_low(subtract(above, below), weight);
-    return shift_right_logical<4>(add(shift_left<4>(below), moved));
+    return add(shift_left<4>(below), multiply_low(subtract(above, below), weight));
 }
 
-LUMALANE_INLINE bytes<16> blend(bytes<16> below, bytes<16> above, bytes<16> weight) {
+LUMALANE_INLINE sixteenths<16> blend(bytes<16> below, bytes<16> above, bytes<16> weight) {
     const bytes<16> w = {_mm_min_epu8(weight.v, _mm_set1_epi8(16))};
-    return narrow_saturate(blend_words(widen_low(below), widen_low(above), widen_low(w)),
-                           blend_words(widen_high(below), widen_high(above), widen_high(w)));
+    return {blend_words(widen_low(below), widen_low(above), widen_low(w)),
+            blend_words(widen_high(below), widen_high(above), widen_high(w))};
 }
 
-LUMALANE_INLINE bytes<8> blend(bytes<8> below, bytes<8> above, bytes<8> weight) {
+LUMALANE_INLINE sixteenths<8> blend(bytes<8> below, bytes<8> above, bytes<8> weight) {
     const bytes<8> w = {_mm_min_epu8(weight.v, _mm_set1_epi8(16))};
-    return narrow_saturate(blend_words(widen(below), widen(above), widen(w)));
+    return {blend_words(widen(below), widen(above), widen(w))};
 }
 #endif
 
@@ -371,14 +379,19 @@ LUMALANE_INLINE bytes<n> deal_pairs(const unsigned char *u, const unsigned char 
     return {_mm_unpacklo_epi8(load<n / 2>(u).v, load<n / 2>(v).v)};
 }
 
+template <int>
+LUMALANE_INLINE bytes<16> deal_narrowed(words<8> a, words<8> b) {
+    return narrow_saturate(a, b);
+}
+
 template <int count, int n>
 LUMALANE_INLINE bytes<n> deal_even(const unsigned char *from) {
-    return narrow_saturate(even(load<16>(from)), even(load<16>(from + 16)));
+    return deal_narrowed<count>(even(load<16>(from)), even(load<16>(from + 16)));
 }
 
 template <int count, int n>
 LUMALANE_INLINE bytes<n> deal_odd(const unsigned char *from) {
-    return narrow_saturate(odd(load<16>(from)), odd(load<16>(from + 16)));
+    return deal_narrowed<count>(odd(load<16>(from)), odd(load<16>(from + 16)));
 }
 
 inline constexpr pairs packed_order = pairs::in_order;

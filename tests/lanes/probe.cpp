@@ -122,7 +122,9 @@ constexpr void add_byte_operations(tests::probe &probe) {
     add_one("upper_half", [](b a) { return upper_half(a); });
     add_one("average", [](b x, b y) { return average(x, y); });
     add_one("all_zero", [](b a) { return short{all_zero(a)}; });
-    add_one("blend", [](b below, b above, b weight) { return blend(below, above, weight); });
+    add_one("blend", [](b below, b above, b weight) {
+        return as_they_are::plane{}(blend(below, above, weight));
+    });
 }
 
 // From and to memory, of n bytes a vector.
@@ -263,6 +265,18 @@ struct from_even {
     static bytes<n> load(const unsigned char *from) { return deal_even<parts, n>(from); }
 };
 
+// Two vectors of words, clamped.
+template <int parts, int n>
+struct from_words {
+    static constexpr const char *deal = "deal_narrowed";
+    static constexpr int samples = n;
+    static int sample_of(int pixel) { return pixel; }
+    static bytes<n> load(const unsigned char *from) {
+        return deal_narrowed<parts>(widen(LUMALANE_LANES::load<n / 2>(from)),
+                                    widen(LUMALANE_LANES::load<n / 2>(from + n / 2)));
+    }
+};
+
 template <int parts, int n>
 struct from_odd {
     static constexpr const char *deal = "deal_odd";
@@ -372,6 +386,7 @@ private:
         add<from_pixels<parts, n>>(name, left_out, &Weave::operator());
         add<from_even<parts, n>>(name, left_out, &Weave::operator());
         add<from_odd<parts, n>>(name, left_out, &Weave::operator());
+        add<from_words<parts, n>>(name, left_out, &Weave::operator());
         add<from_chroma<parts, n>>(name, left_out, &Weave::operator());
         add<from_pairs<parts, n>>(name, left_out, &Weave::operator());
         add<from_vector<parts, n>>(name, left_out, &Weave::operator());
