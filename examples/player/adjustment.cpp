@@ -16,13 +16,13 @@ int recentre(int gain) { return 128 - 2 * gain; }
 
 } // namespace
 
-void adjustment::apply() const {
+void adjustment::apply(bool one_gain) const {
     contrast_data data{};
     data.y_gain = gain(contrast);
     data.uv_gain = gain(saturation);
     data.y_offset = recentre(data.y_gain);
     data.y_offset_extra = brightness;
-    data.u_offset = data.v_offset = recentre(data.uv_gain);
+    data.u_offset = data.v_offset = recentre(one_gain ? data.y_gain : data.uv_gain);
     get_contrast_data(&data);
 }
 

@@ -16,8 +16,10 @@ struct adjustment {
     int contrast = 100;
     int saturation = 100;
 
-    // Every later call of an adjusting function works with these values.
-    void apply() const;
+    // Every later call of an adjusting function works with these values. With one gain the chroma
+    // offsets are for functions that have the luma gain for chroma too: saturation then goes with
+    // contrast.
+    void apply(bool one_gain = false) const;
 };
 
 } // namespace player

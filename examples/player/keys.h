@@ -16,6 +16,7 @@ enum class command {
     less_saturation,
     plain_picture,
     next_surface,
+    next_stretch,
     next_lanes,
     menu,
     pause,

@@ -9,6 +9,17 @@
 #include <climits>
 
 namespace player {
+namespace {
+
+std::vector<std::string> surfaces_of(const stretching &by) {
+    std::vector<std::string> names;
+    for (const surface_format &format : surface_formats())
+        if (format.loader(by, false))
+            names.emplace_back(format.name);
+    return names;
+}
+
+} // namespace
 
 std::optional<options> parse(int argc, char **argv) {
     options chosen;
@@ -16,6 +27,10 @@ std::optional<options> parse(int argc, char **argv) {
     for (const surface_format &format : surface_formats())
         surfaces.emplace_back(format.name);
     std::string surface_name = surfaces.front();
+    std::vector<std::string> stretches;
+    for (const stretching &by : stretchings())
+        stretches.emplace_back(by.name);
+    std::string stretch_name = stretches.front();
 
     CLI::App app{"Plays a video through Lumalane.", "lumalane-player"};
     const CLI::Option *file =
@@ -26,14 +41,27 @@ std::optional<options> parse(int argc, char **argv) {
     app.add_option("--frames", chosen.frames, "Stop after so many frames (all)")
         ->type_name("N")
         ->check(CLI::Range(1L, LONG_MAX).description(""));
-    app.add_option("--surface", surface_name, "What the library fills (" + surface_name + ")")
-        ->type_name("NAME")
-        ->check(CLI::IsMember(surfaces, CLI::ignore_case));
+    const CLI::Option *surface = app.add_option("--surface", surface_name,
+                                                "What the library fills (" + surface_name +
+                                                    ", or the first with the stretch)")
+                                     ->type_name("NAME")
+                                     ->check(CLI::IsMember(surfaces, CLI::ignore_case));
+    const CLI::Option *stretch =
+        app.add_option("--stretch", stretch_name,
+                       "Twice the rows (1x2), the same interpolated along edges (edge), or twice "
+                       "rows and columns (2x2), on the surfaces that can (" +
+                           stretch_name + ")")
+            ->type_name("NAME")
+            ->check(CLI::IsMember(stretches, CLI::ignore_case));
+    app.add_flag("--field", chosen.field,
+                 "Show the first field of every frame alone, its rows stretched to the frame's "
+                 "height: by edge or 1x2 (edge, where the surface has it)");
     app.add_flag("--packed", chosen.packed,
                  "Load from packed 4:2:2 pictures into the surfaces that can be (automatic for "
                  "packed videos; not with subtitles or fields)");
     app.add_flag("--interlaced", chosen.interlaced,
-                 "Show every field by itself, doubled to a frame, on the surfaces that can");
+                 "Show every field by itself, doubled to a frame, on the surfaces that can")
+        ->excludes("--stretch", "--field");
     app.add_option("--lanes", chosen.lanes, "The lane set that runs (the widest)")
         ->type_name("NAME")
         ->check(CLI::IsMember(lane_set_names(), CLI::ignore_case));
@@ -72,7 +100,20 @@ std::optional<options> parse(int argc, char **argv) {
         throw failure(wrong.what());
     }
 
+    if (chosen.field && stretch->empty()) {
+        const bool edge = surface->empty() || find_surface_format(surface_name)->library.load_edge;
+        stretch_name = edge ? "edge" : "1x2";
+    }
+    chosen.stretch = find_stretching(stretch_name);
+    if (chosen.field && !chosen.stretch->fits_fields())
+        throw failure("--field: a field needs the stretch 1x2 or edge, not " + stretch_name);
+    const std::vector<std::string> able = surfaces_of(*chosen.stretch);
+    if (surface->empty())
+        surface_name = able.front();
     chosen.surface = find_surface_format(surface_name);
+    if (!chosen.surface->loader(*chosen.stretch, false))
+        throw failure("--stretch " + stretch_name + ": not onto " + surface_name + ", but onto " +
+                      CLI::detail::join(able, ", "));
     if (file->empty()) {
         chosen.file = LUMALANE_PLAYER_CLIP;
         chosen.repeat |= chosen.png_directory.empty();

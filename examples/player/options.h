@@ -8,6 +8,7 @@
 
 namespace player {
 
+struct stretching;
 struct surface_format;
 
 struct options {
@@ -15,10 +16,12 @@ struct options {
     bool repeat = false;
     bool packed = false;
     bool interlaced = false;
+    bool field = false; // the first of each frame, alone
     bool menu = false;
     std::optional<long> frames; // none: all
     const surface_format *surface = nullptr;
-    std::string lanes; // empty: the widest that the processor runs
+    const stretching *stretch = nullptr; // null: none
+    std::string lanes;                   // empty: the widest that the processor runs
     adjustment picture;
     std::string png_directory;  // empty: show a window
     std::string subtitles;      // empty: none

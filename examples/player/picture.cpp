@@ -11,8 +11,11 @@ namespace {
 constexpr int column_step = 32;
 // The library works pictures by pairs of rows, and doubles fields to four rows at a time.
 constexpr int row_step = 4;
-// loadimage_yuy2_ajust() leaves pictures of 8 rows and less alone.
-constexpr int least_rows = 12;
+// Of fewer than 16 rows strech_picture_2X2_yuy2_ajust() makes nothing, and of a field of fewer than
+// 12 the stretches to RGB.
+constexpr int least_rows = 24;
+// strech_opt_yuy2_ajust() works rows of 48 pixels and more.
+constexpr int least_columns = 64;
 // mix_ayv12_yv12_i() reads one row past a field, which is the second row past the planes.
 constexpr int spare_rows = 2;
 
@@ -45,9 +48,26 @@ void copy_padded(plane_view from, int unit, int width, int height, std::vector<u
 
 } // namespace
 
-int picture::padded_width() const { return round_up(visible_width, column_step); }
+int picture::padded_width() const {
+    return std::max(round_up(visible_width, column_step), least_columns);
+}
+
 int picture::padded_height() const {
     return std::max(round_up(visible_height, row_step), least_rows);
+}
+
+source_rows picture::frame() {
+    return {y_plane.data(), u_plane.data(), v_plane.data(), pitch(), padded_height()};
+}
+
+source_rows picture::field(int number) {
+    source_rows rows = frame();
+    rows.y += number * rows.pitch;
+    rows.u += number * (rows.pitch / 2);
+    rows.v += number * (rows.pitch / 2);
+    rows.pitch *= 2;
+    rows.height /= 2;
+    return rows;
 }
 
 void picture::assign(int width, int height, plane_view y, plane_view u, plane_view v) {

@@ -11,6 +11,13 @@ struct plane_view {
     int pitch; // bytes from row to row
 };
 
+// Rows of a picture as the library is given them.
+struct source_rows {
+    unsigned char *y, *u, *v; // or the packed rows, and nothing
+    int pitch;                // of y, from row to row, as picture::pitch() counts it
+    int height;
+};
+
 // A 4:2:0 picture with planes of its own, or a packed 4:2:2 picture with rows of its own. The
 // library works in steps and rounds odd sizes up, so both are padded to whole steps (their edge
 // repeated) and the library is always given the padded size: no row drifts and nothing outside is
@@ -29,9 +36,10 @@ public:
     // Bytes of a Y row; pixels of a packed row. That is how the library counts either.
     int pitch() const { return padded_width(); }
 
-    unsigned char *y() { return y_plane.data(); } // or the packed rows
-    unsigned char *u() { return u_plane.data(); }
-    unsigned char *v() { return v_plane.data(); }
+    // The padded picture, and one field of it: 0 is that of the uppermost row. A field needs
+    // planes.
+    source_rows frame();
+    source_rows field(int number);
 
 private:
     bool packed = false;

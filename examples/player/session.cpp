@@ -22,7 +22,6 @@ double meter::library_microseconds() const {
 session::session(const options &start_with) : chosen(start_with), input(chosen.file) {
     if (!chosen.lanes.empty())
         choose_lane_set(chosen.lanes);
-    chosen.picture.apply();
     if (!chosen.subtitles.empty() || chosen.interlaced || chosen.menu)
         over.emplace(chosen.subtitles, chosen.dump_directory);
 }
@@ -32,15 +31,43 @@ double session::time() const {
     return input.time() + (second_field ? input.duration() / 2 : 0);
 }
 
+// On the chosen surface.
+bool session::can_stretch(const stretching &by) const {
+    return chosen.surface->loader(by, false) && (!chosen.field || by.fits_fields());
+}
+
+// The chosen one, where it can be.
+const stretching &session::stretch() const {
+    return chosen.stretch && can_stretch(*chosen.stretch) ? *chosen.stretch : stretchings().front();
+}
+
+bool session::is_stretched() const { return &stretch() != &stretchings().front(); }
+
+bool session::shows_fields() const {
+    return chosen.interlaced && !is_stretched() && chosen.surface->library.mix_field;
+}
+
+void session::choose_next_stretch() {
+    const auto after = stretchings().subspan(&stretch() - stretchings().data() + 1);
+    const auto next =
+        std::ranges::find_if(after, [this](const stretching &by) { return can_stretch(by); });
+    chosen.stretch = next == after.end() ? nullptr : &*next;
+}
+
 std::chrono::nanoseconds session::load() {
     const surface_format &format = *chosen.surface;
+    chosen.picture.apply(is_stretched() && format.stretch_has_one_gain);
     // What is mixed has planes.
-    const bool packed = format.library.load_packed && !over && (chosen.packed || input.is_packed());
+    const bool packed =
+        format.loader(stretch(), true) && !over && (chosen.packed || input.is_packed());
     input.get(current, packed);
     if (over) {
         over->say(menu_lines());
         over->update(time(), current);
     }
+    if (is_stretched())
+        return chosen.field ? target.load_field(current, input.first_field(), format, stretch())
+                            : target.load(current, format, stretch());
     if (shows_fields()) {
         const int field = second_field_due ? input.first_field() : 1 - input.first_field();
         return target.mix_field(current, field, over->shown(), format);
@@ -112,6 +139,9 @@ void session::obey(command wish) {
     case command::next_surface:
         chosen.surface = &next_surface_format(*chosen.surface);
         break;
+    case command::next_stretch:
+        choose_next_stretch();
+        break;
     case command::next_lanes:
         choose_next_lane_set();
         break;
@@ -126,7 +156,6 @@ void session::obey(command wish) {
     case command::quit:
         break;
     }
-    picture.apply();
 }
 
 std::vector<std::string> session::menu_lines() const {
@@ -138,16 +167,24 @@ std::vector<std::string> session::menu_lines() const {
             "Contrast " + number(chosen.picture.contrast) + " %",
             "Saturation " + number(chosen.picture.saturation) + " %",
             std::string("Surface ") + chosen.surface->name,
+            std::string("Stretch ") + stretch().name,
             std::string("Lanes ") + lane_set_name()};
 }
 
+std::string session::destination() const {
+    std::string text = chosen.surface->name;
+    if (is_stretched())
+        text += std::string(", ") + stretch().name + (chosen.field ? " of a field" : "");
+    return text;
+}
+
 std::string session::describe() const {
-    std::string text = std::string(chosen.surface->name) + ", " + lane_set_name();
+    std::string text = destination() + ", " + lane_set_name();
     if (current.is_packed())
         text += ", packed";
     if (shows_fields())
         text += ", fields";
-    if (over && !chosen.surface->library.mix)
+    if (over && (is_stretched() || !chosen.surface->library.mix))
         text += ", nothing over the video on this surface";
     const adjustment plain;
     const auto add = [&text](const char *control, int value, int plain_value, const char *unit) {
@@ -165,7 +202,7 @@ std::string session::summary() const {
     std::snprintf(
         text, sizeof text, "%ld frames of %dx%d%s to %s: %.1f µs a frame in the library (%s)",
         whole.frames(), current.width(), current.height(), current.is_packed() ? ", packed," : "",
-        chosen.surface->name, whole.library_microseconds(), lane_set_name());
+        destination().c_str(), whole.library_microseconds(), lane_set_name());
     return text;
 }
 

@@ -65,7 +65,12 @@ public:
     meter recent; // restarted by whoever shows it
 
 private:
-    bool shows_fields() const { return chosen.interlaced && chosen.surface->library.mix_field; }
+    bool can_stretch(const stretching &by) const;
+    const stretching &stretch() const;
+    bool is_stretched() const;
+    bool shows_fields() const;
+    void choose_next_stretch();
+    std::string destination() const; // surface and stretch, in words
     bool decode();
     std::vector<std::string> menu_lines() const;
     std::chrono::nanoseconds load();

@@ -62,6 +62,40 @@ void expand_yuy2(const surface &from, int row, unsigned char *rgb) {
     }
 }
 
+// ---- Stretches ----------------------------------------------------------------------------------
+
+// These two take other arguments than the rest.
+
+void load_2x2_packed(unsigned char *src, unsigned char *, unsigned char *, unsigned char *dst,
+                     int width, int height, int, int dst_pitch, tag_ajust_contrast_info *info) {
+    yuy2_strech_picture_2X2_yuy2_ajust(src, nullptr, nullptr, dst, 2 * width, height, dst_pitch,
+                                       info);
+}
+
+// A field starts at its own first row: as a start row, the second field's would be half a chroma
+// row off.
+void load_edge(unsigned char *src, unsigned char *src_u, unsigned char *src_v, unsigned char *dst,
+               int width, int height, int src_pitch, int dst_pitch, tag_ajust_contrast_info *info) {
+    tagVideoFrame frame{};
+    frame.field_mode = src_pitch == 2 * width;
+    frame.plane_y = src;
+    frame.plane_u = src_u;
+    frame.plane_v = src_v;
+    frame.luma_pitch = width;
+    strech_opt_yuy2_ajust(&frame, 0, height, dst, dst_pitch, info);
+}
+
+using functions = library_functions;
+
+constexpr stretching all_stretchings[] = {
+    {"none", 1, 1, &functions::load, &functions::load_packed},
+    {"1x2", 1, 2, &functions::load_1x2, nullptr},
+    {"2x2", 2, 2, &functions::load_2x2, &functions::load_2x2_packed},
+    {"edge", 1, 2, &functions::load_edge, nullptr},
+};
+
+// ---- Surfaces ---------------------------------------------------------------------------------
+
 constexpr surface_format rgb(const char *name, library_functions library, int bytes,
                              Uint32 sdl_format) {
     return {.name = name,
@@ -75,7 +109,7 @@ constexpr surface_format rgb16(const char *name, unsigned layout, std::array<int
                                Uint32 sdl_format) {
     return {.name = name,
             .library = {loadimage_rgb16_ajust, LoadYUY2_RGB16_adjust, mix_ayuy2_rgb16_p_ajust,
-                        mix_ayuy2_rgb16_i_ajust},
+                        mix_ayuy2_rgb16_i_ajust, strech_picture_1X2_yuy2_ajust_rgb16},
             .bytes_per_pixel = 2,
             .rgb16_layout = layout,
             .bits = bits,
@@ -100,6 +134,7 @@ constexpr surface_format yv12(const char *name, library_functions library,
             .bytes_per_pixel = 1,
             .half_width = half_width,
             .chroma_planes = true,
+            .stretch_has_one_gain = true,
             .sdl_format = SDL_PIXELFORMAT_YV12,
             .expand_row = expand_yv12};
 }
@@ -110,21 +145,23 @@ constexpr surface_format yv12(const char *name, library_functions library,
 constexpr surface_format formats[] = {
     rgb("rgb32",
         {loadimage_rgb32_ajust, LoadYUY2_RGB32_adjust, mix_ayuy2_rgb32_p_ajust,
-         mix_ayuy2_rgb32_i_ajust},
+         mix_ayuy2_rgb32_i_ajust, strech_picture_1X2_yuy2_ajust_rgb32},
         4, SDL_PIXELFORMAT_RGB888),
     rgb("rgb24",
         {loadimage_rgb24_ajust, LoadYUY2_RGB24_adjust, mix_ayuy2_rgb24_p_ajust,
-         mix_ayuy2_rgb24_i_ajust},
+         mix_ayuy2_rgb24_i_ajust, strech_picture_1X2_yuy2_ajust_rgb24},
         3, SDL_PIXELFORMAT_BGR24),
     rgb16("rgb565", 0, {5, 6, 5}, SDL_PIXELFORMAT_RGB565),
     rgb16("rgb555", 1, {5, 5, 5}, SDL_PIXELFORMAT_UNKNOWN),
     rgb16("rgb664", 2, {6, 6, 4}, SDL_PIXELFORMAT_UNKNOWN),
     rgb16("rgb655", 3, {6, 5, 5}, SDL_PIXELFORMAT_UNKNOWN),
     yuy2("yuy2", {loadimage_yuy2_ajust, LoadYUY2_YUY2_adjust, mix_ayuy2_yuy2_p_ajust,
-                  mix_ayuy2_yuy2_i_ajust}),
+                  mix_ayuy2_yuy2_i_ajust, strech_picture_1X2_yuy2_ajust,
+                  strech_picture_2X2_yuy2_ajust, load_2x2_packed, load_edge}),
     yuy2("yuy2_mono", {loadimage_yuy2_mono_ajust}),
     yuy2("half_yuy2", {loadimage_half_yuy2_ajust, nullptr, mix_ayuy2_half_yuy2_p_ajust}, true),
-    yv12("yv12", {loadimage_yv12_ajust, nullptr, mix_ayv12_yv12_p_ajust, mix_ayv12_yv12_i}),
+    yv12("yv12", {loadimage_yv12_ajust, nullptr, mix_ayv12_yv12_p_ajust, mix_ayv12_yv12_i,
+                  strech_picture_1X2_yv12_ajust, strech_picture_2X2_yv12_ajust}),
     yv12("half_yv12", {loadimage_half_yv12_ajust}, true),
 };
 
@@ -142,13 +179,22 @@ const surface_format &next_surface_format(const surface_format &format) {
     return next == std::end(formats) ? formats[0] : *next;
 }
 
-void surface::fit(const picture &from, const surface_format &into) {
+std::span<const stretching> stretchings() { return all_stretchings; }
+
+const stretching *find_stretching(std::string_view name) {
+    const auto found = std::ranges::find(all_stretchings, name, &stretching::name);
+    return found == std::end(all_stretchings) ? nullptr : found;
+}
+
+// `columns` and `rows` of the surface for one of the picture.
+void surface::fit(const picture &from, const surface_format &into, int columns, int rows) {
     const int picture_pixels = into.half_width ? 2 : 1; // to one of the surface
     filled_as = &into;
-    visible_width = (from.width() + picture_pixels - 1) / picture_pixels;
-    visible_height = from.height();
-    padded_width = from.padded_width() / picture_pixels;
-    padded_height = from.padded_height();
+    visible_width = (from.width() * columns + picture_pixels - 1) / picture_pixels;
+    visible_height = from.height() * rows;
+    padded_width = from.padded_width() * columns / picture_pixels;
+    padded_height = from.padded_height() * rows;
+    pixel_shape = picture_pixels * rows / columns;
     const std::size_t bytes = first_plane_bytes();
     contents.resize(into.chroma_planes ? bytes + bytes / 2 : bytes);
 }
@@ -160,41 +206,47 @@ tag_ajust_contrast_info surface::facts() const {
     return info;
 }
 
-std::chrono::nanoseconds surface::load(picture &from, const surface_format &into) {
+std::chrono::nanoseconds surface::load(picture &from, const surface_format &into,
+                                       const stretching &by) {
+    fit(from, into, by.columns, by.rows);
+    return run(into.loader(by, from.is_packed()), from.frame(), from.padded_width());
+}
+
+std::chrono::nanoseconds surface::load_field(picture &from, int field, const surface_format &into,
+                                             const stretching &by) {
     fit(from, into);
-    tag_ajust_contrast_info info = facts();
-    const auto load_picture = from.is_packed() ? into.library.load_packed : into.library.load;
-    const auto start = std::chrono::steady_clock::now();
-    load_picture(from.y(), from.u(), from.v(), contents.data(), from.padded_width(),
-                 from.padded_height(), from.pitch(), pitch(), &info);
-    return std::chrono::steady_clock::now() - start;
+    return run(into.loader(by, false), from.field(field), from.padded_width());
 }
 
 std::chrono::nanoseconds surface::mix(picture &from, subpicture &over, const surface_format &into) {
     fit(from, into);
-    tagMIX_INFO record = over.record();
-    record.video_pitch = from.pitch();
-    record.video_y = from.y();
-    record.video_v = from.v();
-    record.video_u = from.u();
-    return run(into.library.mix, record);
+    return run(into.library.mix, from.frame(), over);
 }
 
 std::chrono::nanoseconds surface::mix_field(picture &from, int field, subpicture &over,
                                             const surface_format &into) {
     fit(from, into);
-    tagMIX_INFO record = over.record();
-    // Every second row of each plane.
-    record.video_pitch = 2 * from.pitch();
-    record.video_y = from.y() + field * from.pitch();
-    record.video_v = from.v() + field * (from.pitch() / 2);
-    record.video_u = from.u() + field * (from.pitch() / 2);
-    return run(into.library.mix_field, record);
+    return run(into.library.mix_field, from.field(field), over);
 }
 
-std::chrono::nanoseconds surface::run(library_functions::mixer mix_picture, tagMIX_INFO &record) {
+std::chrono::nanoseconds surface::run(library_functions::loader load_rows, const source_rows &from,
+                                      int width) {
     tag_ajust_contrast_info info = facts();
+    const auto start = std::chrono::steady_clock::now();
+    load_rows(from.y, from.u, from.v, contents.data(), width, from.height, from.pitch, pitch(),
+              &info);
+    return std::chrono::steady_clock::now() - start;
+}
+
+std::chrono::nanoseconds surface::run(library_functions::mixer mix_rows, const source_rows &from,
+                                      subpicture &over) {
+    tag_ajust_contrast_info info = facts();
+    tagMIX_INFO record = over.record();
     record.adjust_info = &info;
+    record.video_pitch = from.pitch;
+    record.video_y = from.y;
+    record.video_v = from.v;
+    record.video_u = from.u;
     record.dst = contents.data();
     record.dst_pitch = pitch();
     if (filled_as->chroma_planes) {
@@ -202,7 +254,7 @@ std::chrono::nanoseconds surface::run(library_functions::mixer mix_picture, tagM
         record.dst_u = record.dst_v + first_plane_bytes() / 4;
     }
     const auto start = std::chrono::steady_clock::now();
-    mix_picture(&record);
+    mix_rows(&record);
     return std::chrono::steady_clock::now() - start;
 }
 
