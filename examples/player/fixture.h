@@ -5,6 +5,7 @@
 #include "examples/player/surface.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -44,6 +45,14 @@ inline rgb_image read_png(const fs::path &file) {
     EXPECT_TRUE(png_image_finish_read(&image, nullptr, read.samples.data(), 0, nullptr))
         << image.message;
     return read;
+}
+
+inline std::uint64_t checksum(const std::vector<rgb_image> &images) {
+    std::uint64_t sum = 0xcbf29ce484222325; // FNV-1a
+    for (const rgb_image &image : images)
+        for (const unsigned char sample : image.samples)
+            sum = (sum ^ sample) * 0x100000001b3;
+    return sum;
 }
 
 class player_test : public testing::Test {

@@ -1,5 +1,6 @@
 // lumalane-player: plays a video through the library, in a window or into PNG files.
 
+#include "examples/player/comparison.h"
 #include "examples/player/display.h"
 #include "examples/player/failure.h"
 #include "examples/player/options.h"
@@ -32,6 +33,10 @@ void write_frames(session &running, const fs::path &directory) {
 }
 
 void run(const options &chosen) {
+    if (!chosen.comparison.empty()) {
+        write_comparison(chosen.comparison);
+        return;
+    }
     // The video first: what is wrong with it is told before anything about the display.
     session running(chosen);
     if (!chosen.png_directory.empty()) {

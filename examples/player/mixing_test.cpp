@@ -134,14 +134,6 @@ Dialogue: 0,0:00:00.10,0:00:00.90,Opaque,,0,0,0,,{\pos(101,51)\p1}m 0 0 l 200 0 
 Dialogue: 0,0:00:00.30,0:00:01.10,Translucent,,0,0,0,,{\pos(40,200)\p1}m 0 0 l 500 0 500 120 0 120
 )";
 
-std::uint64_t checksum(const std::vector<rgb_image> &images) {
-    std::uint64_t sum = 0xcbf29ce484222325; // FNV-1a
-    for (const rgb_image &image : images)
-        for (const unsigned char sample : image.samples)
-            sum = (sum ^ sample) * 0x100000001b3;
-    return sum;
-}
-
 class every_run : public player_test, public testing::WithParamInterface<std::string> {
 protected:
     std::vector<rgb_image> play(const std::string &arguments) const {

@@ -55,7 +55,7 @@ std::optional<options> parse(int argc, char **argv) {
             ->check(CLI::IsMember(stretches, CLI::ignore_case));
     app.add_flag("--field", chosen.field,
                  "Show the first field of every frame alone, its rows stretched to the frame's "
-                 "height: by edge or 1x2 (edge, where the surface has it)");
+                 "height, by edge or 1x2 (edge, where the surface has it)");
     app.add_flag("--packed", chosen.packed,
                  "Load from packed 4:2:2 pictures into the surfaces that can be (automatic for "
                  "packed videos; not with subtitles or fields)");
@@ -89,6 +89,9 @@ std::optional<options> parse(int argc, char **argv) {
                    "painted back")
         ->type_name("DIR")
         ->needs(subtitles);
+    app.add_option("--compare-stretch", chosen.comparison,
+                   "Play nothing; write a PNG file of one field by every way of doubling its rows")
+        ->type_name("FILE");
     app.footer(describe_keys());
 
     try {

@@ -25,6 +25,7 @@ struct options {
     adjustment picture;
     std::string png_directory;  // empty: show a window
     std::string subtitles;      // empty: none
+    std::string comparison;     // of stretches, instead of a video; empty: none
     std::string dump_directory; // of subpictures; empty: none
 };
 

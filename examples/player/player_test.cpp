@@ -389,9 +389,10 @@ TEST_F(player_test, help_tells_surfaces_options_and_keys) {
     EXPECT_EQ(done.err, "");
     for (const surface_format &format : surface_formats())
         EXPECT_NE(done.out.find(format.name), std::string::npos) << format.name;
-    for (const char *option : {"--frames", "--surface", "--lanes", "--brightness", "--contrast",
-                               "--saturation", "--png", "--packed", "--repeat", "--subtitles",
-                               "--dump-subpicture", "--interlaced", "--menu", "--help", "Space"})
+    for (const char *option :
+         {"--frames", "--surface", "--lanes", "--brightness", "--contrast", "--saturation", "--png",
+          "--packed", "--repeat", "--subtitles", "--dump-subpicture", "--interlaced", "--stretch",
+          "--field", "--compare-stretch", "--menu", "--help", "Space"})
         EXPECT_NE(done.out.find(option), std::string::npos) << option;
 }
 

@@ -31,7 +31,7 @@ double session::time() const {
     return input.time() + (second_field ? input.duration() / 2 : 0);
 }
 
-// On the chosen surface.
+// The chosen surface's functions, of frames or fields.
 bool session::can_stretch(const stretching &by) const {
     return chosen.surface->loader(by, false) && (!chosen.field || by.fits_fields());
 }
@@ -184,7 +184,9 @@ std::string session::describe() const {
         text += ", packed";
     if (shows_fields())
         text += ", fields";
-    if (over && (is_stretched() || !chosen.surface->library.mix))
+    if (over && is_stretched())
+        text += ", nothing over stretched video";
+    else if (over && !chosen.surface->library.mix)
         text += ", nothing over the video on this surface";
     const adjustment plain;
     const auto add = [&text](const char *control, int value, int plain_value, const char *unit) {
