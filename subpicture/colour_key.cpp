@@ -22,19 +22,22 @@ struct pattern {
     explicit pattern(unsigned long long word) : pattern(word, word, word) {}
 };
 
-// `count` bytes, a multiple of 16. Not around the cache: what is filled is drawn on next, and the
-// time is the same.
+// `count` bytes, a multiple of 16.
+template <class Put>
 LUMALANE_INLINE void fill_row(unsigned char *to, ptrdiff_t count, const pattern &with) {
     const woven<3, widest> pieces{load<widest>(with.byte), load<widest>(with.byte + widest),
                                   load<widest>(with.byte + 2 * widest)};
     ptrdiff_t x = 0;
-    for (; x + pattern::size <= count; x += pattern::size)
-        put_parts<cached>(to + x, pieces);
-    const unsigned char *from = with.byte;
-    for (; x + widest <= count; x += widest, from += widest)
-        store(to + x, load<widest>(from));
-    if (x < count)
-        store(to + x, load<16>(from));
+    for (; x + 2 * pattern::size <= count; x += 2 * pattern::size) {
+        put_parts<Put>(to + x, pieces);
+        put_parts<Put>(to + x + pattern::size, pieces);
+    }
+    while (x + widest <= count)
+        for (const unsigned char *from = with.byte;
+             from < with.byte + pattern::size && x + widest <= count; from += widest, x += widest)
+            store(to + x, load<widest>(from));
+    if (widest > 16 && x < count)
+        store(to + x, load<16>(with.byte + x % pattern::size));
 }
 
 // A group of 16 pixels of the upper row of a pair, then of the lower one.
@@ -43,20 +46,24 @@ void fill_pairs_stepwise(const rows &upper, int pitch, unsigned height, const pa
     unsigned left = height, pair = 0;
     do {
         for (ptrdiff_t x = 0; x < upper.bytes; x += 16 * size) {
-            fill_row(upper.at(pair) + x, 16 * size, with);
-            fill_row(upper.at(pair) + pitch + x, 16 * size, with);
+            fill_row<cached>(upper.at(pair) + x, 16 * size, with);
+            fill_row<cached>(upper.at(pair) + pitch + x, 16 * size, with);
         }
         ++pair;
     } while (again(left, 2));
 }
 
+template <class Put>
 void fill_pairs_wide(const rows &upper, int pitch, unsigned height, const pattern &with) {
-    unsigned left = height, pair = 0;
-    do {
-        fill_row(upper.at(pair), upper.bytes, with);
-        fill_row(upper.at(pair) + pitch, upper.bytes, with);
-        ++pair;
-    } while (again(left, 2));
+    const long long pairs = (height + 1ll) / 2;
+    // Rows without a gap are one run, of whole patterns.
+    if (pitch == upper.bytes && upper.pitch == 2 * upper.bytes)
+        return fill_row<Put>(upper.first, static_cast<ptrdiff_t>(pairs * upper.pitch), with);
+    for (long long pair = 0; pair < pairs; ++pair) {
+        unsigned char *const row = upper.at(static_cast<unsigned>(pair));
+        fill_row<Put>(row, upper.bytes, with);
+        fill_row<Put>(row + pitch, upper.bytes, with);
+    }
 }
 
 // Two rows at a time, and pixels of `size` bytes.
@@ -71,7 +78,9 @@ void fill_rectangle(void *surface, int width, int height, int pitch, const patte
     // follow each other in either case.
     if (!rows_apart(pitch, upper.bytes))
         return fill_pairs_stepwise<size>(upper, pitch, count, with);
-    fill_pairs_wide(upper, pitch, count, with);
+    const int pitches = static_cast<int>(upper.pitch) | pitch; // all rows align, or none streams
+    with_put(upper.first, pitches, upper.bytes * (height + 1LL),
+             [&](auto put) { fill_pairs_wide<decltype(put)>(upper, pitch, count, with); });
 }
 
 } // namespace
