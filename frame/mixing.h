@@ -108,20 +108,6 @@ struct average_weight {
     }
 };
 
-// Calls `step(pixels_of<n>{}, x)` with the widest n there are for `count` samples, a multiple of 8.
-template <class Step>
-LUMALANE_INLINE void along_plane(ptrdiff_t count, const Step &step) {
-    ptrdiff_t x = 0;
-    for (; x + widest <= count; x += widest)
-        step(pixels_of<widest>{}, x);
-    if (widest > 16 && x + 16 <= count) {
-        step(pixels_of<16>{}, x);
-        x += 16;
-    }
-    if (x < count)
-        step(pixels_of<8>{}, x);
-}
-
 // ---- Two rows ----------------------------------------------------------------------------------
 
 // A mix works in two passes: it blends and adjusts the samples of a strip of a row, plane by plane,

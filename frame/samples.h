@@ -87,6 +87,7 @@ struct pipe {
     // The sink's.
     static constexpr int bytes_per_pixel() { return Second::bytes_per_pixel; }
     static constexpr int parts() { return Second::parts; }
+    static constexpr bool writes_whole_lines() { return Second::writes_whole_lines; }
 
     // For the pipe that this one is the first part of. The sink weaves in `parts` parts.
     template <int parts, int pixels>

@@ -43,6 +43,7 @@ struct sink {
     static constexpr bool is_part = true;
     static constexpr int bytes_per_pixel = size;
     static constexpr int parts = parts_;
+    static constexpr bool writes_whole_lines = true; // of the cache, row by row
 };
 
 // ---- RGB ---------------------------------------------------------------------------------------

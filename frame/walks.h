@@ -114,19 +114,30 @@ LUMALANE_INLINE ptrdiff_t along_row(int width, const Step &step) {
 
 // ---- Rows of single bytes ----------------------------------------------------------------------
 
+// Calls `step(pixels_of<n>{}, x)` with the widest n there are for `count` samples, a multiple of 8.
+template <class Step>
+LUMALANE_INLINE void along_plane(ptrdiff_t count, const Step &step) {
+    ptrdiff_t x = 0;
+    for (; x + widest <= count; x += widest)
+        step(pixels_of<widest>{}, x);
+    if (widest > 16 && x + 16 <= count) {
+        step(pixels_of<16>{}, x);
+        x += 16;
+    }
+    if (x < count)
+        step(pixels_of<8>{}, x);
+}
+
 // `map` of every byte of a row, 8 or more at a time. The count is a multiple of 8.
 template <class Put, class Map>
 LUMALANE_INLINE void map_row(unsigned char *to, const unsigned char *from, ptrdiff_t count,
                              const Map &map) {
-    ptrdiff_t x = 0;
-    for (; x + widest <= count; x += widest)
-        Put::put(to + x, map(load<widest>(from + x)));
-    if (widest > 16 && x + 16 <= count) {
-        Put::put(to + x, map(load<16>(from + x)));
-        x += 16;
-    }
-    if (x < count)
-        cached::put(to + x, map(load<8>(from + x)));
+    along_plane(count, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+        if constexpr (n.count == 8)
+            cached::put(to + x, map(load<8>(from + x)));
+        else
+            Put::put(to + x, map(load<n.count>(from + x)));
+    });
 }
 
 // ---- Row pairs of planar 4:2:0 -----------------------------------------------------------------
@@ -185,21 +196,38 @@ LUMALANE_INLINE void rows_in_pairs_stepwise(const picture &p, const Pipe &pipe) 
     } while (again(rows, 2));
 }
 
+// Both rows of a pair, side by side or one after the other.
+template <class Put, class Pipe>
+LUMALANE_INLINE void row_pair_wide(const Pipe &pipe, const unsigned char *y, const unsigned char *u,
+                                   const unsigned char *v, unsigned char *dst, int width,
+                                   ptrdiff_t src_pitch, ptrdiff_t dst_pitch) {
+    constexpr int size = Pipe::bytes_per_pixel();
+    if constexpr (!Pipe::writes_whole_lines() || Put::fills_lines_in_turn) {
+        along_row<true>(width, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            pipe.template row<n.count, Put>(dst + x * size, y + x,
+                                            pipe.template shared<n.count>(u + x / 2, v + x / 2));
+        });
+        along_row<true>(width, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            pipe.template lower_row<n.count, Put>(
+                dst + dst_pitch + x * size, y + src_pitch + x,
+                pipe.template shared<n.count>(u + x / 2, v + x / 2));
+        });
+    } else {
+        along_row<true>(width, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            row_pair_step<n.count, Put>(pipe, y + x, u + x / 2, v + x / 2, dst + x * size,
+                                        src_pitch, dst_pitch);
+        });
+    }
+}
+
 template <class Put, class Pipe>
 LUMALANE_INLINE void row_pairs_wide(const picture &p, const Pipe &pipe) {
-    constexpr int size = Pipe::bytes_per_pixel();
-    const ptrdiff_t width = p.width, src_pitch = p.src_pitch, dst_pitch = p.dst_pitch;
-    const ptrdiff_t chroma_pitch = ((src_pitch - width) >> 1) + width / 2;
+    const ptrdiff_t src_pitch = p.src_pitch, dst_pitch = p.dst_pitch;
+    const ptrdiff_t chroma_pitch = ((src_pitch - p.width) >> 1) + p.width / 2;
     const unsigned char *y = p.src, *u = p.src_u, *v = p.src_v;
     unsigned char *dst = p.dst;
     for (int rows = p.height; rows > 0; rows -= 2) {
-        ptrdiff_t x = 0;
-        for (; x + widest <= width; x += widest)
-            row_pair_step<widest, Put>(pipe, y + x, u + x / 2, v + x / 2, dst + x * size, src_pitch,
-                                       dst_pitch);
-        if (x < width) // widths are multiples of 16
-            row_pair_step<16, Put>(pipe, y + x, u + x / 2, v + x / 2, dst + x * size, src_pitch,
-                                   dst_pitch);
+        row_pair_wide<Put>(pipe, y, u, v, dst, p.width, src_pitch, dst_pitch);
         y += 2 * src_pitch, u += chroma_pitch, v += chroma_pitch, dst += 2 * dst_pitch;
     }
 }
@@ -224,7 +252,8 @@ LUMALANE_INLINE bool row_pairs_wide_if_regular(const picture &p, const Pipe &pip
     const int row_bytes = product(p.width, Pipe::bytes_per_pixel());
     if (!row_pairs_are_regular(p, row_bytes))
         return false;
-    if (outgrows_cache(p.dst, p.dst_pitch, static_cast<long long>(p.height) * row_bytes)) {
+    if (Pipe::writes_whole_lines() &&
+        outgrows_cache(p.dst, p.dst_pitch, static_cast<long long>(p.height) * row_bytes)) {
         row_pairs_wide<streamed>(p, pipe);
         stream_fence();
     } else {

@@ -9,6 +9,8 @@ namespace {
 
 // Deliberately the first 8 bytes of every 32 of a lower row are not written.
 struct yuy2_with_gaps : yuy2 {
+    static constexpr bool writes_whole_lines = false;
+
     template <class Put, int n>
     LUMALANE_INLINE void lower_row(unsigned char *to, bytes<n> y,
                                    const chroma_pairs<n> &chroma) const {
