@@ -1,5 +1,4 @@
 #include "frame/dispatch.h"
-#include "frame/wide_registers.h"
 
 #if defined(__i386__) || defined(__x86_64__)
 #define LUMALANE_X86 1
@@ -133,9 +132,9 @@ const kernel_table &kernels() {
     return *table;
 }
 
-bool wide_registers_in_use() {
+bool uses_wide_registers([[maybe_unused]] const kernel_table &table) {
 #if LUMALANE_X86
-    return &kernels() == &avx2::table;
+    return &table == &avx2::table;
 #else
     return false;
 #endif

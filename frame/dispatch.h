@@ -22,6 +22,10 @@ bool can_run(lane_set set);
 // The table in force: the widest set that the processor runs, unless force() chose another.
 const kernel_table &kernels();
 
+// True if its kernels work with 256-bit registers, whose upper halves slow down older code that
+// finds them in use.
+bool uses_wide_registers(const kernel_table &table);
+
 // For tests, benchmarks and players that link the static library: every later call runs `set`,
 // which the processor must be able to run. The shared library does not export it.
 void force(lane_set set);

@@ -20,9 +20,9 @@ void *memcpy(void *to, const void *from, size_t count) {
 }
 }
 
-// Called before a function takes a stack frame of a page or more, to touch every page of it in order:
-// that is how the system grows a stack. The size comes in eax or rax; the 32-bit one also takes the
-// frame.
+// Called before a function takes a stack frame of a page or more, to touch every page of it in
+// order: that is how the system grows a stack. The size comes in eax or rax; the 32-bit one also
+// takes the frame.
 #if defined(_M_IX86)
 __asm__(R"(
     .globl __chkstk

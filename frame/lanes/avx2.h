@@ -394,12 +394,21 @@ constexpr shuffles make_shuffles() {
 
 constexpr shuffles shuffle = make_shuffles();
 
+// The 16 bytes in every block.
+template <int n>
+LUMALANE_INLINE bytes<n> in_each_block(const unsigned char *block) {
+    if constexpr (n == 16)
+        return load<16>(block);
+    else
+        return {_mm256_broadcastsi128_si256(load<16>(block).v)};
+}
+
 LUMALANE_INLINE bytes<16> shuffled(bytes<16> a, const unsigned char *by) {
-    return {_mm_shuffle_epi8(a.v, load<16>(by).v)};
+    return {_mm_shuffle_epi8(a.v, in_each_block<16>(by).v)};
 }
 
 LUMALANE_INLINE bytes<32> shuffled(bytes<32> a, const unsigned char *by) {
-    return {_mm256_shuffle_epi8(a.v, _mm256_broadcastsi128_si256(load<16>(by).v))};
+    return {_mm256_shuffle_epi8(a.v, in_each_block<32>(by).v)};
 }
 
 template <int n>
@@ -427,15 +436,6 @@ LUMALANE_INLINE bytes<16> narrow_interleaved(words<8> a, words<8> b) {
 
 LUMALANE_INLINE bytes<32> narrow_interleaved(words<16> a, words<16> b) {
     return shuffled(narrow_saturate(a, b), shuffle.pixel_order[0]);
-}
-
-// b where the mask is set, a elsewhere.
-LUMALANE_INLINE bytes<16> select(bytes<16> a, bytes<16> b, const unsigned char *mask) {
-    return {_mm_blendv_epi8(a.v, b.v, load<16>(mask).v)};
-}
-
-LUMALANE_INLINE bytes<32> select(bytes<32> a, bytes<32> b, const unsigned char *mask) {
-    return {_mm256_blendv_epi8(a.v, b.v, _mm256_broadcastsi128_si256(load<16>(mask).v))};
 }
 
 // How the 32 pixels of a vector are dealt over its two blocks. Woven, the blocks give one half of
@@ -624,7 +624,8 @@ LUMALANE_INLINE woven<3, n> weave_blocks(bytes<n> first, bytes<n> second, bytes<
     const bytes<n> b = shuffled(second, channel[1]);
     const bytes<n> c = shuffled(third, channel[2]);
     const auto pick = [](bytes<n> at_0, bytes<n> at_1, bytes<n> at_2) {
-        return select(select(at_0, at_1, shuffle.every_third[1]), at_2, shuffle.every_third[2]);
+        return choose(in_each_block<n>(shuffle.every_third[2]), at_2,
+                      choose(in_each_block<n>(shuffle.every_third[1]), at_1, at_0));
     };
     return {{pick(a, b, c), pick(b, c, a), pick(c, a, b)}};
 }
