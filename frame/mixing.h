@@ -112,8 +112,8 @@ struct average_weight {
 
 // A mix works in two passes: it blends and adjusts the samples of a strip of a row, plane by plane,
 // and puts them through the pipeline that they would take in a loader. The strip stays in the
-// first-level cache. As one loop the two take 1.2 times as long: it is too long for the processor
-// to look into its next turn, and has more values at hand than there are registers.
+// first-level cache. As one loop the two take 1.3 to 1.5 times as long: it is too long for the
+// processor to look into its next turn, and has more values at hand than there are registers.
 //
 // Samples come in the form of `Form` (planar for RGB, planar_pairs for YUY2), chroma has the
 // weights of `Weight`, `Adjusted` is adjust or as_they_are. `through(source, stage)` is the

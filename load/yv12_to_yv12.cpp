@@ -15,6 +15,14 @@ struct plane {
     int src_pitch, dst_pitch;
 };
 
+plane luma_of(const picture &p) {
+    return {p.src, p.dst, p.width, p.height, p.src_pitch, p.dst_pitch};
+}
+
+plane chroma_of(const picture &p, unsigned char *src, unsigned char *dst) {
+    return {src, dst, p.width >> 1, p.height >> 1, p.src_pitch >> 1, p.dst_pitch >> 1};
+}
+
 // Runs `row(put, to, from)` for every row of a plane of which each makes dst_bytes, if nobody can
 // tell it from the steps: the width is on the step, so that no row drifts, rows do not overlap, and
 // nothing is read back that was written.
@@ -40,6 +48,23 @@ bool rows_wide_if_regular(const plane &p, int step, int dst_bytes, Row row) {
     return true;
 }
 
+// Calls `step(to, from)` for one row of a plane after the other, in steps from so many bytes to 8.
+// The rests are what the pointers move after a row.
+template <int step_bytes, class Step>
+LUMALANE_INLINE void rows_stepwise(const plane &p, int src_rest, int dst_rest, const Step &step) {
+    const unsigned char *from = p.src;
+    unsigned char *to = p.dst;
+    unsigned rows = static_cast<unsigned>(p.height);
+    do {
+        unsigned columns = static_cast<unsigned>(p.width);
+        do {
+            step(to, from);
+            from += step_bytes, to += 8;
+        } while (again(columns, step_bytes));
+        from += src_rest, to += dst_rest;
+    } while (again(rows, 1));
+}
+
 // `map` of a plane, one row at a time, in steps of 8 bytes. Deliberately the source rows are one
 // continuous run, whatever the source's pitch.
 template <class Map>
@@ -50,18 +75,9 @@ void map_plane(plane p, Map map) {
             [&](auto put, unsigned char *to, const unsigned char *from)
                 LUMALANE_INLINE_LAMBDA { map_row<decltype(put)>(to, from, p.width, map); }))
         return;
-    const int dst_rest = difference(p.dst_pitch, p.width);
-    const unsigned char *src = p.src;
-    unsigned char *dst = p.dst;
-    unsigned rows = static_cast<unsigned>(p.height);
-    do {
-        unsigned columns = static_cast<unsigned>(p.width);
-        do {
-            store(dst, map(load<8>(src)));
-            src += 8, dst += 8;
-        } while (again(columns, 8));
-        dst += dst_rest;
-    } while (again(rows, 1));
+    rows_stepwise<8>(p, 0, difference(p.dst_pitch, p.width),
+                     [&](unsigned char *to, const unsigned char *from)
+                         LUMALANE_INLINE_LAMBDA { store(to, map(load<8>(from))); });
 }
 
 } // namespace
@@ -72,14 +88,12 @@ void loadimage_yv12_ajust(LUMALANE_PARAMETERS_picture) {
     unsigned char *const dst_v =
         dst + bytes_to_plane_end + (difference(surface_bytes, bytes_to_plane_end) >> 2);
     unsigned char *const dst_u = dst_v + (surface_bytes >> 2);
-    const plane y{src, dst, width, height, src_pitch, dst_pitch};
-    const plane v{src_v, dst_v, width >> 1, height >> 1, src_pitch >> 1, dst_pitch >> 1};
-    const plane u{src_u, dst_u, width >> 1, height >> 1, src_pitch >> 1, dst_pitch >> 1};
+    const picture p{LUMALANE_ARGUMENTS_picture};
     with_adjustment([&](auto adjusted) {
-        map_plane(y, adjusted.y());
+        map_plane(luma_of(p), adjusted.y());
         // Deliberately crossed: V gets the offset of U, and U that of V.
-        map_plane(v, adjusted.u());
-        map_plane(u, adjusted.v());
+        map_plane(chroma_of(p, src_v, dst_v), adjusted.u());
+        map_plane(chroma_of(p, src_u, dst_u), adjusted.v());
     });
 }
 
@@ -111,19 +125,9 @@ template <class Map>
 void halve_luma(const plane &p, Map map) {
     if (halve_wide_if_regular(p, map))
         return;
-    const int src_rest = difference(p.src_pitch, p.width);
-    const int dst_rest = difference(p.dst_pitch, p.width >> 1);
-    const unsigned char *src = p.src;
-    unsigned char *dst = p.dst;
-    unsigned rows = static_cast<unsigned>(p.height);
-    do {
-        unsigned columns = static_cast<unsigned>(p.width);
-        do {
-            halve_step(dst, src, map);
-            src += 16, dst += 8;
-        } while (again(columns, 16));
-        src += src_rest, dst += dst_rest;
-    } while (again(rows, 1));
+    rows_stepwise<16>(p, difference(p.src_pitch, p.width), difference(p.dst_pitch, p.width >> 1),
+                      [&](unsigned char *to, const unsigned char *from)
+                          LUMALANE_INLINE_LAMBDA { halve_step(to, from, map); });
 }
 
 // Deliberately unlike luma: rows do not drift. What is left after whole steps gets one more step
@@ -153,16 +157,13 @@ void halve_chroma(const plane &p, Map map) {
 } // namespace
 
 void loadimage_half_yv12_ajust(LUMALANE_PARAMETERS_picture) {
-    static_cast<void>(info);
+    const picture p{LUMALANE_ARGUMENTS_picture};
     unsigned char *const dst_v = dst + product(height, dst_pitch);
     unsigned char *const dst_u = dst_v + product(dst_pitch >> 1, height >> 1);
-    const plane y{src, dst, width, height, src_pitch, dst_pitch};
-    const plane v{src_v, dst_v, width >> 1, height >> 1, src_pitch >> 1, dst_pitch >> 1};
-    const plane u{src_u, dst_u, width >> 1, height >> 1, src_pitch >> 1, dst_pitch >> 1};
     with_adjustment([&](auto adjusted) {
-        halve_luma(y, adjusted.y());
-        halve_chroma(v, adjusted.v());
-        halve_chroma(u, adjusted.u());
+        halve_luma(luma_of(p), adjusted.y());
+        halve_chroma(chroma_of(p, src_v, dst_v), adjusted.v());
+        halve_chroma(chroma_of(p, src_u, dst_u), adjusted.u());
     });
 }
 
