@@ -249,10 +249,12 @@ private:
     template <class Put>
     void take_video(const mix_position &at, ptrdiff_t count, const video_rows &video,
                     const to_lower_row &lower) const {
-        if (video.below_lower == 0 && video.below_chroma == 0)
-            take_frame<Put>(at, count, video, lower);
+        if (video.below_chroma != 0)
+            take_field<true, Put>(at, count, video, lower);
+        else if (video.below_lower != 0)
+            take_field<false, Put>(at, count, video, lower);
         else
-            take_field<Put>(at, count, video, lower);
+            take_frame<Put>(at, count, video, lower);
     }
 
     template <class Put>
@@ -265,23 +267,23 @@ private:
         });
     }
 
-    // (A row that is no average is one with itself.)
-    template <class Put>
+    // The lower luma is an average, and the chroma if it is `between` rows.
+    template <bool between, class Put>
     LUMALANE_INLINE void take_field(const mix_position &at, ptrdiff_t count,
                                     const video_rows &video, const to_lower_row &lower) const {
         along_row<true>(count, [at, video, lower, a = adjusted, through = through](
                                    auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
             constexpr int n = pixels.count;
-            const unsigned char *const u = at.u + x / 2, *const v = at.v + x / 2;
-            const unsigned char *const y = at.y + x, *const lower_y = y + video.lower;
-            const auto uv = average(Form::template load_chroma<parts, n>(u, v),
-                                    Form::template load_chroma<parts, n>(u + video.below_chroma,
-                                                                         v + video.below_chroma));
-            using row = at_hand<n, decltype(average(uv, uv))>;
-            const row upper{deal_pixels<parts, n>(y), uv};
-            const row below{average(deal_pixels<parts, n>(lower_y),
-                                    deal_pixels<parts, n>(lower_y + video.below_lower)),
-                            uv};
+            const auto chroma_at = [&](ptrdiff_t offset) LUMALANE_INLINE_LAMBDA {
+                return Form::template load_chroma<parts, n>(at.u + offset, at.v + offset);
+            };
+            auto uv = chroma_at(x / 2);
+            if constexpr (between)
+                uv = average(uv, chroma_at(x / 2 + video.below_chroma));
+            using row = at_hand<n, decltype(uv)>;
+            const row upper{deal_pixels<parts, n>(at.y + x), uv};
+            const row below{
+                dealt<parts>(video_samples<n>(at.y + x + video.lower, video.below_lower)), uv};
             unsigned char *const dst = at.dst + x * bytes_per_pixel;
             const auto shared = through(upper, a).template shared<n>();
             through(upper, a).template row<n, Put>(dst, nullptr, shared);
