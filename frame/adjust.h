@@ -163,8 +163,15 @@ struct adjust {
 
     const planes &of;
 
-    // For planes by themselves. (Copies, which stay in registers: what is stored to memory might be
-    // in the way of a reference.)
+    // Runs `run(stage)` with a stage whose constants can stay in registers: those of this one might
+    // be where a loop stores its pixels, for all that the compiler knows.
+    template <class Run>
+    LUMALANE_INLINE void in_registers(const Run &run) const {
+        const planes copies = of;
+        run(adjust{copies});
+    }
+
+    // For planes by themselves. (Copies, for the same reason.)
     LUMALANE_INLINE adjust_plane<gentle> y() const { return of.y; }
     LUMALANE_INLINE adjust_plane<gentle> u() const { return of.u; }
     LUMALANE_INLINE adjust_plane<gentle> v() const { return of.v; }

@@ -223,8 +223,8 @@ private:
             blend_luma<n.count>(y, lower_row.y + x, at.y + video.lower + x, video.below_lower,
                                 at.sub_y + lower.sub + x, at.alpha + lower.sub + x);
         });
-        along_plane(count / 2, [&, u = adjusted.u(), v = adjusted.v(),
-                                through = through](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+        along_plane(count / 2, [&, u = adjusted.u(),
+                                v = adjusted.v()](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
             const auto uv = video_chroma<n.count>(at, x, video);
             const auto upper_uv =
                 blend_chroma(u, v, uv, at.sub_u + x, at.sub_v + x, at.alpha + 2 * x);
@@ -260,10 +260,13 @@ private:
     template <class Put>
     LUMALANE_INLINE void take_frame(const mix_position &at, ptrdiff_t count,
                                     const video_rows &video, const to_lower_row &lower) const {
-        along_row<true>(count, [at, video, lower, pipe = through(Form{}, adjusted)](
-                                   auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-            row_pair_step<pixels.count, Put>(pipe, at.y + x, at.u + x / 2, at.v + x / 2,
-                                             at.dst + x * bytes_per_pixel, video.lower, lower.dst);
+        adjusted.in_registers([&](auto stage) LUMALANE_INLINE_LAMBDA {
+            along_row<true>(count, [at, video, lower, pipe = through(Form{}, stage)](
+                                       auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+                row_pair_step<pixels.count, Put>(pipe, at.y + x, at.u + x / 2, at.v + x / 2,
+                                                 at.dst + x * bytes_per_pixel, video.lower,
+                                                 lower.dst);
+            });
         });
     }
 

@@ -123,6 +123,11 @@ LUMALANE_INLINE bytes<n> narrowed(sixteenths<n> a, Map map) {
 struct as_they_are {
     static constexpr bool is_part = true;
 
+    template <class Run>
+    LUMALANE_INLINE void in_registers(const Run &run) const {
+        run(*this);
+    }
+
     // For planes by themselves.
     struct plane {
         template <int n>
