@@ -145,6 +145,25 @@ LUMALANE_INLINE void convert_group(const place &at, unsigned key) {
     store(at.v, lower_half(twice.uv.upper));
 }
 
+// `widest` pixels.
+template <class Surface>
+struct couple_of_vectors {
+    pixels<widest> first, second;
+
+    LUMALANE_INLINE couple_of_vectors(const place &at, unsigned key)
+        : first(Surface::template take<widest>(at.surface, key)),
+          second(Surface::template take<widest>(at.surface + widest / 2 * Surface::pixel_bytes,
+                                                key)) {}
+
+    // None is of the key's colour or has anything in its fourth byte.
+    LUMALANE_INLINE bool plain() const {
+        words<widest / 2> not_plain = first.are_key | second.are_key;
+        if constexpr (Surface::has_x)
+            not_plain = not_plain | first.x | second.x;
+        return all_zero(as_bytes(not_plain));
+    }
+};
+
 // As many whole vectors of a row as fit into `count`; returns how far it came. Runs of one kind
 // have loops of their own.
 template <class Surface>
@@ -160,20 +179,20 @@ LUMALANE_INLINE ptrdiff_t convert_groups(const place &row, ptrdiff_t count, unsi
             if (!all(as_bytes(are_key)))
                 break;
         }
-        for (; x + widest <= count; x += widest) {
+        if (x + widest > count)
+            break;
+        couple_of_vectors<Surface> here(row.after<Surface>(x), key);
+        while (x + widest <= count && here.plain()) {
+            // Those of the next turn are loaded before what is made of these is stored.
+            const ptrdiff_t next_x = x + 2 * widest <= count ? x + widest : x;
+            const couple_of_vectors<Surface> next(row.after<Surface>(next_x), key);
+            const samples<widest> made = convert<false>(here.first, here.second);
             const place at = row.after<Surface>(x);
-            const pixels<widest> first = Surface::template take<widest>(at.surface, key);
-            const pixels<widest> second =
-                Surface::template take<widest>(at.surface + half_bytes, key);
-            words<widest / 2> not_plain = first.are_key | second.are_key;
-            if constexpr (Surface::has_x)
-                not_plain = not_plain | first.x | second.x;
-            if (!all_zero(as_bytes(not_plain)))
-                break;
-            const samples<widest> made = convert<false>(first, second);
             store(at.y, made.y);
             store(at.u, made.uv.lower);
             store(at.v, made.uv.upper);
+            here = next;
+            x += widest;
         }
         if (x + widest <= count)
             for (const ptrdiff_t end = x + widest; x < end; x += group)
