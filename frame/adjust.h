@@ -251,10 +251,10 @@ LUMALANE_INLINE void with_adjustment(const adjustment &by, Run run) {
         return run(as_they_are{});
     if (by.gains_within(33, 128)) {
         const adjust<true>::planes planes(by);
-        return run(adjust<true>{planes});
+        return adjust<true>{planes}.in_registers(run);
     }
     const adjust<false>::planes planes(by);
-    run(adjust<false>{planes});
+    adjust<false>{planes}.in_registers(run);
 }
 
 // The same with the adjustment in force.
