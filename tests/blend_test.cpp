@@ -14,6 +14,18 @@ using bytes = std::vector<unsigned char>;
 
 class blend_test : public tests::on_each_lane_set {};
 
+// A picture of which every plane is `video`, under a subpicture of which every plane is `sub`; all
+// pitches are its width.
+tagMIX_INFO mix_of(bytes &video, bytes &sub, bytes &alpha, int width, int height) {
+    tagMIX_INFO mix{};
+    mix.video_pitch = mix.sub_pitch = mix.dst_pitch = mix.width = width;
+    mix.height = height;
+    mix.video_y = mix.video_v = mix.video_u = video.data();
+    mix.alpha_plane = alpha.data();
+    mix.sub_y = mix.sub_v = mix.sub_u = sub.data();
+    return mix;
+}
+
 TEST_P(blend_test, is_that_of_the_model_for_every_alpha_and_pair_of_samples) {
     // Rows of 512 of luma and of 256 of chroma: the video has its samples in order along both. The
     // subpicture has another sample in every row of luma, and in every second one of chroma, which
@@ -34,11 +46,7 @@ TEST_P(blend_test, is_that_of_the_model_for_every_alpha_and_pair_of_samples) {
                 model::blend(static_cast<unsigned char>(i), static_cast<unsigned char>(i / 256),
                              static_cast<unsigned char>(weight));
 
-        tagMIX_INFO mix{};
-        mix.video_pitch = mix.sub_pitch = mix.dst_pitch = mix.width = mix.height = size;
-        mix.video_y = mix.video_v = mix.video_u = video.data();
-        mix.alpha_plane = alpha.data();
-        mix.sub_y = mix.sub_v = mix.sub_u = sub.data();
+        tagMIX_INFO mix = mix_of(video, sub, alpha, size, size);
         mix.dst = y.data();
         mix.dst_u = u.data();
         mix.dst_v = v.data();
@@ -93,12 +101,7 @@ TEST_P(blend_test, is_adjusted_as_the_model_does_for_every_weight_and_gain) {
                 expected_v[at] = adjusted(sample, 200);
             }
 
-        tagMIX_INFO mix{};
-        mix.video_pitch = mix.sub_pitch = mix.dst_pitch = mix.width = width;
-        mix.height = rows;
-        mix.video_y = mix.video_v = mix.video_u = video.data();
-        mix.alpha_plane = alpha.data();
-        mix.sub_y = mix.sub_v = mix.sub_u = sub.data();
+        tagMIX_INFO mix = mix_of(video, sub, alpha, width, rows);
         mix.dst = y.data();
         mix.dst_u = u.data();
         mix.dst_v = v.data();
