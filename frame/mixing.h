@@ -253,32 +253,31 @@ private:
     template <class Put>
     void take_video(const mix_position &at, ptrdiff_t count, const video_rows &video,
                     const to_lower_row &lower) const {
-        if (video.below_chroma != 0)
-            take_field<true, Put>(at, count, video, lower);
-        else if (video.below_lower != 0)
-            take_field<false, Put>(at, count, video, lower);
-        else
-            take_frame<Put>(at, count, video, lower);
+        adjusted.in_registers([&](auto stage) LUMALANE_INLINE_LAMBDA {
+            if (video.below_chroma != 0)
+                take_field<true, Put>(stage, at, count, video, lower);
+            else if (video.below_lower != 0)
+                take_field<false, Put>(stage, at, count, video, lower);
+            else
+                take_frame<Put>(stage, at, count, video, lower);
+        });
     }
 
-    template <class Put>
-    LUMALANE_INLINE void take_frame(const mix_position &at, ptrdiff_t count,
+    template <class Put, class Stage>
+    LUMALANE_INLINE void take_frame(const Stage &stage, const mix_position &at, ptrdiff_t count,
                                     const video_rows &video, const to_lower_row &lower) const {
-        adjusted.in_registers([&](auto stage) LUMALANE_INLINE_LAMBDA {
-            along_row<true>(count, [at, video, lower, pipe = through(Form{}, stage)](
-                                       auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-                row_pair_step<pixels.count, Put>(pipe, at.y + x, at.u + x / 2, at.v + x / 2,
-                                                 at.dst + x * bytes_per_pixel, video.lower,
-                                                 lower.dst);
-            });
+        along_row<true>(count, [at, video, lower, pipe = through(Form{}, stage)](
+                                   auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            row_pair_step<pixels.count, Put>(pipe, at.y + x, at.u + x / 2, at.v + x / 2,
+                                             at.dst + x * bytes_per_pixel, video.lower, lower.dst);
         });
     }
 
     // The lower luma is an average, and the chroma if it is `between` rows.
-    template <bool between, class Put>
-    LUMALANE_INLINE void take_field(const mix_position &at, ptrdiff_t count,
+    template <bool between, class Put, class Stage>
+    LUMALANE_INLINE void take_field(const Stage &stage, const mix_position &at, ptrdiff_t count,
                                     const video_rows &video, const to_lower_row &lower) const {
-        along_row<true>(count, [at, video, lower, a = adjusted, through = through](
+        along_row<true>(count, [at, video, lower, stage, through = through](
                                    auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
             constexpr int n = pixels.count;
             const auto chroma_at = [&](ptrdiff_t offset) LUMALANE_INLINE_LAMBDA {
@@ -292,9 +291,9 @@ private:
             const row below{
                 dealt<parts>(video_samples<n>(at.y + x + video.lower, video.below_lower)), uv};
             unsigned char *const dst = at.dst + x * bytes_per_pixel;
-            const auto shared = through(upper, a).template shared<n>();
-            through(upper, a).template row<n, Put>(dst, nullptr, shared);
-            through(below, a).template row<n, Put>(dst + lower.dst, nullptr, shared);
+            const auto shared = through(upper, stage).template shared<n>();
+            through(upper, stage).template row<n, Put>(dst, nullptr, shared);
+            through(below, stage).template row<n, Put>(dst + lower.dst, nullptr, shared);
         });
     }
 
