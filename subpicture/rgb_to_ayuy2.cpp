@@ -8,14 +8,8 @@ namespace {
 
 // ---- Surfaces ----------------------------------------------------------------------------------
 
-// n / 2 pixels, coupled.
-template <int n>
-struct pixels {
-    words<n / 2> bg;
-    words<n / 2> red;     // in the upper bytes
-    words<n / 2> x;       // in the upper bytes, if the surface has it
-    words<n / 2> are_key; // all bits, where a pixel is of the key's colour
-};
+// `pixels<n>` of a surface are n / 2 pixels, coupled: their blue and green bytes in words, and in
+// words of their own red and what stands in the fourth byte, both in the upper byte.
 
 // Pixels of 4 bytes, and of 3 bytes and a zero; a key with anything in its upper byte is the colour
 // of none of those.
@@ -25,14 +19,25 @@ struct rgb_surface {
     static constexpr bool has_x = size == 4;
 
     template <int n>
-    LUMALANE_INLINE static pixels<n> take(const unsigned char *from, unsigned key) {
-        const auto [bg, rx] = load_coupled<size, n>(from);
-        // A multiplication where a shift would do: shifts and shuffles have the same units.
-        const words<n / 2> red = multiply_low(rx, fill_words<n / 2>(256));
-        return {bg, red, rx & fill_words<n / 2>(0xff00),
-                equal(bg, fill_words<n / 2>(static_cast<int>(key))) &
-                    equal(rx, fill_words<n / 2>(static_cast<int>(key >> 16)))};
-    }
+    struct pixels {
+        coupled<n> loaded;
+
+        LUMALANE_INLINE explicit pixels(const unsigned char *from)
+            : loaded(load_coupled<size, n>(from)) {}
+
+        LUMALANE_INLINE words<n / 2> bg() const { return loaded.bg; }
+        LUMALANE_INLINE words<n / 2> red() const {
+            return has_x ? shift_left<8>(loaded.rx) : loaded.rx;
+        }
+        LUMALANE_INLINE words<n / 2> x() const { return loaded.rx & fill_words<n / 2>(0xff00); }
+
+        // All bits, where a pixel is of the key's colour.
+        LUMALANE_INLINE words<n / 2> are(unsigned key) const {
+            const unsigned rx = has_x ? key >> 16 : key >> 24 | (key >> 8 & 0xff00);
+            return equal(loaded.bg, fill_words<n / 2>(static_cast<int>(key))) &
+                   equal(loaded.rx, fill_words<n / 2>(static_cast<int>(rx)));
+        }
+    };
 };
 
 // The lower bits of the channels are left zero.
@@ -41,14 +46,24 @@ struct rgb16_surface {
     static constexpr bool has_x = false;
 
     template <int n>
-    LUMALANE_INLINE static pixels<n> take(const unsigned char *from, unsigned key) {
-        const words<n / 2> packed = couple(as_words(load<n>(from)));
-        const auto bits = [&](int which) { return packed & fill_words<n / 2>(which); };
-        const words<n / 2> blue = multiply_low(bits(0x001f), fill_words<n / 2>(1 << 3));
-        const words<n / 2> green = multiply_low(bits(0x07e0), fill_words<n / 2>(1 << 5));
-        return {blue | green, bits(0xf800), fill_words<n / 2>(0),
-                equal(packed, fill_words<n / 2>(static_cast<int>(key)))};
-    }
+    struct pixels {
+        words<n / 2> packed;
+
+        LUMALANE_INLINE explicit pixels(const unsigned char *from)
+            : packed(couple(as_words(load<n>(from)))) {}
+
+        LUMALANE_INLINE words<n / 2> bits(int which) const {
+            return packed & fill_words<n / 2>(which);
+        }
+        LUMALANE_INLINE words<n / 2> bg() const {
+            return multiply_low(bits(0x001f), fill_words<n / 2>(1 << 3)) |
+                   multiply_low(bits(0x07e0), fill_words<n / 2>(1 << 5));
+        }
+        LUMALANE_INLINE words<n / 2> red() const { return bits(0xf800); }
+        LUMALANE_INLINE words<n / 2> are(unsigned key) const {
+            return equal(packed, fill_words<n / 2>(static_cast<int>(key)));
+        }
+    };
 };
 
 // ---- Pixels ------------------------------------------------------------------------------------
@@ -99,19 +114,21 @@ struct samples {
 
 // Deliberately each pair of pixels has the chroma of its first one, and the fourth byte is added to
 // every output, but for what they have always.
-template <bool with_x, int n>
-LUMALANE_INLINE samples<n> convert(const pixels<n> &first, const pixels<n> &second) {
-    words<n / 2> y_of_first = to_y(first.bg, first.red);
-    words<n / 2> y_of_second = to_y(second.bg, second.red);
-    const words<n / 2> bg = even_couples(first.bg, second.bg);
-    const words<n / 2> red = even_couples(first.red, second.red);
+template <bool with_x, int n, class Pixels>
+LUMALANE_INLINE samples<n> convert(const Pixels &first, const Pixels &second) {
+    const words<n / 2> bg_of_first = first.bg(), bg_of_second = second.bg();
+    const words<n / 2> red_of_first = first.red(), red_of_second = second.red();
+    words<n / 2> y_of_first = to_y(bg_of_first, red_of_first);
+    words<n / 2> y_of_second = to_y(bg_of_second, red_of_second);
+    const words<n / 2> bg = even_couples(bg_of_first, bg_of_second);
+    const words<n / 2> red = even_couples(red_of_first, red_of_second);
     words<n / 2> u = to_u(bg, red), v = to_v(bg, red);
     if constexpr (with_x) {
         const words<n / 2> not_in_y = fill_words<n / 2>(~always_in_y << 8);
         const words<n / 2> x =
-            even_couples(first.x, second.x) & fill_words<n / 2>(~always_in_chroma << 8);
-        y_of_first = add_saturate_unsigned(y_of_first, first.x & not_in_y);
-        y_of_second = add_saturate_unsigned(y_of_second, second.x & not_in_y);
+            even_couples(first.x(), second.x()) & fill_words<n / 2>(~always_in_chroma << 8);
+        y_of_first = add_saturate_unsigned(y_of_first, first.x() & not_in_y);
+        y_of_second = add_saturate_unsigned(y_of_second, second.x() & not_in_y);
         u = add_saturate_unsigned(u, x);
         v = add_saturate_unsigned(v, x);
     }
@@ -136,10 +153,10 @@ struct place {
 
 template <class Surface>
 LUMALANE_INLINE void convert_group(const place &at, unsigned key) {
-    const pixels<16> taken = Surface::template take<16>(at.surface, key);
-    if (all(as_bytes(taken.are_key)))
+    const typename Surface::template pixels<16> taken(at.surface);
+    if (all(as_bytes(taken.are(key))))
         return;
-    const samples<16> twice = convert<Surface::has_x>(taken, taken);
+    const samples<16> twice = convert<Surface::has_x, 16>(taken, taken);
     store(at.y, lower_half(twice.y));
     store(at.u, lower_half(twice.uv.lower));
     store(at.v, lower_half(twice.uv.upper));
@@ -148,18 +165,20 @@ LUMALANE_INLINE void convert_group(const place &at, unsigned key) {
 // `widest` pixels.
 template <class Surface>
 struct couple_of_vectors {
-    pixels<widest> first, second;
+    typename Surface::template pixels<widest> first, second;
 
-    LUMALANE_INLINE couple_of_vectors(const place &at, unsigned key)
-        : first(Surface::template take<widest>(at.surface, key)),
-          second(Surface::template take<widest>(at.surface + widest / 2 * Surface::pixel_bytes,
-                                                key)) {}
+    LUMALANE_INLINE explicit couple_of_vectors(const unsigned char *from)
+        : first(from), second(from + widest / 2 * Surface::pixel_bytes) {}
+
+    LUMALANE_INLINE bool all_are(unsigned key) const {
+        return all(as_bytes(first.are(key) & second.are(key)));
+    }
 
     // None is of the key's colour or has anything in its fourth byte.
-    LUMALANE_INLINE bool plain() const {
-        words<widest / 2> not_plain = first.are_key | second.are_key;
+    LUMALANE_INLINE bool plain(unsigned key) const {
+        words<widest / 2> not_plain = first.are(key) | second.are(key);
         if constexpr (Surface::has_x)
-            not_plain = not_plain | first.x | second.x;
+            not_plain = not_plain | first.x() | second.x();
         return all_zero(as_bytes(not_plain));
     }
 };
@@ -168,25 +187,21 @@ struct couple_of_vectors {
 // have loops of their own.
 template <class Surface>
 LUMALANE_INLINE ptrdiff_t convert_groups(const place &row, ptrdiff_t count, unsigned key) {
-    constexpr ptrdiff_t half_bytes = widest / 2 * Surface::pixel_bytes;
+    const auto load_at = [&](ptrdiff_t x) {
+        return couple_of_vectors<Surface>(row.surface + x * Surface::pixel_bytes);
+    };
     ptrdiff_t x = 0;
     while (x + widest <= count) {
-        for (; x + widest <= count; x += widest) {
-            const unsigned char *const from = row.after<Surface>(x).surface;
-            const words<widest / 2> are_key =
-                Surface::template take<widest>(from, key).are_key &
-                Surface::template take<widest>(from + half_bytes, key).are_key;
-            if (!all(as_bytes(are_key)))
-                break;
-        }
+        while (x + widest <= count && load_at(x).all_are(key))
+            x += widest;
         if (x + widest > count)
             break;
-        couple_of_vectors<Surface> here(row.after<Surface>(x), key);
-        while (x + widest <= count && here.plain()) {
+        auto here = load_at(x);
+        while (x + widest <= count && here.plain(key)) {
             // Those of the next turn are loaded before what is made of these is stored.
             const ptrdiff_t next_x = x + 2 * widest <= count ? x + widest : x;
-            const couple_of_vectors<Surface> next(row.after<Surface>(next_x), key);
-            const samples<widest> made = convert<false>(here.first, here.second);
+            const auto next = load_at(next_x);
+            const samples<widest> made = convert<false, widest>(here.first, here.second);
             const place at = row.after<Surface>(x);
             store(at.y, made.y);
             store(at.u, made.uv.lower);

@@ -363,7 +363,7 @@ constexpr shuffles make_shuffles() {
                 const bool here = m % 4 / 2 == half;
                 s.triplets_bg[half][at] = static_cast<unsigned char>(here ? pixel + byte : 0x80);
                 s.triplets_rx[half][at] =
-                    static_cast<unsigned char>(here && byte == 0 ? pixel + 2 : 0x80);
+                    static_cast<unsigned char>(here && byte == 1 ? pixel + 2 : 0x80);
             }
         s.couple[m] = s.couple[16 + m] =
             static_cast<unsigned char>(m / 4 * 2 + m / 2 % 2 * 8 + m % 2);

@@ -689,7 +689,7 @@ LUMALANE_INLINE woven<size, n> load_spread(const unsigned char *from) {
 template <int n>
 struct coupled {
     words<n / 2> bg; // blue in the lower byte, green in the upper one
-    words<n / 2> rx; // red in the lower byte, the fourth byte in the upper one, if there is one
+    words<n / 2> rx; // of 4 bytes the upper two, of 3 bytes red in the upper byte
 };
 
 // Reads n / 2 pixels of `size` bytes.
@@ -699,7 +699,7 @@ LUMALANE_INLINE coupled<n> load_coupled(const unsigned char *from) {
     for (int i = 0; i < n / 2; ++i) {
         const unsigned char *const pixel = from + size * (i / 2 + i % 2 * (n / 4));
         r.bg.lane[i] = static_cast<short>(pixel[0] | pixel[1] << 8);
-        r.rx.lane[i] = static_cast<short>(size == 4 ? pixel[2] | pixel[3] << 8 : pixel[2]);
+        r.rx.lane[i] = static_cast<short>(size == 4 ? pixel[2] | pixel[3] << 8 : pixel[2] << 8);
     }
     return r;
 }

@@ -623,12 +623,12 @@ LUMALANE_INLINE words<8> joined(__m128i a, __m128i b) {
     return {_mm_or_si128(_mm_and_si128(lower, a), _mm_andnot_si128(lower, b))};
 }
 
-// The lowest 12 bytes as 4 pixels.
-LUMALANE_INLINE __m128i padded(__m128i triplets) {
+// The lowest 12 bytes as 4 pixels, with anything in the fourth bytes.
+LUMALANE_INLINE __m128i four_triplets(__m128i triplets) {
     const __m128i pixels_01 = _mm_unpacklo_epi32(triplets, _mm_srli_si128(triplets, 3));
     const __m128i pixels_23 =
         _mm_unpacklo_epi32(_mm_srli_si128(triplets, 6), _mm_srli_si128(triplets, 9));
-    return _mm_and_si128(_mm_unpacklo_epi64(pixels_01, pixels_23), _mm_set1_epi32(0x00ffffff));
+    return _mm_unpacklo_epi64(pixels_01, pixels_23);
 }
 
 template <int size, int n>
@@ -637,9 +637,9 @@ LUMALANE_INLINE coupled<n> load_coupled(const unsigned char *from) {
         return {joined(load<16>(from).v, load<16>(from + 14).v),
                 joined(load<16>(from + 2).v, load<16>(from + 16).v)};
     } else {
-        const __m128i a = padded(load<16>(from).v);
-        const __m128i b = padded(_mm_srli_si128(load<16>(from + 8).v, 4));
-        return {joined(a, _mm_slli_epi32(b, 16)), joined(_mm_srli_epi32(a, 16), b)};
+        const __m128i a = four_triplets(load<16>(from).v);
+        const __m128i b = four_triplets(_mm_srli_si128(load<16>(from + 8).v, 4));
+        return {joined(a, _mm_slli_epi32(b, 16)), shift_left<8>(joined(_mm_srli_epi32(a, 16), b))};
     }
 }
 
