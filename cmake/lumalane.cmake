@@ -53,8 +53,9 @@ target_compile_options(
             # every turn of a loop.
             $<$<CXX_COMPILER_ID:GNU>:-mtune-ctrl=^inter_unit_moves_to_vec>
             # The processor's window is too short to find the parallelism of a step by itself. (With
-            # the 8 registers of 32 bits there is nothing to gain.)
-            $<$<AND:$<CXX_COMPILER_ID:GNU>,$<NOT:$<BOOL:${x86_32}>>>:-fschedule-insns$<SEMICOLON>-fsched-pressure>
+            # the 8 registers of 32 bits there is nothing to gain.) But nothing may move up over the
+            # branch that decides about it.
+            $<$<AND:$<CXX_COMPILER_ID:GNU>,$<NOT:$<BOOL:${x86_32}>>>:-fschedule-insns$<SEMICOLON>-fsched-pressure$<SEMICOLON>-fno-sched-spec>
             $<$<BOOL:${x86_32}>:-march=pentium3>
             $<$<AND:$<BOOL:${x86_32}>,$<NOT:$<BOOL:${WIN32}>>>:-mstackrealign>)
 
