@@ -1,43 +1,31 @@
 // Rectangles of the colour key, and a marker replaced by it.
 #include "frame/kernels.h"
+#include "subpicture/pattern.h"
 #include "subpicture/rows.h"
 
 namespace lumalane::LUMALANE_LANES {
 
 namespace {
 
-// What rows are filled with over and over: 24 bytes, repeated to whole vectors.
-struct pattern {
-    static constexpr int size = 3 * widest;
-
-    unsigned char byte[size];
-
-    // Three words of 8 bytes, their lowest bytes first.
-    pattern(unsigned long long first, unsigned long long second, unsigned long long third) {
-        const unsigned long long words[] = {first, second, third};
-        for (int i = 0; i < size; ++i)
-            byte[i] = static_cast<unsigned char>(words[i / 8 % 3] >> (i % 8 * 8));
-    }
-
-    explicit pattern(unsigned long long word) : pattern(word, word, word) {}
-};
-
 // `count` bytes, a multiple of 16.
 template <class Put>
 LUMALANE_INLINE void fill_row(unsigned char *to, ptrdiff_t count, const pattern &with) {
-    const woven<3, widest> pieces{load<widest>(with.byte), load<widest>(with.byte + widest),
-                                  load<widest>(with.byte + 2 * widest)};
+    constexpr ptrdiff_t size = sizeof with.byte;
+    const woven<pattern::vectors, widest> pieces{with.vector(0), with.vector(1), with.vector(2)};
     ptrdiff_t x = 0;
-    for (; x + 2 * pattern::size <= count; x += 2 * pattern::size) {
+    for (; x + 2 * size <= count; x += 2 * size) {
         put_parts<Put>(to + x, pieces);
-        put_parts<Put>(to + x + pattern::size, pieces);
+        put_parts<Put>(to + x + size, pieces);
     }
-    while (x + widest <= count)
-        for (const unsigned char *from = with.byte;
-             from < with.byte + pattern::size && x + widest <= count; from += widest, x += widest)
-            store(to + x, load<widest>(from));
+    if (x + size <= count) {
+        put_parts<Put>(to + x, pieces);
+        x += size;
+    }
+    int next = 0;
+    for (; x + widest <= count; x += widest)
+        store(to + x, with.vector(next++));
     if (widest > 16 && x < count)
-        store(to + x, load<16>(with.byte + x % pattern::size));
+        store(to + x, load<16>(with.byte + next * widest));
 }
 
 // A group of 16 pixels of the upper row of a pair, then of the lower one.
@@ -86,7 +74,7 @@ void fill_rectangle(void *surface, int width, int height, int pitch, const patte
 } // namespace
 
 void LoadColorKeyRgb32(LUMALANE_PARAMETERS_key_fill) {
-    fill_rectangle<4>(surface, width, height, pitch, pattern(key * 0x1'0000'0001ull));
+    fill_rectangle<4>(surface, width, height, pitch, pattern::of_pixels<4>(key));
 }
 
 // Deliberately the three words are not in phase with one another.
@@ -98,8 +86,7 @@ void LoadColorKeyRgb24(LUMALANE_PARAMETERS_key_fill) {
 }
 
 void LoadColorKeyRgb16(LUMALANE_PARAMETERS_key_fill) {
-    fill_rectangle<2>(surface, width, height, pitch,
-                      pattern((key & 0xffff) * 0x0001'0001'0001'0001ull));
+    fill_rectangle<2>(surface, width, height, pitch, pattern::of_pixels<2>(key));
 }
 
 void RelaceMaskWithColorKey(LUMALANE_PARAMETERS_mask) {

@@ -1,5 +1,6 @@
 // Drawing surfaces to the colour planes of AYUY2 subpictures.
 #include "frame/kernels.h"
+#include "subpicture/pattern.h"
 #include "subpicture/rows.h"
 
 namespace lumalane::LUMALANE_LANES {
@@ -162,6 +163,29 @@ LUMALANE_INLINE void convert_group(const place &at, unsigned key) {
     store(at.v, lower_half(twice.uv.upper));
 }
 
+// `widest` pixels of the key's colour as they lie on a surface.
+template <class Surface>
+class run_of_key {
+    static constexpr int vectors = Surface::pixel_bytes;
+
+    bytes<widest> vector[vectors];
+    bool exists; // can be on the surface
+
+public:
+    explicit run_of_key(unsigned key) : exists(vectors != 3 || key >> 24 == 0) {
+        const pattern pixels = pattern::of_pixels<vectors>(key);
+        for (int i = 0; i < vectors; ++i)
+            vector[i] = pixels.vector(i % pattern::vectors);
+    }
+
+    LUMALANE_INLINE bool is_at(const unsigned char *from) const {
+        bytes<widest> same = equal(load<widest>(from), vector[0]);
+        for (int i = 1; i < vectors; ++i)
+            same = same & equal(load<widest>(from + i * widest), vector[i]);
+        return (vectors != 3 || exists) && all(same);
+    }
+};
+
 // `widest` pixels.
 template <class Surface>
 struct couple_of_vectors {
@@ -169,10 +193,6 @@ struct couple_of_vectors {
 
     LUMALANE_INLINE explicit couple_of_vectors(const unsigned char *from)
         : first(from), second(from + widest / 2 * Surface::pixel_bytes) {}
-
-    LUMALANE_INLINE bool all_are(unsigned key) const {
-        return all(as_bytes(first.are(key) & second.are(key)));
-    }
 
     // None is of the key's colour or has anything in its fourth byte.
     LUMALANE_INLINE bool plain(unsigned key) const {
@@ -186,21 +206,21 @@ struct couple_of_vectors {
 // As many whole vectors of a row as fit into `count`; returns how far it came. Runs of one kind
 // have loops of their own.
 template <class Surface>
-LUMALANE_INLINE ptrdiff_t convert_groups(const place &row, ptrdiff_t count, unsigned key) {
-    const auto load_at = [&](ptrdiff_t x) {
-        return couple_of_vectors<Surface>(row.surface + x * Surface::pixel_bytes);
-    };
+LUMALANE_INLINE ptrdiff_t convert_groups(const place &row, ptrdiff_t count, unsigned key,
+                                         const run_of_key<Surface> &key_run) {
+    const auto surface = [&](ptrdiff_t x) { return row.surface + x * Surface::pixel_bytes; };
     ptrdiff_t x = 0;
-    while (x + widest <= count) {
-        while (x + widest <= count && load_at(x).all_are(key))
+    const auto more = [&] { return x + widest <= count; };
+    while (more()) {
+        while (more() && key_run.is_at(surface(x)))
             x += widest;
-        if (x + widest > count)
+        if (!more())
             break;
-        auto here = load_at(x);
-        while (x + widest <= count && here.plain(key)) {
+        couple_of_vectors<Surface> here(surface(x));
+        while (more() && here.plain(key)) {
             // Those of the next turn are loaded before what is made of these is stored.
-            const ptrdiff_t next_x = x + 2 * widest <= count ? x + widest : x;
-            const auto next = load_at(next_x);
+            const couple_of_vectors<Surface> next(
+                surface(x + 2 * widest <= count ? x + widest : x));
             const samples<widest> made = convert<false, widest>(here.first, here.second);
             const place at = row.after<Surface>(x);
             store(at.y, made.y);
@@ -209,7 +229,7 @@ LUMALANE_INLINE ptrdiff_t convert_groups(const place &row, ptrdiff_t count, unsi
             here = next;
             x += widest;
         }
-        if (x + widest <= count)
+        if (more())
             for (const ptrdiff_t end = x + widest; x < end; x += group)
                 convert_group<Surface>(row.after<Surface>(x), key);
     }
@@ -222,6 +242,7 @@ LUMALANE_INLINE void convert_surface(tagMIX_INFO &mix) {
     const ptrdiff_t count = mix.width < 0 ? 0 : mix.width / group * group;
     const unsigned height = static_cast<unsigned>(mix.height);
     const unsigned key = mix.color_key;
+    const run_of_key<Surface> key_run(key);
     const int rest = difference(mix.sub_pitch, mix.width);
     const ptrdiff_t y_pitch = count + rest;
     // Deliberately halved as unsigned.
@@ -243,7 +264,7 @@ LUMALANE_INLINE void convert_surface(tagMIX_INFO &mix) {
     unsigned row = 0;
     do {
         const place first{surface.at(row), mix.sub_y, mix.sub_u, mix.sub_v};
-        ptrdiff_t x = wide ? convert_groups<Surface>(first, count, key) : 0;
+        ptrdiff_t x = wide ? convert_groups(first, count, key, key_run) : 0;
         for (; x < count; x += group)
             convert_group<Surface>(first.template after<Surface>(x), key);
         // Deliberately the record keeps where the conversion stands.

@@ -1,0 +1,40 @@
+// Bytes that repeat along a row.
+#pragma once
+
+#include "frame/walks.h"
+
+namespace lumalane::LUMALANE_LANES {
+
+// 24 bytes, whole pixels of 2, 3 and 4 bytes, repeated to whole vectors.
+struct pattern {
+    static constexpr int vectors = 3;
+
+    unsigned char byte[vectors * widest];
+
+    // Three words of 8 bytes, their lowest bytes first.
+    pattern(unsigned long long first, unsigned long long second, unsigned long long third) {
+        const unsigned long long words[] = {first, second, third};
+        for (int i = 0; i < vectors * widest; ++i)
+            byte[i] = static_cast<unsigned char>(words[i / 8 % 3] >> (i % 8 * 8));
+    }
+
+    // Pixels of `size` bytes.
+    template <int size>
+    static pattern of_pixels(unsigned pixel) {
+        if constexpr (size == 3) {
+            const unsigned long long p = pixel & 0xffffff;
+            return {p | p << 24 | p << 48, p >> 16 | p << 8 | p << 32 | p << 56,
+                    p >> 8 | p << 16 | p << 40};
+        } else {
+            const unsigned long long word =
+                size == 4 ? pixel * 0x1'0000'0001ull : (pixel & 0xffff) * 0x0001'0001'0001'0001ull;
+            return {word, word, word};
+        }
+    }
+
+    LUMALANE_INLINE bytes<widest> vector(int number) const {
+        return load<widest>(byte + number * widest);
+    }
+};
+
+} // namespace lumalane::LUMALANE_LANES
