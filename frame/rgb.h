@@ -27,6 +27,16 @@ struct to_rgb {
     static constexpr int v_to_green = 13321; // 0.813 of V - 128, shifted left by 2
     static constexpr int u_to_blue = 16532;  // 2.018 of U - 128, shifted left by 3
 
+    // One shift of U and one of V serve all: the manual's 25625 of U - 128, not shifted, and 26641
+    // of V - 128, shifted left by 1, make the same products.
+    static constexpr bool green_is_as_promised() {
+        for (int c = -128; c < 128; ++c)
+            if (c * 8 * u_to_green >> 16 != c * 25625 >> 16 ||
+                c * 4 * v_to_green >> 16 != c * 2 * 26641 >> 16)
+                return false;
+        return true;
+    }
+
     template <int n, int bias>
     LUMALANE_INLINE chroma_terms<n> chroma(chroma_samples<n, bias> samples) const {
         const words<n> u = subtract(samples.u, fill_words<n>(128 + bias));
@@ -89,5 +99,7 @@ private:
                 narrow_saturate(add(even, terms.blue), add(odd, terms.blue))};
     }
 };
+
+static_assert(to_rgb::green_is_as_promised());
 
 } // namespace lumalane::LUMALANE_LANES

@@ -193,25 +193,30 @@ LUMALANE_INLINE words<16> even(bytes<32> a) {
 
 LUMALANE_INLINE words<16> odd(bytes<32> a) { return {_mm256_srli_epi16(a.v, 8)}; }
 
-// One multiply-add with bytes (factor, 0) or (0, factor) instead of a shift and a mask.
-template <int factor>
-LUMALANE_INLINE words<16> even_times(bytes<32> a) {
-    return {_mm256_maddubs_epi16(a.v, _mm256_set1_epi16(factor))};
+// Unsigned bytes of `a` times signed ones of `b`, the sums of two products each.
+LUMALANE_INLINE words<8> multiply_add(bytes<16> a, bytes<16> b) {
+    return {_mm_maddubs_epi16(a.v, b.v)};
 }
 
-template <int factor>
-LUMALANE_INLINE words<16> odd_times(bytes<32> a) {
-    return {_mm256_maddubs_epi16(a.v, _mm256_set1_epi16(factor << 8))};
+LUMALANE_INLINE words<16> multiply_add(bytes<32> a, bytes<32> b) {
+    return {_mm256_maddubs_epi16(a.v, b.v)};
 }
 
-template <int factor>
-LUMALANE_INLINE words<8> even_times(bytes<16> a) {
-    return {_mm_maddubs_epi16(a.v, _mm_set1_epi16(factor))};
+// Two bytes over and over.
+template <int n>
+LUMALANE_INLINE bytes<n> fill_byte_pairs(int even, int odd) {
+    return as_bytes(fill_words<n / 2>((even & 0xff) + odd * 256));
 }
 
-template <int factor>
-LUMALANE_INLINE words<8> odd_times(bytes<16> a) {
-    return {_mm_maddubs_epi16(a.v, _mm_set1_epi16(factor << 8))};
+// Instead of a shift and a mask.
+template <int factor, int n>
+LUMALANE_INLINE words<n / 2> even_times(bytes<n> a) {
+    return multiply_add(a, fill_byte_pairs<n>(factor, 0));
+}
+
+template <int factor, int n>
+LUMALANE_INLINE words<n / 2> odd_times(bytes<n> a) {
+    return multiply_add(a, fill_byte_pairs<n>(0, factor));
 }
 
 LUMALANE_INLINE bytes<32> narrow_saturate(words<16> a, words<16> b) {
@@ -227,33 +232,8 @@ LUMALANE_INLINE bytes<32> join(words<16> even, words<16> odd) {
     return {_mm256_or_si256(even.v, _mm256_slli_epi16(odd.v, 8))};
 }
 
-// One multiply-add of interleaved bytes.
-template <int p, int q>
-LUMALANE_INLINE words<8> weighted_low(bytes<16> a, bytes<16> b) {
-    return {_mm_maddubs_epi16(_mm_unpacklo_epi8(a.v, b.v), _mm_set1_epi16(p | q << 8))};
-}
-
-template <int p, int q>
-LUMALANE_INLINE words<16> weighted_low(bytes<32> a, bytes<32> b) {
-    return {_mm256_maddubs_epi16(_mm256_unpacklo_epi8(a.v, b.v), _mm256_set1_epi16(p | q << 8))};
-}
-
-template <int p, int q>
-LUMALANE_INLINE words<8> weighted_high(bytes<16> a, bytes<16> b) {
-    return {_mm_maddubs_epi16(_mm_unpackhi_epi8(a.v, b.v), _mm_set1_epi16(p | q << 8))};
-}
-
-template <int p, int q>
-LUMALANE_INLINE words<16> weighted_high(bytes<32> a, bytes<32> b) {
-    return {_mm256_maddubs_epi16(_mm256_unpackhi_epi8(a.v, b.v), _mm256_set1_epi16(p | q << 8))};
-}
-
 LUMALANE_INLINE bytes<32> groups_above(words<16> a, int limit) {
     return {_mm256_cmpgt_epi32(_mm256_slli_epi32(a.v, 16), _mm256_set1_epi32(limit << 16))};
-}
-
-LUMALANE_INLINE words<16> average_couples(bytes<32> a) {
-    return {_mm256_avg_epu16(even(a).v, odd(a).v)};
 }
 
 LUMALANE_INLINE words<16> average_couples_of_pairs(bytes<32> a) {
@@ -279,21 +259,31 @@ LUMALANE_INLINE words<16> average(words<16> a, words<16> b) { return {_mm256_avg
 
 LUMALANE_INLINE bool all_zero(bytes<32> a) { return _mm256_testz_si256(a.v, a.v); }
 
-// A multiply-add of bytes makes both products and their sum.
-LUMALANE_INLINE sixteenths<32> blend(bytes<32> below, bytes<32> above, bytes<32> weight) {
-    const __m256i w = _mm256_min_epu8(weight.v, _mm256_set1_epi8(16));
-    const __m256i rest = _mm256_sub_epi8(_mm256_set1_epi8(16), w);
-    return {{_mm256_maddubs_epi16(_mm256_unpacklo_epi8(below.v, above.v),
-                                  _mm256_unpacklo_epi8(rest, w))},
-            {_mm256_maddubs_epi16(_mm256_unpackhi_epi8(below.v, above.v),
-                                  _mm256_unpackhi_epi8(rest, w))}};
+LUMALANE_INLINE bytes<16> minimum(bytes<16> a, bytes<16> b) { return {_mm_min_epu8(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<32> minimum(bytes<32> a, bytes<32> b) { return {_mm256_min_epu8(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<16> subtract(bytes<16> a, bytes<16> b) { return {_mm_sub_epi8(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<32> subtract(bytes<32> a, bytes<32> b) { return {_mm256_sub_epi8(a.v, b.v)}; }
+
+template <int p, int q, int n>
+LUMALANE_INLINE words<n / 2> weighted_low(bytes<n> a, bytes<n> b) {
+    return multiply_add(interleave(a, b).part[0], fill_byte_pairs<n>(p, q));
 }
 
-LUMALANE_INLINE sixteenths<16> blend(bytes<16> below, bytes<16> above, bytes<16> weight) {
-    const __m128i w = _mm_min_epu8(weight.v, _mm_set1_epi8(16));
-    const __m128i rest = _mm_sub_epi8(_mm_set1_epi8(16), w);
-    return {{_mm_maddubs_epi16(_mm_unpacklo_epi8(below.v, above.v), _mm_unpacklo_epi8(rest, w))},
-            {_mm_maddubs_epi16(_mm_unpackhi_epi8(below.v, above.v), _mm_unpackhi_epi8(rest, w))}};
+template <int p, int q, int n>
+LUMALANE_INLINE words<n / 2> weighted_high(bytes<n> a, bytes<n> b) {
+    return multiply_add(interleave(a, b).part[1], fill_byte_pairs<n>(p, q));
+}
+
+template <int n>
+LUMALANE_INLINE sixteenths<n> blend(bytes<n> below, bytes<n> above, bytes<n> weight) {
+    const bytes<n> w = minimum(weight, fill_bytes<n>(16));
+    const woven<2, n> samples = interleave(below, above);
+    const woven<2, n> weights = interleave(subtract(fill_bytes<n>(16), w), w);
+    return {multiply_add(samples.part[0], weights.part[0]),
+            multiply_add(samples.part[1], weights.part[1])};
 }
 
 LUMALANE_INLINE sixteenths<8> blend(bytes<8> below, bytes<8> above, bytes<8> weight) {
@@ -312,10 +302,8 @@ struct shuffles {
     // For 1 to 4 parts: 16 chroma samples, in both blocks, to dealt words.
     alignas(32) unsigned char chroma[4][32];
     alignas(32) unsigned char upper_chroma[4][32]; // in the upper bytes of the words
-    alignas(16) unsigned char repeat_odd[16];
-    alignas(16) unsigned char swap_couples[16];
-    alignas(16) unsigned char channel[2][3][16];  // of pairs in order and in turn
-    alignas(16) unsigned char every_third[3][16]; // 0xff at bytes m with m % 3 == 0, 1, 2
+    alignas(16) unsigned char channel[2][3][16];   // of pairs in order and in turn
+    alignas(16) unsigned char every_third[3][16];  // 0xff at bytes m with m % 3 == 0, 1, 2
     // In 3-byte pixels: part k of 16 third bytes, from bytes 16k on; and part k of 48 bytes, of
     // which every third is one of 16 samples (twice the first part, around the end).
     alignas(16) unsigned char thirds[3][16];
@@ -338,11 +326,8 @@ constexpr shuffles make_shuffles() {
             const int pair = order == 0 ? pixel / 2 : pixel / 2 % 4 * 2 + pixel / 8;
             return pair + pixel % 2 * 8;
         };
-        s.repeat_odd[m] = static_cast<unsigned char>(m | 1);
-        s.swap_couples[m] = static_cast<unsigned char>(m ^ 1);
-        for (int c = 0; c < 3; ++c) {
+        for (int c = 0; c < 3; ++c)
             s.every_third[c][m] = m % 3 == c ? 0xff : 0;
-        }
         for (int order = 0; order < 2; ++order) {
             s.pixel_order[order][m] = static_cast<unsigned char>(split_lane(m, order));
             for (int c = 0; c < 3; ++c)
@@ -411,16 +396,6 @@ LUMALANE_INLINE bytes<32> shuffled(bytes<32> a, const unsigned char *by) {
     return {_mm256_shuffle_epi8(a.v, in_each_block<32>(by).v)};
 }
 
-template <int n>
-LUMALANE_INLINE bytes<n> repeat_odd(bytes<n> a) {
-    return shuffled(a, shuffle.repeat_odd);
-}
-
-template <int n>
-LUMALANE_INLINE bytes<n> swap_couples(bytes<n> a) {
-    return shuffled(a, shuffle.swap_couples);
-}
-
 // Each block by its own 16 bytes of `by`.
 LUMALANE_INLINE bytes<16> shuffled_blocks(bytes<16> a, const unsigned char *by) {
     return shuffled(a, by);
@@ -471,19 +446,13 @@ LUMALANE_INLINE bytes<32> deal_narrowed(words<16> a, words<16> b) {
         return {_mm256_permute4x64_epi64(narrowed.v, _MM_SHUFFLE(3, 1, 2, 0))};
 }
 
-template <int>
-LUMALANE_INLINE bytes<16> deal_narrowed(words<8> a, words<8> b) {
-    return narrow_saturate(a, b);
+// The even words of `a`, the odd ones of `b`.
+LUMALANE_INLINE bytes<16> words_of_both(bytes<16> a, bytes<16> b) {
+    return {_mm_blend_epi16(a.v, b.v, 0xaa)};
 }
 
-template <int count, int n>
-LUMALANE_INLINE bytes<n> deal_even(const unsigned char *from) {
-    return deal_narrowed<count>(even(load<n>(from)), even(load<n>(from + n)));
-}
-
-template <int count, int n>
-LUMALANE_INLINE bytes<n> deal_odd(const unsigned char *from) {
-    return deal_narrowed<count>(odd(load<n>(from)), odd(load<n>(from + n)));
+LUMALANE_INLINE bytes<32> words_of_both(bytes<32> a, bytes<32> b) {
+    return {_mm256_blend_epi16(a.v, b.v, 0xaa)};
 }
 
 inline constexpr pairs packed_order = pairs::in_turn;
@@ -492,27 +461,21 @@ inline constexpr pairs packed_order = pairs::in_turn;
 // places between them by loads from a word further ahead or back.
 template <int count, int n>
 LUMALANE_INLINE packed_pixels<n> deal_packed(const unsigned char *from) {
-    constexpr int odd_words = 0xaa;
-    if constexpr (n == 16) {
-        return {{_mm_blend_epi16(load<16>(from).v, load<16>(from + 14).v, odd_words)},
-                {_mm_blend_epi16(load<16>(from + 2).v, load<16>(from + 16).v, odd_words)}};
-    } else {
-        const auto of_half = [&](int offset) {
-            if constexpr (count == 3)
-                return load_halves<32>(from + offset, from + 32 + offset).v;
-            else
-                return load<32>(from + offset).v;
-        };
-        // From the first pixel of the half that comes second.
-        constexpr int second = count == 3 ? 16 : 32;
-        const __m256i even = _mm256_blend_epi16(of_half(0), of_half(second - 2), odd_words);
-        const __m256i odd = _mm256_blend_epi16(of_half(2), of_half(second), odd_words);
-        if constexpr (count == 4)
-            return {{_mm256_permute4x64_epi64(even, _MM_SHUFFLE(3, 1, 2, 0))},
-                    {_mm256_permute4x64_epi64(odd, _MM_SHUFFLE(3, 1, 2, 0))}};
+    constexpr bool by_blocks = n == 32 && count == 3;
+    const auto of_half = [&](int offset) {
+        if constexpr (by_blocks)
+            return load_halves<32>(from + offset, from + 32 + offset);
         else
-            return {{even}, {odd}};
-    }
+            return load<n>(from + offset);
+    };
+    // From the first pixel of the half that comes second.
+    constexpr int second = by_blocks ? n / 2 : n;
+    const bytes<n> even = words_of_both(of_half(0), of_half(second - 2));
+    const bytes<n> odd = words_of_both(of_half(2), of_half(second));
+    if constexpr (count == 4)
+        return {dealt<2>(even), dealt<2>(odd)};
+    else
+        return {even, odd};
 }
 
 template <int count, int n>
@@ -520,8 +483,7 @@ LUMALANE_INLINE words<n> deal_chroma(const unsigned char *from) {
     if constexpr (n == 8) {
         return widen(load<8>(from));
     } else {
-        const __m256i twice = _mm256_broadcastsi128_si256(load<16>(from).v);
-        return {_mm256_shuffle_epi8(twice, load<32>(shuffle.chroma[count - 1]).v)};
+        return as_words(shuffled_blocks(in_each_block<32>(from), shuffle.chroma[count - 1]));
     }
 }
 
@@ -530,10 +492,8 @@ LUMALANE_INLINE bytes<n> deal_pairs(const unsigned char *u, const unsigned char 
     if constexpr (n == 16) {
         return {_mm_unpacklo_epi8(load<8>(u).v, load<8>(v).v)};
     } else {
-        const __m256i twice = _mm256_broadcastsi128_si256(load<16>(v).v);
-        const __m256i upper =
-            _mm256_shuffle_epi8(twice, load<32>(shuffle.upper_chroma[count - 1]).v);
-        return {_mm256_or_si256(deal_chroma<count, 16>(u).v, upper)};
+        return as_bytes(deal_chroma<count, 16>(u)) |
+               shuffled_blocks(in_each_block<32>(v), shuffle.upper_chroma[count - 1]);
     }
 }
 
@@ -592,28 +552,13 @@ LUMALANE_INLINE bytes<n> in_pixel_order(bytes<n> split) {
     return shuffled(split, shuffle.pixel_order[static_cast<int>(order)]);
 }
 
-template <pairs order = pairs::in_order>
-LUMALANE_INLINE woven<4, 16> weave_padded(bytes<16> first, bytes<16> second, bytes<16> third) {
-    const __m128i a = in_pixel_order<order>(first).v, b = in_pixel_order<order>(second).v;
-    const __m128i c = in_pixel_order<order>(third).v, zero = _mm_setzero_si128();
-    const __m128i low_ab = _mm_unpacklo_epi8(a, b), high_ab = _mm_unpackhi_epi8(a, b);
-    const __m128i low_c0 = _mm_unpacklo_epi8(c, zero), high_c0 = _mm_unpackhi_epi8(c, zero);
-    return {{{_mm_unpacklo_epi16(low_ab, low_c0)},
-             {_mm_unpackhi_epi16(low_ab, low_c0)},
-             {_mm_unpacklo_epi16(high_ab, high_c0)},
-             {_mm_unpackhi_epi16(high_ab, high_c0)}}};
-}
-
-template <pairs order = pairs::in_order>
-LUMALANE_INLINE woven<4, 32> weave_padded(bytes<32> first, bytes<32> second, bytes<32> third) {
-    const __m256i a = in_pixel_order<order>(first).v, b = in_pixel_order<order>(second).v;
-    const __m256i c = in_pixel_order<order>(third).v, zero = _mm256_setzero_si256();
-    const __m256i low_ab = _mm256_unpacklo_epi8(a, b), high_ab = _mm256_unpackhi_epi8(a, b);
-    const __m256i low_c0 = _mm256_unpacklo_epi8(c, zero), high_c0 = _mm256_unpackhi_epi8(c, zero);
-    return {{{_mm256_unpacklo_epi16(low_ab, low_c0)},
-             {_mm256_unpackhi_epi16(low_ab, low_c0)},
-             {_mm256_unpacklo_epi16(high_ab, high_c0)},
-             {_mm256_unpackhi_epi16(high_ab, high_c0)}}};
+template <pairs order = pairs::in_order, int n>
+LUMALANE_INLINE woven<4, n> weave_padded(bytes<n> first, bytes<n> second, bytes<n> third) {
+    const auto ab = interleave(in_pixel_order<order>(first), in_pixel_order<order>(second));
+    const auto c0 = interleave(in_pixel_order<order>(third), fill_bytes<n>(0));
+    const auto low = interleave_pairs(ab.part[0], c0.part[0]);
+    const auto high = interleave_pairs(ab.part[1], c0.part[1]);
+    return {{low.part[0], low.part[1], high.part[0], high.part[1]}};
 }
 
 // The three parts of every block.
@@ -643,12 +588,6 @@ LUMALANE_INLINE woven<3, 32> weave(bytes<32> first, bytes<32> second, bytes<32> 
              {_mm256_permute2x128_si256(p[1].v, p[2].v, 0x31)}}};
 }
 
-// Two blocks that do not follow each other.
-LUMALANE_INLINE bytes<32> load_blocks(const unsigned char *first, const unsigned char *second) {
-    return {
-        _mm256_inserti128_si256(_mm256_castsi128_si256(load<16>(first).v), load<16>(second).v, 1)};
-}
-
 template <int size, int channel, int n>
 LUMALANE_INLINE bytes<n> load_channel(const unsigned char *from) {
     if constexpr (n < 32) {
@@ -665,7 +604,8 @@ LUMALANE_INLINE bytes<n> load_channel(const unsigned char *from) {
         static_assert(size == 3 && channel == 2);
         const auto part = [&](int k) {
             const unsigned char *const of_first_block = from + 16 * k;
-            return shuffled(load_blocks(of_first_block, of_first_block + 48), shuffle.thirds[k]);
+            return shuffled(load_halves<32>(of_first_block, of_first_block + 48),
+                            shuffle.thirds[k]);
         };
         return part(0) | part(1) | part(2);
     }
@@ -685,11 +625,9 @@ LUMALANE_INLINE woven<size, n> load_spread(const unsigned char *from) {
     } else if constexpr (size == 2) {
         return {{{widen(load<16>(from)).v}, {widen(load<16>(from + 16)).v}}};
     } else if constexpr (size == 3) {
-        const auto part = [](bytes<32> a, int first) -> bytes<32> {
-            return {_mm256_shuffle_epi8(a.v, load<32>(shuffle.spread[first]).v)};
-        };
-        return {{part(load_blocks(from, from), 0), part(load<32>(from), 2),
-                 part(load_blocks(from + 16, from + 16), 1)}};
+        return {{shuffled_blocks(in_each_block<32>(from), shuffle.spread[0]),
+                 shuffled_blocks(load<32>(from), shuffle.spread[2]),
+                 shuffled_blocks(in_each_block<32>(from + 16), shuffle.spread[1])}};
     } else {
         const auto part = [&](int offset) -> bytes<32> {
             return {_mm256_cvtepu8_epi32(load<8>(from + offset).v)};
@@ -709,41 +647,26 @@ struct byte_products {
     static constexpr bool signed_constants = -128 <= lower && lower <= 127 && -128 <= upper &&
                                              upper <= 127 && -32768 <= least && most <= 32767;
     static_assert(signed_constants || (0 <= lower && 0 <= upper && lower + upper <= 255));
-    static constexpr int constants = upper * 256 + (lower & 0xff);
     static constexpr int offset = 128 * (lower + upper);
 };
 
-template <int lower, int upper>
-LUMALANE_INLINE words<8> multiply_bytes(words<8> a) {
+template <int lower, int upper, int lanes>
+LUMALANE_INLINE words<lanes> multiply_bytes(words<lanes> a) {
     using product = byte_products<lower, upper>;
-    const __m128i constants = fill_words<8>(product::constants).v;
+    constexpr int n = 2 * lanes;
+    const bytes<n> constants = fill_byte_pairs<n>(lower, upper);
     if constexpr (product::signed_constants)
-        return {_mm_maddubs_epi16(a.v, constants)};
+        return multiply_add(as_bytes(a), constants);
     else
-        return add({_mm_maddubs_epi16(constants, _mm_xor_si128(a.v, fill_bytes<16>(0x80).v))},
-                   fill_words<8>(product::offset));
-}
-
-template <int lower, int upper>
-LUMALANE_INLINE words<16> multiply_bytes(words<16> a) {
-    using product = byte_products<lower, upper>;
-    const __m256i constants = fill_words<16>(product::constants).v;
-    if constexpr (product::signed_constants)
-        return {_mm256_maddubs_epi16(a.v, constants)};
-    else
-        return add({_mm256_maddubs_epi16(constants, _mm256_xor_si256(a.v, fill_bytes<32>(0x80).v))},
-                   fill_words<16>(product::offset));
+        return add(multiply_add(constants, subtract(as_bytes(a), fill_bytes<n>(0x80))),
+                   fill_words<lanes>(product::offset));
 }
 
 template <int size, int n>
 LUMALANE_INLINE coupled<n> load_coupled(const unsigned char *from) {
-    constexpr int upper_words = 0xaa;
-    if constexpr (n == 16 && size == 4) {
-        return {{_mm_blend_epi16(load<16>(from).v, load<16>(from + 14).v, upper_words)},
-                {_mm_blend_epi16(load<16>(from + 2).v, load<16>(from + 16).v, upper_words)}};
-    } else if constexpr (size == 4) {
-        return {{_mm256_blend_epi16(load<32>(from).v, load<32>(from + 30).v, upper_words)},
-                {_mm256_blend_epi16(load<32>(from + 2).v, load<32>(from + 32).v, upper_words)}};
+    if constexpr (size == 4) {
+        return {as_words(words_of_both(load<n>(from), load<n>(from + n - 2))),
+                as_words(words_of_both(load<n>(from + 2), load<n>(from + n)))};
     } else if constexpr (n == 16) {
         const auto words_of = [&](const unsigned char(&by)[2][32]) {
             return as_words(shuffled(load<16>(from), by[0]) |
@@ -751,11 +674,10 @@ LUMALANE_INLINE coupled<n> load_coupled(const unsigned char *from) {
         };
         return {words_of(shuffle.triplets_bg), words_of(shuffle.triplets_rx)};
     } else {
-        const __m256i first = load_blocks(from, from + 8).v;
-        const __m256i second = load_blocks(from + 24, from + 32).v;
-        const auto words_of = [&](const unsigned char(&by)[2][32]) -> words<16> {
-            return {_mm256_or_si256(_mm256_shuffle_epi8(first, load<32>(by[0]).v),
-                                    _mm256_shuffle_epi8(second, load<32>(by[1]).v))};
+        const bytes<32> first = load_halves<32>(from, from + 8);
+        const bytes<32> second = load_halves<32>(from + 24, from + 32);
+        const auto words_of = [&](const unsigned char(&by)[2][32]) {
+            return as_words(shuffled_blocks(first, by[0]) | shuffled_blocks(second, by[1]));
         };
         return {words_of(shuffle.triplets_bg), words_of(shuffle.triplets_rx)};
     }

@@ -14,3 +14,10 @@
 #define LUMALANE_QUOTE(name) #name
 #define LUMALANE_LANES_HEADER(set) LUMALANE_QUOTE(set.h)
 #include LUMALANE_LANES_HEADER(LUMALANE_LANES)
+
+namespace lumalane::LUMALANE_LANES {
+
+// x86 has 16 vector registers with 64 bits and 8 with 32 bits.
+inline constexpr int vector_registers = sizeof(void *) == 8 ? 16 : 8;
+
+} // namespace lumalane::LUMALANE_LANES

@@ -1,8 +1,8 @@
 // Lanes in plain C++: the definition of every operation, and the set that runs anywhere.
 //
-// bytes<n> are n unsigned 8-bit lanes, words<n> are n signed 16-bit lanes, dwords<n> n signed
-// 32-bit lanes; lane 0 is the first in memory. Operations that move lanes work within blocks of 16
-// bytes (8 words), as the wide registers of x86 do; a vector of 16 bytes or fewer is one block.
+// bytes<n> are n unsigned 8-bit lanes, words<n> are n signed 16-bit lanes; lane 0 is the first in
+// memory. Operations that move lanes work within blocks of 16 bytes (8 words), as the wide
+// registers of x86 do; a vector of 16 bytes or fewer is one block.
 #pragma once
 
 // Left to the compiler here: loops over lanes all pulled into one function take it minutes.
@@ -61,6 +61,20 @@ LUMALANE_INLINE void stream(unsigned char *to, bytes<n> a) {
 LUMALANE_INLINE void stream_fence() {}
 
 // ---- One lane at a time ------------------------------------------------------------------------
+
+template <int n, class Operation>
+LUMALANE_INLINE words<n> each(words<n> a, Operation operation) {
+    for (int i = 0; i < n; ++i)
+        a.lane[i] = static_cast<short>(operation(a.lane[i]));
+    return a;
+}
+
+template <int n, class Operation>
+LUMALANE_INLINE bytes<n> each(bytes<n> a, Operation operation) {
+    for (int i = 0; i < n; ++i)
+        a.lane[i] = static_cast<unsigned char>(operation(a.lane[i]));
+    return a;
+}
 
 template <int n, class Operation>
 LUMALANE_INLINE words<n> each(words<n> a, words<n> b, Operation operation) {
@@ -164,7 +178,7 @@ LUMALANE_INLINE words<n> multiply_high_unsigned(words<n> a, words<n> b) {
 // The lower byte of each lane times `lower` plus the upper one times `upper`, modulo 2^16.
 template <int lower, int upper, int n>
 LUMALANE_INLINE words<n> multiply_bytes(words<n> a) {
-    return each(a, a, [](int x, int) { return (x & 0xff) * lower + (x >> 8 & 0xff) * upper; });
+    return each(a, [](int x) { return (x & 0xff) * lower + (x >> 8 & 0xff) * upper; });
 }
 
 // The product divided by 2^15, rounded to the nearest. Worth its while only where it is one
@@ -178,31 +192,30 @@ LUMALANE_INLINE words<n> multiply_rounded(words<n> a, words<n> b) {
 
 template <int count, int n>
 LUMALANE_INLINE words<n> shift_left(words<n> a) {
-    return each(a, a,
-                [](int x, int) { return static_cast<int>(static_cast<unsigned>(x) << count); });
+    return each(a, [](int x) { return static_cast<int>(static_cast<unsigned>(x) << count); });
 }
 
 // Rounds towards minus infinity.
 template <int count, int n>
 LUMALANE_INLINE words<n> shift_right_arithmetic(words<n> a) {
-    return each(a, a, [](int x, int) { return x >> count; });
+    return each(a, [](int x) { return x >> count; });
 }
 
 // Zeros come in from the left.
 template <int count, int n>
 LUMALANE_INLINE words<n> shift_right_logical(words<n> a) {
-    return each(a, a, [](int x, int) { return (x & 0xffff) >> count; });
+    return each(a, [](int x) { return (x & 0xffff) >> count; });
 }
 
 // Bits do not pass from one byte to the next.
 template <int count, int n>
 LUMALANE_INLINE bytes<n> shift_left(bytes<n> a) {
-    return each(a, a, [](int x, int) { return x << count; });
+    return each(a, [](int x) { return x << count; });
 }
 
 template <int count, int n>
 LUMALANE_INLINE bytes<n> shift_right_logical(bytes<n> a) {
-    return each(a, a, [](int x, int) { return x >> count; });
+    return each(a, [](int x) { return x >> count; });
 }
 
 template <int n>
@@ -239,7 +252,7 @@ LUMALANE_INLINE bytes<n> equal(bytes<n> a, bytes<n> b) {
 // The same of lanes that are 1..127.
 template <int n>
 LUMALANE_INLINE bytes<n> positive(bytes<n> a) {
-    return each(a, a, [](int x, int) { return 1 <= x && x <= 127 ? 255 : 0; });
+    return each(a, [](int x) { return 1 <= x && x <= 127 ? 255 : 0; });
 }
 
 // `chosen` where a lane of `where` is 255, `otherwise` where it is 0.
@@ -421,18 +434,6 @@ LUMALANE_INLINE bytes<2 * n> groups_above(words<n> a, int limit) {
     for (int i = 0; i < 2 * n; ++i)
         r.lane[i] = a.lane[i / 4 * 2] > limit ? 0xff : 0;
     return r;
-}
-
-// Lane 2i + 1 in place of lane 2i as well.
-template <int n>
-LUMALANE_INLINE bytes<n> repeat_odd(bytes<n> a) {
-    return join(odd(a), odd(a));
-}
-
-// Lanes 2i and 2i + 1 exchanged.
-template <int n>
-LUMALANE_INLINE bytes<n> swap_couples(bytes<n> a) {
-    return join(odd(a), even(a));
 }
 
 // Averages of lanes 2i and 2i + 1, rounded up.

@@ -189,8 +189,6 @@ LUMALANE_INLINE bytes<8> upper_half(bytes<16> a) { return {_mm_unpackhi_epi64(a.
 
 LUMALANE_INLINE bytes<4> lower_half(bytes<8> a) { return {a.v}; }
 
-LUMALANE_INLINE bytes<4> upper_half(bytes<8> a) { return {_mm_srli_si128(a.v, 4)}; }
-
 LUMALANE_INLINE words<8> as_words(bytes<16> a) { return {a.v}; }
 
 LUMALANE_INLINE bytes<16> as_bytes(words<8> a) { return {a.v}; }
@@ -275,16 +273,9 @@ LUMALANE_INLINE bytes<16> groups_above(words<8> a, int limit) {
     return {_mm_cmpgt_epi32(_mm_slli_epi32(a.v, 16), _mm_set1_epi32(limit << 16))};
 }
 
-#ifndef LUMALANE_WIDER_LANES
-LUMALANE_INLINE bytes<16> repeat_odd(bytes<16> a) { return join(odd(a), odd(a)); }
-
-LUMALANE_INLINE bytes<16> swap_couples(bytes<16> a) {
-    return {_mm_or_si128(_mm_srli_epi16(a.v, 8), _mm_slli_epi16(a.v, 8))};
-}
-#endif
-
-LUMALANE_INLINE words<8> average_couples(bytes<16> a) {
-    return {_mm_avg_epu16(even(a).v, odd(a).v)};
+template <int n>
+LUMALANE_INLINE words<n / 2> average_couples(bytes<n> a) {
+    return average(even(a), odd(a));
 }
 
 // The averages come in the lower half of each 32-bit lane, a byte each.
@@ -358,6 +349,27 @@ struct packed_pixels {
     bytes<n> even, odd;
 };
 
+template <int>
+LUMALANE_INLINE bytes<16> deal_narrowed(words<8> a, words<8> b) {
+    return narrow_saturate(a, b);
+}
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_even(const unsigned char *from) {
+    if constexpr (n == 8)
+        return narrow_saturate(even(load<16>(from)));
+    else
+        return deal_narrowed<count>(even(load<n>(from)), even(load<n>(from + n)));
+}
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_odd(const unsigned char *from) {
+    if constexpr (n == 8)
+        return narrow_saturate(odd(load<16>(from)));
+    else
+        return deal_narrowed<count>(odd(load<n>(from)), odd(load<n>(from + n)));
+}
+
 #ifndef LUMALANE_WIDER_LANES
 template <int>
 LUMALANE_INLINE bytes<16> dealt(bytes<16> in_order) {
@@ -379,21 +391,6 @@ LUMALANE_INLINE bytes<n> deal_pairs(const unsigned char *u, const unsigned char 
     return {_mm_unpacklo_epi8(load<n / 2>(u).v, load<n / 2>(v).v)};
 }
 
-template <int>
-LUMALANE_INLINE bytes<16> deal_narrowed(words<8> a, words<8> b) {
-    return narrow_saturate(a, b);
-}
-
-template <int count, int n>
-LUMALANE_INLINE bytes<n> deal_even(const unsigned char *from) {
-    return deal_narrowed<count>(even(load<16>(from)), even(load<16>(from + 16)));
-}
-
-template <int count, int n>
-LUMALANE_INLINE bytes<n> deal_odd(const unsigned char *from) {
-    return deal_narrowed<count>(odd(load<16>(from)), odd(load<16>(from + 16)));
-}
-
 inline constexpr pairs packed_order = pairs::in_order;
 
 template <int count, int n>
@@ -406,9 +403,7 @@ LUMALANE_INLINE packed_pixels<n> deal_packed(const unsigned char *from) {
     const __m128i a = split(load<16>(from).v), b = split(load<16>(from + 16).v);
     return {{_mm_unpacklo_epi64(a, b)}, {_mm_unpackhi_epi64(a, b)}};
 }
-#endif
 
-#ifndef LUMALANE_WIDER_LANES
 template <int>
 LUMALANE_INLINE bytes<16> deal_halves(bytes<16> halves) {
     return {_mm_unpacklo_epi8(halves.v, _mm_unpackhi_epi64(halves.v, halves.v))};
@@ -618,7 +613,7 @@ LUMALANE_INLINE words<8> multiply_bytes(words<8> a) {
 }
 
 // Lower words of `a`, upper words of `b`.
-LUMALANE_INLINE words<8> joined(__m128i a, __m128i b) {
+LUMALANE_INLINE words<8> words_of_both(__m128i a, __m128i b) {
     const __m128i lower = _mm_set1_epi32(0x0000ffff);
     return {_mm_or_si128(_mm_and_si128(lower, a), _mm_andnot_si128(lower, b))};
 }
@@ -634,12 +629,13 @@ LUMALANE_INLINE __m128i four_triplets(__m128i triplets) {
 template <int size, int n>
 LUMALANE_INLINE coupled<n> load_coupled(const unsigned char *from) {
     if constexpr (size == 4) {
-        return {joined(load<16>(from).v, load<16>(from + 14).v),
-                joined(load<16>(from + 2).v, load<16>(from + 16).v)};
+        return {words_of_both(load<16>(from).v, load<16>(from + 14).v),
+                words_of_both(load<16>(from + 2).v, load<16>(from + 16).v)};
     } else {
         const __m128i a = four_triplets(load<16>(from).v);
         const __m128i b = four_triplets(_mm_srli_si128(load<16>(from + 8).v, 4));
-        return {joined(a, _mm_slli_epi32(b, 16)), shift_left<8>(joined(_mm_srli_epi32(a, 16), b))};
+        return {words_of_both(a, _mm_slli_epi32(b, 16)),
+                shift_left<8>(words_of_both(_mm_srli_epi32(a, 16), b))};
     }
 }
 
