@@ -16,10 +16,12 @@
 //     rounded up: the last step of every row reads and writes up to the next multiple, and since
 //     the move to the next row is computed from `width`, every later row (or pair of rows) starts
 //     that many pixels further right, in the source and in the destination. Every row gets at
-//     least one step. Give buffers room for it, or widths on the step.
+//     least one step. Give buffers room for it, or widths on the step. (The conversions to AYUY2
+//     alone round down, and do nothing for a row shorter than a step.)
 //   - 4:2:0 pictures are worked two rows at a time: an odd height converts one row more, and a
 //     height of 0 or 1 converts two rows.
 //   - Widths and heights are counted as unsigned numbers: negative ones run into unmapped memory.
+//     Functions with a least height, and the mixes onto YUY2 and RGB, compare them as signed ones.
 //   - Any function may run on several threads at once on separate buffers. The values of
 //     get_contrast_data() are read once at the start of each call; changing them while another
 //     thread converts is safe, but that picture may see a mixture of old and new values.
@@ -27,8 +29,7 @@
 //     4 bytes is enough.
 //
 // Pixel formats
-//   YV12    three planes: Y (one byte per pixel), and V (Cr) and U (Cb) with one byte per 2x2
-//   pixels
+//   YV12    three planes: Y with one byte per pixel, V (Cr) and U (Cb) with one byte per 2x2 pixels
 //           and half the pitch of Y. As a source they are given by three pointers; as a destination
 //           they lie in one buffer in the order Y, V, U.
 //   YUY2    2 bytes per pixel: Y0 U Y1 V for two pixels.
@@ -36,9 +37,8 @@
 //   RGB24   3 bytes per pixel: B G R, without gaps.
 //   RGB16   one little-endian 16-bit word per pixel; tag_ajust_contrast_info::rgb16_layout has the
 //           four layouts.
-//   AYUY2   a subpicture (subtitle, menu): alpha and Y planes with one byte per pixel, V and U
-//   planes
-//           with one byte per two pixels on every row. Alpha runs from 0 (video only) to 16
+//   AYUY2   a subpicture (subtitle, menu): planes of alpha and Y with one byte per pixel, of V and
+//           U with one byte per two pixels on every row. Alpha runs from 0 (video only) to 16
 //           (subpicture only); more than 16 counts as 16.
 //   AYV12   the same four planes, of whose chroma rows every second one is read.
 //
@@ -66,8 +66,9 @@
 struct tag_ajust_contrast_info {
     unsigned char unread_0[32]; // the caller's own
 
-    // Bits of an RGB16 pixel, most significant first. Read by the RGB16 functions only; any other
-    // value makes them return at once and write nothing.
+    // Bits of an RGB16 pixel, most significant first. Read by the functions that make RGB16
+    // pictures (their names end in rgb16, RGB16, rgb16_ajust or RGB16_adjust); any other value
+    // makes them return at once and write nothing. The rest take 5-6-5.
     //   0: RRRRRGGG GGGBBBBB   5-6-5
     //   1: RRRRRGGG GGBBBBB0   5-5-5 in the upper fifteen bits
     //   2: RRRRRRGG GGGGBBBB   6-6-4
@@ -271,17 +272,16 @@ LUMALANE_API void loadimage_rgb16_ajust(unsigned char *src, unsigned char *src_u
 // YV12 to YUY2, plain, adjusted, and adjusted with grey chroma (every U and V byte 128). Both rows
 // of a pair get the same chroma row; no interpolation. Steps of 16 pixels; info is not read.
 //   loadimage_yuy2              row pairs, as loadimage_rgb32(). Of every lower row the first 8
-//   bytes
-//                               of each 32 (pixels 0 to 3 of 16) are not written.
+//                               bytes of each 32 (pixels 0 to 3 of 16) are not written.
 //   loadimage_yuy2_ajust        one row after the other: with a width off the step every row starts
 //                               further right, and the lower row of a pair reads its chroma further
 //                               right than the upper one. Writes nothing for a height of 8 or less
 //                               (signed) or an odd one.
 //   loadimage_yuy2_mono_ajust   rows as above, any height. src_u and src_v are not read.
-//   loadimage_half_yuy2_ajust   rows as above, any height; half the width: width / 2 pixels
-//   (`width`
-//                               bytes) per row, all rows. Two neighbours make one sample, their
-//                               average rounded up, U with U and V with V, before the adjustment.
+//   loadimage_half_yuy2_ajust   rows as above, any height; half the width: width / 2 pixels, that
+//                               is `width` bytes, per row, all rows. Two neighbours make one
+//                               sample, their average rounded up, U with U and V with V, before the
+//                               adjustment.
 LUMALANE_API void loadimage_yuy2(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
                                  unsigned char *dst, int width, int height, int src_pitch,
                                  int dst_pitch, tag_ajust_contrast_info *info);
@@ -394,9 +394,9 @@ LUMALANE_API void load_subpicture_alpha_rgb16_565(tagMIX_INFO *mix);
 //     begins.
 //   - At the surface each row starts dst_pitch bytes below the one before, and with video_pitch off
 //     the group further right.
-//   - color_key has red in its lowest byte and blue in its third one, unlike that of the
-//   conversions
-//     above; the fourth byte of RGB32 is always 0. RGB16 takes the low 16 bits as they are.
+//   - color_key has red in its lowest byte and blue in its third one, unlike the key of the
+//     conversions above; the fourth byte of RGB32 is always 0. RGB16 takes the low 16 bits as they
+//     are.
 //   - RGB16 is 5-6-5 for every rgb16_layout of adjust_info up to 3; above that nothing is written.
 // The record stays as it was. A height of 0 runs around the 32-bit range.
 LUMALANE_API void load_subpicture_yuy2_rgb32(tagMIX_INFO *mix);
@@ -411,8 +411,8 @@ LUMALANE_API void load_subpicture_yuy2_rgb16_ajust(tagMIX_INFO *mix);
 // multiple of 16 pixels and an odd height fills the row below as well; with a width off the group
 // each pair of rows starts further right. A height of 0 writes nothing. `reserved` is not read.
 //   LoadColorKeyRgb32   all of the key
-//   LoadColorKeyRgb24   24 bytes over and over, for a key of bytes k0 (lowest) to k3 and X = k3 |
-//   k0:
+//   LoadColorKeyRgb24   24 bytes over and over, for a key of bytes k0 (lowest) to k3 and X, which
+//                       is k3 | k0:
 //                           k1 k2 X k1 k2 X k1 k2   k2 X k1 k2 X k1 k2 X   k0 k1 k2 X k1 k2 X k1
 //                       which is one colour for a grey key 0x00gggggg only
 //   LoadColorKeyRgb16   the low 16 bits of the key
@@ -441,21 +441,20 @@ LUMALANE_API void RelaceMaskWithColorKey(unsigned char *dst, unsigned char *mask
 // Progressive (_p): `video_y`, `video_u` and `video_v` are a picture. A field (_i): they are a
 // field with half of the rows, which is doubled to `height` rows: of four rows the first is field
 // row j, the second the average of j and j + 1, the third j + 1, the fourth the average of j + 1
-// and j + 2 (all rounded up); the first two have chroma row i, the last two the average of i and i
-// + 1. The last four rows repeat the field's last row and have one chroma row, unless a function
-// says otherwise.
+// and j + 2 (all rounded up); the first two have chroma row i, the last two the average of the rows
+// i and i + 1. The last four rows repeat the field's last row and have one chroma row, unless a
+// function says otherwise.
 //
 // Onto YUY2: steps of 16 pixels.
-//   mix_ayuy2_yuy2_p_ajust        row pairs; the record is the running state: height ends at 0 (-1
-//   if
-//                                 odd, with one row more written), video_u, video_v, alpha_plane,
-//                                 sub_y, sub_u and sub_v one pair past the last. At least one pair.
-//   mix_ayuy2_half_yuy2_p_ajust   the same with every second pixel (the odd ones; of the chroma
-//   samples
-//                                 the odd ones, with the alpha of pixels 3, 7, 11 ...): width / 2
-//                                 pixels per row, all rows. The lower row of a pair of the video's
-//                                 luma lies sub_pitch below the upper one, and the video's chroma
-//                                 rows are sub_pitch / 2 apart.
+//   mix_ayuy2_yuy2_p_ajust        row pairs; the record is the running state: height ends at 0, or
+//                                 at -1 if it was odd, with one row more written; video_u, video_v,
+//                                 alpha_plane, sub_y, sub_u and sub_v end one pair past the last.
+//                                 At least one pair.
+//   mix_ayuy2_half_yuy2_p_ajust   the same with every second pixel, the odd ones, and the odd ones
+//                                 of the chroma samples, with the alpha of pixels 3, 7, 11 ...:
+//                                 width / 2 pixels per row, all rows. The lower row of a pair of
+//                                 the video's luma lies sub_pitch below the upper one, and the
+//                                 video's chroma rows are sub_pitch / 2 apart.
 //   mix_ayuy2_yuy2_i_ajust        blocks of four rows: one for heights of 4 to 7, else height / 4
 //                                 rounded up; nothing for a height below 4. The record is the
 //                                 running state: height ends at 0, the six pointers one block past
@@ -477,9 +476,8 @@ LUMALANE_API void mix_ayv12_yv12_p_ajust(tagMIX_INFO *mix);
 
 // Onto RGB: steps of 16 pixels; the RGB16 functions read adjust_info, the others do not.
 //   _p   row pairs; the record is the running state as in mix_ayuy2_yuy2_p_ajust(). The lower row
-//   of a
-//        pair lies a pitch below the upper one that is rounded down to an even number (video luma,
-//        alpha and subpicture luma). A width off the step drifts.
+//        of a pair lies a pitch below the upper one that is rounded down to an even number (video
+//        luma, alpha and subpicture luma). A width off the step drifts.
 //   _i   strips of 16 pixels, each of four rows for a height below 8, else of height / 4 groups of
 //        four, rounded up. Chroma has the average of the alpha of its pair, rounded up. From strip
 //        to strip the pointers go back by what `height` means for them: of heights that are not 4
@@ -497,8 +495,8 @@ LUMALANE_API void mix_ayuy2_rgb16_i_ajust(tagMIX_INFO *mix);
 // All of them write 2 * `height` rows, of `width` pixels (1X2) or 2 * `width` (2X2). A new sample
 // is the average of its neighbours, (a + b + 1) >> 1, unless a function says otherwise; an average
 // of averages rounds twice. Twice the width puts after each sample its average with the next one,
-// and after the last one that sample again. The last source row makes the last two rows. Sources
-// and surface are separate memory.
+// and after the last one that sample again. The last source row makes the last two rows, unless a
+// function says otherwise. Sources and surface are separate memory.
 
 // YV12 to YUY2 of twice the height (1X2) or twice both (2X2).
 //
@@ -565,7 +563,7 @@ LUMALANE_API void strech_picture_1X2_yuy2_ajust_rgb16(unsigned char *src, unsign
 //
 // The surface is one buffer: 2 * `height` rows of Y, `dst_pitch` apart, then V and then U, each
 // with half the rows and half the pitch. Each plane is stretched as by the functions below, V as
-// plane 2 and U as plane 3.
+// plane 2 and U as plane 3: V gets the U offset and U the V offset, both the gain of luma.
 LUMALANE_API void strech_picture_2X2_yv12_ajust(unsigned char *src, unsigned char *src_u,
                                                 unsigned char *src_v, unsigned char *dst, int width,
                                                 int height, int src_pitch, int dst_pitch,
@@ -578,9 +576,10 @@ LUMALANE_API void strech_picture_1X2_yv12_ajust(unsigned char *src, unsigned cha
 // One plane of at least 2 rows, to twice both or to twice the height.
 //
 // strech_pic_2X2: `width` is a multiple of 8, 16 at least. The first 8 samples of each row count as
-// 0. The last row comes twice only for the last 8 samples; for all others the second one is written
-// to the row below the surface, for which there must be memory, and the surface's last row is left
-// as it is.
+// 0 (on a surface of 64 bytes or more; 2 * `height` * `dst_pitch` bits are lost from them, as one
+// number with the first sample lowest). The last row comes twice only for the last 8 samples; for
+// all others the second one is written to the row below the surface, for which there must be
+// memory, and the surface's last row is left as it is.
 //
 // The adjusting ones interpolate first and adjust afterwards, with the gain of luma and the offset
 // of luma, U or V for `plane_number` 1, 2 or 3. Rows 0 and 1 are the first source row; rows 2k + 1
@@ -602,7 +601,8 @@ LUMALANE_API void strech_pic_1X2_adjust(unsigned char *src, unsigned char *dst, 
 // A frame to YUY2 of twice the height, interpolated along edges, then adjusted.
 //
 // `start` is the row to start at, counted in pitches for a field and in half pitches otherwise;
-// `height` counts source rows. Fewer than 8 write nothing. Rows have `luma_pitch` pixels, a
+// `height` counts source rows; an odd one counts as the next lower even one, and fewer than 8 write
+// nothing. Rows have `luma_pitch` pixels, a
 // multiple of 16 and at least 48.
 //
 // Between two rows, four samples that differ from those below by no more than 32 in all become
