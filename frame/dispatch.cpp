@@ -1,29 +1,20 @@
 #include "frame/dispatch.h"
 
-#if defined(__i386__) || defined(__x86_64__)
-#define LUMALANE_X86 1
 #include <cpuid.h>
-#else
-#define LUMALANE_X86 0
-#endif
 
 namespace lumalane {
 
 namespace portable {
 extern constinit const kernel_table table;
 }
-#if LUMALANE_X86
 namespace sse2 {
 extern constinit const kernel_table table;
 }
 namespace avx2 {
 extern constinit const kernel_table table;
 }
-#endif
 
 namespace {
-
-#if LUMALANE_X86
 
 struct registers {
     unsigned eax, ebx, ecx, edx;
@@ -67,14 +58,7 @@ unsigned ask_for_cache() {
     return intel != 0 ? intel : largest_cache(0x8000001d);
 }
 
-#else
-
-unsigned ask_for_cache() { return 0; }
-
-#endif
-
 const kernel_table &table_of(lane_set set) {
-#if LUMALANE_X86
     switch (set) {
     case lane_set::portable:
         break;
@@ -83,9 +67,6 @@ const kernel_table &table_of(lane_set set) {
     case lane_set::avx2:
         return avx2::table;
     }
-#else
-    static_cast<void>(set);
-#endif
     return portable::table;
 }
 
@@ -109,16 +90,10 @@ bool can_run(lane_set set) {
     switch (set) {
     case lane_set::portable:
         return true;
-#if LUMALANE_X86
     case lane_set::sse2:
         return bit(cpuid(1).edx, 26);
     case lane_set::avx2:
         return wide_registers_enabled() && bit(cpuid(7).ebx, 5);
-#else
-    case lane_set::sse2:
-    case lane_set::avx2:
-        break;
-#endif
     }
     return false;
 }
@@ -132,13 +107,7 @@ const kernel_table &kernels() {
     return *table;
 }
 
-bool uses_wide_registers([[maybe_unused]] const kernel_table &table) {
-#if LUMALANE_X86
-    return &table == &avx2::table;
-#else
-    return false;
-#endif
-}
+bool uses_wide_registers(const kernel_table &table) { return &table == &avx2::table; }
 
 void force(lane_set set) { __atomic_store_n(&chosen, &table_of(set), __ATOMIC_RELAXED); }
 

@@ -10,10 +10,8 @@ struct call {
     const lumalane::kernel_table &to = lumalane::kernels();
 
     ~call() {
-#if defined(__i386__) || defined(__x86_64__)
         if (lumalane::uses_wide_registers(to))
             __asm__ volatile("vzeroupper");
-#endif
 #if defined(__i386__)
         __asm__ volatile("emms");
 #endif

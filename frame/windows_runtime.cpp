@@ -22,21 +22,23 @@ void *memcpy(void *to, const void *from, size_t count) {
 
 // Called before a function takes a stack frame of a page or more, to touch every page of it in
 // order: that is how the system grows a stack. The size comes in eax or rax; the 32-bit one also
-// takes the frame.
+// takes the frame. Leaves `at`, the stack before the call, where the frame ends.
+#define LUMALANE_TOUCH_PAGES(size, at)                                                             \
+    "1:  cmp $0x1000, " size "\n"                                                                  \
+    "    jb 2f\n"                                                                                  \
+    "    sub $0x1000, " at "\n"                                                                    \
+    "    orl $0, (" at ")\n"                                                                       \
+    "    sub $0x1000, " size "\n"                                                                  \
+    "    jmp 1b\n"                                                                                 \
+    "2:  sub " size ", " at "\n"                                                                   \
+    "    orl $0, (" at ")\n"
 #if defined(_M_IX86)
 __asm__(R"(
     .globl __chkstk
 __chkstk:
     pushl %ecx
     leal 8(%esp), %ecx
-1:  cmpl $0x1000, %eax
-    jb 2f
-    subl $0x1000, %ecx
-    orl $0, (%ecx)
-    subl $0x1000, %eax
-    jmp 1b
-2:  subl %eax, %ecx
-    orl $0, (%ecx)
+)" LUMALANE_TOUCH_PAGES("%eax", "%ecx") R"(
     movl %esp, %eax
     movl %ecx, %esp
     movl (%eax), %ecx
@@ -49,14 +51,7 @@ __chkstk:
     pushq %rcx
     pushq %rax
     leaq 24(%rsp), %rcx
-1:  cmpq $0x1000, %rax
-    jb 2f
-    subq $0x1000, %rcx
-    orq $0, (%rcx)
-    subq $0x1000, %rax
-    jmp 1b
-2:  subq %rax, %rcx
-    orq $0, (%rcx)
+)" LUMALANE_TOUCH_PAGES("%rax", "%rcx") R"(
     popq %rax
     popq %rcx
     ret
