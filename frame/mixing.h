@@ -46,16 +46,6 @@ struct to_lower_row {
     ptrdiff_t sub, sub_chroma, dst;
 };
 
-template <int n>
-LUMALANE_INLINE chroma_samples<n> average(chroma_samples<n> a, chroma_samples<n> b) {
-    return {average(a.u, b.u), average(a.v, b.v)};
-}
-
-template <int n>
-LUMALANE_INLINE chroma_pairs<n> average(chroma_pairs<n> a, chroma_pairs<n> b) {
-    return {average(a.uv, b.uv)};
-}
-
 // Where the video of a pair of rows is. It is the average, rounded up, of a row and the one below
 // it where the distance between the two is not 0.
 struct video_rows {
@@ -88,10 +78,7 @@ struct weight_of_second_pixel {
 
     template <int n>
     LUMALANE_INLINE static bytes<n> of(const unsigned char *alpha) {
-        if constexpr (n == 8)
-            return narrow_saturate(odd(load<16>(alpha)));
-        else
-            return deal_odd<1, n>(alpha);
+        return deal_odd<1, n>(alpha);
     }
 };
 
@@ -128,8 +115,8 @@ struct mixer {
     static constexpr int bytes_per_pixel = pipeline::bytes_per_pixel();
 
     // Little is left to do with blended pairs: it is done at once where there are the registers.
-    // (With the 8 of 32 bits that takes 8 times as long.)
-    static constexpr bool pairs_at_once = Form::in_pairs && sizeof(void *) == 8;
+    // (With 8 that takes 8 times as long.)
+    static constexpr bool pairs_at_once = Form::in_pairs && vector_registers == 16;
 
     // 16 pixels, x right of `at`, in the order that is promised: all that is read of the lower row
     // but its video chroma is read after the upper one is stored.
@@ -237,8 +224,8 @@ private:
                              at.sub_v + lower.sub_chroma + x, at.alpha + lower.sub + 2 * x);
             if constexpr (pairs_at_once) {
                 unsigned char *const dst = at.dst + 2 * x * bytes_per_pixel;
-                put_chroma<Put>(through, dst, upper_row.y + 2 * x, upper_uv);
-                put_chroma<Put>(through, dst + lower.dst, lower_row.y + 2 * x, lower_uv);
+                put_chroma<Put>(dst, upper_row.y + 2 * x, upper_uv);
+                put_chroma<Put>(dst + lower.dst, lower_row.y + 2 * x, lower_uv);
             } else {
                 upper_row.keep(x, upper_uv);
                 lower_row.keep(x, lower_uv);
@@ -266,8 +253,8 @@ private:
     template <class Put, class Stage>
     LUMALANE_INLINE void take_frame(const Stage &stage, const mix_position &at, ptrdiff_t count,
                                     const video_rows &video, const to_lower_row &lower) const {
-        along_row<true>(count, [at, video, lower, pipe = through(Form{}, stage)](
-                                   auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+        along_row(count, [at, video, lower, pipe = through(Form{}, stage)](
+                             auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
             row_pair_step<pixels.count, Put>(pipe, at.y + x, at.u + x / 2, at.v + x / 2,
                                              at.dst + x * bytes_per_pixel, video.lower, lower.dst);
         });
@@ -277,8 +264,8 @@ private:
     template <bool between, class Put, class Stage>
     LUMALANE_INLINE void take_field(const Stage &stage, const mix_position &at, ptrdiff_t count,
                                     const video_rows &video, const to_lower_row &lower) const {
-        along_row<true>(count, [at, video, lower, stage, through = through](
-                                   auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+        along_row(count, [at, video, lower, stage,
+                          through = through](auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
             constexpr int n = pixels.count;
             const auto chroma_at = [&](ptrdiff_t offset) LUMALANE_INLINE_LAMBDA {
                 return Form::template load_chroma<parts, n>(at.u + offset, at.v + offset);
@@ -323,8 +310,8 @@ private:
 
     // The 2n pixels that n samples of chroma serve, through the pipeline.
     template <class Put, int n>
-    LUMALANE_INLINE static void put_chroma(const Through &through, unsigned char *dst,
-                                           const unsigned char *y, chroma<n> uv) {
+    LUMALANE_INLINE void put_chroma(unsigned char *dst, const unsigned char *y,
+                                    chroma<n> uv) const {
         const auto group = [&](auto pixels, int first, auto pairs) LUMALANE_INLINE_LAMBDA {
             constexpr int count = pixels.count;
             const auto row = through(
@@ -345,12 +332,12 @@ private:
     // The strip's pixels through the pipeline.
     template <class Put>
     LUMALANE_INLINE void put(unsigned char *dst, const strip &s, ptrdiff_t count) const {
-        along_row<true>(count, [=, pipe = through(Form{}, as_they_are{}),
-                                &s](auto pixels, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-            pipe.template row<pixels.count, Put>(
-                dst + x * bytes_per_pixel, s.y + x,
-                pipe.template shared<pixels.count>(s.u + x / 2, s.v + x / 2));
-        });
+        along_row(count, [=, pipe = through(Form{}, as_they_are{}), &s](auto pixels, ptrdiff_t x)
+                             LUMALANE_INLINE_LAMBDA {
+                                 pipe.template row<pixels.count, Put>(
+                                     dst + x * bytes_per_pixel, s.y + x,
+                                     pipe.template shared<pixels.count>(s.u + x / 2, s.v + x / 2));
+                             });
     }
 };
 
@@ -365,12 +352,24 @@ LUMALANE_INLINE mixer<Form, Weight, Adjusted, Through> make_mixer(Adjusted adjus
 // What a mix reads and writes.
 struct mix_extents {
     extent y, u, v, alpha, sub_y, sub_u, sub_v, dst;
+
+    // `rows` of the surface, of row_bytes each.
+    mix_extents(const tagMIX_INFO &mix, extent luma, long long chroma_rows, ptrdiff_t chroma_pitch,
+                long long rows, long long row_bytes)
+        : y(luma), u(rows_at(mix.video_u, chroma_rows, chroma_pitch, mix.width / 2)),
+          v(rows_at(mix.video_v, chroma_rows, chroma_pitch, mix.width / 2)),
+          alpha(rows_at(mix.alpha_plane, rows, mix.sub_pitch, mix.width)),
+          sub_y(rows_at(mix.sub_y, rows, mix.sub_pitch, mix.width)),
+          sub_u(rows_at(mix.sub_u, rows, mix.sub_pitch >> 1, mix.width / 2)),
+          sub_v(rows_at(mix.sub_v, rows, mix.sub_pitch >> 1, mix.width / 2)),
+          dst(rows_at(mix.dst, rows, mix.dst_pitch, row_bytes)) {}
 };
 
 // True where the wide forms of a mix cannot be told from the stepwise ones: widths on the step (no
 // row drifts) and even pitches (halves are exact), rows of the surface that do not overlap, and
 // nothing read back that was written.
-LUMALANE_INLINE bool mix_is_regular(const tagMIX_INFO &mix, const mix_extents &e, int row_bytes) {
+LUMALANE_INLINE bool mix_is_regular(const tagMIX_INFO &mix, const mix_extents &e,
+                                    long long row_bytes) {
     return mix.width > 0 && mix.width % 16 == 0 && (mix.video_pitch | mix.sub_pitch) % 2 == 0 &&
            rows_apart(mix.dst_pitch, row_bytes) && apart(e.dst, e.y) && apart(e.dst, e.u) &&
            apart(e.dst, e.v) && apart(e.dst, e.alpha) && apart(e.dst, e.sub_y) &&
@@ -378,16 +377,15 @@ LUMALANE_INLINE bool mix_is_regular(const tagMIX_INFO &mix, const mix_extents &e
 }
 
 // Two rows, step by step where somebody could tell. Returns how far the steps came.
-template <bool wide, class Put, class Mixer>
+template <class Put, class Mixer>
 LUMALANE_INLINE ptrdiff_t mix_two_rows(const Mixer &mixer, const mix_position &at, int width,
                                        const video_rows &video, const to_lower_row &lower) {
-    if constexpr (wide) {
+    if constexpr (Put::wide) {
         mixer.template rows<Put>(at, width, video, lower);
         return width;
     } else {
-        return along_row<false>(width, [&](auto, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-            mixer.step(at, x, video, lower);
-        });
+        return along_row_stepwise(
+            width, [&](ptrdiff_t x) LUMALANE_INLINE_LAMBDA { mixer.step(at, x, video, lower); });
     }
 }
 
@@ -400,7 +398,7 @@ struct mix_distances {
     ptrdiff_t next_chroma; // from pair to pair: video chroma
 };
 
-template <bool wide, class Put, class Mixer>
+template <class Put, class Mixer>
 LUMALANE_INLINE void mix_row_pairs(tagMIX_INFO &mix, const mix_distances &d, const Mixer &mixer) {
     constexpr int size = Mixer::bytes_per_pixel;
     const int width = mix.width;
@@ -414,7 +412,7 @@ LUMALANE_INLINE void mix_row_pairs(tagMIX_INFO &mix, const mix_distances &d, con
     mix_position at(mix);
     int height = mix.height;
     do {
-        at.move_along_row(mix_two_rows<wide, Put>(mixer, at, width, video, lower), size);
+        at.move_along_row(mix_two_rows<Put>(mixer, at, width, video, lower), size);
         at.move(luma_rest, chroma_rest, sub_rest, sub_chroma_rest, dst_rest);
         height = difference(height, 2);
     } while (height > 0);
@@ -426,33 +424,16 @@ LUMALANE_INLINE void mix_row_pairs(tagMIX_INFO &mix, const mix_distances &d, con
 template <class Mixer>
 LUMALANE_INLINE void mix_row_pairs(tagMIX_INFO &mix, const mix_distances &d, const Mixer &mixer) {
     const long long pairs = mix.height > 0 ? (static_cast<long long>(mix.height) + 1) / 2 : 1;
-    const int width = mix.width, row_bytes = product(width, Mixer::bytes_per_pixel);
-    const auto sub_rows = [&](const unsigned char *first) {
-        return rows_at(first, 2 * pairs, mix.sub_pitch, width);
-    };
-    const auto sub_chroma_rows = [&](const unsigned char *first) {
-        return rows_at(first, 2 * pairs, mix.sub_pitch >> 1, width / 2);
-    };
-    const auto chroma_rows = [&](const unsigned char *first) {
-        return rows_at(first, pairs, d.next_chroma, width / 2);
-    };
+    const long long row_bytes = static_cast<long long>(mix.width) * Mixer::bytes_per_pixel;
     const auto luma_rows = [&](const unsigned char *first) {
-        return rows_at(first, pairs, 2LL * mix.video_pitch, width);
+        return rows_at(first, pairs, 2LL * mix.video_pitch, mix.width);
     };
-    const mix_extents e{joined(luma_rows(mix.video_y), luma_rows(mix.video_y + d.lower_luma)),
-                        chroma_rows(mix.video_u),
-                        chroma_rows(mix.video_v),
-                        sub_rows(mix.alpha_plane),
-                        sub_rows(mix.sub_y),
-                        sub_chroma_rows(mix.sub_u),
-                        sub_chroma_rows(mix.sub_v),
-                        rows_at(mix.dst, 2 * pairs, mix.dst_pitch, row_bytes)};
-    if (!mix_is_regular(mix, e, row_bytes))
-        return mix_row_pairs<false, cached>(mix, d, mixer);
-    if (!outgrows_cache(mix.dst, mix.dst_pitch, 2 * pairs * row_bytes))
-        return mix_row_pairs<true, cached>(mix, d, mixer);
-    mix_row_pairs<true, streamed>(mix, d, mixer);
-    stream_fence();
+    const mix_extents extents(mix,
+                              joined(luma_rows(mix.video_y), luma_rows(mix.video_y + d.lower_luma)),
+                              pairs, d.next_chroma, 2 * pairs, row_bytes);
+    with_put_if(
+        mix_is_regular(mix, extents, row_bytes), mix.dst, mix.dst_pitch, 2 * pairs * row_bytes,
+        [&](auto put) LUMALANE_INLINE_LAMBDA { mix_row_pairs<decltype(put)>(mix, d, mixer); });
 }
 
 // ---- Four rows of a field that is doubled to a frame -------------------------------------------
@@ -480,17 +461,17 @@ LUMALANE_INLINE void field_pairs(mix_position at, const field_distances &d, bool
 
 // Four rows: step by step of all four, or pair by pair where nobody can tell. Returns how far the
 // steps came.
-template <bool wide, class Put, class Mixer>
+template <class Put, class Mixer>
 LUMALANE_INLINE ptrdiff_t mix_four_rows(const Mixer &mixer, const mix_position &at,
                                         const field_distances &d, int width, bool last) {
     const to_lower_row lower{d.sub, d.sub_chroma, d.dst};
-    if constexpr (wide) {
+    if constexpr (Put::wide) {
         field_pairs(at, d, last, [&](const mix_position &pair_at, const video_rows &video) {
             mixer.template rows<Put>(pair_at, width, video, lower);
         });
         return width;
     } else {
-        return along_row<false>(width, [&](auto, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+        return along_row_stepwise(width, [&](ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
             field_pairs(at, d, last, [&](const mix_position &pair_at, const video_rows &video) {
                 mixer.step(pair_at, x, video, lower);
             });
@@ -498,25 +479,20 @@ LUMALANE_INLINE ptrdiff_t mix_four_rows(const Mixer &mixer, const mix_position &
     }
 }
 
-// Of `groups` groups of four rows.
-LUMALANE_INLINE mix_extents field_extents(const tagMIX_INFO &mix, long long groups, int row_bytes) {
-    const auto sub_rows = [&](const unsigned char *first) {
-        return rows_at(first, 4 * groups, mix.sub_pitch, mix.width);
-    };
-    const auto sub_chroma_rows = [&](const unsigned char *first) {
-        return rows_at(first, 4 * groups, mix.sub_pitch >> 1, mix.width / 2);
-    };
-    const auto chroma_rows = [&](const unsigned char *first) {
-        return rows_at(first, groups, mix.video_pitch >> 1, mix.width / 2);
-    };
-    return {rows_at(mix.video_y, 2 * groups, mix.video_pitch, mix.width),
-            chroma_rows(mix.video_u),
-            chroma_rows(mix.video_v),
-            sub_rows(mix.alpha_plane),
-            sub_rows(mix.sub_y),
-            sub_chroma_rows(mix.sub_u),
-            sub_chroma_rows(mix.sub_v),
-            rows_at(mix.dst, 4 * groups, mix.dst_pitch, row_bytes)};
+// Groups of four rows: `group(last)` for each.
+template <class Group>
+LUMALANE_INLINE void field_groups(int height, const Group &group) {
+    if (height >= 8)
+        for (int rows = height - 4; rows > 0; rows -= 4)
+            group(false);
+    group(true);
+}
+
+// What is read and written of `groups` of them.
+inline mix_extents field_extents(const tagMIX_INFO &mix, long long groups, long long row_bytes) {
+    return {mix,        rows_at(mix.video_y, 2 * groups, mix.video_pitch, mix.width),
+            groups,     mix.video_pitch >> 1,
+            4 * groups, row_bytes};
 }
 
 } // namespace lumalane::LUMALANE_LANES

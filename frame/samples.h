@@ -11,8 +11,7 @@
 namespace lumalane::LUMALANE_LANES {
 
 // Samples on their way to RGB: chroma of 2n pixels, luma even and odd pixels apart. A stage may
-// leave them with a bias, which whoever takes them away does so together with a constant of its
-// own.
+// leave them with a bias, which the next one subtracts together with a constant of its own.
 template <int n, int bias = 0>
 struct chroma_samples {
     words<n> u, v;
@@ -44,6 +43,24 @@ template <int n>
 struct packed_samples {
     bytes<n> all;
 };
+
+// Samples of two rows make those of a row between them.
+
+template <int n, int bias>
+LUMALANE_INLINE chroma_samples<n, bias> average(chroma_samples<n, bias> a,
+                                                chroma_samples<n, bias> b) {
+    return {average(a.u, b.u), average(a.v, b.v)};
+}
+
+template <int n, int bias>
+LUMALANE_INLINE luma_samples<n, bias> average(luma_samples<n, bias> a, luma_samples<n, bias> b) {
+    return {average(a.even, b.even), average(a.odd, b.odd)};
+}
+
+template <int n>
+LUMALANE_INLINE chroma_pairs<n> average(chroma_pairs<n> a, chroma_pairs<n> b) {
+    return {average(a.uv, b.uv)};
+}
 
 // Two parts of a pipeline in a row. `from` is where the source has the group from: pointers, or for
 // some sources the samples themselves.

@@ -8,7 +8,8 @@
 namespace lumalane::LUMALANE_LANES {
 
 struct cached {
-    static constexpr bool fills_lines_in_turn = false;
+    static constexpr bool wide = true;
+    static constexpr bool fills_lines_in_turn = false; // two rows at once are as good as one
 
     template <int n>
     LUMALANE_INLINE static void put(unsigned char *to, bytes<n> a) {
@@ -18,13 +19,21 @@ struct cached {
 
 // Around the cache; `to` is aligned to n bytes.
 struct streamed {
-    static constexpr bool fills_lines_in_turn =
-        true; // better one row after the other than two at once
+    static constexpr bool wide = true;
+    static constexpr bool fills_lines_in_turn = true;
 
     template <int n>
     LUMALANE_INLINE static void put(unsigned char *to, bytes<n> a) {
-        stream(to, a);
+        if constexpr (n < 16)
+            store(to, a); // half a register has no way around
+        else
+            stream(to, a);
     }
+};
+
+// For walks that serve both: in the promised steps and their order.
+struct stepwise : cached {
+    static constexpr bool wide = false;
 };
 
 // One after the other; not a loop, which compilers may leave rolled, with the parts in memory.

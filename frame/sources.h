@@ -61,7 +61,7 @@ struct luma_alone : planar {
     }
 };
 
-// A source whose rows are fetched as a whole, chroma and luma, before the pipeline has them.
+// Samples that are fetched, or made, before the pipeline has them.
 struct fetched {
     static constexpr bool is_part = true;
 

@@ -82,6 +82,16 @@ LUMALANE_INLINE void with_put(const unsigned char *dst, int pitch, long long byt
     }
 }
 
+// The same for walks that have both forms.
+template <class Run>
+LUMALANE_INLINE void with_put_if(bool regular, const unsigned char *dst, int pitch, long long bytes,
+                                 Run run) {
+    if (regular)
+        with_put(dst, pitch, bytes, run);
+    else
+        run(stepwise{});
+}
+
 // ---- Along a row -------------------------------------------------------------------------------
 
 template <int n>
@@ -89,26 +99,27 @@ struct pixels_of {
     static constexpr int count = n;
 };
 
-// Calls `step(pixels_of<n>{}, x)` for the steps of a row, the first at x = 0: steps of 16 pixels,
-// at least one and past the row's end if need be; or the widest that there are, for widths that are
-// multiples of 16. Returns how far the steps came.
-template <bool wide, class Step>
-LUMALANE_INLINE ptrdiff_t along_row(int width, const Step &step) {
+// Calls `step(pixels_of<n>{}, x)` for the groups of a row, the widest that there are for `count`
+// pixels, a multiple of 16.
+template <class Step>
+LUMALANE_INLINE void along_row(ptrdiff_t count, const Step &step) {
     ptrdiff_t x = 0;
-    if constexpr (wide) {
-        for (; x + widest <= width; x += widest)
-            step(pixels_of<widest>{}, x);
-        if (widest > 16 && x < width) {
-            step(pixels_of<16>{}, x);
-            x += 16;
-        }
-    } else {
-        unsigned left = static_cast<unsigned>(width);
-        do {
-            step(pixels_of<16>{}, x);
-            x += 16;
-        } while (again(left, 16));
-    }
+    for (; x + widest <= count; x += widest)
+        step(pixels_of<widest>{}, x);
+    if (widest > 16 && x < count)
+        step(pixels_of<16>{}, x);
+}
+
+// Calls `step(x)` for the steps of 16 pixels of a row, at least one and past the row's end if need
+// be. Returns how far they came.
+template <class Step>
+LUMALANE_INLINE ptrdiff_t along_row_stepwise(int width, const Step &step) {
+    ptrdiff_t x = 0;
+    unsigned left = static_cast<unsigned>(width);
+    do {
+        step(x);
+        x += 16;
+    } while (again(left, 16));
     return x;
 }
 
@@ -133,10 +144,7 @@ template <class Put, class Map>
 LUMALANE_INLINE void map_row(unsigned char *to, const unsigned char *from, ptrdiff_t count,
                              const Map &map) {
     along_plane(count, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-        if constexpr (n.count == 8)
-            cached::put(to + x, map(load<8>(from + x)));
-        else
-            Put::put(to + x, map(load<n.count>(from + x)));
+        Put::put(to + x, map(load<n.count>(from + x)));
     });
 }
 
@@ -203,27 +211,32 @@ LUMALANE_INLINE void row_pair_wide(const Pipe &pipe, const unsigned char *y, con
                                    ptrdiff_t src_pitch, ptrdiff_t dst_pitch) {
     constexpr int size = Pipe::bytes_per_pixel();
     if constexpr (!Pipe::writes_whole_lines() || Put::fills_lines_in_turn) {
-        along_row<true>(width, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+        along_row(width, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
             pipe.template row<n.count, Put>(dst + x * size, y + x,
                                             pipe.template shared<n.count>(u + x / 2, v + x / 2));
         });
-        along_row<true>(width, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+        along_row(width, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
             pipe.template lower_row<n.count, Put>(
                 dst + dst_pitch + x * size, y + src_pitch + x,
                 pipe.template shared<n.count>(u + x / 2, v + x / 2));
         });
     } else {
-        along_row<true>(width, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+        along_row(width, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
             row_pair_step<n.count, Put>(pipe, y + x, u + x / 2, v + x / 2, dst + x * size,
                                         src_pitch, dst_pitch);
         });
     }
 }
 
+// From the chroma row of a pair to the next one, for an even width.
+LUMALANE_INLINE ptrdiff_t chroma_pitch_of(const picture &p) {
+    return (difference(p.src_pitch, p.width) >> 1) + p.width / 2;
+}
+
 template <class Put, class Pipe>
 LUMALANE_INLINE void row_pairs_wide(const picture &p, const Pipe &pipe) {
     const ptrdiff_t src_pitch = p.src_pitch, dst_pitch = p.dst_pitch;
-    const ptrdiff_t chroma_pitch = ((src_pitch - p.width) >> 1) + p.width / 2;
+    const ptrdiff_t chroma_pitch = chroma_pitch_of(p);
     const unsigned char *y = p.src, *u = p.src_u, *v = p.src_v;
     unsigned char *dst = p.dst;
     for (int rows = p.height; rows > 0; rows -= 2) {
@@ -235,12 +248,12 @@ LUMALANE_INLINE void row_pairs_wide(const picture &p, const Pipe &pipe) {
 // True where the wide walk over row pairs cannot be told from the stepwise ones: no step goes past
 // a row's end, so no row drifts; no two destination rows overlap, so the order of the stores does
 // not show; and nothing is read back that was written.
-LUMALANE_INLINE bool row_pairs_are_regular(const picture &p, int row_bytes) {
+LUMALANE_INLINE bool row_pairs_are_regular(const picture &p, long long row_bytes) {
     if (p.width <= 0 || p.width % 16 != 0 || p.height <= 0 || p.height % 2 != 0 ||
         !rows_apart(p.dst_pitch, row_bytes))
         return false;
     const extent dst = rows_at(p.dst, p.height, p.dst_pitch, row_bytes);
-    const int chroma_pitch = ((p.src_pitch - p.width) >> 1) + p.width / 2;
+    const ptrdiff_t chroma_pitch = chroma_pitch_of(p);
     return apart(dst, rows_at(p.src, p.height, p.src_pitch, p.width)) &&
            apart(dst, rows_at(p.src_u, p.height / 2, chroma_pitch, p.width / 2)) &&
            apart(dst, rows_at(p.src_v, p.height / 2, chroma_pitch, p.width / 2));
@@ -249,16 +262,14 @@ LUMALANE_INLINE bool row_pairs_are_regular(const picture &p, int row_bytes) {
 // False, and nothing done, for a picture that is not regular.
 template <class Pipe>
 LUMALANE_INLINE bool row_pairs_wide_if_regular(const picture &p, const Pipe &pipe) {
-    const int row_bytes = product(p.width, Pipe::bytes_per_pixel());
+    const long long row_bytes = static_cast<long long>(p.width) * Pipe::bytes_per_pixel();
     if (!row_pairs_are_regular(p, row_bytes))
         return false;
-    if (Pipe::writes_whole_lines() &&
-        outgrows_cache(p.dst, p.dst_pitch, static_cast<long long>(p.height) * row_bytes)) {
-        row_pairs_wide<streamed>(p, pipe);
-        stream_fence();
-    } else {
+    if constexpr (Pipe::writes_whole_lines())
+        with_put(p.dst, p.dst_pitch, p.height * row_bytes,
+                 [&](auto put) LUMALANE_INLINE_LAMBDA { row_pairs_wide<decltype(put)>(p, pipe); });
+    else
         row_pairs_wide<cached>(p, pipe);
-    }
     return true;
 }
 
@@ -388,10 +399,9 @@ LUMALANE_INLINE void packed_row_pairs(const picture &p, const Pipe &pipe) {
         !apart(rows_at(p.dst, rows, p.dst_pitch, row_bytes),
                rows_at(p.src, rows, 2LL * p.src_pitch, 2 * columns)))
         return packed_row_pairs_stepwise<step>(p, pipe);
-    if (!outgrows_cache(p.dst, p.dst_pitch, rows * row_bytes))
-        return packed_row_pairs_wide<step, cached>(p, pipe);
-    packed_row_pairs_wide<step, streamed>(p, pipe);
-    stream_fence();
+    with_put(p.dst, p.dst_pitch, rows * row_bytes, [&](auto put) LUMALANE_INLINE_LAMBDA {
+        packed_row_pairs_wide<step, decltype(put)>(p, pipe);
+    });
 }
 
 } // namespace lumalane::LUMALANE_LANES

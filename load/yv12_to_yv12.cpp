@@ -33,18 +33,11 @@ bool rows_wide_if_regular(const plane &p, int step, int dst_bytes, Row row) {
         !apart(rows_at(p.dst, p.height, p.dst_pitch, dst_bytes),
                rows_at(p.src, p.height, p.src_pitch, p.width)))
         return false;
-    const bool around =
-        outgrows_cache(p.dst, p.dst_pitch, static_cast<long long>(p.height) * dst_bytes);
-    for (ptrdiff_t i = 0; i < p.height; ++i) {
-        unsigned char *const to = p.dst + i * p.dst_pitch;
-        const unsigned char *const from = p.src + i * p.src_pitch;
-        if (around)
-            row(streamed{}, to, from);
-        else
-            row(cached{}, to, from);
-    }
-    if (around)
-        stream_fence();
+    with_put(p.dst, p.dst_pitch, static_cast<long long>(p.height) * dst_bytes,
+             [&](auto put) LUMALANE_INLINE_LAMBDA {
+                 for (ptrdiff_t i = 0; i < p.height; ++i)
+                     row(put, p.dst + i * p.dst_pitch, p.src + i * p.src_pitch);
+             });
     return true;
 }
 
@@ -104,21 +97,19 @@ namespace {
 // `map` of the second of every two bytes, 16 at a time.
 template <class Map>
 LUMALANE_INLINE void halve_step(unsigned char *to, const unsigned char *from, const Map &map) {
-    store(to, map(narrow_saturate(odd(load<16>(from)))));
+    store(to, map(deal_odd<1, 8>(from)));
 }
 
 // True if the plane could be done row by row.
 template <class Map>
 bool halve_wide_if_regular(const plane &p, const Map &map) {
-    return rows_wide_if_regular(p, 16, p.width / 2,
-                                [&](auto put, unsigned char *to, const unsigned char *from)
-                                    LUMALANE_INLINE_LAMBDA {
-                                        ptrdiff_t x = 0;
-                                        for (; x + 2 * widest <= p.width; x += 2 * widest)
-                                            put.put(to + x / 2, map(deal_odd<1, widest>(from + x)));
-                                        for (; x < p.width; x += 16)
-                                            halve_step(to + x / 2, from + x, map);
-                                    });
+    return rows_wide_if_regular(
+        p, 16, p.width / 2,
+        [&](auto put, unsigned char *to, const unsigned char *from) LUMALANE_INLINE_LAMBDA {
+            along_plane(p.width / 2, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+                put.put(to + x, map(deal_odd<1, n.count>(from + 2 * x)));
+            });
+        });
 }
 
 template <class Map>
@@ -231,7 +222,7 @@ void copy_stepwise(const picture &p) {
 // what lies beyond the last upper row stays. Of the U plane the upper half ends under the V plane.
 void copy_wide(const picture &p) {
     const copied_planes to(p);
-    const auto as_it_is = [](auto a) LUMALANE_INLINE_LAMBDA { return a; };
+    constexpr as_they_are::plane as_it_is;
     const ptrdiff_t width = p.width, passes = p.height / 2, upper_end = passes * width;
     const ptrdiff_t src_step = width + to.src_rest + to.dst_rest;
     for (ptrdiff_t pass = 0; pass < passes; ++pass) {

@@ -16,15 +16,12 @@ void mix_strips(const tagMIX_INFO &mix, const Mixer &mixer) {
     const int dst_back = product(mix.dst_pitch, mix.height);
     mix_position at(mix);
     const auto four_rows = [&](bool last) {
-        mix_four_rows<false, cached>(mixer, at, d, 16, last);
+        mix_four_rows<stepwise>(mixer, at, d, 16, last);
         at.move(2 * d.luma, d.chroma, 4 * d.sub, 4 * d.sub_chroma, 4 * d.dst);
     };
     int columns = mix.width;
     do {
-        if (mix.height >= 8)
-            for (int rows = mix.height - 4; rows > 0; rows -= 4)
-                four_rows(false);
-        four_rows(true);
+        field_groups(mix.height, four_rows);
         at.move(-static_cast<ptrdiff_t>(luma_back), -static_cast<ptrdiff_t>(luma_back >> 2),
                 -static_cast<ptrdiff_t>(sub_back), -static_cast<ptrdiff_t>(sub_back >> 1),
                 -static_cast<ptrdiff_t>(dst_back));
@@ -37,10 +34,10 @@ template <class Put, class Mixer>
 void mix_groups(const tagMIX_INFO &mix, const Mixer &mixer) {
     const field_distances d(mix);
     mix_position group(mix);
-    for (int rows = mix.height; rows > 0; rows -= 4) {
-        mix_four_rows<true, Put>(mixer, group, d, mix.width, rows == 4);
+    field_groups(mix.height, [&](bool last) LUMALANE_INLINE_LAMBDA {
+        mix_four_rows<Put>(mixer, group, d, mix.width, last);
         group.move(2 * d.luma, d.chroma, 4 * d.sub, 4 * d.sub_chroma, 4 * d.dst);
-    }
+    });
 }
 
 // The record stays as it is.
@@ -50,16 +47,14 @@ void mix_interlaced(const tagMIX_INFO &mix, Sink sink) {
         const auto mixer = make_mixer<planar, average_weight>(
             adjusted, [=](auto source, auto stage)
                           LUMALANE_INLINE_LAMBDA { return source | stage | to_rgb{} | sink; });
-        const int row_bytes = product(mix.width, mixer.bytes_per_pixel);
+        const long long row_bytes = static_cast<long long>(mix.width) * mixer.bytes_per_pixel;
         // Of other heights the strips do not begin where the one before did.
         const bool whole_groups = mix.height == 4 || (mix.height >= 8 && mix.height % 4 == 0);
         if (!whole_groups ||
             !mix_is_regular(mix, field_extents(mix, mix.height / 4, row_bytes), row_bytes))
             return mix_strips(mix, mixer);
-        if (!outgrows_cache(mix.dst, mix.dst_pitch, static_cast<long long>(mix.height) * row_bytes))
-            return mix_groups<cached>(mix, mixer);
-        mix_groups<streamed>(mix, mixer);
-        stream_fence();
+        with_put(mix.dst, mix.dst_pitch, mix.height * row_bytes,
+                 [&](auto put) LUMALANE_INLINE_LAMBDA { mix_groups<decltype(put)>(mix, mixer); });
     });
 }
 

@@ -26,17 +26,6 @@ LUMALANE_INLINE chroma_halves<n> average(chroma_halves<n> a, chroma_halves<n> b)
     return {average(a.uv, b.uv)};
 }
 
-template <int n, int bias>
-LUMALANE_INLINE chroma_samples<n, bias> average(chroma_samples<n, bias> a,
-                                                chroma_samples<n, bias> b) {
-    return {average(a.u, b.u), average(a.v, b.v)};
-}
-
-template <int n, int bias>
-LUMALANE_INLINE luma_samples<n, bias> average(luma_samples<n, bias> a, luma_samples<n, bias> b) {
-    return {average(a.even, b.even), average(a.odd, b.odd)};
-}
-
 // The ways from rows to a new one. `row(k)` is a group of samples of the row k rows below.
 
 struct the_row_itself {
@@ -163,11 +152,10 @@ struct stretch {
                                    ptrdiff_t first, ptrdiff_t last, const Pair &by) const {
         constexpr int size = Sink::bytes_per_pixel();
         const stretch local = *this; // which no store can change
-        ptrdiff_t x = first;
-        for (; x + widest <= last; x += widest)
-            local.template pair<widest, Put>(to + x * size, dst_pitch, at.after(x), by);
-        if (widest > 16 && x < last)
-            local.template pair<16, Put>(to + x * size, dst_pitch, at.after(x), by);
+        along_row(last - first, [&](auto n, ptrdiff_t offset) LUMALANE_INLINE_LAMBDA {
+            const ptrdiff_t x = first + offset;
+            local.template pair<n.count, Put>(to + x * size, dst_pitch, at.after(x), by);
+        });
     }
 };
 
@@ -211,8 +199,8 @@ struct made_rows {
 // past a row's end, the rows on the surface do not overlap, the way back to the top of a strip fits
 // 32 bits, and nothing is read back that was written. The source's pitch is even, so that it is
 // twice that of its chroma.
-LUMALANE_INLINE bool stretch_is_regular(const picture &p, long long row_bytes, int step) {
-    if (p.width <= 0 || p.width % step != 0 || p.height <= 0 || p.height % 2 != 0 ||
+LUMALANE_INLINE bool stretch_is_regular(const picture &p, long long row_bytes) {
+    if (p.width <= 0 || p.width % 16 != 0 || p.height <= 0 || p.height % 2 != 0 ||
         p.src_pitch <= 0 || p.src_pitch % 2 != 0 || !rows_apart(p.dst_pitch, row_bytes))
         return false;
     const long long rows = p.height, dst_bytes = 2 * rows * p.dst_pitch;

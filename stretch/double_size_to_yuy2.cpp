@@ -139,11 +139,9 @@ LUMALANE_INLINE void double_pair(unsigned char *to, ptrdiff_t dst_pitch, const p
 template <class Put, chroma_of_row_2 row_2, bool last>
 LUMALANE_INLINE void double_pair_wide(unsigned char *to, ptrdiff_t dst_pitch,
                                       const pair_lines lines, int pixels) {
-    int x = 0;
-    for (; x + widest <= pixels; x += widest)
-        double_pair<widest, Put, row_2, last>(to + 4 * x, dst_pitch, lines, x);
-    if (widest > 16 && x < pixels)
-        double_pair<16, Put, row_2, last>(to + 4 * x, dst_pitch, lines, x);
+    along_row(pixels, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+        double_pair<n.count, Put, row_2, last>(to + 4 * x, dst_pitch, lines, x);
+    });
 }
 
 // A regular picture, a few hundred columns at a time, for whose lines there is room here.
@@ -183,7 +181,7 @@ void double_wide(const Lines lines, unsigned char *dst, int width, int height,
 template <class Source>
 void double_planar(const picture p, const Source source) {
     const long long row_bytes = 4LL * p.width;
-    if (p.width >= 32 && stretch_is_regular(p, row_bytes, 16))
+    if (p.width >= 32 && stretch_is_regular(p, row_bytes))
         return with_put(p.dst, p.dst_pitch, 2 * p.height * row_bytes, [&](auto put) {
             double_wide<decltype(put), chroma_of_row_2::between>(
                 planar_lines<Source>{source, rows_of(p)}, p.dst, p.width, p.height, p.dst_pitch);

@@ -36,11 +36,9 @@ inline constexpr int line_room = line_columns + after_line;
 template <int period, class Load>
 LUMALANE_INLINE unsigned char *fill_line(unsigned char *line, int count, bool at_edge, Load load) {
     const int filled = at_edge ? count : count + after_line;
-    int x = 0;
-    for (; x + widest <= filled; x += widest)
-        store(line + x, load.template operator()<widest>(x));
-    if (widest > 16 && x < filled)
-        store(line + x, load.template operator()<16>(x));
+    along_row(filled, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+        store(line + x, load.template operator()<n.count>(x));
+    });
     if (at_edge)
         for (int i = count; i < count + period; ++i)
             line[i] = line[i - period];

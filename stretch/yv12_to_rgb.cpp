@@ -8,21 +8,6 @@ namespace {
 
 constexpr int least_height = 12;
 
-// A source for sinks: samples that are dealt already.
-struct dealt_rows {
-    static constexpr bool is_part = true;
-
-    template <int, int, class Chroma>
-    LUMALANE_INLINE Chroma load_chroma(Chroma made) const {
-        return made;
-    }
-
-    template <int, int, class Luma, class Shared>
-    LUMALANE_INLINE Luma load_luma(Luma made, const Shared &) const {
-        return made;
-    }
-};
-
 // Strips of 16 pixels from the top to the bottom, which goes back up by what the height means:
 // after an odd height, a row too little in the source, and two on the surface.
 template <class Stretch, class Again>
@@ -83,9 +68,9 @@ void strips_stepwise(const picture p, const Stretch stretched, Again more) {
 template <class Packed, class Again>
 void stretch_strips(const picture &p, Packed packed, Again more) {
     with_adjustment([&](auto adjusted) {
-        const stretch stretched{planar{} | adjusted, dealt_rows{} | to_rgb{} | packed};
+        const stretch stretched{planar{} | adjusted, fetched{} | to_rgb{} | packed};
         const long long row_bytes = static_cast<long long>(p.width) * Packed::bytes_per_pixel;
-        if (stretch_is_regular(p, row_bytes, 16))
+        if (stretch_is_regular(p, row_bytes))
             pairs_wide(p, row_bytes, stretched, pairs_by_averages{});
         else
             strips_stepwise(p, stretched, more);

@@ -27,7 +27,7 @@ struct pairs_by_four_taps {
 template <class Stretch, class Pairs>
 void stretch_rows(const picture p, const Stretch stretched, Pairs pairs) {
     const long long row_bytes = 2LL * p.width;
-    if (stretch_is_regular(p, row_bytes, 16))
+    if (stretch_is_regular(p, row_bytes))
         return pairs_wide(p, row_bytes, stretched, pairs);
     pairs_stepwise(p, 2, pairs,
                    [&](unsigned char *&to, rows_at_hand &at, auto luma_by, auto chroma_by) {

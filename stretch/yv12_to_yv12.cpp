@@ -110,16 +110,6 @@ LUMALANE_INLINE void put_mapped(unsigned char *to, woven<times, n> samples, cons
     put_parts<Put>(to, samples);
 }
 
-// `group.operator()<n>(x)` for all columns from x on in groups of n samples; a multiple of 16.
-template <class Group>
-LUMALANE_INLINE void in_groups(int columns, const Group &group) {
-    int x = 0;
-    for (; x + widest <= columns; x += widest)
-        group.template operator()<widest>(x);
-    if (widest > 16 && x < columns)
-        group.template operator()<16>(x);
-}
-
 // Pairs of rows at `to`: a row, and the average of it and the next one. `row(k)` is where row k is
 // to be had; returns where the one after the last pair is.
 template <class Put, int times, class Row, class Map>
@@ -128,9 +118,9 @@ LUMALANE_INLINE const unsigned char *put_pairs(unsigned char *to, ptrdiff_t dst_
     const unsigned char *upper = row(0);
     for (ptrdiff_t pair = 0; pair < pairs; ++pair) {
         const unsigned char *const lower = row(pair + 1);
-        in_groups(columns, [&]<int n>(int x) {
-            const auto above = widened_group<times, n>(upper + x);
-            const auto between = average(above, widened_group<times, n>(lower + x));
+        along_row(columns, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            const auto above = widened_group<times, n.count>(upper + x);
+            const auto between = average(above, widened_group<times, n.count>(lower + x));
             put_mapped<Put>(to + times * x, above, map);
             put_mapped<Put>(to + times * x + dst_pitch, between, map);
         });
@@ -154,15 +144,15 @@ LUMALANE_INLINE void stretch_columns(const plane p, bool at_edge, int behind, co
                                 [&]<int n>(int x) { return load<n>(from + x); });
     };
     const unsigned char *const first = row(0);
-    in_groups(p.width, [&]<int n>(int x) {
-        put_mapped<Put>(p.dst + times * x, widened_group<times, n>(first + x), map);
+    along_row(p.width, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+        put_mapped<Put>(p.dst + times * x, widened_group<times, n.count>(first + x), map);
     });
     const ptrdiff_t pairs = p.height - 2;
     const unsigned char *const last =
         put_pairs<Put, times>(p.dst + p.dst_pitch, p.dst_pitch, p.width, pairs, row, map);
     unsigned char *const to = p.dst + (2 * pairs + 1) * p.dst_pitch;
-    in_groups(p.width, [&]<int n>(int x) {
-        const auto samples = widened_group<times, n>(last + x);
+    along_row(p.width, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+        const auto samples = widened_group<times, n.count>(last + x);
         put_mapped<Put>(to + times * x, samples, map);
         put_mapped<Put>(to + times * x + p.dst_pitch, samples, map);
         put_mapped<cached>(to + times * x + p.dst_pitch + behind, samples, map);
@@ -206,8 +196,7 @@ void stretch_adjusted(const stretched_plane<times> p, const Map map) {
 // Deliberately the gain is that of luma for every plane, and 2, the number of V, stands for the
 // offset of U.
 template <int times>
-void stretch_numbered(const stretched_plane<times> &p, int plane_number) {
-    const adjustment all = current_adjustment();
+void stretch_numbered(const stretched_plane<times> &p, int plane_number, const adjustment &all) {
     const plane_adjustment by = {all.y.gain, (plane_number == 1   ? all.y
                                               : plane_number == 2 ? all.u
                                                                   : all.v)
@@ -219,9 +208,10 @@ template <int times>
 void stretch_planes(const picture &p) {
     const int y_bytes = product(twice(p.height), p.dst_pitch);
     unsigned char *const dst_v = p.dst + y_bytes, *const dst_u = dst_v + (y_bytes >> 2);
-    const auto stretch_plane = [](const unsigned char *src, unsigned char *dst, int width,
-                                  int height, int src_pitch, int dst_pitch, int number) {
-        stretch_numbered<times>({{src, dst, width, height, src_pitch, dst_pitch}}, number);
+    const adjustment all = current_adjustment();
+    const auto stretch_plane = [&](const unsigned char *src, unsigned char *dst, int width,
+                                   int height, int src_pitch, int dst_pitch, int number) {
+        stretch_numbered<times>({{src, dst, width, height, src_pitch, dst_pitch}}, number, all);
     };
     stretch_plane(p.src, p.dst, p.width, p.height, p.src_pitch, p.dst_pitch, 1);
     stretch_plane(p.src_v, dst_v, p.width >> 1, p.height >> 1, p.src_pitch >> 1, p.dst_pitch >> 1,
@@ -233,11 +223,13 @@ void stretch_planes(const picture &p) {
 } // namespace
 
 void strech_pic_2X2_adjust(LUMALANE_PARAMETERS_plane_stretch_ajust) {
-    stretch_numbered<2>({{src, dst, width, height, src_pitch, dst_pitch}}, plane_number);
+    stretch_numbered<2>({{src, dst, width, height, src_pitch, dst_pitch}}, plane_number,
+                        current_adjustment());
 }
 
 void strech_pic_1X2_adjust(LUMALANE_PARAMETERS_plane_stretch_ajust) {
-    stretch_numbered<1>({{src, dst, width, height, src_pitch, dst_pitch}}, plane_number);
+    stretch_numbered<1>({{src, dst, width, height, src_pitch, dst_pitch}}, plane_number,
+                        current_adjustment());
 }
 
 void strech_picture_2X2_yv12_ajust(LUMALANE_PARAMETERS_picture) {
@@ -263,7 +255,7 @@ LUMALANE_INLINE bytes<8> without_low_bits(const unsigned char *from, unsigned bi
 }
 
 // Strips of 8 samples from the top to the bottom. Deliberately the first one loses so many bits of
-// each 8 bytes as its rows have bytes, and all but the last one write their last row below the
+// each 8 bytes as the surface has bytes, and all but the last one write their last row below the
 // surface instead of to its last row.
 void double_stepwise(const plane &p) {
     const unsigned char *from = p.src;
@@ -310,7 +302,7 @@ LUMALANE_INLINE void double_columns(const plane p, bool at_start, bool at_edge) 
                 line[i] = 0;
         return line;
     };
-    const auto as_it_is = [](auto a) { return a; };
+    constexpr as_they_are::plane as_it_is;
     const ptrdiff_t pairs = p.height - 1;
     const unsigned char *const last =
         put_pairs<Put, 2>(p.dst, p.dst_pitch, p.width, pairs, row, as_it_is);
@@ -325,7 +317,8 @@ LUMALANE_INLINE void double_columns(const plane p, bool at_start, bool at_edge) 
 }
 
 // True where the rows can be written in any order: whole groups of 16 samples, rows that do not
-// overlap and have 64 bits at least, and nothing read back that was written.
+// overlap, a surface of 64 bytes at least (so that all bits are lost), and nothing read back that
+// was written.
 bool doubling_is_regular(const plane &p) {
     const long long rows = 2LL * p.height;
     return p.width > 0 && p.width % 16 == 0 && p.height >= 2 && p.dst_pitch >= 2LL * p.width &&

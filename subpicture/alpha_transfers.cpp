@@ -11,12 +11,12 @@ rows alpha_rows(const tagMIX_INFO &mix, unsigned pixels) {
     return {mix.alpha_plane, pixels, difference(mix.video_pitch, mix.width) >> 1};
 }
 
-// `take` makes the alpha of n pixels from the surface.
+// `take` makes the alpha of n pixels from the surface, `offset` bytes on.
 template <int group, int size, class Take>
-LUMALANE_INLINE void restore_alpha(const tagMIX_INFO &mix, int read_before, const Take &take) {
+LUMALANE_INLINE void restore_alpha(const tagMIX_INFO &mix, int offset, const Take &take) {
     const unsigned pixels = in_whole_groups(mix.width, group);
     rows surface = surface_rows(mix.dst, size, pixels, mix.width, mix.dst_pitch);
-    surface.first += read_before;
+    surface.first += offset;
     const rows alpha = alpha_rows(mix, pixels);
     walk_rows<group>(
         mix.height, pixels, alpha, {surface}, [&]<int n, class Put>(unsigned row, ptrdiff_t x) {

@@ -68,7 +68,7 @@ LUMALANE_INLINE void load_subpicture(const tagMIX_INFO &mix, const Colours &colo
             const auto shown = colours.template load_luma<parts, n>(y.at(row) + x, terms);
             if (all(positive(weights)))
                 return put(shown);
-            put(keyed(shown, in_split_order(deal_pixels<parts, n>(alpha.at(row) + x)), key));
+            put(keyed(shown, in_split_order(dealt<parts>(weights)), key));
         });
 }
 

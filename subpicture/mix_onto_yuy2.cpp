@@ -23,7 +23,7 @@ struct second_of_two {
 
 // Blocks of four rows. Where nothing else is promised a pointer moves from block to block as from
 // pair to pair in the progressive mix: by its rows less the width.
-template <bool wide, class Put, class Mixer>
+template <class Put, class Mixer>
 void mix_blocks(tagMIX_INFO &mix, const Mixer &mixer) {
     constexpr int size = Mixer::bytes_per_pixel;
     const field_distances d(mix);
@@ -34,14 +34,10 @@ void mix_blocks(tagMIX_INFO &mix, const Mixer &mixer) {
     const int sub_chroma_rest = difference(twice(mix.sub_pitch), half_width);
     const int dst_rest = difference(twice(twice(mix.dst_pitch)), product(width, size));
     mix_position at(mix);
-    const auto block = [&](bool last) {
-        at.move_along_row(mix_four_rows<wide, Put>(mixer, at, d, width, last), size);
+    field_groups(mix.height, [&](bool last) LUMALANE_INLINE_LAMBDA {
+        at.move_along_row(mix_four_rows<Put>(mixer, at, d, width, last), size);
         at.move(luma_rest, chroma_rest, sub_rest, sub_chroma_rest, dst_rest);
-    };
-    if (mix.height >= 8)
-        for (int rows = mix.height - 4; rows > 0; rows -= 4)
-            block(false);
-    block(true);
+    });
     at.consume(mix, 0);
 }
 
@@ -76,13 +72,12 @@ void mix_ayuy2_yuy2_i_ajust(LUMALANE_PARAMETERS_mix) {
             adjusted,
             [](auto source, auto stage) LUMALANE_INLINE_LAMBDA { return source | stage | yuy2{}; });
         const long long groups = mix->height < 8 ? 1 : (mix->height + 3LL) / 4;
-        const int row_bytes = product(mix->width, mixer.bytes_per_pixel);
-        if (!mix_is_regular(*mix, field_extents(*mix, groups, row_bytes), row_bytes))
-            return mix_blocks<false, cached>(*mix, mixer);
-        if (!outgrows_cache(mix->dst, mix->dst_pitch, 4 * groups * row_bytes))
-            return mix_blocks<true, cached>(*mix, mixer);
-        mix_blocks<true, streamed>(*mix, mixer);
-        stream_fence();
+        const long long row_bytes = static_cast<long long>(mix->width) * mixer.bytes_per_pixel;
+        const bool regular =
+            mix_is_regular(*mix, field_extents(*mix, groups, row_bytes), row_bytes);
+        with_put_if(regular, mix->dst, mix->dst_pitch, 4 * groups * row_bytes,
+                    [&](auto put)
+                        LUMALANE_INLINE_LAMBDA { mix_blocks<decltype(put)>(*mix, mixer); });
     });
 }
 

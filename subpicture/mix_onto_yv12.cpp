@@ -19,45 +19,43 @@ struct mixed_plane {
 // So many samples of a row. The video's sample is the average of that at hand and the one `below`,
 // for a distance that is not 0; nothing of the subpicture is read where nothing of it shows.
 template <int n, class Put, class Weight, class Map>
-LUMALANE_INLINE void mix_samples(mixed_plane &p, ptrdiff_t below, const Map &map) {
-    const bytes<n> weight = Weight::template of<n>(p.alpha);
-    const bytes<n> video = video_samples<n>(p.video, below);
+LUMALANE_INLINE void mix_samples(const mixed_plane &p, ptrdiff_t x, ptrdiff_t below,
+                                 const Map &map) {
+    const bytes<n> weight = Weight::template of<n>(p.alpha + x * Weight::per_sample);
+    const bytes<n> video = video_samples<n>(p.video + x, below);
     if (all_zero(weight))
-        Put::put(p.dst, map(video));
+        Put::put(p.dst + x, map(video));
     else
-        Put::put(p.dst, map(blend(video, load<n>(p.sub), weight)));
-    p.video += n, p.sub += n, p.alpha += n * Weight::per_sample, p.dst += n;
+        Put::put(p.dst + x, map(blend(video, load<n>(p.sub + x), weight)));
 }
 
 // A row in steps of 8 samples, at least one and past its end if need be, or in the widest there
 // are.
-template <bool wide, class Put, class Weight, class Map>
+template <class Put, class Weight, class Map>
 LUMALANE_INLINE void mix_row(mixed_plane &p, ptrdiff_t below, const Map &map) {
-    if constexpr (wide) {
-        int left = p.width;
-        for (; left >= widest; left -= widest)
-            mix_samples<widest, Put, Weight>(p, below, map);
-        if (widest > 16 && left >= 16) {
-            mix_samples<16, Put, Weight>(p, below, map);
-            left -= 16;
-        }
-        if (left > 0)
-            mix_samples<8, cached, Weight>(p, below, map);
+    ptrdiff_t end = 0;
+    if constexpr (Put::wide) {
+        along_plane(p.width, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            mix_samples<n.count, Put, Weight>(p, x, below, map);
+        });
+        end = p.width;
     } else {
         unsigned left = static_cast<unsigned>(p.width);
-        do
-            mix_samples<8, cached, Weight>(p, below, map);
-        while (again(left, 8));
+        do {
+            mix_samples<8, Put, Weight>(p, end, below, map);
+            end += 8;
+        } while (again(left, 8));
     }
-    p.sub += p.sub_rest, p.alpha += p.alpha_rest, p.dst += p.dst_rest;
+    p.video += end, p.sub += end + p.sub_rest, p.dst += end + p.dst_rest;
+    p.alpha += end * Weight::per_sample + p.alpha_rest;
 }
 
 struct whole_frame {
-    template <bool wide, class Put, class Weight, class Map>
+    template <class Put, class Weight, class Map>
     LUMALANE_INLINE static void mix(mixed_plane p, const Map &map) {
         unsigned rows = static_cast<unsigned>(p.rows);
         do {
-            mix_row<wide, Put, Weight>(p, 0, map);
+            mix_row<Put, Weight>(p, 0, map);
             p.video += p.video_rest;
         } while (again(rows, 1));
     }
@@ -66,13 +64,13 @@ struct whole_frame {
 // Every second row lies between a row of the field and the one below it, also the last: it reads
 // one row past the field, deliberately. Between the two the video goes back by the width.
 struct doubled_field {
-    template <bool wide, class Put, class Weight, class Map>
+    template <class Put, class Weight, class Map>
     LUMALANE_INLINE static void mix(mixed_plane p, const Map &map) {
         unsigned rows = static_cast<unsigned>(p.rows);
         do {
-            mix_row<wide, Put, Weight>(p, 0, map);
+            mix_row<Put, Weight>(p, 0, map);
             p.video -= p.width;
-            mix_row<wide, Put, Weight>(p, p.video_pitch, map);
+            mix_row<Put, Weight>(p, p.video_pitch, map);
             p.video += p.video_rest;
         } while (again(rows, 2));
     }
@@ -97,12 +95,10 @@ bool plane_is_regular(const mixed_plane &p) {
 
 template <class Rows, class Weight, class Map>
 LUMALANE_INLINE void mix_plane(const mixed_plane &p, const Map &map) {
-    if (!plane_is_regular<Weight>(p))
-        return Rows::template mix<false, cached, Weight>(p, map);
-    if (!outgrows_cache(p.dst, p.dst_pitch, static_cast<long long>(p.rows) * p.width))
-        return Rows::template mix<true, cached, Weight>(p, map);
-    Rows::template mix<true, streamed, Weight>(p, map);
-    stream_fence();
+    with_put_if(plane_is_regular<Weight>(p), p.dst, p.dst_pitch,
+                static_cast<long long>(p.rows) * p.width, [&](auto put) LUMALANE_INLINE_LAMBDA {
+                    Rows::template mix<decltype(put), Weight>(p, map);
+                });
 }
 
 mixed_plane luma_plane(const tagMIX_INFO &mix) {

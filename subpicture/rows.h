@@ -36,14 +36,14 @@ LUMALANE_INLINE rows surface_rows(void *first, int size, unsigned pixels, int wi
             difference(pitch, product(width, size))};
 }
 
-// Calls step.group<pixels, Put>(row, x) for the pixels of every row, first to last: `group` at a
-// time, or the widest vectors as well.
-template <int group, bool wide, class Put, class Step>
+// Calls `step.operator()<n, Put>(row, x)` for the pixels of every row, first to last: n are `group`
+// at a time, or the widest vectors as well.
+template <int group, class Put, class Step>
 LUMALANE_INLINE void walk_rows(unsigned height, unsigned pixels, const Step &step) {
     unsigned row = 0;
     do {
         ptrdiff_t x = 0;
-        if constexpr (wide)
+        if constexpr (Put::wide)
             for (; x + widest <= static_cast<ptrdiff_t>(pixels); x += widest)
                 step.template operator()<widest, Put>(row, x);
         for (; x < static_cast<ptrdiff_t>(pixels); x += group)
@@ -58,14 +58,14 @@ template <int group, int sources, class Step>
 LUMALANE_INLINE void walk_rows(unsigned height, unsigned pixels, const rows &destination,
                                const rows (&read)[sources], const Step &step) {
     const extent written = destination.whole(height);
+    bool regular = true;
     for (const rows &source : read)
-        if (!apart(written, source.whole(height)))
-            return walk_rows<group, false, cached>(height, pixels, step);
-    if (!outgrows_cache(destination.first, static_cast<int>(destination.pitch),
-                        static_cast<long long>(height) * destination.bytes))
-        return walk_rows<group, true, cached>(height, pixels, step);
-    walk_rows<group, true, streamed>(height, pixels, step);
-    stream_fence();
+        regular = regular && apart(written, source.whole(height));
+    with_put_if(regular, destination.first, static_cast<int>(destination.pitch),
+                static_cast<long long>(height) * destination.bytes,
+                [&](auto put) LUMALANE_INLINE_LAMBDA {
+                    walk_rows<group, decltype(put)>(height, pixels, step);
+                });
 }
 
 } // namespace lumalane::LUMALANE_LANES
