@@ -1,27 +1,29 @@
 // AYUY2 subpictures onto a drawing surface.
 #include "frame/adjust.h"
 #include "frame/kernels.h"
+#include "subpicture/pattern.h"
 #include "subpicture/rows.h"
 
 namespace lumalane::LUMALANE_LANES {
 
 namespace {
 
-// Channels of the colour key.
+// The colour key: its channels, and the pixel that a surface has of it.
 struct colour {
     int red, green, blue;
+    unsigned pixel;
 };
 
 // Deliberately red is in the lowest byte here, where the conversions to AYUY2 have blue.
 colour key_of_bytes(unsigned key) {
-    return {static_cast<int>(key & 0xff), static_cast<int>(key >> 8 & 0xff),
-            static_cast<int>(key >> 16 & 0xff)};
+    const unsigned red = key & 0xff, green = key >> 8 & 0xff, blue = key >> 16 & 0xff;
+    return {static_cast<int>(red), static_cast<int>(green), static_cast<int>(blue),
+            blue | green << 8 | red << 16};
 }
 
-// Packed again it is the same word.
 colour key_of_word(unsigned key) {
     return {static_cast<int>(key >> 8 & 0xf8), static_cast<int>(key >> 3 & 0xfc),
-            static_cast<int>(key << 3 & 0xf8)};
+            static_cast<int>(key << 3 & 0xf8), key};
 }
 
 template <int n>
@@ -52,17 +54,17 @@ LUMALANE_INLINE void load_subpicture(const tagMIX_INFO &mix, const Colours &colo
     const rows surface = surface_rows(mix.dst, size, pixels, width, mix.dst_pitch);
     const rows y{mix.sub_y, pixels, 0}, alpha{mix.alpha_plane, pixels, 0};
     const rows u{mix.sub_u, pixels / 2, 0}, v{mix.sub_v, pixels / 2, 0};
+    const pattern nothing = pattern::of_pixels<size>(key.pixel);
     walk_rows<group>(
         mix.height, pixels, surface, {y, u, v, alpha},
         [&]<int n, class Put>(unsigned row, ptrdiff_t x) {
             unsigned char *const to = surface.at(row) + size * x;
-            const auto put = [&](const rgb_pixels<n / 2> &shown) {
-                sink.template row<Put>(to, shown, chroma_terms<n / 2>{});
-            };
             const bytes<n> weights = load<n>(alpha.at(row) + x);
             if (all_zero(weights))
-                return put(
-                    {fill_bytes<n>(key.red), fill_bytes<n>(key.green), fill_bytes<n>(key.blue)});
+                return put_parts<Put>(to, nothing.template first<size, n>());
+            const auto put = [&](const rgb_pixels<n / 2> &shown) LUMALANE_INLINE_LAMBDA {
+                sink.template row<Put>(to, shown, chroma_terms<n / 2>{});
+            };
             const auto terms =
                 colours.template load_chroma<parts, n>(u.at(row) + x / 2, v.at(row) + x / 2);
             const auto shown = colours.template load_luma<parts, n>(y.at(row) + x, terms);

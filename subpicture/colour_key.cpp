@@ -11,7 +11,7 @@ namespace {
 template <class Put>
 LUMALANE_INLINE void fill_row(unsigned char *to, ptrdiff_t count, const pattern &with) {
     constexpr ptrdiff_t size = sizeof with.byte;
-    const woven<pattern::vectors, widest> pieces{with.vector(0), with.vector(1), with.vector(2)};
+    const woven<3, widest> pieces = with.first<3, widest>();
     ptrdiff_t x = 0;
     for (; x + 2 * size <= count; x += 2 * size) {
         put_parts<Put>(to + x, pieces);
@@ -21,11 +21,11 @@ LUMALANE_INLINE void fill_row(unsigned char *to, ptrdiff_t count, const pattern 
         put_parts<Put>(to + x, pieces);
         x += size;
     }
-    int next = 0;
-    for (; x + widest <= count; x += widest)
-        store(to + x, with.vector(next++));
+    const unsigned char *from = with.byte;
+    for (; x + widest <= count; x += widest, from += widest)
+        store(to + x, load<widest>(from));
     if (widest > 16 && x < count)
-        store(to + x, load<16>(with.byte + next * widest));
+        store(to + x, load<16>(from));
 }
 
 // A group of 16 pixels of the upper row of a pair, then of the lower one.

@@ -7,14 +7,12 @@ namespace lumalane::LUMALANE_LANES {
 
 // 24 bytes, whole pixels of 2, 3 and 4 bytes, repeated to whole vectors.
 struct pattern {
-    static constexpr int vectors = 3;
-
-    unsigned char byte[vectors * widest];
+    unsigned char byte[3 * widest];
 
     // Three words of 8 bytes, their lowest bytes first.
     pattern(unsigned long long first, unsigned long long second, unsigned long long third) {
         const unsigned long long words[] = {first, second, third};
-        for (int i = 0; i < vectors * widest; ++i)
+        for (int i = 0; i < 3 * widest; ++i)
             byte[i] = static_cast<unsigned char>(words[i / 8 % 3] >> (i % 8 * 8));
     }
 
@@ -32,8 +30,13 @@ struct pattern {
         }
     }
 
-    LUMALANE_INLINE bytes<widest> vector(int number) const {
-        return load<widest>(byte + number * widest);
+    // The first `count` vectors of n bytes, over and over.
+    template <int count, int n>
+    LUMALANE_INLINE woven<count, n> first() const {
+        woven<count, n> vectors;
+        for (int i = 0; i < count; ++i)
+            vectors.part[i] = load<n>(byte + i * n % sizeof byte);
+        return vectors;
     }
 };
 

@@ -168,21 +168,22 @@ template <class Surface>
 class run_of_key {
     static constexpr int vectors = Surface::pixel_bytes;
 
-    bytes<widest> vector[vectors];
+    woven<vectors, widest> key_pixels;
     bool exists; // can be on the surface
 
 public:
-    explicit run_of_key(unsigned key) : exists(vectors != 3 || key >> 24 == 0) {
-        const pattern pixels = pattern::of_pixels<vectors>(key);
-        for (int i = 0; i < vectors; ++i)
-            vector[i] = pixels.vector(i % pattern::vectors);
-    }
+    explicit run_of_key(unsigned key)
+        : key_pixels(pattern::of_pixels<vectors>(key).template first<vectors, widest>()),
+          exists(vectors != 3 || key >> 24 == 0) {}
 
     LUMALANE_INLINE bool is_at(const unsigned char *from) const {
-        bytes<widest> same = equal(load<widest>(from), vector[0]);
+        const auto same = [&](int i) LUMALANE_INLINE_LAMBDA {
+            return equal(load<widest>(from + i * widest), key_pixels.part[i]);
+        };
+        bytes<widest> all_same = same(0);
         for (int i = 1; i < vectors; ++i)
-            same = same & equal(load<widest>(from + i * widest), vector[i]);
-        return (vectors != 3 || exists) && all(same);
+            all_same = all_same & same(i);
+        return (vectors != 3 || exists) && all(all_same);
     }
 };
 

@@ -297,70 +297,74 @@ LUMALANE_INLINE sixteenths<8> blend(bytes<8> below, bytes<8> above, bytes<8> wei
 // they belong in all three parts, and each part picks its bytes from the three channels. Byte m
 // holds pixel (m - c) / 3 modulo 16, and 11 is 1/3 there.
 struct shuffles {
+    // Of both blocks, with one after the other in memory: made from one they would be made again in
+    // every turn of a loop.
+    using table = unsigned char[32];
+
     // The 16 pixels, no longer split, of pairs in order and in turn.
-    alignas(16) unsigned char pixel_order[2][16];
+    alignas(32) table pixel_order[2];
     // For 1 to 4 parts: 16 chroma samples, in both blocks, to dealt words.
-    alignas(32) unsigned char chroma[4][32];
-    alignas(32) unsigned char upper_chroma[4][32]; // in the upper bytes of the words
-    alignas(16) unsigned char channel[2][3][16];   // of pairs in order and in turn
-    alignas(16) unsigned char every_third[3][16];  // 0xff at bytes m with m % 3 == 0, 1, 2
-    // In 3-byte pixels: part k of 16 third bytes, from bytes 16k on; and part k of 48 bytes, of
-    // which every third is one of 16 samples (twice the first part, around the end).
-    alignas(16) unsigned char thirds[3][16];
-    alignas(16) unsigned char spread[4][16];
+    alignas(32) table chroma[4];
+    alignas(32) table upper_chroma[4]; // in the upper bytes of the words
+    alignas(32) table channel[2][3];   // of pairs in order and in turn
+    alignas(32) table every_third[3];  // 0xff at bytes m with m % 3 == 0, 1, 2
+    alignas(32) table thirds[3];       // of 3-byte pixels: part k of 16, from bytes 16k on
     // 4 pixels of 3 bytes, from byte 0 and from byte 4 on, to the lower and to the upper words of
     // couples.
-    alignas(32) unsigned char triplets_bg[2][32];
-    alignas(32) unsigned char triplets_rx[2][32];
-    alignas(32) unsigned char couple[32]; // words of the lower and of the upper half in turn
+    alignas(32) table triplets_bg[2];
+    alignas(32) table triplets_rx[2];
+    alignas(32) table couple; // words of the lower and of the upper half in turn
     // Upper bytes of coupled words to the lower and to the upper half of a block: those of the
     // lower words and then those of the upper ones, of four couples or of two and two.
-    alignas(32) unsigned char uncouple[2][32];
-    alignas(32) unsigned char uncouple_even[2][32];
+    alignas(32) table uncouple[2];
+    alignas(32) table uncouple_even[2];
+    // Part k of 48 bytes, of which every third is one of 16 samples: a block each, and the first
+    // once more, around the end.
+    alignas(16) unsigned char spread[4][16];
 };
 
 constexpr shuffles make_shuffles() {
     shuffles s{};
+    const auto in_both = [](shuffles::table &table, int byte, int value) {
+        table[byte] = table[16 + byte] = static_cast<unsigned char>(value);
+    };
+    const auto split_lane = [](int pixel, int order) {
+        const int pair = order == 0 ? pixel / 2 : pixel / 2 % 4 * 2 + pixel / 8;
+        return pair + pixel % 2 * 8;
+    };
+    constexpr int zero = 0x80;
     for (int m = 0; m < 16; ++m) {
-        const auto split_lane = [](int pixel, int order) {
-            const int pair = order == 0 ? pixel / 2 : pixel / 2 % 4 * 2 + pixel / 8;
-            return pair + pixel % 2 * 8;
-        };
         for (int c = 0; c < 3; ++c)
-            s.every_third[c][m] = m % 3 == c ? 0xff : 0;
+            in_both(s.every_third[c], m, m % 3 == c ? 0xff : 0);
         for (int order = 0; order < 2; ++order) {
-            s.pixel_order[order][m] = static_cast<unsigned char>(split_lane(m, order));
+            in_both(s.pixel_order[order], m, split_lane(m, order));
             for (int c = 0; c < 3; ++c)
-                s.channel[order][c][m] =
-                    static_cast<unsigned char>(split_lane((m - c + 16) * 11 % 16, order));
+                in_both(s.channel[order][c], m, split_lane((m - c + 16) * 11 % 16, order));
         }
         for (int k = 0; k < 3; ++k) {
             const int third = 3 * m + 2 - 16 * k;
-            s.thirds[k][m] = static_cast<unsigned char>(0 <= third && third < 16 ? third : 0x80);
+            in_both(s.thirds[k], m, 0 <= third && third < 16 ? third : zero);
         }
         for (int k = 0; k < 4; ++k) {
             const int at = k % 3 * 16 + m;
-            s.spread[k][m] = static_cast<unsigned char>(at % 3 == 0 ? at / 3 : 0x80);
+            s.spread[k][m] = static_cast<unsigned char>(at % 3 == 0 ? at / 3 : zero);
         }
         for (int half = 0; half < 2; ++half)
             for (int block = 0; block < 2; ++block) {
                 const int pixel = 3 * (m / 4) + 4 * block, byte = m % 2, at = 16 * block + m;
                 const bool here = m % 4 / 2 == half;
-                s.triplets_bg[half][at] = static_cast<unsigned char>(here ? pixel + byte : 0x80);
+                s.triplets_bg[half][at] = static_cast<unsigned char>(here ? pixel + byte : zero);
                 s.triplets_rx[half][at] =
-                    static_cast<unsigned char>(here && byte == 1 ? pixel + 2 : 0x80);
+                    static_cast<unsigned char>(here && byte == 1 ? pixel + 2 : zero);
             }
-        s.couple[m] = s.couple[16 + m] =
-            static_cast<unsigned char>(m / 4 * 2 + m / 2 % 2 * 8 + m % 2);
+        in_both(s.couple, m, m / 4 * 2 + m / 2 % 2 * 8 + m % 2);
         for (int half = 0; half < 2; ++half) {
             const int at = m % 8;
             const int couple_of_4 = at % 4, upper_of_4 = at / 4;
             const int couple_of_2 = at / 4 * 2 + at % 2, upper_of_2 = at / 2 % 2;
             const bool here = m / 8 == half;
-            s.uncouple[half][m] = s.uncouple[half][16 + m] =
-                static_cast<unsigned char>(here ? 4 * couple_of_4 + 2 * upper_of_4 + 1 : 0x80);
-            s.uncouple_even[half][m] = s.uncouple_even[half][16 + m] =
-                static_cast<unsigned char>(here ? 4 * couple_of_2 + 2 * upper_of_2 + 1 : 0x80);
+            in_both(s.uncouple[half], m, here ? 4 * couple_of_4 + 2 * upper_of_4 + 1 : zero);
+            in_both(s.uncouple_even[half], m, here ? 4 * couple_of_2 + 2 * upper_of_2 + 1 : zero);
         }
     }
     for (int count = 1; count <= 4; ++count) {
@@ -369,8 +373,8 @@ constexpr shuffles make_shuffles() {
             const int block = word / 8, turn = word % 8 / group;
             const int sample = (2 * turn + block) * group + word % group;
             s.chroma[count - 1][2 * word] = static_cast<unsigned char>(sample);
-            s.chroma[count - 1][2 * word + 1] = 0x80; // a zero
-            s.upper_chroma[count - 1][2 * word] = 0x80;
+            s.chroma[count - 1][2 * word + 1] = zero;
+            s.upper_chroma[count - 1][2 * word] = zero;
             s.upper_chroma[count - 1][2 * word + 1] = static_cast<unsigned char>(sample);
         }
     }
@@ -379,29 +383,17 @@ constexpr shuffles make_shuffles() {
 
 constexpr shuffles shuffle = make_shuffles();
 
-// The 16 bytes in every block.
-template <int n>
-LUMALANE_INLINE bytes<n> in_each_block(const unsigned char *block) {
-    if constexpr (n == 16)
-        return load<16>(block);
-    else
-        return {_mm256_broadcastsi128_si256(load<16>(block).v)};
-}
-
-LUMALANE_INLINE bytes<16> shuffled(bytes<16> a, const unsigned char *by) {
-    return {_mm_shuffle_epi8(a.v, in_each_block<16>(by).v)};
-}
-
-LUMALANE_INLINE bytes<32> shuffled(bytes<32> a, const unsigned char *by) {
-    return {_mm256_shuffle_epi8(a.v, in_each_block<32>(by).v)};
+// The 16 bytes in both blocks.
+LUMALANE_INLINE bytes<32> load_repeated(const unsigned char *block) {
+    return {_mm256_broadcastsi128_si256(load<16>(block).v)};
 }
 
 // Each block by its own 16 bytes of `by`.
-LUMALANE_INLINE bytes<16> shuffled_blocks(bytes<16> a, const unsigned char *by) {
-    return shuffled(a, by);
+LUMALANE_INLINE bytes<16> shuffled(bytes<16> a, const unsigned char *by) {
+    return {_mm_shuffle_epi8(a.v, load<16>(by).v)};
 }
 
-LUMALANE_INLINE bytes<32> shuffled_blocks(bytes<32> a, const unsigned char *by) {
+LUMALANE_INLINE bytes<32> shuffled(bytes<32> a, const unsigned char *by) {
     return {_mm256_shuffle_epi8(a.v, load<32>(by).v)};
 }
 
@@ -483,7 +475,7 @@ LUMALANE_INLINE words<n> deal_chroma(const unsigned char *from) {
     if constexpr (n == 8) {
         return widen(load<8>(from));
     } else {
-        return as_words(shuffled_blocks(in_each_block<32>(from), shuffle.chroma[count - 1]));
+        return as_words(shuffled(load_repeated(from), shuffle.chroma[count - 1]));
     }
 }
 
@@ -493,7 +485,7 @@ LUMALANE_INLINE bytes<n> deal_pairs(const unsigned char *u, const unsigned char 
         return {_mm_unpacklo_epi8(load<8>(u).v, load<8>(v).v)};
     } else {
         return as_bytes(deal_chroma<count, 16>(u)) |
-               shuffled_blocks(in_each_block<32>(v), shuffle.upper_chroma[count - 1]);
+               shuffled(load_repeated(v), shuffle.upper_chroma[count - 1]);
     }
 }
 
@@ -569,8 +561,8 @@ LUMALANE_INLINE woven<3, n> weave_blocks(bytes<n> first, bytes<n> second, bytes<
     const bytes<n> b = shuffled(second, channel[1]);
     const bytes<n> c = shuffled(third, channel[2]);
     const auto pick = [](bytes<n> at_0, bytes<n> at_1, bytes<n> at_2) {
-        return choose(in_each_block<n>(shuffle.every_third[2]), at_2,
-                      choose(in_each_block<n>(shuffle.every_third[1]), at_1, at_0));
+        return choose(load<n>(shuffle.every_third[2]), at_2,
+                      choose(load<n>(shuffle.every_third[1]), at_1, at_0));
     };
     return {{pick(a, b, c), pick(b, c, a), pick(c, a, b)}};
 }
@@ -625,9 +617,9 @@ LUMALANE_INLINE woven<size, n> load_spread(const unsigned char *from) {
     } else if constexpr (size == 2) {
         return {{{widen(load<16>(from)).v}, {widen(load<16>(from + 16)).v}}};
     } else if constexpr (size == 3) {
-        return {{shuffled_blocks(in_each_block<32>(from), shuffle.spread[0]),
-                 shuffled_blocks(load<32>(from), shuffle.spread[2]),
-                 shuffled_blocks(in_each_block<32>(from + 16), shuffle.spread[1])}};
+        return {{shuffled(load_repeated(from), shuffle.spread[0]),
+                 shuffled(load<32>(from), shuffle.spread[2]),
+                 shuffled(load_repeated(from + 16), shuffle.spread[1])}};
     } else {
         const auto part = [&](int offset) -> bytes<32> {
             return {_mm256_cvtepu8_epi32(load<8>(from + offset).v)};
@@ -677,7 +669,7 @@ LUMALANE_INLINE coupled<n> load_coupled(const unsigned char *from) {
         const bytes<32> first = load_halves<32>(from, from + 8);
         const bytes<32> second = load_halves<32>(from + 24, from + 32);
         const auto words_of = [&](const unsigned char(&by)[2][32]) {
-            return as_words(shuffled_blocks(first, by[0]) | shuffled_blocks(second, by[1]));
+            return as_words(shuffled(first, by[0]) | shuffled(second, by[1]));
         };
         return {words_of(shuffle.triplets_bg), words_of(shuffle.triplets_rx)};
     }
@@ -689,7 +681,7 @@ LUMALANE_INLINE words<8> couple(words<8> a) {
 
 LUMALANE_INLINE words<16> couple(words<16> a) {
     const bytes<32> quarters{_mm256_permute4x64_epi64(a.v, _MM_SHUFFLE(3, 1, 2, 0))};
-    return as_words(shuffled_blocks(quarters, shuffle.couple));
+    return as_words(shuffled(quarters, shuffle.couple));
 }
 
 LUMALANE_INLINE words<16> even_couples(words<16> a, words<16> b) {
@@ -700,7 +692,7 @@ LUMALANE_INLINE words<16> even_couples(words<16> a, words<16> b) {
 // In every block the upper bytes of `a`, those of `b`.
 template <int n>
 LUMALANE_INLINE bytes<2 * n> upper_bytes(words<n> a, words<n> b, const unsigned char (&by)[2][32]) {
-    return shuffled_blocks(as_bytes(a), by[0]) | shuffled_blocks(as_bytes(b), by[1]);
+    return shuffled(as_bytes(a), by[0]) | shuffled(as_bytes(b), by[1]);
 }
 
 LUMALANE_INLINE bytes<16> uncouple(words<8> a, words<8> b) {
