@@ -49,6 +49,8 @@ target_compile_options(
             -fvisibility=hidden -Wmissing-declarations
             # No calls of memcpy or memset in place of our loops: there is nobody to provide them.
             $<$<CXX_COMPILER_ID:GNU>:-fno-tree-loop-distribute-patterns>
+            # Where a short loop happens to lie makes up to 1.5 times the difference.
+            $<$<CXX_COMPILER_ID:GNU>:-falign-loops=32>
             # Constants come from memory: made from general registers they would be made again in
             # every turn of a loop.
             $<$<CXX_COMPILER_ID:GNU>:-mtune-ctrl=^inter_unit_moves_to_vec>

@@ -214,7 +214,7 @@ private:
             blend_luma<n.count>(y, lower_row.y + x, at.y + video.lower + x, video.below_lower,
                                 at.sub_y + lower.sub + x, at.alpha + lower.sub + x);
         });
-        along_plane(count / 2, [&, u = adjusted.u(),
+        along_plane(count / 2, [&, at, video, lower, u = adjusted.u(),
                                 v = adjusted.v()](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
             const auto uv = video_chroma<n.count>(at, x, video);
             const auto upper_uv =
