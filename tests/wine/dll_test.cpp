@@ -40,7 +40,7 @@ int main(int argc, char **argv) {
     lumalane::kernel_table exported{};
     bool complete = true;
 #define LUMALANE_EXPORT(signature, name)                                                           \
-    complete &= look_up(dll, LUMALANE_DECORATED_NAME("PA", signature, name), exported.name);
+    complete &= look_up(dll, LUMALANE_DECORATED_NAME(signature, name), exported.name);
 #include "frame/exports.inc"
 #undef LUMALANE_EXPORT
     if (!complete)
