@@ -1,16 +1,14 @@
 // How the arguments of each signature are drawn, and what several signatures need for it.
 #pragma once
 
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
 #include <string_view>
 
 #include "tests/differential/drawn_call.h"
 
 namespace differential {
-
-template <class... Arguments>
-using model_of = void(model::memory &, Arguments...);
-template <class... Arguments>
-using function_of = void (*)(Arguments...);
 
 // One function per signature that frame/exports.inc uses.
 drawn_call draw_parameters(random &, const char *name, void (*on_model)(model::memory &, void *),
@@ -56,6 +54,31 @@ draw_frame_stretch(random &, const char *name,
 // place of its destination: its name spells them.
 int destination_row_bytes(std::string_view name, int width);
 
+// The row of a table that lies in `file`. One that is missing ends the program.
+template <class Row, std::size_t count>
+const Row &find_by_name(const Row (&table)[count], std::string_view name, const char *file) {
+    for (const Row &row : table)
+        if (row.name == name)
+            return row;
+    std::fprintf(stderr, "%s needs a row in the table in %s\n", std::string(name).c_str(), file);
+    std::abort();
+}
+
+// Shapes that `regular` draws, some that are so but for one thing, and any, a third each.
+template <class Shape, class Of>
+Shape draw_one_of(random &r, const Of &of, Shape (*regular)(random &, const Of &),
+                  Shape (*almost_regular)(random &, const Of &),
+                  Shape (*irregular)(random &, const Of &)) {
+    switch (r.between(0, 2)) {
+    case 0:
+        return regular(r, of);
+    case 1:
+        return almost_regular(r, of);
+    default:
+        return irregular(r, of);
+    }
+}
+
 // How large a picture is and how its rows lie: regular, regular but for one thing, or anything.
 struct shape {
     int width, height;
@@ -71,6 +94,9 @@ int draw_irregular_pitch(random &, int row_bytes);
 
 // Mostly one that exists.
 unsigned draw_rgb16_layout(random &);
+
+// A record that has no more than the layout.
+spot add_rgb16_info(drawn_call &, unsigned rgb16_layout);
 
 // A colour key; mostly one that a surface without a fourth byte can hold.
 unsigned draw_key(random &);

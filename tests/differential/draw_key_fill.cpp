@@ -1,5 +1,3 @@
-#include <cstdio>
-
 #include "tests/differential/draw.h"
 
 namespace differential {
@@ -17,10 +15,11 @@ drawn_call draw_key_fill(random &r, const char *name,
         return std::tuple(key, at.at<void>(surface), s.width, s.height, reserved, s.dst_pitch);
     });
 
-    char text[200];
-    std::snprintf(text, sizeof text, "key 0x%08x, surface %+d, width %d, height %d, pitch %d", key,
-                  static_cast<int>(surface.offset), s.width, s.height, s.dst_pitch);
-    drawn.arguments = text;
+    drawn.tell_bits("key", key);
+    drawn.tell("surface", surface);
+    drawn.tell("width", s.width);
+    drawn.tell("height", s.height);
+    drawn.tell("pitch", s.dst_pitch);
     return drawn;
 }
 

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdio>
 
 #include "tests/differential/draw.h"
 
@@ -47,14 +46,13 @@ drawn_call draw_mask(random &r, const char *name,
                           s.height);
     });
 
-    char text[200];
-    std::snprintf(text, sizeof text,
-                  "dst %s%+d, mask mask%+d, mask_value 0x%08x, key_value 0x%08x, width %d, "
-                  "pitch %d, height %d",
-                  drawn.buffers[dst.buffer].name, static_cast<int>(dst.offset),
-                  static_cast<int>(mask.offset), mask_value, key_value, s.width, s.dst_pitch,
-                  s.height);
-    drawn.arguments = text;
+    drawn.tell("dst", dst);
+    drawn.tell("mask", mask);
+    drawn.tell_bits("mask_value", mask_value);
+    drawn.tell_bits("key_value", key_value);
+    drawn.tell("width", s.width);
+    drawn.tell("pitch", s.dst_pitch);
+    drawn.tell("height", s.height);
     return drawn;
 }
 

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdio>
 
 #include "tests/differential/draw.h"
 
@@ -153,12 +152,7 @@ drawn_call draw_mix(random &r, const char *name,
         drawn.buffers[l.alpha.buffer].patches = {
             {l.alpha.offset, draw_alpha(r, s.height * std::max(1, (s.width + 15) / 16))}};
 
-    const spot info{drawn.add({"adjust_info", sizeof(tag_ajust_contrast_info),
-                               [=](void *record, const placement &) {
-                                   static_cast<tag_ajust_contrast_info *>(record)->rgb16_layout =
-                                       rgb16_layout;
-                               }}),
-                    0};
+    const spot info = add_rgb16_info(drawn, rgb16_layout);
     // Pointers that the function does not read are null or lie in unmapped memory. What the record
     // reserves keeps its random bytes.
     const spot unread{drawn.add({"unread"}), 0};
@@ -188,19 +182,18 @@ drawn_call draw_mix(random &r, const char *name,
     drawn.call(on_model, function,
                [=](const placement &at) { return std::tuple(at.at<tagMIX_INFO>(record)); });
 
-    char text[400];
-    const auto buffer_of = [&](spot p) { return drawn.buffers[p.buffer].name; };
-    const auto offset_of = [](spot p) { return static_cast<int>(p.offset); };
-    std::snprintf(text, sizeof text,
-                  "video_pitch %d, sub_pitch %d, dst_pitch %d, width %d, height %d, "
-                  "alpha_plane %s%+d, sub_y %s%+d, sub_v %s%+d, sub_u %s%+d, dst %s%+d, "
-                  "color_key 0x%08x, rgb16_layout %u",
-                  drawn_sizes.video_pitch, drawn_sizes.sub_pitch, drawn_sizes.dst_pitch,
-                  drawn_sizes.width, drawn_sizes.height, buffer_of(l.alpha), offset_of(l.alpha),
-                  buffer_of(l.sub_y), offset_of(l.sub_y), buffer_of(l.sub_v), offset_of(l.sub_v),
-                  buffer_of(l.sub_u), offset_of(l.sub_u), buffer_of(l.dst), offset_of(l.dst), key,
-                  rgb16_layout);
-    drawn.arguments = text;
+    drawn.tell("video_pitch", drawn_sizes.video_pitch);
+    drawn.tell("sub_pitch", drawn_sizes.sub_pitch);
+    drawn.tell("dst_pitch", drawn_sizes.dst_pitch);
+    drawn.tell("width", drawn_sizes.width);
+    drawn.tell("height", drawn_sizes.height);
+    drawn.tell("alpha_plane", l.alpha);
+    drawn.tell("sub_y", l.sub_y);
+    drawn.tell("sub_v", l.sub_v);
+    drawn.tell("sub_u", l.sub_u);
+    drawn.tell("dst", l.dst);
+    drawn.tell_bits("color_key", key);
+    drawn.tell("rgb16_layout", rgb16_layout);
     return drawn;
 }
 

@@ -1,5 +1,4 @@
 #include <bit>
-#include <cstdio>
 #include <cstdlib>
 
 #include "tests/differential/draw.h"
@@ -8,6 +7,15 @@ namespace differential {
 
 unsigned draw_rgb16_layout(random &r) {
     return r.one_in(8) ? r.one_of({4, 7, -1}) : r.between(0, 3);
+}
+
+spot add_rgb16_info(drawn_call &drawn, unsigned rgb16_layout) {
+    return {drawn.add({"adjust_info", sizeof(tag_ajust_contrast_info),
+                       [=](void *record, const placement &) {
+                           static_cast<tag_ajust_contrast_info *>(record)->rgb16_layout =
+                               rgb16_layout;
+                       }}),
+            0};
 }
 
 namespace {
@@ -84,18 +92,17 @@ drawn_call draw_picture(random &r, const char *name,
                           s.height, s.src_pitch, s.dst_pitch, at.at<tag_ajust_contrast_info>(info));
     });
 
-    char text[400];
-    const auto buffer_of = [&](spot p) { return drawn.buffers[p.buffer].name; };
-    const auto offset_of = [](spot p) { return static_cast<int>(p.offset); };
-    std::snprintf(text, sizeof text,
-                  "width %d, height %d, src_pitch %d, dst_pitch %d, src %s%+d, src_u %s%+d, "
-                  "src_v %s%+d, dst %s%+d, rgb16_layout %u, surface_height %d, "
-                  "rows_to_plane_end %d",
-                  s.width, s.height, s.src_pitch, s.dst_pitch, buffer_of(l.src), offset_of(l.src),
-                  buffer_of(l.src_u), offset_of(l.src_u), buffer_of(l.src_v), offset_of(l.src_v),
-                  buffer_of(l.dst), offset_of(l.dst), surface.rgb16_layout, surface.surface_height,
-                  surface.rows_to_plane_end);
-    drawn.arguments = text;
+    drawn.tell("width", s.width);
+    drawn.tell("height", s.height);
+    drawn.tell("src_pitch", s.src_pitch);
+    drawn.tell("dst_pitch", s.dst_pitch);
+    drawn.tell("src", l.src);
+    drawn.tell("src_u", l.src_u);
+    drawn.tell("src_v", l.src_v);
+    drawn.tell("dst", l.dst);
+    drawn.tell("rgb16_layout", surface.rgb16_layout);
+    drawn.tell("surface_height", surface.surface_height);
+    drawn.tell("rows_to_plane_end", surface.rows_to_plane_end);
     return drawn;
 }
 

@@ -32,7 +32,7 @@ int draw_irregular_pitch(random &r, int row_bytes) {
 namespace {
 
 // Widths on the step of 16 (on and off 32), even heights, rows that do not overlap.
-shape draw_regular(random &r, std::string_view name) {
+shape draw_regular(random &r, const std::string_view &name) {
     shape s;
     s.width = 16 * r.between(1, r.one_of({3, 44, 44, 120}));
     s.height = 2 * r.between(1, 8);
@@ -42,7 +42,7 @@ shape draw_regular(random &r, std::string_view name) {
     return s;
 }
 
-shape draw_irregular(random &r, std::string_view name) {
+shape draw_irregular(random &r, const std::string_view &name) {
     shape s;
     s.width = r.between(0, r.one_in(4) ? 700 : 100);
     s.height = r.between(0, r.one_in(4) ? 40 : 9);
@@ -52,7 +52,7 @@ shape draw_irregular(random &r, std::string_view name) {
 }
 
 // Regular but for one thing.
-shape draw_almost_regular(random &r, std::string_view name) {
+shape draw_almost_regular(random &r, const std::string_view &name) {
     shape s = draw_regular(r, name);
     switch (r.between(0, 3)) {
     case 0:
@@ -73,14 +73,7 @@ shape draw_almost_regular(random &r, std::string_view name) {
 } // namespace
 
 shape draw_shape(random &r, std::string_view name) {
-    switch (r.between(0, 2)) {
-    case 0:
-        return draw_regular(r, name);
-    case 1:
-        return draw_almost_regular(r, name);
-    default:
-        return draw_irregular(r, name);
-    }
+    return draw_one_of(r, name, draw_regular, draw_almost_regular, draw_irregular);
 }
 
 } // namespace differential

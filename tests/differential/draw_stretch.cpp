@@ -1,7 +1,5 @@
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
-#include <iterator>
 
 #include "tests/differential/draw.h"
 
@@ -35,11 +33,6 @@ constexpr stretch_function stretch_functions[] = {
     {"strech_pic_1X2_adjust", 1, 16, 1, 2},
     {"strech_opt_yuy2_ajust", 2, 32, 1, -9},
 };
-
-const stretch_function &stretch_function_of(std::string_view name) {
-    return *std::find_if(std::begin(stretch_functions), std::end(stretch_functions),
-                         [&](const stretch_function &f) { return f.name == name; });
-}
 
 // From the least one on.
 int draw_width(random &r, const stretch_function &f, int most) {
@@ -90,10 +83,11 @@ shape draw_almost_regular(random &r, const stretch_function &f) {
     return s;
 }
 
-std::string tell(const shape &s) {
-    return "width " + std::to_string(s.width) + ", height " + std::to_string(s.height) +
-           ", src_pitch " + std::to_string(s.src_pitch) + ", dst_pitch " +
-           std::to_string(s.dst_pitch);
+void tell(drawn_call &drawn, const shape &s) {
+    drawn.tell("width", s.width);
+    drawn.tell("height", s.height);
+    drawn.tell("src_pitch", s.src_pitch);
+    drawn.tell("dst_pitch", s.dst_pitch);
 }
 
 // A buffer that nobody touches.
@@ -117,7 +111,7 @@ drawn_call draw_packed(random &r, const char *name, Model on_model, Function fun
                 [&](auto... spots) { return std::tuple(at.at<tag_ajust_contrast_info>(spots)...); },
                 unread_records));
     });
-    drawn.arguments = tell(s);
+    tell(drawn, s);
     return drawn;
 }
 
@@ -144,15 +138,8 @@ patch draw_edges(random &r, std::ptrdiff_t offset, int pitch, int rows) {
 } // namespace
 
 shape draw_stretch_shape(random &r, std::string_view name) {
-    const stretch_function &f = stretch_function_of(name);
-    switch (r.between(0, 2)) {
-    case 0:
-        return draw_regular(r, f);
-    case 1:
-        return draw_almost_regular(r, f);
-    default:
-        return draw_irregular(r, f);
-    }
+    const stretch_function &f = find_by_name(stretch_functions, name, __FILE__);
+    return draw_one_of(r, f, draw_regular, draw_almost_regular, draw_irregular);
 }
 
 drawn_call
@@ -180,7 +167,7 @@ draw_plane_stretch(random &r, const char *name,
     drawn.call(on_model, function, [=](const placement &at) {
         return std::tuple(at.at(src), at.at(dst), s.width, s.height, s.src_pitch, s.dst_pitch);
     });
-    drawn.arguments = tell(s);
+    tell(drawn, s);
     return drawn;
 }
 
@@ -198,7 +185,8 @@ drawn_call draw_plane_stretch_ajust(
         return std::tuple(at.at(src), at.at(dst), s.width, s.height, s.src_pitch, s.dst_pitch,
                           at.at<tag_ajust_contrast_info>(info), plane_number);
     });
-    drawn.arguments = tell(s) + ", plane_number " + std::to_string(plane_number);
+    tell(drawn, s);
+    drawn.tell("plane_number", plane_number);
     return drawn;
 }
 
@@ -237,8 +225,9 @@ draw_frame_stretch(random &r, const char *name,
         return std::tuple(at.at<tagVideoFrame>(frame), start, s.height, at.at(dst), s.dst_pitch,
                           at.at<tag_ajust_contrast_info>(info));
     });
-    drawn.arguments =
-        tell(s) + ", field_mode " + std::to_string(field_mode) + ", start " + std::to_string(start);
+    tell(drawn, s);
+    drawn.tell("field_mode", field_mode);
+    drawn.tell("start", start);
     return drawn;
 }
 

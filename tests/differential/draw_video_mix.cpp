@@ -1,7 +1,5 @@
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
-#include <iterator>
 
 #include "tests/differential/draw.h"
 
@@ -83,17 +81,6 @@ mix_shape draw_almost_regular(random &r, const mix_function &f) {
     return s;
 }
 
-mix_shape draw_shape(random &r, const mix_function &f) {
-    switch (r.between(0, 2)) {
-    case 0:
-        return draw_regular(r, f);
-    case 1:
-        return draw_almost_regular(r, f);
-    default:
-        return draw_irregular(r, f);
-    }
-}
-
 // Subpictures that are seen in places, everywhere and nowhere, at every weight.
 patch draw_alpha(random &r, std::ptrdiff_t offset, const mix_shape &s) {
     const int rows_bytes = (std::abs(s.height) + 4) * s.sub_pitch;
@@ -147,23 +134,17 @@ layout draw_layout(random &r, drawn_call &drawn, const mix_function &f, const mi
 drawn_call draw_video_mix(random &r, const char *name,
                           void (*on_model)(model::memory &, LUMALANE_PARAMETERS_mix),
                           void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_mix)) {
-    const mix_function &f = *std::find_if(std::begin(mix_functions), std::end(mix_functions),
-                                          [&](const mix_function &g) { return g.name == name; });
+    const mix_function &f = find_by_name(mix_functions, name, __FILE__);
     drawn_call drawn;
     drawn.contrast = draw_contrast(r);
-    const mix_shape s = draw_shape(r, f);
+    const mix_shape s = draw_one_of(r, f, draw_regular, draw_almost_regular, draw_irregular);
     const layout l = draw_layout(r, drawn, f, s);
 
     const bool with_info = f.name.find("rgb16") != f.name.npos;
     const unsigned rgb16_layout = draw_rgb16_layout(r);
     spot info{};
     if (with_info)
-        info = {drawn.add({"adjust_info", sizeof(tag_ajust_contrast_info),
-                           [=](void *record, const placement &) {
-                               static_cast<tag_ajust_contrast_info *>(record)->rgb16_layout =
-                                   rgb16_layout;
-                           }}),
-                0};
+        info = add_rgb16_info(drawn, rgb16_layout);
 
     // The fields that the function does not read keep random bytes, pointers included.
     const spot mix{drawn.add({"mix", sizeof(tagMIX_INFO),
@@ -193,29 +174,24 @@ drawn_call draw_video_mix(random &r, const char *name,
     drawn.call(on_model, function,
                [=](const placement &at) { return std::tuple(at.at<tagMIX_INFO>(mix)); });
 
-    char text[500];
-    int length =
-        std::snprintf(text, sizeof text,
-                      "width %d, height %d, video_pitch %d, sub_pitch %d, dst_pitch %d, "
-                      "rgb16_layout %u",
-                      s.width, s.height, s.video_pitch, s.sub_pitch, s.dst_pitch, rgb16_layout);
-    const auto tell = [&](const char *plane, spot p) {
-        length += std::snprintf(text + length, sizeof text - length, ", %s %s%+d", plane,
-                                drawn.buffers[p.buffer].name, static_cast<int>(p.offset));
-    };
-    tell("video_y", l.video_y);
-    tell("video_v", l.video_v);
-    tell("video_u", l.video_u);
-    tell("alpha_plane", l.alpha_plane);
-    tell("sub_y", l.sub_y);
-    tell("sub_v", l.sub_v);
-    tell("sub_u", l.sub_u);
-    tell("dst", l.dst);
+    drawn.tell("width", s.width);
+    drawn.tell("height", s.height);
+    drawn.tell("video_pitch", s.video_pitch);
+    drawn.tell("sub_pitch", s.sub_pitch);
+    drawn.tell("dst_pitch", s.dst_pitch);
+    drawn.tell("rgb16_layout", rgb16_layout);
+    drawn.tell("video_y", l.video_y);
+    drawn.tell("video_v", l.video_v);
+    drawn.tell("video_u", l.video_u);
+    drawn.tell("alpha_plane", l.alpha_plane);
+    drawn.tell("sub_y", l.sub_y);
+    drawn.tell("sub_v", l.sub_v);
+    drawn.tell("sub_u", l.sub_u);
+    drawn.tell("dst", l.dst);
     if (f.planar) {
-        tell("dst_u", l.dst_u);
-        tell("dst_v", l.dst_v);
+        drawn.tell("dst_u", l.dst_u);
+        drawn.tell("dst_v", l.dst_v);
     }
-    drawn.arguments = text;
     return drawn;
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <functional>
 #include <string>
 #include <tuple>
@@ -50,7 +51,7 @@ struct buffer {
 };
 
 struct drawn_call {
-    std::string arguments; // for people
+    std::string arguments; // for people; see tell()
     std::vector<buffer> buffers;
     contrast_data contrast; // set before the call
     std::function<void(model::memory &, const placement &)> on_model;
@@ -60,6 +61,21 @@ struct drawn_call {
     std::size_t add(buffer b) {
         buffers.push_back(std::move(b));
         return buffers.size() - 1;
+    }
+
+    // Describes an argument.
+    void tell(const char *name, const std::string &value) {
+        arguments += (arguments.empty() ? "" : ", ") + std::string(name) + ' ' + value;
+    }
+    void tell(const char *name, long long value) { tell(name, std::to_string(value)); }
+    void tell(const char *name, spot place) {
+        tell(name, buffers[place.buffer].name + std::string(place.offset < 0 ? "" : "+") +
+                       std::to_string(place.offset));
+    }
+    void tell_bits(const char *name, unsigned bits) {
+        char text[16];
+        std::snprintf(text, sizeof text, "0x%08x", bits);
+        tell(name, text);
     }
 
     // Makes the call out of the tuple of arguments that `arguments_at` gives for a placement.
