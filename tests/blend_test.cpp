@@ -1,5 +1,5 @@
 // Every alpha byte with every pair of samples, through each plane of mix_ayv12_yv12_p(); and blends
-// of every weight with the adjustment behind them, through mix_ayv12_yv12_p_ajust().
+// of every weight with the adjustment behind them, at many gains, through mix_ayv12_yv12_p_ajust().
 #include <cstdio>
 #include <cstring>
 #include <vector>
@@ -64,52 +64,58 @@ TEST_P(blend_test, is_that_of_the_model_for_every_alpha_and_pair_of_samples) {
     std::printf("%s: %u blends proven on each plane\n", tests::name_of(GetParam()).c_str(), proven);
 }
 
-TEST_P(blend_test, is_adjusted_as_the_model_does_for_every_weight_and_gain) {
-    // A row of luma for every weight, and one of chroma for every second.
-    constexpr int width = 256, rows = 18, chroma_width = width / 2;
+TEST_P(blend_test, is_adjusted_as_the_model_does_for_every_weight_and_many_gains) {
+    // For every weight, and for two alphas that count as the greatest one, a row of chroma and two
+    // of luma: a chroma row has the alpha of the upper one.
+    constexpr int width = 256, alphas = 19, rows = 2 * alphas, chroma_width = width / 2;
+    const auto alpha_of = [](int row) {
+        return static_cast<unsigned char>(row / 2 == alphas - 1 ? 255 : row / 2);
+    };
     bytes video(width * rows), sub(width * rows), alpha(width * rows);
     for (int i = 0; i < width * rows; ++i) {
         video[i] = static_cast<unsigned char>(i);
         sub[i] = static_cast<unsigned char>(i * 37 + i / width);
-        alpha[i] = static_cast<unsigned char>(i / width);
+        alpha[i] = alpha_of(i / width);
     }
-    const auto blended = [&](int video_at, int sub_at, int row) {
-        return model::blend(video[video_at], sub[sub_at], static_cast<unsigned char>(row));
-    };
-    bytes y(width * rows), u(chroma_width * rows / 2), v(u.size());
-    bytes expected_y(y.size()), expected_u(u.size()), expected_v(u.size());
+    bytes y(width * rows), u(chroma_width * alphas), v(u.size());
+    bytes blended_y(y.size()), blended_uv(u.size());
+    for (int row = 0; row < rows; ++row)
+        for (int x = 0; x < width; ++x) {
+            const int at = row * width + x;
+            blended_y[at] = model::blend(video[at], sub[at], alpha_of(row));
+        }
+    for (int row = 0; row < alphas; ++row)
+        for (int x = 0; x < chroma_width; ++x) {
+            // The video's chroma rows follow each other, of the subpicture's every second one is
+            // taken.
+            const int at = row * chroma_width + x;
+            blended_uv[at] =
+                model::blend(video[at], sub[2 * row * chroma_width + x], alpha_of(2 * row));
+        }
 
+    unsigned long proven = 0;
     // All gains that may be gentle, and enough of the others.
     for (int gain = 0; gain < 65536; gain += gain < 1100 ? 1 : 13) {
         contrast_data parameters{gain, gain, 5, -40, 200, 0, 0, 0};
         get_contrast_data(&parameters);
-        const auto adjusted = [&](unsigned char sample, int offset) {
-            return model::adjust(
-                sample, {static_cast<std::int16_t>(gain), static_cast<std::int16_t>(offset)});
+        const auto adjusted = [&](bytes samples, int offset) {
+            for (unsigned char &sample : samples)
+                sample = model::adjust(
+                    sample, {static_cast<std::int16_t>(gain), static_cast<std::int16_t>(offset)});
+            return samples;
         };
-        for (int row = 0; row < rows; ++row)
-            for (int x = 0; x < width; ++x)
-                expected_y[row * width + x] =
-                    adjusted(blended(row * width + x, row * width + x, row), 5);
-        for (int row = 0; row < rows / 2; ++row)
-            for (int x = 0; x < chroma_width; ++x) {
-                // The video's chroma rows follow each other, of the subpicture's every second one
-                // is taken.
-                const int at = row * chroma_width + x;
-                const unsigned char sample = blended(at, 2 * row * chroma_width + x, 2 * row);
-                expected_u[at] = adjusted(sample, -40);
-                expected_v[at] = adjusted(sample, 200);
-            }
-
         tagMIX_INFO mix = mix_of(video, sub, alpha, width, rows);
         mix.dst = y.data();
         mix.dst_u = u.data();
         mix.dst_v = v.data();
         mix_ayv12_yv12_p_ajust(&mix);
-        ASSERT_EQ(y, expected_y) << "gain " << gain;
-        ASSERT_EQ(u, expected_u) << "gain " << gain;
-        ASSERT_EQ(v, expected_v) << "gain " << gain;
+        ASSERT_EQ(y, adjusted(blended_y, 5)) << "gain " << gain;
+        ASSERT_EQ(u, adjusted(blended_uv, -40)) << "gain " << gain;
+        ASSERT_EQ(v, adjusted(blended_uv, 200)) << "gain " << gain;
+        proven += y.size() + u.size() + v.size();
     }
+    EXPECT_EQ(proven, (1100ul + (65536 - 1100 + 12) / 13) * width * rows * 3 / 2);
+    std::printf("%s: %lu adjusted blends\n", tests::name_of(GetParam()).c_str(), proven);
 }
 
 INSTANTIATE_ON_EACH_LANE_SET(blend_test);
