@@ -225,7 +225,9 @@ TEST_P(operations_test, are_the_portable_ones) {
                           << report(tested, *definition, *compared.difference);
         ++operations;
         inputs += compared.inputs;
+        EXPECT_GT(compared.inputs, 0) << declaration(tested);
     }
+    EXPECT_GT(operations, 0);
     std::printf("%s: %d operations, %lld inputs\n", tests::name_of(GetParam()).c_str(), operations,
                 inputs);
 }
@@ -240,7 +242,9 @@ class weavings_test : public tests::on_each_lane_set {};
 TEST_P(weavings_test, leave_in_memory_order) {
     constexpr unsigned char untouched = 0xa5;
     differential::random random(1);
-    for (const tests::weaving &w : probe_of(GetParam()).weavings)
+    const auto &weavings = probe_of(GetParam()).weavings;
+    ASSERT_GT(weavings.size, 0);
+    for (const tests::weaving &w : weavings)
         for (int i = 0; i < 1000; ++i) {
             std::vector<unsigned char> planes(w.channels * w.samples);
             for (unsigned char &sample : planes)

@@ -53,7 +53,9 @@ void prove(const tests::rgb16_packing &packing, unsigned layout) {
 }
 
 TEST_P(rgb16_packing_test, is_that_of_the_model_for_every_colour) {
-    for (const tests::rgb16_packing &packing : tests::probe_of(GetParam()).rgb16_packings)
+    const auto &packings = tests::probe_of(GetParam()).rgb16_packings;
+    ASSERT_GT(packings.size, 0);
+    for (const tests::rgb16_packing &packing : packings)
         for (const unsigned layout : {0u, 1u, 2u, 3u})
             prove(packing, layout);
 }
