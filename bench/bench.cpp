@@ -43,15 +43,45 @@ constexpr char copy[] = "memcpy";
 
 std::string column(const std::string &lanes) { return "Lumalane " + lanes; }
 
+// What is measured: a job on a picture.
+struct measurement {
+    const job *what;
+    size picture;
+    std::string name;
+};
+
+std::vector<measurement> choose(const std::vector<size> &pictures, const std::regex &filter) {
+    std::vector<measurement> chosen;
+    for (size picture : pictures)
+        for (const job &job : jobs) {
+            std::ostringstream name;
+            name << picture << '/' << title(job);
+            if (std::regex_search(name.str(), filter))
+                chosen.push_back({&job, picture, name.str()});
+        }
+    return chosen;
+}
+
+// Their jobs, each once.
+std::vector<const job *> jobs_of(const std::vector<measurement> &chosen) {
+    std::vector<const job *> found;
+    for (const job &job : jobs)
+        if (std::any_of(chosen.begin(), chosen.end(),
+                        [&](const measurement &m) { return m.what == &job; }))
+            found.push_back(&job);
+    return found;
+}
+
 // Everybody who may compete, in the order of the columns.
-std::vector<std::string> contestant_names(const options &options) {
+std::vector<std::string> contestant_names(const std::vector<const job *> &jobs,
+                                          const options &options) {
     std::vector<std::string> names;
     for (const std::string &lanes : options.lanes)
         names.push_back(column(lanes));
     if (!options.beside_name.empty())
         names.push_back(options.beside_name);
-    for (const job &job : jobs)
-        for (const peer &peer : peers_of(job))
+    for (const job *job : jobs)
+        for (const peer &peer : peers_of(*job))
             if (std::find(names.begin(), names.end(), peer.library) == names.end())
                 names.push_back(peer.library);
     names.push_back(copy);
@@ -96,36 +126,28 @@ void measure(benchmark::State &state, const job &job, size picture, const option
     }
 }
 
-void print_head(const options &options, std::ostream &out) {
+void print_head(const std::vector<const job *> &jobs, const options &options, std::ostream &out) {
     out << "Measured on " << machine() << "; libyuv " << libyuv_version() << ", libswscale "
         << swscale_version() << ".\n"
         << "Nanoseconds per pixel, medians of " << options.rounds << " rounds of at least "
         << options.milliseconds << " ms each. In brackets: how many times as long as "
         << column(options.lanes.front()) << " (median of the rounds' quotients).\n\n"
         << "| Function | Bytes per pixel | Peers |\n|---|---:|---|\n";
-    for (const job &job : jobs) {
-        out << "| `" << title(job) << "` | " << job.bytes_per_pixel << " | ";
-        for (const peer &peer : peers_of(job))
+    for (const job *job : jobs) {
+        out << "| `" << title(*job) << "` | " << job->bytes_per_pixel << " | ";
+        for (const peer &peer : peers_of(*job))
             out << peer.library << ' ' << peer.way << ", ";
         out << copy << " |\n";
     }
 }
 
-void add_measurements(const std::vector<size> &pictures, const std::regex &filter,
-                      const options &options) {
-    for (size picture : pictures)
-        for (const job &job : jobs) {
-            std::ostringstream name;
-            name << picture << '/' << title(job);
-            if (!std::regex_search(name.str(), filter))
-                continue;
-            const auto run = [&options, &job, picture](benchmark::State &state) {
-                measure(state, job, picture, options);
-            };
-            benchmark::RegisterBenchmark(name.str().c_str(), run)
-                ->Iterations(options.rounds)
-                ->UseManualTime();
-        }
+void add(const measurement &chosen, const options &options) {
+    const auto run = [&](benchmark::State &state) {
+        measure(state, *chosen.what, chosen.picture, options);
+    };
+    benchmark::RegisterBenchmark(chosen.name.c_str(), run)
+        ->Iterations(options.rounds)
+        ->UseManualTime();
 }
 
 int run(int argc, char **argv) {
@@ -160,7 +182,12 @@ int run(int argc, char **argv) {
 
     options.beside_name = beside.substr(0, beside.find('='));
     options.beside_program = beside.substr(beside.find('=') + 1);
-    add_measurements(pictures, std::regex(filter), options);
+    const std::vector<measurement> chosen = choose(pictures, std::regex(filter));
+    const std::vector<const job *> chosen_jobs = jobs_of(chosen);
+    if (chosen.empty())
+        throw std::runtime_error("nothing is named " + filter);
+    for (const measurement &measured : chosen)
+        add(measured, options);
 
     std::string program = argv[0];
     std::string out = "--benchmark_out=" + json;
@@ -171,8 +198,8 @@ int run(int argc, char **argv) {
     std::ofstream csv_file(csv);
     if (!csv_file)
         throw std::runtime_error("cannot write " + csv);
-    report report(contestant_names(options), std::cout, csv_file);
-    print_head(options, std::cout);
+    report report(contestant_names(chosen_jobs, options), std::cout, csv_file);
+    print_head(chosen_jobs, options, std::cout);
     return benchmark::RunSpecifiedBenchmarks(&report) ? 0 : 1;
 }
 
