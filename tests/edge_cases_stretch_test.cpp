@@ -850,6 +850,18 @@ TEST_P(frame_stretches, prefer_the_lowest_of_the_directions_that_match_equally) 
     EXPECT_EQ(luma_of(1)[32], 50);
 }
 
+TEST_P(frame_stretches, tell_the_greatest_cost_from_the_next_lower_one) {
+    // Black above white costs 4 * 255 in every direction but those that meet the one sample of 254.
+    // At pixel 40 that is the last direction alone; before pixel 36 none leads straight to it.
+    for (int r = 0; r < 8; ++r)
+        fill_row(y, r, length, r % 2 == 0 ? 0 : 255);
+    y[length + 38] = 254;
+    stretch_frame();
+    bytes expected(length, 128);
+    std::fill(expected.begin() + 36, expected.begin() + 41, byte(127));
+    EXPECT_EQ(luma_of(1), expected);
+}
+
 TEST_P(frame_stretches, adjust_after_the_search) {
     draw_edge(y, length, 32, 32);
     set_contrast({64, 64, -50, 7, -9, 0, 0, 0});
