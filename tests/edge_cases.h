@@ -1,6 +1,7 @@
 // What the tests of edge cases share: a picture, a surface and what was written on it.
 #pragma once
 
+#include <algorithm>
 #include <ostream>
 #include <vector>
 
@@ -29,9 +30,25 @@ protected:
 
     bytes dst = bytes(1 << 16, untouched);
 
-    // Bytes of the destination.
-    bytes written(std::size_t count, std::size_t at = 0) const {
-        return {dst.begin() + at, dst.begin() + at + count};
+    static unsigned char byte(int value) { return static_cast<unsigned char>(value); }
+
+    // So many bytes of a plane, and of the destination.
+    static bytes slice(const bytes &plane, std::size_t count, std::size_t at = 0) {
+        return {plane.begin() + at, plane.begin() + at + count};
+    }
+    bytes written(std::size_t count, std::size_t at = 0) const { return slice(dst, count, at); }
+
+    static void fill_row(bytes &plane, int row, int row_bytes, int sample) {
+        std::fill_n(plane.begin() + row * row_bytes, row_bytes, byte(sample));
+    }
+
+    // The pixel that a colour becomes.
+    static bytes rgb32(int y_sample, int u_sample, int v_sample) {
+        bytes luma(32, byte(y_sample)), cb(8, byte(u_sample)), cr(8, byte(v_sample));
+        bytes converted(128);
+        loadimage_rgb32(luma.data(), cb.data(), cr.data(), converted.data(), 16, 2, 16, 64,
+                        nullptr);
+        return slice(converted, 4);
     }
 
     // Where the destination does not hold the mark any more. White never equals it.

@@ -30,9 +30,6 @@ protected:
     static void assign(bytes &plane, int sample) {
         plane.assign(plane.size(), static_cast<unsigned char>(sample));
     }
-    static void fill_row(bytes &plane, int at, int count, int sample) {
-        std::fill_n(plane.begin() + at, count, static_cast<unsigned char>(sample));
-    }
     void fill_sub(int y_sample, int u_sample, int v_sample) {
         assign(sub_y, y_sample);
         assign(sub_u, u_sample);
@@ -71,31 +68,17 @@ protected:
         function(&mix);
     }
 
-    // As many bytes of a plane from there on.
-    static bytes of(const bytes &plane, int at, int count) {
-        return {plane.begin() + at, plane.begin() + at + count};
-    }
-    // The first pixel that a colour becomes.
-    static bytes rgb32(int y_sample, int u_sample, int v_sample) {
-        bytes luma(32, static_cast<unsigned char>(y_sample));
-        bytes cb(8, static_cast<unsigned char>(u_sample));
-        bytes cr(8, static_cast<unsigned char>(v_sample));
-        bytes converted(128);
-        loadimage_rgb32(luma.data(), cb.data(), cr.data(), converted.data(), 16, 2, 16, 64,
-                        nullptr);
-        return of(converted, 0, 4);
-    }
     // The pixel of an RGB32 surface.
-    bytes pixel(int row, int x) const { return of(dst, row * dst_pitch + 4 * x, 4); }
+    bytes pixel(int row, int x) const { return written(4, row * dst_pitch + 4 * x); }
     // Of a YUY2 surface: Y, U, Y and V of a pair.
-    bytes pair(int row, int x) const { return of(dst, row * dst_pitch + 2 * x, 4); }
+    bytes pair(int row, int x) const { return written(4, row * dst_pitch + 2 * x); }
 
     // Rows of luma that can be told apart: 10, 50, 90 ..., and rows of chroma: 60, 80, 100 ...
     void number_video_rows() {
         for (int row = 0; row < 6; ++row) {
-            fill_row(y, row * pitch, pitch, 10 + 40 * row);
-            fill_row(u, row * chroma_pitch, chroma_pitch, 60 + 20 * row);
-            fill_row(v, row * chroma_pitch, chroma_pitch, 61 + 20 * row);
+            fill_row(y, row, pitch, 10 + 40 * row);
+            fill_row(u, row, chroma_pitch, 60 + 20 * row);
+            fill_row(v, row, chroma_pitch, 61 + 20 * row);
         }
     }
 };
@@ -329,24 +312,24 @@ TEST_P(mixes, yv12_chroma_has_the_alpha_of_the_second_pixel_in_the_first_row) {
             for (int x = row % 2; x < 32; x += 2)
                 alpha[row * pitch + x] = 16;
         run(function, 32, 4);
-        EXPECT_EQ(of(dst_u, 0, 16), bytes(16, 90));
-        EXPECT_EQ(of(dst_v, 512, 16), bytes(16, 160));
-        EXPECT_EQ(of(dst, 0, 4), (bytes{50, 100, 50, 100}));
-        EXPECT_EQ(of(dst, dst_pitch, 4), (bytes{100, 50, 100, 50}));
+        EXPECT_EQ(slice(dst_u, 16), bytes(16, 90));
+        EXPECT_EQ(slice(dst_v, 16, 512), bytes(16, 160));
+        EXPECT_EQ(written(4), (bytes{50, 100, 50, 100}));
+        EXPECT_EQ(written(4, dst_pitch), (bytes{100, 50, 100, 50}));
         // One second pixel in the third row.
         alpha[2 * pitch + 5] = 16;
         run(function, 32, 4);
-        EXPECT_EQ(of(dst_u, 0, 4), (bytes{90, 90, 90, 90}));
-        EXPECT_EQ(of(dst_u, 512, 4), (bytes{90, 90, 30, 90}));
-        EXPECT_EQ(of(dst_v, 512, 4), (bytes{160, 160, 220, 160}));
+        EXPECT_EQ(slice(dst_u, 4), (bytes{90, 90, 90, 90}));
+        EXPECT_EQ(slice(dst_u, 4, 512), (bytes{90, 90, 30, 90}));
+        EXPECT_EQ(slice(dst_v, 4, 512), (bytes{160, 160, 220, 160}));
     }
 }
 
 TEST_P(mixes, yv12_takes_every_second_row_of_the_subpictures_chroma) {
     assign(alpha, 16);
     for (int row = 0; row < 4; ++row) {
-        fill_row(sub_u, row * chroma_pitch, chroma_pitch, 10 + row);
-        fill_row(sub_v, row * chroma_pitch, chroma_pitch, 20 + row);
+        fill_row(sub_u, row, chroma_pitch, 10 + row);
+        fill_row(sub_v, row, chroma_pitch, 20 + row);
     }
     for (const mix_function function : yv12_mixes) {
         run(function, 16, 4);
@@ -363,19 +346,19 @@ TEST_P(mixes, yv12_doubling_averages_in_the_second_row_and_reads_a_row_past_the_
     // The field has four rows of luma and two of chroma; row 4 and row 2 lie below it.
     const int luma[] = {10, 30, 50, 70, 90, 110, 130, 150};
     for (int row = 0; row < 8; ++row)
-        EXPECT_EQ(of(dst, row * dst_pitch, 16), bytes(16, static_cast<unsigned char>(luma[row])))
+        EXPECT_EQ(written(16, row * dst_pitch), bytes(16, static_cast<unsigned char>(luma[row])))
             << "row " << row;
     const int chroma[] = {60, 70, 80, 90};
     for (int row = 0; row < 4; ++row) {
         const auto expected = static_cast<unsigned char>(chroma[row]);
-        EXPECT_EQ(of(dst_u, row * 512, 8), bytes(8, expected)) << "row " << row;
-        EXPECT_EQ(of(dst_v, row * 512, 8), bytes(8, expected + 1)) << "row " << row;
+        EXPECT_EQ(slice(dst_u, 8, row * 512), bytes(8, expected)) << "row " << row;
+        EXPECT_EQ(slice(dst_v, 8, row * 512), bytes(8, expected + 1)) << "row " << row;
     }
 }
 
 TEST_P(mixes, yv12_averages_round_up) {
-    fill_row(y, pitch, pitch, 1);
-    fill_row(u, chroma_pitch, chroma_pitch, 1);
+    fill_row(y, 1, pitch, 1);
+    fill_row(u, 1, chroma_pitch, 1);
     run(mix_ayv12_yv12_i, 16, 4);
     EXPECT_EQ(dst[dst_pitch], 1);
     EXPECT_EQ(dst_u[512], 1);
@@ -424,9 +407,9 @@ TEST_P(mixes, yv12_heights_of_0_and_1_make_a_row_of_each_plane_or_two_when_doubl
 
 TEST_P(mixes, yuy2_rows_of_a_pair_share_the_video_chroma_and_have_the_subpictures_own) {
     fill(100, 90, 160);
-    fill_row(u, chroma_pitch, chroma_pitch, 70);
+    fill_row(u, 1, chroma_pitch, 70);
     for (int row = 0; row < 4; ++row)
-        fill_row(sub_u, row * chroma_pitch, chroma_pitch, 10 + row);
+        fill_row(sub_u, row, chroma_pitch, 10 + row);
     run(mix_ayuy2_yuy2_p_ajust, 16, 4);
     EXPECT_EQ((bytes{pair(0, 0)[1], pair(1, 0)[1], pair(2, 0)[1], pair(3, 0)[1]}),
               (bytes{90, 90, 70, 70}));
@@ -443,8 +426,8 @@ TEST_P(mixes, yuy2_chroma_has_the_alpha_of_the_second_pixel_of_its_own_row) {
         assign(alpha, 0);
         alpha[0] = alpha[pitch + 3] = 16;
         run(function, 16, 4);
-        EXPECT_EQ(of(dst, 0, 8), (bytes{50, 90, 100, 160, 100, 90, 100, 160}));
-        EXPECT_EQ(of(dst, dst_pitch, 8), (bytes{100, 90, 100, 160, 100, 30, 50, 220}));
+        EXPECT_EQ(written(8), (bytes{50, 90, 100, 160, 100, 90, 100, 160}));
+        EXPECT_EQ(written(8, dst_pitch), (bytes{100, 90, 100, 160, 100, 30, 50, 220}));
     }
 }
 
@@ -486,13 +469,13 @@ TEST_P(mixes, yuy2_half_keeps_the_odd_pixels_and_the_odd_chroma_samples) {
         sub_v[i] = static_cast<unsigned char>(220 + i);
     }
     run(mix_ayuy2_half_yuy2_p_ajust, 32, 2);
-    EXPECT_EQ(of(dst, 0, 8), (bytes{1, 41, 3, 81, 5, 43, 7, 83}));
-    EXPECT_EQ(of(dst, 16, 8), (bytes{17, 49, 19, 89, 21, 51, 23, 91}));
+    EXPECT_EQ(written(8), (bytes{1, 41, 3, 81, 5, 43, 7, 83}));
+    EXPECT_EQ(written(8, 16), (bytes{17, 49, 19, 89, 21, 51, 23, 91}));
     // Chroma with the alpha of pixels 3, 7, 11 and 15, luma with that of the odd ones.
     for (const int x : {0, 1, 2, 7})
         alpha[x] = 16;
     run(mix_ayuy2_half_yuy2_p_ajust, 32, 2);
-    EXPECT_EQ(of(dst, 0, 8), (bytes{101, 41, 3, 81, 5, 183, 107, 223}));
+    EXPECT_EQ(written(8), (bytes{101, 41, 3, 81, 5, 183, 107, 223}));
 }
 
 TEST_P(mixes, yuy2_half_reads_the_second_row_and_the_next_chroma_at_the_subpictures_pitch) {
@@ -504,10 +487,10 @@ TEST_P(mixes, yuy2_half_reads_the_second_row_and_the_next_chroma_at_the_subpictu
     mix.sub_pitch = 64;
     mix_ayuy2_half_yuy2_p_ajust(&mix);
     // A row of video is 4 of the subpicture's.
-    EXPECT_EQ(of(dst, 0, 2), (bytes{0, 100}));
-    EXPECT_EQ(of(dst, dst_pitch, 2), (bytes{1, 100}));
-    EXPECT_EQ(of(dst, 2 * dst_pitch, 2), (bytes{8, 101}));
-    EXPECT_EQ(of(dst, 3 * dst_pitch, 2), (bytes{9, 101}));
+    EXPECT_EQ(written(2), (bytes{0, 100}));
+    EXPECT_EQ(written(2, dst_pitch), (bytes{1, 100}));
+    EXPECT_EQ(written(2, 2 * dst_pitch), (bytes{8, 101}));
+    EXPECT_EQ(written(2, 3 * dst_pitch), (bytes{9, 101}));
     EXPECT_EQ(mix.video_u - u.data(), 2 * 32);
     EXPECT_EQ(mix.video_v - v.data(), 2 * 32);
 }
@@ -534,9 +517,9 @@ TEST_P(mixes, yuy2_of_a_field_makes_four_rows_of_two_and_repeats_the_last) {
 TEST_P(mixes, yuy2_of_a_field_takes_the_subpicture_row_by_row) {
     assign(alpha, 16);
     for (int row = 0; row < 8; ++row) {
-        fill_row(sub_y, row * pitch, pitch, 10 + row);
-        fill_row(sub_u, row * chroma_pitch, chroma_pitch, 20 + row);
-        fill_row(sub_v, row * chroma_pitch, chroma_pitch, 30 + row);
+        fill_row(sub_y, row, pitch, 10 + row);
+        fill_row(sub_u, row, chroma_pitch, 20 + row);
+        fill_row(sub_v, row, chroma_pitch, 30 + row);
     }
     run(mix_ayuy2_yuy2_i_ajust, 16, 8);
     for (int row = 0; row < 8; ++row) {
@@ -636,7 +619,7 @@ TEST_P(mixes, rgb_rows_of_a_pair_have_their_own_chroma_over_the_shared_one) {
     fill(100, 80, 160);
     assign(alpha, 8);
     fill_sub(100, 80, 160);
-    fill_row(sub_u, chroma_pitch, chroma_pitch, 120);
+    fill_row(sub_u, 1, chroma_pitch, 120);
     run(mix_ayuy2_rgb32_p_ajust, 16, 2);
     EXPECT_EQ(pixel(0, 5), rgb32(100, 80, 160));
     EXPECT_EQ(pixel(1, 5), rgb32(100, 100, 160));
@@ -751,8 +734,8 @@ TEST_P(mixes, rgb_of_a_field_takes_the_subpicture_row_by_row) {
     assign(alpha, 16);
     assign(sub_v, 128);
     for (int row = 0; row < 8; ++row) {
-        fill_row(sub_y, row * pitch, pitch, 50 + 10 * row);
-        fill_row(sub_u, row * chroma_pitch, chroma_pitch, 100 + 5 * row);
+        fill_row(sub_y, row, pitch, 50 + 10 * row);
+        fill_row(sub_u, row, chroma_pitch, 100 + 5 * row);
     }
     run(mix_ayuy2_rgb32_i_ajust, 32, 8);
     for (int row = 0; row < 8; ++row)
@@ -814,7 +797,7 @@ TEST_P(mixes, rgb_of_a_field_is_stored_strip_by_strip_where_rows_overlap) {
     // the next one, and the second strip is stored over the first.
     fill(16, 128, 128);
     for (int row = 0; row < 2; ++row)
-        fill_row(y, row * pitch + 16, 16, 235);
+        std::fill_n(y.begin() + row * pitch + 16, 16, byte(235));
     prepare(32, 4);
     mix.dst_pitch = 48;
     mix_ayuy2_rgb24_i_ajust(&mix);

@@ -20,11 +20,6 @@ protected:
         set_contrast(neutral);
     }
 
-    static unsigned char byte(int value) { return static_cast<unsigned char>(value); }
-
-    static void fill_row(bytes &plane, int row, int row_bytes, int sample) {
-        std::fill_n(plane.begin() + row * row_bytes, row_bytes, byte(sample));
-    }
     // Each row another sample, from the first one on.
     static void number_rows(bytes &plane, int row_bytes, int first, int step) {
         for (int row = 0; row < 20; ++row)
@@ -414,14 +409,6 @@ protected:
         info.rgb16_layout = layout;
         load(strech_picture_1X2_yuy2_ajust_rgb16, width, height, pitch, dst_pitch);
     }
-    // The first pixel that a colour becomes.
-    static bytes rgb32(int y_sample, int u_sample, int v_sample) {
-        bytes luma(32, byte(y_sample)), cb(8, byte(u_sample)), cr(8, byte(v_sample));
-        bytes converted(128);
-        loadimage_rgb32(luma.data(), cb.data(), cr.data(), converted.data(), 16, 2, 16, 64,
-                        nullptr);
-        return {converted.begin(), converted.begin() + 4};
-    }
 };
 
 INSTANTIATE_ON_EACH_LANE_SET(rgb_stretches);
@@ -604,7 +591,7 @@ TEST_P(plane_stretches, adjusted_1x2_does_the_last_16_samples_of_a_width_off_16_
         y[pitch + x] = byte(10 * x + 4);
     }
     strech_pic_1X2_adjust(y.data(), dst.data(), 24, 3, pitch, dst_pitch, nullptr, 1);
-    EXPECT_EQ(row(1, 24), bytes(y.begin(), y.begin() + 24));
+    EXPECT_EQ(row(1, 24), slice(y, 24));
     for (int x = 0; x < 24; ++x)
         EXPECT_EQ(row(2, 24)[x], 10 * x + 2);
     EXPECT_EQ(dst[2 * dst_pitch + 24], untouched);

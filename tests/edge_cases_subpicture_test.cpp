@@ -39,10 +39,6 @@ protected:
             for (int i = 0; i < pixel_bytes; ++i)
                 dst[at++] = static_cast<unsigned char>(pixel >> (8 * i));
     }
-
-    static bytes first(const bytes &plane, std::size_t count, std::size_t at = 0) {
-        return {plane.begin() + at, plane.begin() + at + count};
-    }
 };
 
 // ---- Drawing surface to AYUY2 ------------------------------------------------------------------
@@ -57,9 +53,9 @@ protected:
         tagMIX_INFO mix = record(8, 1, pixel_bytes);
         mix.color_key = ~pixel & 0xffff;
         function(&mix);
-        EXPECT_EQ(first(y, 8), bytes(8, y[0]));
-        EXPECT_EQ(first(u, 4), bytes(4, u[0]));
-        EXPECT_EQ(first(v, 4), bytes(4, v[0]));
+        EXPECT_EQ(slice(y, 8), bytes(8, y[0]));
+        EXPECT_EQ(slice(u, 4), bytes(4, u[0]));
+        EXPECT_EQ(slice(v, 4), bytes(4, v[0]));
         return {y[0], u[0], v[0]};
     }
 
@@ -74,8 +70,8 @@ protected:
     }
 
     bool nothing_written() const {
-        return first(y, 8) == bytes(8, untouched) && first(u, 4) == bytes(4, untouched) &&
-               first(v, 4) == bytes(4, untouched);
+        return slice(y, 8) == bytes(8, untouched) && slice(u, 4) == bytes(4, untouched) &&
+               slice(v, 4) == bytes(4, untouched);
     }
 };
 
@@ -89,11 +85,11 @@ TEST_P(conversion, a_group_of_the_key_colour_leaves_the_planes_under_it) {
     bytes expected(8, 234);
     expected.insert(expected.end(), 8, untouched);
     expected.insert(expected.end(), 8, 234);
-    EXPECT_EQ(first(y, 24), expected);
+    EXPECT_EQ(slice(y, 24), expected);
     const bytes chroma{128,       128,       128, 128, untouched, untouched,
                        untouched, untouched, 128, 128, 128,       128};
-    EXPECT_EQ(first(u, 12), chroma);
-    EXPECT_EQ(first(v, 12), chroma);
+    EXPECT_EQ(slice(u, 12), chroma);
+    EXPECT_EQ(slice(v, 12), chroma);
 }
 
 TEST_P(conversion, a_group_with_one_other_pixel_is_converted_whole) {
@@ -167,9 +163,9 @@ TEST_P(conversion, rgb16_compares_the_low_half_of_the_key) {
 TEST_P(conversion, a_pair_takes_the_chroma_of_its_first_pixel) {
     const unsigned red = 0xff0000, blue = 0x0000ff;
     converted(Convert_RGB32_To_AYUY2, {red, blue, blue, red, red, blue, blue, red}, 4, key);
-    EXPECT_EQ(first(y, 8), (bytes{81, 40, 40, 81, 81, 40, 40, 81}));
-    EXPECT_EQ(first(u, 4), (bytes{90, 239, 90, 239}));
-    EXPECT_EQ(first(v, 4), (bytes{239, 110, 239, 110}));
+    EXPECT_EQ(slice(y, 8), (bytes{81, 40, 40, 81, 81, 40, 40, 81}));
+    EXPECT_EQ(slice(u, 4), (bytes{90, 239, 90, 239}));
+    EXPECT_EQ(slice(v, 4), (bytes{239, 110, 239, 110}));
 }
 
 TEST_P(conversion, width_20_converts_16_pixels_a_row_and_the_planes_lag) {
@@ -184,13 +180,13 @@ TEST_P(conversion, width_20_converts_16_pixels_a_row_and_the_planes_lag) {
     expected.insert(expected.end(), 12, untouched);
     expected.insert(expected.end(), 16, 234);
     expected.insert(expected.end(), 12, untouched);
-    EXPECT_EQ(first(y, 56), expected);
+    EXPECT_EQ(slice(y, 56), expected);
     bytes chroma(8, 128);
     chroma.insert(chroma.end(), 6, untouched);
     chroma.insert(chroma.end(), 8, 128);
     chroma.insert(chroma.end(), 6, untouched);
-    EXPECT_EQ(first(u, 28), chroma);
-    EXPECT_EQ(first(v, 28), chroma);
+    EXPECT_EQ(slice(u, 28), chroma);
+    EXPECT_EQ(slice(v, 28), chroma);
 }
 
 TEST_P(conversion, the_surface_lags_as_well) {
@@ -201,7 +197,7 @@ TEST_P(conversion, the_surface_lags_as_well) {
     mix.dst_pitch = 160;
     mix.color_key = key;
     Convert_RGB32_To_AYUY2(&mix);
-    EXPECT_EQ(first(y, 18, 15), (bytes{234, 81, 16, 16, 16, 16, 16, 16, 16, 16, 16, 16, 16, 16, 16,
+    EXPECT_EQ(slice(y, 18, 15), (bytes{234, 81, 16, 16, 16, 16, 16, 16, 16, 16, 16, 16, 16, 16, 16,
                                        16, 16, untouched}));
 }
 
@@ -224,7 +220,7 @@ TEST_P(conversion, the_record_is_left_where_the_planes_ended) {
         EXPECT_EQ(mix.width, 20);
         EXPECT_EQ(mix.height, 3);
     }
-    EXPECT_EQ(first(alpha, 100), bytes(100, untouched));
+    EXPECT_EQ(slice(alpha, 100), bytes(100, untouched));
 }
 
 TEST_P(conversion, groups_of_the_key_colour_move_the_planes_as_others_do) {
@@ -242,9 +238,9 @@ TEST_P(conversion, a_second_call_goes_on_where_the_first_one_stopped) {
     Convert_RGB32_To_AYUY2(&mix);
     bytes one_call(16, 234);
     one_call.resize(32, untouched);
-    EXPECT_EQ(first(y, 32), one_call);
+    EXPECT_EQ(slice(y, 32), one_call);
     Convert_RGB32_To_AYUY2(&mix);
-    EXPECT_EQ(first(y, 32), bytes(32, 234));
+    EXPECT_EQ(slice(y, 32), bytes(32, 234));
 }
 
 TEST_P(conversion, a_pitch_below_the_width_moves_chroma_by_2_gigabytes) {
@@ -292,7 +288,7 @@ TEST_P(alpha_transfer, rgb32_restores_the_lowest_byte) {
     draw(std::vector<unsigned>(8, 0x00123456), 4);
     draw({0xffffff80, 0x000000ff}, 4);
     call(Restore_RGB32_To_Alpha, 8, 4);
-    EXPECT_EQ(first(alpha, 9), (bytes{0x80, 0xff, 0x56, 0x56, 0x56, 0x56, 0x56, 0x56, untouched}));
+    EXPECT_EQ(slice(alpha, 9), (bytes{0x80, 0xff, 0x56, 0x56, 0x56, 0x56, 0x56, 0x56, untouched}));
 }
 
 TEST_P(alpha_transfer, rgb24_restores_the_lowest_byte_of_the_next_pixel) {
@@ -301,7 +297,7 @@ TEST_P(alpha_transfer, rgb24_restores_the_lowest_byte_of_the_next_pixel) {
         pixels.push_back(0xcccc00 | 10 * i);
     draw(pixels, 3);
     call(Restore_RGB24_To_Alpha, 16, 3);
-    EXPECT_EQ(first(alpha, 17), (bytes{20, 30, 40, 50, 60, 70, 80, 90, 100, 110, 120, 130, 140, 150,
+    EXPECT_EQ(slice(alpha, 17), (bytes{20, 30, 40, 50, 60, 70, 80, 90, 100, 110, 120, 130, 140, 150,
                                        160, 170, untouched}));
 }
 
@@ -309,7 +305,7 @@ TEST_P(alpha_transfer, rgb16_restores_five_bits) {
     draw(std::vector<unsigned>(16, 0xffff), 2);
     draw({0x0010, 0xffe0}, 2);
     call(Restore_RGB16_565_To_Alpha, 16, 2);
-    EXPECT_EQ(first(alpha, 4), (bytes{16, 0, 31, 31}));
+    EXPECT_EQ(slice(alpha, 4), (bytes{16, 0, 31, 31}));
 }
 
 TEST_P(alpha_transfer, loads_write_the_alpha_and_zeros) {
@@ -328,19 +324,19 @@ TEST_P(alpha_transfer, loads_write_the_alpha_and_zeros) {
 
 TEST_P(alpha_transfer, rgb32_round_trips_are_exact) {
     std::iota(alpha.begin(), alpha.end(), static_cast<unsigned char>(0));
-    const bytes before = first(alpha, 256);
+    const bytes before = slice(alpha, 256);
     call(load_subpicture_alpha_rgb32, 256, 4);
     std::fill(alpha.begin(), alpha.end(), untouched);
     call(Restore_RGB32_To_Alpha, 256, 4);
-    EXPECT_EQ(first(alpha, 256), before);
+    EXPECT_EQ(slice(alpha, 256), before);
 }
 
 TEST_P(alpha_transfer, rgb24_round_trips_shift_by_a_pixel) {
     std::iota(alpha.begin(), alpha.end(), static_cast<unsigned char>(0));
-    const bytes shifted = first(alpha, 31, 1);
+    const bytes shifted = slice(alpha, 31, 1);
     call(load_subpicture_alpha_rgb24, 32, 3);
     call(Restore_RGB24_To_Alpha, 32, 3);
-    EXPECT_EQ(first(alpha, 31), shifted);
+    EXPECT_EQ(slice(alpha, 31), shifted);
     EXPECT_EQ(alpha[31], untouched); // of the surface after the row
 }
 
@@ -389,8 +385,8 @@ TEST_P(alpha_transfer, the_steps_of_alpha_come_from_half_of_video_pitch_beyond_t
         mix.video_pitch = 16 + beyond;
         Restore_RGB32_To_Alpha(&mix);
         const int second_row = 16 + (beyond >> 1);
-        EXPECT_EQ(first(alpha, 16, second_row), bytes(16, 2)) << "beyond the width: " << beyond;
-        EXPECT_EQ(first(alpha, std::min(16, second_row)), bytes(std::min(16, second_row), 1))
+        EXPECT_EQ(slice(alpha, 16, second_row), bytes(16, 2)) << "beyond the width: " << beyond;
+        EXPECT_EQ(slice(alpha, std::min(16, second_row)), bytes(std::min(16, second_row), 1))
             << "beyond the width: " << beyond;
     }
 }

@@ -10,12 +10,6 @@ using tests::runs;
 
 class edge_cases : public tests::picture_test {
 protected:
-    // The first pixel that a picture of one colour becomes.
-    bytes rgb32(int y_sample, int u_sample, int v_sample) {
-        fill(y_sample, u_sample, v_sample);
-        load_alone(loadimage_rgb32, 16, 2, 16, 64);
-        return written(4);
-    }
     int rgb16(int y_sample, int u_sample, int v_sample, unsigned layout) {
         fill(y_sample, u_sample, v_sample);
         info.rgb16_layout = layout;
@@ -42,7 +36,7 @@ TEST_P(edge_cases, width_24_starts_the_second_pair_8_pixels_further_in_source_an
     v[16 + 4] = 90;
     load_alone(loadimage_rgb32, 24, 4, 32, 400);
     EXPECT_EQ(written_runs(), (runs{{0, 128}, {400, 128}, {800 + 32, 128}, {1200 + 32, 128}}));
-    const bytes second_pair(dst.begin() + 832, dst.begin() + 832 + 12);
+    const bytes second_pair = written(12, 832);
     const bytes black_and_tinted_then_white{0, 46, 0, 0, 177, 255, 193, 0, 254, 254, 254, 0};
     EXPECT_EQ(second_pair, black_and_tinted_then_white);
 }
@@ -72,7 +66,7 @@ TEST_P(edge_cases, rows_that_overlap_are_stored_step_by_step_upper_before_lower)
     // Upper row black and then white, lower row black, at half the pitch: the second step of the
     // upper row is stored after the first step of the lower one, over it.
     fill(16, 128, 128);
-    std::fill_n(y.begin() + 16, 16, static_cast<unsigned char>(235));
+    std::fill_n(y.begin() + 16, 16, byte(235));
     load_alone(loadimage_rgb24, 32, 2, 100, 48);
     bytes expected(48, 0);
     expected.insert(expected.end(), 48, 254);
@@ -131,7 +125,7 @@ TEST_P(edge_cases, white_is_254_in_every_pixel_of_both_rows) {
     fill(235, 128, 128);
     load_alone(loadimage_rgb32, 16, 2, 16, 64);
     for (int i = 0; i < 128; i += 4)
-        EXPECT_EQ(bytes(dst.begin() + i, dst.begin() + i + 4), (bytes{254, 254, 254, 0}));
+        EXPECT_EQ(written(4, i), (bytes{254, 254, 254, 0}));
     EXPECT_EQ(written_runs(), (runs{{0, 128}}));
 }
 
@@ -171,7 +165,7 @@ TEST_P(adjusted_copy, gain_64_without_offsets_leaves_every_sample) {
     set_contrast(neutral);
     info.surface_height = info.rows_to_plane_end = 2;
     load(loadimage_yv12_ajust, 256, 1, 256, 256);
-    EXPECT_EQ(written(256), bytes(y.begin(), y.begin() + 256));
+    EXPECT_EQ(written(256), slice(y, 256));
 }
 
 TEST_P(adjusted_copy, offsets_add_up_modulo_2_to_the_16) {
@@ -212,9 +206,9 @@ TEST_P(adjusted_copy, width_12_writes_16_samples_a_row_and_drifts_by_4) {
     info.surface_height = info.rows_to_plane_end = 100;
     load(loadimage_yv12_ajust, 12, 4, 99, 12);
     // A pitch of 12 and a drift of 4: 16 samples a row, and the source is one run of them.
-    EXPECT_EQ(written(64), bytes(y.begin(), y.begin() + 64));
+    EXPECT_EQ(written(64), slice(y, 64));
     load(loadimage_yv12_ajust, 12, 2, 99, 20);
-    EXPECT_EQ(bytes(dst.begin() + 24, dst.begin() + 40), bytes(y.begin() + 16, y.begin() + 32));
+    EXPECT_EQ(written(16, 24), slice(y, 16, 16));
 }
 
 TEST_P(adjusted_copy, the_source_pitch_is_not_used) {
@@ -223,7 +217,7 @@ TEST_P(adjusted_copy, the_source_pitch_is_not_used) {
     set_contrast(neutral);
     info.surface_height = info.rows_to_plane_end = 100;
     load(loadimage_yv12_ajust, 16, 4, 1000, 16);
-    EXPECT_EQ(written(64), bytes(y.begin(), y.begin() + 64));
+    EXPECT_EQ(written(64), slice(y, 64));
 }
 
 TEST_P(adjusted_copy, the_chroma_offsets_are_crossed) {
@@ -235,8 +229,8 @@ TEST_P(adjusted_copy, the_chroma_offsets_are_crossed) {
     const int v_rows = 4 * 16 + 4 * 16 / 4, u_rows = v_rows + 8 * 16 / 4;
     EXPECT_EQ(written_runs(), (runs{{0, 64}, {v_rows, 16}, {u_rows, 16}}));
     EXPECT_EQ(written(64), bytes(64, 100));
-    EXPECT_EQ(bytes(dst.begin() + v_rows, dst.begin() + v_rows + 16), bytes(16, 110));
-    EXPECT_EQ(bytes(dst.begin() + u_rows, dst.begin() + u_rows + 16), bytes(16, 80));
+    EXPECT_EQ(written(16, v_rows), bytes(16, 110));
+    EXPECT_EQ(written(16, u_rows), bytes(16, 80));
 }
 
 TEST_P(adjusted_copy, the_functions_that_produce_rgb_do_not_cross_the_chroma_offsets) {
@@ -270,8 +264,8 @@ TEST_P(edge_cases, the_plain_copy_mixes_the_increments_of_its_rows) {
     load_alone(loadimage_yv12, width, 4, src_pitch, dst_pitch);
     // Upper rows lie in a row, lower rows src_pitch further down; the source moves on by both.
     constexpr int second_pass = 2 * src_pitch + 2 * dst_pitch - width;
-    const auto source = [&](int at) { return bytes(y.begin() + at, y.begin() + at + width); };
-    const auto copied = [&](int at) { return bytes(dst.begin() + at, dst.begin() + at + width); };
+    const auto source = [&](int at) { return slice(y, width, at); };
+    const auto copied = [&](int at) { return written(width, at); };
     EXPECT_EQ(copied(0), source(0));
     EXPECT_EQ(copied(src_pitch), source(width));
     EXPECT_EQ(copied(width), source(second_pass));

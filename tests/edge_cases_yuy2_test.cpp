@@ -243,7 +243,7 @@ TEST_P(yuy2_source, lower_rows_take_the_chroma_of_the_upper_ones) {
     fill_rows(0, 1, 32, {10, 20, 30, 40});
     fill_rows(1, 2, 32, {50, 60, 70, 80});
     load_luma_alone(LoadYUY2_YUY2, 16, 2, 16, 32);
-    EXPECT_EQ(written(32), bytes(y.begin(), y.begin() + 32));
+    EXPECT_EQ(written(32), slice(y, 32));
     for (int i = 32; i < 64; i += 4)
         EXPECT_EQ(written(4, i), (bytes{50, 20, 70, 40})) << "byte " << i;
 }
@@ -266,8 +266,8 @@ TEST_P(yuy2_source, the_chroma_of_lower_rows_is_never_used) {
 TEST_P(yuy2_source, width_12_writes_32_bytes_a_row_without_drift) {
     std::iota(y.begin(), y.end(), static_cast<unsigned char>(0));
     load_luma_alone(LoadYUY2_YUY2, 12, 4, 40, 100);
-    EXPECT_EQ(written(32), bytes(y.begin(), y.begin() + 32));
-    EXPECT_EQ(written(32, 200), bytes(y.begin() + 160, y.begin() + 192));
+    EXPECT_EQ(written(32), slice(y, 32));
+    EXPECT_EQ(written(32, 200), slice(y, 32, 160));
     wipe();
     fill(235, 0, 0);
     load_luma_alone(LoadYUY2_YUY2, 12, 4, 40, 100);
