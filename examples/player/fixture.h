@@ -55,6 +55,43 @@ inline std::uint64_t checksum(const std::vector<rgb_image> &images) {
     return sum;
 }
 
+// Of two pictures of one size, from sample to sample.
+inline double mean_difference(const std::vector<unsigned char> &a,
+                              const std::vector<unsigned char> &b) {
+    EXPECT_EQ(a.size(), b.size());
+    double sum = 0;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        sum += std::abs(a[i] - b[i]);
+    return sum / static_cast<double>(a.size());
+}
+
+inline double mean_difference(const rgb_image &a, const rgb_image &b) {
+    return mean_difference(a.samples, b.samples);
+}
+
+// ---- Videos without compression, so that their samples are known ------------------------------
+
+// A grey frame: the luma of its rows, and the chroma.
+template <class LumaOf>
+std::string grey_rows(int width, int height, LumaOf luma_of) {
+    std::string samples;
+    for (int row = 0; row < height; ++row)
+        samples.append(width, static_cast<char>(luma_of(row)));
+    const int chroma = (width + 1) / 2 * ((height + 1) / 2);
+    return samples.append(2 * chroma, static_cast<char>(128));
+}
+
+// `order` is p for whole frames, t or b for fields of which the top or the bottom one comes first.
+inline std::string y4m(int width, int height, char order, const std::vector<std::string> &frames) {
+    std::string text = "YUV4MPEG2 W" + std::to_string(width) + " H" + std::to_string(height) +
+                       " F25:1 I" + order + " A1:1 C420jpeg\n";
+    for (const std::string &frame : frames)
+        text += "FRAME\n" + frame;
+    return text;
+}
+
+// ---- The tests --------------------------------------------------------------------------------
+
 class player_test : public testing::Test {
 protected:
     player_test() {
@@ -110,7 +147,7 @@ protected:
     fs::path directory;
 };
 
-// For suites with a case per surface: the names of those that fit.
+// For suites with a case per surface: the names of those that fit, which may be the names of tests.
 inline std::vector<std::string> surface_names(bool (*fits)(const surface_format &)) {
     std::vector<std::string> names;
     for (const surface_format &format : surface_formats())
@@ -118,5 +155,11 @@ inline std::vector<std::string> surface_names(bool (*fits)(const surface_format 
             names.emplace_back(format.name);
     return names;
 }
+
+inline std::vector<std::string> all_surface_names() {
+    return surface_names([](const surface_format &) { return true; });
+}
+
+inline std::string name_of(const testing::TestParamInfo<std::string> &each) { return each.param; }
 
 } // namespace player

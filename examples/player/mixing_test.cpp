@@ -16,9 +16,6 @@ using namespace player;
 bool mixes(const surface_format &format) { return format.library.mix != nullptr; }
 bool mixes_fields(const surface_format &format) { return format.library.mix_field != nullptr; }
 
-// Names with underscores are fine in the names of tests.
-std::string name_of(const testing::TestParamInfo<std::string> &each) { return each.param; }
-
 constexpr int width = 64;
 constexpr int height = 32;
 
@@ -143,9 +140,7 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(
-    surfaces, every_run,
-    testing::ValuesIn(surface_names([](const surface_format &) { return true; })), name_of);
+INSTANTIATE_TEST_SUITE_P(surfaces, every_run, testing::ValuesIn(all_surface_names()), name_of);
 
 // Of 30 frames of the clip with the shapes over it, shown whole and field by field.
 struct checksums {
@@ -173,12 +168,8 @@ TEST_P(every_run, frames_with_subtitles_stay_what_they_are) {
 }
 
 TEST_F(player_test, fields_are_shown_one_after_the_other) {
-    // Chroma is neutral; luma alternates from row to row.
-    std::string video = "YUV4MPEG2 W64 H32 F25:1 It A1:1 C420jpeg\nFRAME\n";
-    for (int row = 0; row < 32; ++row)
-        video.append(64, static_cast<char>(row % 2 ? 235 : 16));
-    video.append(64 * 32 / 2, static_cast<char>(128));
-    write_file(directory / "fields.y4m", video);
+    const std::string frame = grey_rows(64, 32, [](int row) { return row % 2 ? 235 : 16; });
+    write_file(directory / "fields.y4m", y4m(64, 32, 't', {frame}));
     const auto shown = frames("--interlaced fields.y4m");
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_LT(*std::ranges::max_element(shown[0].samples), 5);

@@ -15,14 +15,6 @@ namespace {
 
 using namespace player;
 
-double mean_difference(const rgb_image &a, const rgb_image &b) {
-    EXPECT_EQ(a.samples.size(), b.samples.size());
-    double sum = 0;
-    for (std::size_t i = 0; i < a.samples.size(); ++i)
-        sum += std::abs(a.samples[i] - b.samples[i]);
-    return sum / static_cast<double>(a.samples.size());
-}
-
 // Pairs of columns become one.
 rgb_image halve(const rgb_image &image) {
     rgb_image halved{image.width / 2, image.height, {}};
@@ -84,18 +76,15 @@ samples ramps_420(int width, int height, int frame = 0) {
     return ramps(width, height, (height + 1) / 2, frame);
 }
 
-// Videos without compression, so that their samples are known.
-
-std::string y4m(int width, int height, int frames) {
-    std::string text = "YUV4MPEG2 W" + std::to_string(width) + " H" + std::to_string(height) +
-                       " F25:1 Ip A1:1 C420jpeg\n";
+std::string ramps_y4m(int width, int height, int frames) {
+    std::vector<std::string> shown;
     for (int frame = 0; frame < frames; ++frame) {
-        text += "FRAME\n";
-        const samples shown = ramps_420(width, height, frame);
-        for (const auto *plane : {&shown.y, &shown.u, &shown.v})
-            text.append(plane->begin(), plane->end());
+        const samples all = ramps_420(width, height, frame);
+        std::string &bytes = shown.emplace_back();
+        for (const auto *plane : {&all.y, &all.u, &all.v})
+            bytes.append(plane->begin(), plane->end());
     }
-    return text;
+    return y4m(width, height, 'p', shown);
 }
 
 // `order` has the numbers of the bytes of two pixels: where Y0, U, Y1 and V stand.
@@ -191,11 +180,9 @@ void expect_bt601(const surface &loaded, const samples &of) {
 
 class every_surface : public player_test, public testing::WithParamInterface<std::string> {};
 
-bool any(const surface_format &) { return true; }
 bool loads_packed(const surface_format &format) { return format.library.load_packed != nullptr; }
 
-INSTANTIATE_TEST_SUITE_P(surfaces, every_surface, testing::ValuesIn(surface_names(any)),
-                         [](const auto &each) { return each.param; });
+INSTANTIATE_TEST_SUITE_P(surfaces, every_surface, testing::ValuesIn(all_surface_names()), name_of);
 
 TEST_P(every_surface, the_clip_becomes_moving_pictures_like_those_of_rgb32) {
     const surface_format &format = *find_surface_format(GetParam());
@@ -220,7 +207,7 @@ TEST_P(every_surface, the_clip_becomes_moving_pictures_like_those_of_rgb32) {
 TEST_P(every_surface, samples_are_those_of_bt601) {
     const surface_format &format = *find_surface_format(GetParam());
     for (const int height : {35, 3}) {
-        write_file(directory / "ramps.y4m", y4m(77, height, 1));
+        write_file(directory / "ramps.y4m", ramps_y4m(77, height, 1));
         session running(playing(directory / "ramps.y4m", format));
         ASSERT_TRUE(running.advance());
         expect_bt601(running.loaded(), kept_by(format, ramps_420(77, height)));
@@ -292,8 +279,7 @@ TEST_P(every_surface, a_change_of_surface_reads_the_picture_anew) {
 class every_packed_surface : public every_surface {};
 
 INSTANTIATE_TEST_SUITE_P(surfaces, every_packed_surface,
-                         testing::ValuesIn(surface_names(loads_packed)),
-                         [](const auto &each) { return each.param; });
+                         testing::ValuesIn(surface_names(loads_packed)), name_of);
 
 // The lower row of each pair shows nothing of its own chroma: the library read the video as it is.
 TEST_P(every_packed_surface, packed_videos_are_loaded_as_they_are) {
@@ -319,7 +305,7 @@ TEST_F(player_test, other_pixel_formats_are_converted) {
 }
 
 TEST_F(player_test, repeats_from_the_start) {
-    write_file(directory / "ramps.y4m", y4m(48, 32, 3));
+    write_file(directory / "ramps.y4m", ramps_y4m(48, 32, 3));
     const auto images = frames("--repeat --frames 5 ramps.y4m");
     ASSERT_EQ(images.size(), 5u);
     EXPECT_NE(images[0].samples, images[1].samples);

@@ -53,13 +53,8 @@ INSTANTIATE_TEST_SUITE_P(surfaces, every_stretch,
 // Sizes that need every kind of padding.
 TEST_P(every_stretch, of_a_ramp_is_a_finer_ramp) {
     for (const auto &[width, height] : {std::pair{77, 35}, std::pair{5, 3}}) {
-        std::string video = "YUV4MPEG2 W" + std::to_string(width) + " H" + std::to_string(height) +
-                            " F25:1 Ip A1:1 C420jpeg\nFRAME\n";
-        for (int row = 0; row < height; ++row)
-            video.append(width, static_cast<char>(40 + 4 * row));
-        const int chroma = (width + 1) / 2 * ((height + 1) / 2);
-        video.append(2 * chroma, static_cast<char>(128));
-        write_file(directory / "ramp.y4m", video);
+        const std::string ramp = grey_rows(width, height, [](int row) { return 40 + 4 * row; });
+        write_file(directory / "ramp.y4m", y4m(width, height, 'p', {ramp}));
         options chosen = playing(directory / "ramp.y4m", format);
         chosen.stretch = &by;
         session running(chosen);
@@ -83,10 +78,8 @@ TEST_P(every_stretch, of_a_ramp_is_a_finer_ramp) {
 }
 
 TEST_P(every_stretch, is_adjusted_without_a_tint) {
-    std::string video = "YUV4MPEG2 W64 H32 F25:1 Ip A1:1 C420jpeg\nFRAME\n";
-    video.append(64 * 32, static_cast<char>(120));
-    video.append(64 * 32 / 2, static_cast<char>(128));
-    write_file(directory / "grey.y4m", video);
+    const std::string grey = grey_rows(64, 32, [](int) { return 120; });
+    write_file(directory / "grey.y4m", y4m(64, 32, 'p', {grey}));
     options chosen = playing(directory / "grey.y4m", format);
     chosen.stretch = &by;
     chosen.picture = {20, 150, 50};
@@ -111,13 +104,9 @@ INSTANTIATE_TEST_SUITE_P(surfaces, every_field_stretch,
 
 // The rows of one field are black, those of the other white: neither reaches into the other.
 TEST_P(every_field_stretch, shows_the_first_field_in_all_rows) {
-    for (const auto &[order, expected] : {std::pair{"It", 0}, std::pair{"Ib", 255}}) {
-        std::string video =
-            "YUV4MPEG2 W77 H35 F25:1 " + std::string(order) + " A1:1 C420jpeg\nFRAME\n";
-        for (int row = 0; row < 35; ++row)
-            video.append(77, static_cast<char>(row % 2 ? 235 : 16));
-        video.append(2 * 39 * 18, static_cast<char>(128));
-        write_file(directory / "fields.y4m", video);
+    const std::string frame = grey_rows(77, 35, [](int row) { return row % 2 ? 235 : 16; });
+    for (const auto &[order, expected] : {std::pair{'t', 0}, std::pair{'b', 255}}) {
+        write_file(directory / "fields.y4m", y4m(77, 35, order, {frame}));
         const auto shown = frames("--field " + arguments() + "fields.y4m");
         ASSERT_EQ(shown.size(), 1u);
         EXPECT_EQ(shown[0].width, 77);
@@ -165,10 +154,7 @@ TEST_F(player_test, packed_pictures_are_stretched) {
     const rgb_image planar = frames("--stretch 2x2 --frames 1").at(0);
     ASSERT_EQ(packed.width, 1280);
     ASSERT_EQ(packed.height, 720);
-    double sum = 0;
-    for (std::size_t at = 0; at < packed.samples.size(); ++at)
-        sum += std::abs(packed.samples[at] - planar.samples[at]);
-    EXPECT_LT(sum / static_cast<double>(packed.samples.size()), 2.0);
+    EXPECT_LT(mean_difference(packed, planar), 2.0);
 }
 
 TEST_F(player_test, the_stretch_key_goes_through_those_of_the_surface) {
@@ -208,12 +194,7 @@ TEST_F(player_test, stretches_that_do_not_exist_are_refused) {
 TEST(comparison, every_way_comes_nearer_to_the_frame_than_line_doubling) {
     const auto ways = compare_stretches();
     ASSERT_EQ(ways.size(), 5u);
-    const auto error = [&ways](int way) {
-        double sum = 0;
-        for (std::size_t at = 0; at < ways[0].rgb.size(); ++at)
-            sum += std::abs(ways[way].rgb[at] - ways[0].rgb[at]);
-        return sum;
-    };
+    const auto error = [&ways](int way) { return mean_difference(ways[way].rgb, ways[0].rgb); };
     for (const int way : {2, 3, 4})
         EXPECT_LT(error(way), error(1)) << ways[way].label;
     EXPECT_LT(error(4), error(2)) << "edges are not followed";

@@ -70,6 +70,15 @@ bool is_drawn_on(int x, int y) {
     return x >= left && x < left + columns && y >= top && y < top + rows;
 }
 
+// A rectangle there, prepared.
+subpicture with_rectangle(canvas::pixel colour, int coverage = 255) {
+    canvas drawing(width, height);
+    lay(drawing, left, top, columns, rows, colour, coverage);
+    subpicture prepared(width, height);
+    prepared.prepare(drawing);
+    return prepared;
+}
+
 std::vector<int> rgb_at(const std::vector<unsigned char> &view, int x, int y) {
     const auto pixel = view.begin() + 3 * (y * width + x);
     return {pixel, pixel + 3};
@@ -87,10 +96,7 @@ INSTANTIATE_TEST_SUITE_P(colours, every_colour,
                                          canvas::pixel{255, 0, 255, 255})); // the key's
 
 TEST_P(every_colour, comes_back_from_the_planes) {
-    canvas drawing(width, height);
-    lay(drawing, left, top, columns, rows, GetParam());
-    subpicture prepared(width, height);
-    prepared.prepare(drawing);
+    subpicture prepared = with_rectangle(GetParam());
     const auto painted = prepared.view_painted_back();
     const int expected[] = {GetParam().red, GetParam().green, GetParam().blue};
     for (int y = 0; y < height; ++y) {
@@ -108,10 +114,7 @@ TEST_P(every_colour, comes_back_from_the_planes) {
 
 // A mix may take the chroma of a block from any of its rows.
 TEST_P(every_colour, reaches_the_chroma_of_every_block_that_it_touches) {
-    canvas drawing(width, height);
-    lay(drawing, left, top, columns, rows, GetParam());
-    subpicture prepared(width, height);
-    prepared.prepare(drawing);
+    subpicture prepared = with_rectangle(GetParam());
     const tagMIX_INFO mix = prepared.record();
     const auto chroma_at = [&](int x, int y) {
         const int at = y * mix.sub_pitch / 2 + x / 2;
@@ -133,10 +136,7 @@ TEST(subpicture, the_drawing_is_the_key_and_the_colours) {
 
 TEST(subpicture, alpha_runs_from_0_to_16) {
     for (int alpha = 0; alpha < 256; ++alpha) {
-        canvas drawing(width, height);
-        lay(drawing, left, top, columns, rows, {0, 0, 0, 255}, alpha);
-        subpicture prepared(width, height);
-        prepared.prepare(drawing);
+        subpicture prepared = with_rectangle({0, 0, 0, 255}, alpha);
         const auto expected = std::lround(alpha * 16 / 255.0);
         const tagMIX_INFO mix = prepared.record();
         const auto view = prepared.view_alpha();
