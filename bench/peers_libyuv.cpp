@@ -75,16 +75,19 @@ void scale(const planes &from, const planes &to, libyuv::FilterMode filter) {
                       to.chroma_pitch, to.width, to.height, filter);
 }
 
-task packed(scene &s, packer convert) {
-    return [&s, convert] { pack(picture(s), convert, s.dst.data(), s.dst_pitch); };
+template <packer convert>
+task packed(scene &s) {
+    return [&s] { pack(picture(s), convert, s.dst.data(), s.dst_pitch); };
 }
 
-task scaled(scene &s, size to, libyuv::FilterMode filter) {
-    return [&s, to, filter] { scale(picture(s), planes_at(s.dst.data(), to), filter); };
+template <libyuv::FilterMode filter>
+task scaled(scene &s, size to) {
+    return [&s, to] { scale(picture(s), planes_at(s.dst.data(), to), filter); };
 }
 
-task scaled_and_packed(scene &s, size to, libyuv::FilterMode filter, packer convert) {
-    return [&s, between = own_planes(to), filter, convert] {
+template <libyuv::FilterMode filter, packer convert>
+task scaled_and_packed(scene &s, size to) {
+    return [&s, between = own_planes(to)] {
         scale(picture(s), between, filter);
         pack(between, convert, s.dst.data(), s.dst_pitch);
     };
@@ -99,9 +102,10 @@ task argb_from_yuy2(scene &s) {
 
 // By way of ARGB, which is faster than by way of I420 and of I422; two rows at a time, so that they
 // stay in the cache.
-task packed_from_yuy2(scene &s, decltype(libyuv::ARGBToRGB24) *convert) {
+template <decltype(libyuv::ARGBToRGB24) *convert>
+task packed_from_yuy2(scene &s) {
     static constexpr int rows = 2;
-    return [&s, convert, argb = std::make_shared<buffer>(std::size_t(s.width) * rows * 4)] {
+    return [&s, argb = std::make_shared<buffer>(std::size_t(s.width) * rows * 4)] {
         const int pitch = 4 * s.width;
         for (int row = 0; row < s.height; row += rows) {
             const int count = std::min(rows, s.height - row);
@@ -114,16 +118,19 @@ task packed_from_yuy2(scene &s, decltype(libyuv::ARGBToRGB24) *convert) {
 }
 
 // To a surface of `wider` times the width and twice the height.
-task stretched_and_packed(scene &s, int wider, packer convert) {
-    return scaled_and_packed(s, {wider * s.width, 2 * s.height}, libyuv::kFilterBilinear, convert);
+template <int wider, packer convert>
+task stretched_and_packed(scene &s) {
+    return scaled_and_packed<libyuv::kFilterBilinear, convert>(s, {wider * s.width, 2 * s.height});
 }
 
-task stretched(scene &s, int wider) {
-    return scaled(s, {wider * s.width, 2 * s.height}, libyuv::kFilterBilinear);
+template <int wider>
+task stretched(scene &s) {
+    return scaled<libyuv::kFilterBilinear>(s, {wider * s.width, 2 * s.height});
 }
 
-task plane_stretched(scene &s, int wider) {
-    return [&s, wider] {
+template <int wider>
+task plane_stretched(scene &s) {
+    return [&s] {
         libyuv::ScalePlane(s.y.data(), s.src_pitch, s.width, s.height, s.dst.data(), s.dst_pitch,
                            wider * s.width, 2 * s.height, libyuv::kFilterBilinear);
     };
@@ -136,9 +143,10 @@ void subpicture_from_argb(scene &s, const unsigned char *argb, int pitch, int fi
 }
 
 // By way of ARGB, two rows at a time.
-task subpicture_from(scene &s, decltype(libyuv::RGB24ToARGB) *convert) {
+template <decltype(libyuv::RGB24ToARGB) *convert>
+task subpicture_from(scene &s) {
     static constexpr int most = 2;
-    return [&s, convert, argb = std::make_shared<buffer>(std::size_t(s.width) * most * 4)] {
+    return [&s, argb = std::make_shared<buffer>(std::size_t(s.width) * most * 4)] {
         const int pitch = 4 * s.width;
         for (int row = 0; row < s.height; row += most) {
             const int rows = std::min(most, s.height - row);
@@ -160,7 +168,8 @@ void blend(const scene &s, const planes &video, const planes &to, int first_row)
 }
 
 // A few rows at a time, so that what is between the passes stays in the cache.
-void mix_strips(scene &s, const planes &video, const planes &between, packer convert) {
+template <packer convert>
+void mix_strips(scene &s, const planes &video, const planes &between) {
     constexpr int most = 16;
     for (int row = 0; row < video.height; row += most) {
         const int rows = std::min(most, video.height - row);
@@ -170,70 +179,62 @@ void mix_strips(scene &s, const planes &video, const planes &between, packer con
     }
 }
 
-task mixed_and_packed(scene &s, packer convert) {
-    return [&s, between = own_planes(picture_size(s)), convert] {
-        mix_strips(s, picture(s), between, convert);
+template <packer convert>
+task mixed_and_packed(scene &s) {
+    return [&s, between = own_planes(picture_size(s))] {
+        mix_strips<convert>(s, picture(s), between);
     };
 }
 
-task field_mixed_and_packed(scene &s, packer convert) {
-    return
-        [&s, frame = own_planes(picture_size(s)), between = own_planes(picture_size(s)), convert] {
-            scale(field(s), frame, libyuv::kFilterBilinear);
-            mix_strips(s, frame, between, convert);
-        };
+template <packer convert>
+task field_mixed_and_packed(scene &s) {
+    return [&s, frame = own_planes(picture_size(s)), between = own_planes(picture_size(s))] {
+        scale(field(s), frame, libyuv::kFilterBilinear);
+        mix_strips<convert>(s, frame, between);
+    };
 }
 
 } // namespace
 
-const peer libyuv_argb{"libyuv", "I420ToARGB",
-                       [](scene &s) { return packed(s, libyuv::I420ToARGB); }};
-const peer libyuv_rgb24{"libyuv", "I420ToRGB24",
-                        [](scene &s) { return packed(s, libyuv::I420ToRGB24); }};
-const peer libyuv_rgb565{"libyuv", "I420ToRGB565",
-                         [](scene &s) { return packed(s, libyuv::I420ToRGB565); }};
-const peer libyuv_yuy2{"libyuv", "I420ToYUY2",
-                       [](scene &s) { return packed(s, libyuv::I420ToYUY2); }};
+const peer libyuv_argb{"libyuv", "I420ToARGB", packed<libyuv::I420ToARGB>};
+const peer libyuv_rgb24{"libyuv", "I420ToRGB24", packed<libyuv::I420ToRGB24>};
+const peer libyuv_rgb565{"libyuv", "I420ToRGB565", packed<libyuv::I420ToRGB565>};
+const peer libyuv_yuy2{"libyuv", "I420ToYUY2", packed<libyuv::I420ToYUY2>};
 
 const peer libyuv_half_yuy2{"libyuv", "I420Scale (linear), I420ToYUY2", [](scene &s) {
-                                return scaled_and_packed(s, {s.width / 2, s.height},
-                                                         libyuv::kFilterLinear, libyuv::I420ToYUY2);
+                                return scaled_and_packed<libyuv::kFilterLinear, libyuv::I420ToYUY2>(
+                                    s, {s.width / 2, s.height});
                             }};
 const peer libyuv_half_yv12{"libyuv", "I420Scale (none)", [](scene &s) {
-                                return scaled(s, {s.width / 2, s.height}, libyuv::kFilterNone);
+                                return scaled<libyuv::kFilterNone>(s, {s.width / 2, s.height});
                             }};
 
 const peer libyuv_argb_from_yuy2{"libyuv", "YUY2ToARGB", argb_from_yuy2};
-const peer libyuv_rgb24_from_yuy2{"libyuv", "YUY2ToARGB, ARGBToRGB24", [](scene &s) {
-                                      return packed_from_yuy2(s, libyuv::ARGBToRGB24);
-                                  }};
-const peer libyuv_rgb565_from_yuy2{"libyuv", "YUY2ToARGB, ARGBToRGB565", [](scene &s) {
-                                       return packed_from_yuy2(s, libyuv::ARGBToRGB565);
-                                   }};
+const peer libyuv_rgb24_from_yuy2{"libyuv", "YUY2ToARGB, ARGBToRGB24",
+                                  packed_from_yuy2<libyuv::ARGBToRGB24>};
+const peer libyuv_rgb565_from_yuy2{"libyuv", "YUY2ToARGB, ARGBToRGB565",
+                                   packed_from_yuy2<libyuv::ARGBToRGB565>};
 
 const peer libyuv_i422_from_argb{
     "libyuv", "ARGBToI422", [](scene &s) -> task {
         return [&s] { subpicture_from_argb(s, s.dst.data(), s.dst_pitch, 0, s.height); };
     }};
 const peer libyuv_i422_from_rgb24{"libyuv", "RGB24ToARGB, ARGBToI422",
-                                  [](scene &s) { return subpicture_from(s, libyuv::RGB24ToARGB); }};
-const peer libyuv_i422_from_rgb565{"libyuv", "RGB565ToARGB, ARGBToI422", [](scene &s) {
-                                       return subpicture_from(s, libyuv::RGB565ToARGB);
-                                   }};
+                                  subpicture_from<libyuv::RGB24ToARGB>};
+const peer libyuv_i422_from_rgb565{"libyuv", "RGB565ToARGB, ARGBToI422",
+                                   subpicture_from<libyuv::RGB565ToARGB>};
 
 const peer libyuv_fill_argb{
     "libyuv", "ARGBRect", [](scene &s) -> task {
         return [&s] { libyuv::ARGBRect(s.dst.data(), s.dst_pitch, 0, 0, s.width, s.height, 0); };
     }};
 
-const peer libyuv_mix_yuy2{"libyuv", "I420Blend, I420ToYUY2",
-                           [](scene &s) { return mixed_and_packed(s, libyuv::I420ToYUY2); }};
-const peer libyuv_mix_argb{"libyuv", "I420Blend, I420ToARGB",
-                           [](scene &s) { return mixed_and_packed(s, libyuv::I420ToARGB); }};
+const peer libyuv_mix_yuy2{"libyuv", "I420Blend, I420ToYUY2", mixed_and_packed<libyuv::I420ToYUY2>};
+const peer libyuv_mix_argb{"libyuv", "I420Blend, I420ToARGB", mixed_and_packed<libyuv::I420ToARGB>};
 const peer libyuv_mix_rgb24{"libyuv", "I420Blend, I420ToRGB24",
-                            [](scene &s) { return mixed_and_packed(s, libyuv::I420ToRGB24); }};
+                            mixed_and_packed<libyuv::I420ToRGB24>};
 const peer libyuv_mix_rgb565{"libyuv", "I420Blend, I420ToRGB565",
-                             [](scene &s) { return mixed_and_packed(s, libyuv::I420ToRGB565); }};
+                             mixed_and_packed<libyuv::I420ToRGB565>};
 
 const peer libyuv_mix_yv12{
     "libyuv", "I420Blend", [](scene &s) -> task {
@@ -250,18 +251,14 @@ const peer libyuv_mix_half_yuy2{"libyuv", "I420Blend, I420Scale (none), I420ToYU
                                     };
                                 }};
 
-const peer libyuv_mix_field_yuy2{"libyuv", "I420Scale, I420Blend, I420ToYUY2", [](scene &s) {
-                                     return field_mixed_and_packed(s, libyuv::I420ToYUY2);
-                                 }};
-const peer libyuv_mix_field_argb{"libyuv", "I420Scale, I420Blend, I420ToARGB", [](scene &s) {
-                                     return field_mixed_and_packed(s, libyuv::I420ToARGB);
-                                 }};
-const peer libyuv_mix_field_rgb24{"libyuv", "I420Scale, I420Blend, I420ToRGB24", [](scene &s) {
-                                      return field_mixed_and_packed(s, libyuv::I420ToRGB24);
-                                  }};
-const peer libyuv_mix_field_rgb565{"libyuv", "I420Scale, I420Blend, I420ToRGB565", [](scene &s) {
-                                       return field_mixed_and_packed(s, libyuv::I420ToRGB565);
-                                   }};
+const peer libyuv_mix_field_yuy2{"libyuv", "I420Scale, I420Blend, I420ToYUY2",
+                                 field_mixed_and_packed<libyuv::I420ToYUY2>};
+const peer libyuv_mix_field_argb{"libyuv", "I420Scale, I420Blend, I420ToARGB",
+                                 field_mixed_and_packed<libyuv::I420ToARGB>};
+const peer libyuv_mix_field_rgb24{"libyuv", "I420Scale, I420Blend, I420ToRGB24",
+                                  field_mixed_and_packed<libyuv::I420ToRGB24>};
+const peer libyuv_mix_field_rgb565{"libyuv", "I420Scale, I420Blend, I420ToRGB565",
+                                   field_mixed_and_packed<libyuv::I420ToRGB565>};
 
 const peer libyuv_mix_field_yv12{"libyuv", "I420Scale, I420Blend", [](scene &s) -> task {
                                      return [&s, frame = own_planes(picture_size(s))] {
@@ -272,17 +269,15 @@ const peer libyuv_mix_field_yv12{"libyuv", "I420Scale, I420Blend", [](scene &s) 
                                  }};
 
 const peer libyuv_1x2_yuy2{"libyuv", "I420Scale, I420ToYUY2",
-                           [](scene &s) { return stretched_and_packed(s, 1, libyuv::I420ToYUY2); }};
+                           stretched_and_packed<1, libyuv::I420ToYUY2>};
 const peer libyuv_1x2_argb{"libyuv", "I420Scale, I420ToARGB",
-                           [](scene &s) { return stretched_and_packed(s, 1, libyuv::I420ToARGB); }};
-const peer libyuv_1x2_rgb24{"libyuv", "I420Scale, I420ToRGB24", [](scene &s) {
-                                return stretched_and_packed(s, 1, libyuv::I420ToRGB24);
-                            }};
-const peer libyuv_1x2_rgb565{"libyuv", "I420Scale, I420ToRGB565", [](scene &s) {
-                                 return stretched_and_packed(s, 1, libyuv::I420ToRGB565);
-                             }};
+                           stretched_and_packed<1, libyuv::I420ToARGB>};
+const peer libyuv_1x2_rgb24{"libyuv", "I420Scale, I420ToRGB24",
+                            stretched_and_packed<1, libyuv::I420ToRGB24>};
+const peer libyuv_1x2_rgb565{"libyuv", "I420Scale, I420ToRGB565",
+                             stretched_and_packed<1, libyuv::I420ToRGB565>};
 const peer libyuv_2x2_yuy2{"libyuv", "I420Scale, I420ToYUY2",
-                           [](scene &s) { return stretched_and_packed(s, 2, libyuv::I420ToYUY2); }};
+                           stretched_and_packed<2, libyuv::I420ToYUY2>};
 
 const peer libyuv_2x2_yuy2_from_yuy2{
     "libyuv", "YUY2ToI420, I420Scale, I420ToYUY2", [](scene &s) -> task {
@@ -295,10 +290,10 @@ const peer libyuv_2x2_yuy2_from_yuy2{
         };
     }};
 
-const peer libyuv_1x2_yv12{"libyuv", "I420Scale", [](scene &s) { return stretched(s, 1); }};
-const peer libyuv_2x2_yv12{"libyuv", "I420Scale", [](scene &s) { return stretched(s, 2); }};
-const peer libyuv_1x2_plane{"libyuv", "ScalePlane", [](scene &s) { return plane_stretched(s, 1); }};
-const peer libyuv_2x2_plane{"libyuv", "ScalePlane", [](scene &s) { return plane_stretched(s, 2); }};
+const peer libyuv_1x2_yv12{"libyuv", "I420Scale", stretched<1>};
+const peer libyuv_2x2_yv12{"libyuv", "I420Scale", stretched<2>};
+const peer libyuv_1x2_plane{"libyuv", "ScalePlane", plane_stretched<1>};
+const peer libyuv_2x2_plane{"libyuv", "ScalePlane", plane_stretched<2>};
 
 std::string libyuv_version() { return std::to_string(LIBYUV_VERSION); }
 

@@ -36,20 +36,24 @@ task scaled(scene &s, size target, AVPixelFormat from, AVPixelFormat to, int fla
     };
 }
 
-task converted(scene &s, AVPixelFormat from, AVPixelFormat to, int flags = SWS_POINT) {
+template <AVPixelFormat from, AVPixelFormat to, int flags = SWS_POINT>
+task converted(scene &s) {
     return scaled(s, {s.width, s.height}, from, to, flags);
 }
 
-task halved(scene &s, AVPixelFormat to, int flags) {
+template <AVPixelFormat to, int flags>
+task halved(scene &s) {
     return scaled(s, {s.width / 2, s.height}, AV_PIX_FMT_YUV420P, to, flags);
 }
 
 // To a surface of `wider` times the width and twice the height.
-task stretched(scene &s, int wider, AVPixelFormat to) {
+template <int wider, AVPixelFormat to>
+task stretched(scene &s) {
     return scaled(s, {wider * s.width, 2 * s.height}, AV_PIX_FMT_YUV420P, to, SWS_FAST_BILINEAR);
 }
 
-task subpicture_from(scene &s, AVPixelFormat from) {
+template <AVPixelFormat from>
+task subpicture_from(scene &s) {
     const size picture{s.width, s.height};
     return [&s, context = scaler(picture, from, picture, AV_PIX_FMT_YUV422P, SWS_POINT)] {
         const uint8_t *const surface[] = {s.dst.data()};
@@ -63,49 +67,37 @@ constexpr AVPixelFormat i420 = AV_PIX_FMT_YUV420P, yuyv = AV_PIX_FMT_YUYV422;
 
 } // namespace
 
-const peer swscale_bgra{"libswscale", "yuv420p to bgra",
-                        [](scene &s) { return converted(s, i420, AV_PIX_FMT_BGRA); }};
-const peer swscale_bgr24{"libswscale", "yuv420p to bgr24",
-                         [](scene &s) { return converted(s, i420, AV_PIX_FMT_BGR24); }};
+const peer swscale_bgra{"libswscale", "yuv420p to bgra", converted<i420, AV_PIX_FMT_BGRA>};
+const peer swscale_bgr24{"libswscale", "yuv420p to bgr24", converted<i420, AV_PIX_FMT_BGR24>};
 const peer swscale_rgb565{"libswscale", "yuv420p to rgb565le",
-                          [](scene &s) { return converted(s, i420, AV_PIX_FMT_RGB565LE); }};
-const peer swscale_yuy2{"libswscale", "yuv420p to yuyv422",
-                        [](scene &s) { return converted(s, i420, yuyv); }};
+                          converted<i420, AV_PIX_FMT_RGB565LE>};
+const peer swscale_yuy2{"libswscale", "yuv420p to yuyv422", converted<i420, yuyv>};
 
 const peer swscale_half_yuy2{"libswscale", "yuv420p to half yuyv422 (area)",
-                             [](scene &s) { return halved(s, yuyv, SWS_AREA); }};
-const peer swscale_half_yv12{"libswscale", "yuv420p to half yuv420p",
-                             [](scene &s) { return halved(s, i420, SWS_POINT); }};
+                             halved<yuyv, SWS_AREA>};
+const peer swscale_half_yv12{"libswscale", "yuv420p to half yuv420p", halved<i420, SWS_POINT>};
 
 // Fast bilinear scaling is faster than point sampling here.
-const peer swscale_bgra_from_yuy2{"libswscale", "yuyv422 to bgra", [](scene &s) {
-                                      return converted(s, yuyv, AV_PIX_FMT_BGRA, SWS_FAST_BILINEAR);
-                                  }};
-const peer swscale_bgr24_from_yuy2{
-    "libswscale", "yuyv422 to bgr24",
-    [](scene &s) { return converted(s, yuyv, AV_PIX_FMT_BGR24, SWS_FAST_BILINEAR); }};
-const peer swscale_rgb565_from_yuy2{
-    "libswscale", "yuyv422 to rgb565le",
-    [](scene &s) { return converted(s, yuyv, AV_PIX_FMT_RGB565LE, SWS_FAST_BILINEAR); }};
+const peer swscale_bgra_from_yuy2{"libswscale", "yuyv422 to bgra",
+                                  converted<yuyv, AV_PIX_FMT_BGRA, SWS_FAST_BILINEAR>};
+const peer swscale_bgr24_from_yuy2{"libswscale", "yuyv422 to bgr24",
+                                   converted<yuyv, AV_PIX_FMT_BGR24, SWS_FAST_BILINEAR>};
+const peer swscale_rgb565_from_yuy2{"libswscale", "yuyv422 to rgb565le",
+                                    converted<yuyv, AV_PIX_FMT_RGB565LE, SWS_FAST_BILINEAR>};
 
 const peer swscale_i422_from_bgra{"libswscale", "bgra to yuv422p",
-                                  [](scene &s) { return subpicture_from(s, AV_PIX_FMT_BGRA); }};
+                                  subpicture_from<AV_PIX_FMT_BGRA>};
 const peer swscale_i422_from_bgr24{"libswscale", "bgr24 to yuv422p",
-                                   [](scene &s) { return subpicture_from(s, AV_PIX_FMT_BGR24); }};
-const peer swscale_i422_from_rgb565{"libswscale", "rgb565le to yuv422p", [](scene &s) {
-                                        return subpicture_from(s, AV_PIX_FMT_RGB565LE);
-                                    }};
+                                   subpicture_from<AV_PIX_FMT_BGR24>};
+const peer swscale_i422_from_rgb565{"libswscale", "rgb565le to yuv422p",
+                                    subpicture_from<AV_PIX_FMT_RGB565LE>};
 
-const peer swscale_1x2_yuy2{"libswscale", "yuv420p to yuyv422",
-                            [](scene &s) { return stretched(s, 1, yuyv); }};
-const peer swscale_1x2_bgra{"libswscale", "yuv420p to bgra",
-                            [](scene &s) { return stretched(s, 1, AV_PIX_FMT_BGRA); }};
-const peer swscale_1x2_bgr24{"libswscale", "yuv420p to bgr24",
-                             [](scene &s) { return stretched(s, 1, AV_PIX_FMT_BGR24); }};
+const peer swscale_1x2_yuy2{"libswscale", "yuv420p to yuyv422", stretched<1, yuyv>};
+const peer swscale_1x2_bgra{"libswscale", "yuv420p to bgra", stretched<1, AV_PIX_FMT_BGRA>};
+const peer swscale_1x2_bgr24{"libswscale", "yuv420p to bgr24", stretched<1, AV_PIX_FMT_BGR24>};
 const peer swscale_1x2_rgb565{"libswscale", "yuv420p to rgb565le",
-                              [](scene &s) { return stretched(s, 1, AV_PIX_FMT_RGB565LE); }};
-const peer swscale_2x2_yuy2{"libswscale", "yuv420p to yuyv422",
-                            [](scene &s) { return stretched(s, 2, yuyv); }};
+                              stretched<1, AV_PIX_FMT_RGB565LE>};
+const peer swscale_2x2_yuy2{"libswscale", "yuv420p to yuyv422", stretched<2, yuyv>};
 
 std::string swscale_version() { return AV_STRINGIFY(LIBSWSCALE_VERSION); }
 
