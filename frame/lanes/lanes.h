@@ -11,13 +11,59 @@
 #define LUMALANE_INLINE [[gnu::always_inline]] inline
 #define LUMALANE_INLINE_LAMBDA __attribute__((always_inline)) // after the parameters
 
-#define LUMALANE_QUOTE(name) #name
-#define LUMALANE_LANES_HEADER(set) LUMALANE_QUOTE(set.h)
-#include LUMALANE_LANES_HEADER(LUMALANE_LANES)
-
 namespace lumalane::LUMALANE_LANES {
 
 // x86 has 16 vector registers with 64 bits and 8 with 32 bits.
 inline constexpr int vector_registers = sizeof(void *) == 8 ? 16 : 8;
 
+// ---- What every set makes of its vectors -------------------------------------------------------
+
+template <int n>
+struct bytes;
+template <int n>
+struct words;
+
+// n samples in sixteenths, as widen_low() and widen_high() leave bytes; 8 are one vector.
+template <int n>
+struct sixteenths {
+    words<n / 2> low, high;
+};
+template <int n>
+requires(n == 8) struct sixteenths<n> {
+    words<n> low;
+};
+
+// Pixels in memory order.
+template <int count, int n>
+struct woven {
+    bytes<n> part[count];
+};
+
+// In which order the pairs of pixels of a block lie in its even and in its odd pixels: as they
+// follow each other, or those of the first 8 pixels and those of the last 8 in turn.
+enum class pairs { in_order, in_turn };
+
+// n pixels of packed YUY2, dealt and split: luma and U of the even ones, luma and V of the odd
+// ones.
+template <int n>
+struct packed_pixels {
+    bytes<n> even, odd;
+};
+
+// n / 2 pixels, coupled.
+template <int n>
+struct coupled {
+    words<n / 2> bg; // blue in the lower byte, green in the upper one
+    words<n / 2> rx; // of 4 bytes the upper two, of 3 bytes red in the upper byte
+};
+
+template <int n>
+struct halves {
+    bytes<n> lower, upper;
+};
+
 } // namespace lumalane::LUMALANE_LANES
+
+#define LUMALANE_QUOTE(name) #name
+#define LUMALANE_LANES_HEADER(set) LUMALANE_QUOTE(set.h)
+#include LUMALANE_LANES_HEADER(LUMALANE_LANES)

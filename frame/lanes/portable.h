@@ -476,16 +476,6 @@ LUMALANE_INLINE bytes<n> narrow_saturate(words<n> a) {
 
 // ---- Blending ----------------------------------------------------------------------------------
 
-// n samples in sixteenths, as widen_low() and widen_high() leave bytes.
-template <int n>
-struct sixteenths {
-    words<n / 2> low, high;
-};
-template <>
-struct sixteenths<8> {
-    words<8> low;
-};
-
 // below * (16 - weight) + above * weight; weights of more than 16 count as 16.
 template <int n>
 LUMALANE_INLINE words<n> blend_words(words<n> below, words<n> above, words<n> weight) {
@@ -511,15 +501,6 @@ LUMALANE_INLINE sixteenths<n> blend(bytes<n> below, bytes<n> above, bytes<n> wei
 // A sink weaves the channels of a group of n pixels into vectors in memory order. What it is given
 // is split: in every block of 16 pixels the 8 even ones, then the 8 odd ones, as
 // narrow_saturate(even, odd) leaves them.
-
-template <int count, int n>
-struct woven {
-    bytes<n> part[count];
-};
-
-// In which order the pairs of pixels of a block lie in its even and in its odd pixels: as they
-// follow each other, or those of the first 8 pixels and those of the last 8 in turn.
-enum class pairs { in_order, in_turn };
 
 // A vector of several blocks that is woven within its blocks does not come out in memory order. So
 // pixels and their chroma are dealt out over the blocks when they are loaded, for `count` parts, in
@@ -577,13 +558,7 @@ LUMALANE_INLINE bytes<n> deal_odd(const unsigned char *from) {
     return narrow_saturate(odd(load<2 * n>(from)));
 }
 
-// n pixels of packed YUY2, dealt and split: luma and U of the even ones, luma and V of the odd
-// ones, in the order of pairs that comes cheapest.
-template <int n>
-struct packed_pixels {
-    bytes<n> even, odd;
-};
-
+// In the order of pairs that comes cheapest.
 inline constexpr pairs packed_order = pairs::in_order;
 
 template <int count, int n>
@@ -687,12 +662,6 @@ LUMALANE_INLINE woven<size, n> load_spread(const unsigned char *from) {
 // Pixels that are taken apart for arithmetic in words: n / 2 of them, the lanes of the first and of
 // the second half in turn.
 
-template <int n>
-struct coupled {
-    words<n / 2> bg; // blue in the lower byte, green in the upper one
-    words<n / 2> rx; // of 4 bytes the upper two, of 3 bytes red in the upper byte
-};
-
 // Reads n / 2 pixels of `size` bytes.
 template <int size, int n>
 LUMALANE_INLINE coupled<n> load_coupled(const unsigned char *from) {
@@ -736,11 +705,6 @@ LUMALANE_INLINE bytes<2 * n> uncouple(words<n> a, words<n> b) {
     }
     return r;
 }
-
-template <int n>
-struct halves {
-    bytes<n> lower, upper;
-};
 
 // The same of even couples, the two apart.
 template <int n>

@@ -6,11 +6,6 @@
 
 namespace lumalane::LUMALANE_LANES {
 
-template <int n>
-struct bytes;
-template <int n>
-struct words;
-
 template <>
 struct bytes<16> {
     __m128i v;
@@ -308,15 +303,6 @@ LUMALANE_INLINE bool all_zero(bytes<8> a) {
     return all_zero(bytes<16>{_mm_unpacklo_epi64(a.v, a.v)});
 }
 
-template <int n>
-struct sixteenths {
-    words<n / 2> low, high;
-};
-template <>
-struct sixteenths<8> {
-    words<8> low;
-};
-
 #ifndef LUMALANE_WIDER_LANES
 // below * 16 + (above - below) * weight.
 LUMALANE_INLINE words<8> blend_words(words<8> below, words<8> above, words<8> weight) {
@@ -336,18 +322,6 @@ LUMALANE_INLINE sixteenths<8> blend(bytes<8> below, bytes<8> above, bytes<8> wei
 #endif
 
 // ---- Pixels ------------------------------------------------------------------------------------
-
-template <int count, int n>
-struct woven {
-    bytes<n> part[count];
-};
-
-enum class pairs { in_order, in_turn };
-
-template <int n>
-struct packed_pixels {
-    bytes<n> even, odd;
-};
 
 template <int>
 LUMALANE_INLINE bytes<16> deal_narrowed(words<8> a, words<8> b) {
@@ -589,16 +563,6 @@ LUMALANE_INLINE woven<size, n> load_spread(const unsigned char *from) {
 #endif
 
 // ---- Coupled pixels ----------------------------------------------------------------------------
-
-template <int n>
-struct coupled {
-    words<n / 2> bg, rx;
-};
-
-template <int n>
-struct halves {
-    bytes<n> lower, upper;
-};
 
 LUMALANE_INLINE words<8> even_couples(words<8> a, words<8> b) {
     return {_mm_castps_si128(
