@@ -39,10 +39,16 @@ if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   set(x86_32 TRUE)
 endif()
 
+set(sanitized FALSE)
+if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+  set(sanitized TRUE)
+endif()
+
 add_library(lumalane_options INTERFACE)
 target_include_directories(lumalane_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_link_libraries(lumalane_options INTERFACE lumalane_warnings)
-target_compile_definitions(lumalane_options INTERFACE LUMALANE_BUILD)
+target_compile_definitions(lumalane_options INTERFACE
+                           LUMALANE_BUILD $<$<BOOL:${sanitized}>:LUMALANE_SANITIZED>)
 target_compile_options(
   lumalane_options
   INTERFACE -ffreestanding -fno-exceptions -fno-rtti -fno-threadsafe-statics -fno-stack-protector
@@ -108,7 +114,7 @@ install(EXPORT lumalane NAMESPACE lumalane:: FILE lumalane-config.cmake
 lumalane_install(lumalane_static)
 
 # Sanitized code needs its runtime, which a library without any cannot have.
-if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+if(sanitized)
   return()
 endif()
 
