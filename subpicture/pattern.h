@@ -12,8 +12,8 @@ struct pattern {
     // Three words of 8 bytes, their lowest bytes first.
     pattern(unsigned long long first, unsigned long long second, unsigned long long third) {
         const unsigned long long words[] = {first, second, third};
-        for (int i = 0; i < 3 * widest; ++i)
-            byte[i] = static_cast<unsigned char>(words[i / 8 % 3] >> (i % 8 * 8));
+        for (int i = 0; i < 3 * widest; i += 8)
+            __builtin_memcpy(byte + i, &words[i / 8 % 3], 8);
     }
 
     // Pixels of `size` bytes.

@@ -59,11 +59,14 @@ LUMALANE_INLINE void walk_rows(unsigned height, unsigned pixels, const rows &des
                                const rows (&read)[sources], const Step &step) {
     const extent written = destination.whole(height);
     bool regular = true;
-    for (const rows &source : read)
+    // One buffer that outgrows the cache leaves nothing of another one there.
+    ptrdiff_t most_bytes = destination.bytes;
+    for (const rows &source : read) {
         regular = regular && apart(written, source.whole(height));
+        most_bytes = source.bytes > most_bytes ? source.bytes : most_bytes;
+    }
     with_put_if(regular, destination.first, static_cast<int>(destination.pitch),
-                static_cast<long long>(height) * destination.bytes,
-                [&](auto put) LUMALANE_INLINE_LAMBDA {
+                static_cast<long long>(height) * most_bytes, [&](auto put) LUMALANE_INLINE_LAMBDA {
                     walk_rows<group, decltype(put)>(height, pixels, step);
                 });
 }
