@@ -87,11 +87,7 @@ struct average_weight {
 
     template <int n>
     LUMALANE_INLINE static bytes<n> of(const unsigned char *alpha) {
-        if constexpr (n == 8)
-            return narrow_saturate(average_couples(load<16>(alpha)));
-        else
-            return deal_narrowed<1>(average_couples(load<n>(alpha)),
-                                    average_couples(load<n>(alpha + n)));
+        return deal_averages<1, n>(alpha);
     }
 };
 

@@ -536,18 +536,8 @@ LUMALANE_INLINE bytes<n> deal_halves(bytes<n> halves) {
     return r;
 }
 
-// Clamped to 0..255, those of `a` before those of `b`, dealt like pixels.
-template <int count, int n>
-LUMALANE_INLINE bytes<2 * n> deal_narrowed(words<n> a, words<n> b) {
-    bytes<2 * n> r;
-    for (int i = 0; i < n; ++i) {
-        r.lane[i] = static_cast<unsigned char>(clamp(a.lane[i], 0, 255));
-        r.lane[n + i] = static_cast<unsigned char>(clamp(b.lane[i], 0, 255));
-    }
-    return r;
-}
-
-// n bytes of the 2n at `from`: those with even or odd offsets, dealt like pixels.
+// n bytes of the 2n at `from`: those with even or odd offsets, or the averages of each two of them,
+// rounded up; dealt like pixels.
 template <int count, int n>
 LUMALANE_INLINE bytes<n> deal_even(const unsigned char *from) {
     return narrow_saturate(even(load<2 * n>(from)));
@@ -556,6 +546,11 @@ LUMALANE_INLINE bytes<n> deal_even(const unsigned char *from) {
 template <int count, int n>
 LUMALANE_INLINE bytes<n> deal_odd(const unsigned char *from) {
     return narrow_saturate(odd(load<2 * n>(from)));
+}
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_averages(const unsigned char *from) {
+    return narrow_saturate(average_couples(load<2 * n>(from)));
 }
 
 // In the order of pairs that comes cheapest.

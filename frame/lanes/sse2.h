@@ -328,20 +328,29 @@ LUMALANE_INLINE bytes<16> deal_narrowed(words<8> a, words<8> b) {
     return narrow_saturate(a, b);
 }
 
+// `make` of the words at `from`.
+template <int count, int n, class Make>
+LUMALANE_INLINE bytes<n> deal_made(const unsigned char *from, const Make &make) {
+    if constexpr (n == 8)
+        return narrow_saturate(make(load<16>(from)));
+    else
+        return deal_narrowed<count>(make(load<n>(from)), make(load<n>(from + n)));
+}
+
 template <int count, int n>
 LUMALANE_INLINE bytes<n> deal_even(const unsigned char *from) {
-    if constexpr (n == 8)
-        return narrow_saturate(even(load<16>(from)));
-    else
-        return deal_narrowed<count>(even(load<n>(from)), even(load<n>(from + n)));
+    return deal_made<count, n>(from, [](auto a) LUMALANE_INLINE_LAMBDA { return even(a); });
 }
 
 template <int count, int n>
 LUMALANE_INLINE bytes<n> deal_odd(const unsigned char *from) {
-    if constexpr (n == 8)
-        return narrow_saturate(odd(load<16>(from)));
-    else
-        return deal_narrowed<count>(odd(load<n>(from)), odd(load<n>(from + n)));
+    return deal_made<count, n>(from, [](auto a) LUMALANE_INLINE_LAMBDA { return odd(a); });
+}
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> deal_averages(const unsigned char *from) {
+    return deal_made<count, n>(from,
+                               [](auto a) LUMALANE_INLINE_LAMBDA { return average_couples(a); });
 }
 
 #ifndef LUMALANE_WIDER_LANES

@@ -118,6 +118,12 @@ constexpr void add_byte_operations(tests::probe &probe) {
                             [](memory to, source from) { store(to, load_channel<4, 0, n>(from)); });
     add_on_memory<3 * n, n>(probe, "load_channel<3, 2>",
                             [](memory to, source from) { store(to, load_channel<3, 2, n>(from)); });
+    add_on_memory<2 * n, n>(probe, "deal_even",
+                            [](memory to, source from) { store(to, deal_even<1, n>(from)); });
+    add_on_memory<2 * n, n>(probe, "deal_odd",
+                            [](memory to, source from) { store(to, deal_odd<1, n>(from)); });
+    add_on_memory<2 * n, n>(probe, "deal_averages",
+                            [](memory to, source from) { store(to, deal_averages<1, n>(from)); });
     add_one("lower_half", [](b a) { return lower_half(a); });
     if constexpr (n > 8)
         add_one("upper_half", [](b a) { return upper_half(a); });
@@ -264,18 +270,6 @@ struct from_even {
     static bytes<n> load(const unsigned char *from) { return deal_even<parts, n>(from); }
 };
 
-// Two vectors of words, clamped.
-template <int parts, int n>
-struct from_words {
-    static constexpr const char *deal = "deal_narrowed";
-    static constexpr int samples = n;
-    static int sample_of(int pixel) { return pixel; }
-    static bytes<n> load(const unsigned char *from) {
-        return deal_narrowed<parts>(widen(LUMALANE_LANES::load<n / 2>(from)),
-                                    widen(LUMALANE_LANES::load<n / 2>(from + n / 2)));
-    }
-};
-
 template <int parts, int n>
 struct from_odd {
     static constexpr const char *deal = "deal_odd";
@@ -385,7 +379,6 @@ private:
         add<from_pixels<parts, n>>(name, left_out, &Weave::operator());
         add<from_even<parts, n>>(name, left_out, &Weave::operator());
         add<from_odd<parts, n>>(name, left_out, &Weave::operator());
-        add<from_words<parts, n>>(name, left_out, &Weave::operator());
         add<from_chroma<parts, n>>(name, left_out, &Weave::operator());
         add<from_pairs<parts, n>>(name, left_out, &Weave::operator());
         add<from_vector<parts, n>>(name, left_out, &Weave::operator());
