@@ -484,8 +484,13 @@ LUMALANE_INLINE void field_groups(int height, const Group &group) {
     group(true);
 }
 
-// What is read and written of `groups` of them.
-inline mix_extents field_extents(const tagMIX_INFO &mix, long long groups, long long row_bytes) {
+LUMALANE_INLINE long long field_group_count(int height) {
+    return height < 8 ? 1 : (height + 3LL) / 4;
+}
+
+// What is read and written of them.
+inline mix_extents field_extents(const tagMIX_INFO &mix, long long row_bytes) {
+    const long long groups = field_group_count(mix.height);
     return {mix,        rows_at(mix.video_y, 2 * groups, mix.video_pitch, mix.width),
             groups,     mix.video_pitch >> 1,
             4 * groups, row_bytes};

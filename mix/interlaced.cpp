@@ -50,8 +50,7 @@ void mix_interlaced(const tagMIX_INFO &mix, Sink sink) {
         const long long row_bytes = static_cast<long long>(mix.width) * mixer.bytes_per_pixel;
         // Of other heights the strips do not begin where the one before did.
         const bool whole_groups = mix.height == 4 || (mix.height >= 8 && mix.height % 4 == 0);
-        if (!whole_groups ||
-            !mix_is_regular(mix, field_extents(mix, mix.height / 4, row_bytes), row_bytes))
+        if (!whole_groups || !mix_is_regular(mix, field_extents(mix, row_bytes), row_bytes))
             return mix_strips(mix, mixer);
         with_put(mix.dst, mix.dst_pitch, mix.height * row_bytes,
                  [&](auto put) LUMALANE_INLINE_LAMBDA { mix_groups<decltype(put)>(mix, mixer); });

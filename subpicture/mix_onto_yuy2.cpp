@@ -71,13 +71,11 @@ void mix_ayuy2_yuy2_i_ajust(LUMALANE_PARAMETERS_mix) {
         const auto mixer = make_mixer<planar_pairs, weight_of_second_pixel>(
             adjusted,
             [](auto source, auto stage) LUMALANE_INLINE_LAMBDA { return source | stage | yuy2{}; });
-        const long long groups = mix->height < 8 ? 1 : (mix->height + 3LL) / 4;
         const long long row_bytes = static_cast<long long>(mix->width) * mixer.bytes_per_pixel;
-        const bool regular =
-            mix_is_regular(*mix, field_extents(*mix, groups, row_bytes), row_bytes);
-        with_put_if(regular, mix->dst, mix->dst_pitch, 4 * groups * row_bytes,
-                    [&](auto put)
-                        LUMALANE_INLINE_LAMBDA { mix_blocks<decltype(put)>(*mix, mixer); });
+        const bool regular = mix_is_regular(*mix, field_extents(*mix, row_bytes), row_bytes);
+        with_put_if(
+            regular, mix->dst, mix->dst_pitch, 4 * field_group_count(mix->height) * row_bytes,
+            [&](auto put) LUMALANE_INLINE_LAMBDA { mix_blocks<decltype(put)>(*mix, mixer); });
     });
 }
 

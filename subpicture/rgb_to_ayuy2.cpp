@@ -169,12 +169,12 @@ class run_of_key {
     static constexpr int vectors = Surface::pixel_bytes;
 
     woven<vectors, widest> key_pixels;
-    bool exists; // can be on the surface
+    bool fits_3_bytes;
 
 public:
     explicit run_of_key(unsigned key)
         : key_pixels(pattern::of_pixels<vectors>(key).template first<vectors, widest>()),
-          exists(vectors != 3 || key >> 24 == 0) {}
+          fits_3_bytes(key >> 24 == 0) {}
 
     LUMALANE_INLINE bool is_at(const unsigned char *from) const {
         const auto same = [&](int i) LUMALANE_INLINE_LAMBDA {
@@ -183,7 +183,7 @@ public:
         bytes<widest> all_same = same(0);
         for (int i = 1; i < vectors; ++i)
             all_same = all_same & same(i);
-        return (vectors != 3 || exists) && all(all_same);
+        return (vectors != 3 || fits_3_bytes) && all(all_same);
     }
 };
 
