@@ -95,6 +95,27 @@ int draw_irregular_pitch(random &, int row_bytes);
 // Mostly one that exists.
 unsigned draw_rgb16_layout(random &);
 
+// The sizes of a mix's record.
+struct mix_shape {
+    int width, height, video_pitch, sub_pitch, dst_pitch;
+
+    void fill(tagMIX_INFO &mix) const {
+        mix.width = width;
+        mix.height = height;
+        mix.video_pitch = video_pitch;
+        mix.sub_pitch = sub_pitch;
+        mix.dst_pitch = dst_pitch;
+    }
+
+    void tell(drawn_call &drawn) const {
+        drawn.tell("width", width);
+        drawn.tell("height", height);
+        drawn.tell("video_pitch", video_pitch);
+        drawn.tell("sub_pitch", sub_pitch);
+        drawn.tell("dst_pitch", dst_pitch);
+    }
+};
+
 // A record that has no more than the layout.
 spot add_rgb16_info(drawn_call &, unsigned rgb16_layout);
 

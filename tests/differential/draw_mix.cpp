@@ -33,13 +33,9 @@ shape draw_mix_shape(random &r, std::string_view name) {
     return s;
 }
 
-struct sizes {
-    int video_pitch, sub_pitch, dst_pitch, width, height;
-};
-
 // What the function does not read is anything.
-sizes draw_sizes(random &r, std::string_view name, const shape &s) {
-    sizes drawn;
+mix_shape draw_sizes(random &r, std::string_view name, const shape &s) {
+    mix_shape drawn;
     for (int *field : {&drawn.video_pitch, &drawn.sub_pitch, &drawn.width})
         *field = static_cast<int>(r.next());
     drawn.dst_pitch = s.dst_pitch;
@@ -141,7 +137,7 @@ drawn_call draw_mix(random &r, const char *name,
     drawn_call drawn;
     drawn.contrast = draw_contrast(r);
     const shape s = draw_mix_shape(r, name);
-    const sizes drawn_sizes = draw_sizes(r, name, s);
+    const mix_shape drawn_sizes = draw_sizes(r, name, s);
     const layout l = draw_layout(r, drawn, s);
     const unsigned key = draw_key(r);
     const unsigned rgb16_layout = draw_rgb16_layout(r);
@@ -161,11 +157,7 @@ drawn_call draw_mix(random &r, const char *name,
     const spot record{drawn.add({"mix", sizeof(tagMIX_INFO),
                                  [=](void *bytes, const placement &at) {
                                      auto &mix = *static_cast<tagMIX_INFO *>(bytes);
-                                     mix.video_pitch = drawn_sizes.video_pitch;
-                                     mix.sub_pitch = drawn_sizes.sub_pitch;
-                                     mix.dst_pitch = drawn_sizes.dst_pitch;
-                                     mix.width = drawn_sizes.width;
-                                     mix.height = drawn_sizes.height;
+                                     drawn_sizes.fill(mix);
                                      mix.video_y = mix.video_v = mix.video_u = mix.dst_u =
                                          mix.dst_v = null ? nullptr : at.at(unread);
                                      mix.alpha_plane = at.at(l.alpha);
@@ -182,11 +174,7 @@ drawn_call draw_mix(random &r, const char *name,
     drawn.call(on_model, function,
                [=](const placement &at) { return std::tuple(at.at<tagMIX_INFO>(record)); });
 
-    drawn.tell("video_pitch", drawn_sizes.video_pitch);
-    drawn.tell("sub_pitch", drawn_sizes.sub_pitch);
-    drawn.tell("dst_pitch", drawn_sizes.dst_pitch);
-    drawn.tell("width", drawn_sizes.width);
-    drawn.tell("height", drawn_sizes.height);
+    drawn_sizes.tell(drawn);
     drawn.tell("alpha_plane", l.alpha);
     drawn.tell("sub_y", l.sub_y);
     drawn.tell("sub_v", l.sub_v);

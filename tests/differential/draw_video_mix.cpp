@@ -30,10 +30,6 @@ constexpr mix_function mix_functions[] = {
     {"mix_ayuy2_rgb16_i_ajust", 4, -20, -20, false},
 };
 
-struct mix_shape {
-    int width, height, video_pitch, sub_pitch, dst_pitch;
-};
-
 // Widths on the step of 16 (on and off 32), heights on the rows that are worked together, rows that
 // do not overlap.
 mix_shape draw_regular(random &r, const mix_function &f) {
@@ -150,11 +146,7 @@ drawn_call draw_video_mix(random &r, const char *name,
     const spot mix{drawn.add({"mix", sizeof(tagMIX_INFO),
                               [=, planar = f.planar](void *record, const placement &at) {
                                   auto &m = *static_cast<tagMIX_INFO *>(record);
-                                  m.video_pitch = s.video_pitch;
-                                  m.sub_pitch = s.sub_pitch;
-                                  m.dst_pitch = s.dst_pitch;
-                                  m.width = s.width;
-                                  m.height = s.height;
+                                  s.fill(m);
                                   m.video_y = at.at(l.video_y);
                                   m.video_v = at.at(l.video_v);
                                   m.video_u = at.at(l.video_u);
@@ -174,11 +166,7 @@ drawn_call draw_video_mix(random &r, const char *name,
     drawn.call(on_model, function,
                [=](const placement &at) { return std::tuple(at.at<tagMIX_INFO>(mix)); });
 
-    drawn.tell("width", s.width);
-    drawn.tell("height", s.height);
-    drawn.tell("video_pitch", s.video_pitch);
-    drawn.tell("sub_pitch", s.sub_pitch);
-    drawn.tell("dst_pitch", s.dst_pitch);
+    s.tell(drawn);
     drawn.tell("rgb16_layout", rgb16_layout);
     drawn.tell("video_y", l.video_y);
     drawn.tell("video_v", l.video_v);
