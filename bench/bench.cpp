@@ -82,8 +82,8 @@ std::vector<std::string> contestant_names(const std::vector<const job *> &jobs,
         names.push_back(options.beside_name);
     for (const job *job : jobs)
         for (const peer &peer : peers_of(*job))
-            if (std::find(names.begin(), names.end(), peer.library) == names.end())
-                names.push_back(peer.library);
+            if (std::find(names.begin(), names.end(), peer.project) == names.end())
+                names.push_back(peer.project);
     names.push_back(copy);
     return names;
 }
@@ -105,7 +105,7 @@ void measure(benchmark::State &state, const job &job, size picture, const option
             {options.beside_name, [&](long calls) { return beside->time(calls); }});
     }
     for (const peer &peer : peers_of(job))
-        contestants.push_back({peer.library, [convert = peer.prepare(scene)](long calls) {
+        contestants.push_back({peer.project, [convert = peer.prepare(scene)](long calls) {
                                    return time(convert, calls);
                                }});
     contestants.push_back(
@@ -136,7 +136,7 @@ void print_head(const std::vector<const job *> &jobs, const options &options, st
     for (const job *job : jobs) {
         out << "| `" << title(*job) << "` | " << job->bytes_per_pixel << " | ";
         for (const peer &peer : peers_of(*job))
-            out << peer.library << ' ' << peer.way << ", ";
+            out << peer.project << ' ' << peer.way << ", ";
         out << copy << " |\n";
     }
 }

@@ -9,7 +9,7 @@
 namespace lumalane::bench {
 
 struct peer {
-    const char *library;
+    const char *project;
     const char *way;               // its name for the conversion
     task (*prepare)(scene &scene); // the scene outlives the task
 };

@@ -84,7 +84,7 @@ std::vector<doubled_field> compare_stretches() {
     const surface_format &four_tap = *find_surface_format("yuy2");
     // The adjusting function has four taps, the plain one averages.
     surface_format averaging = four_tap;
-    averaging.library.load_1x2 = strech_picture_1X2_yuy2;
+    averaging.functions.load_1x2 = strech_picture_1X2_yuy2;
 
     picture frame = wheel(1);
     picture field = wheel(2);

@@ -13,8 +13,8 @@ namespace {
 
 using namespace player;
 
-bool mixes(const surface_format &format) { return format.library.mix != nullptr; }
-bool mixes_fields(const surface_format &format) { return format.library.mix_field != nullptr; }
+bool mixes(const surface_format &format) { return format.functions.mix != nullptr; }
+bool mixes_fields(const surface_format &format) { return format.functions.mix_field != nullptr; }
 
 constexpr int width = 64;
 constexpr int height = 32;

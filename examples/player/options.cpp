@@ -104,7 +104,8 @@ std::optional<options> parse(int argc, char **argv) {
     }
 
     if (chosen.field && stretch->empty()) {
-        const bool edge = surface->empty() || find_surface_format(surface_name)->library.load_edge;
+        const bool edge =
+            surface->empty() || find_surface_format(surface_name)->functions.load_edge;
         stretch_name = edge ? "edge" : "1x2";
     }
     chosen.stretch = find_stretching(stretch_name);

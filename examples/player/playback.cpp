@@ -14,7 +14,7 @@ void playback::refresh_rates() {
         return;
     char text[80];
     std::snprintf(text, sizeof text, "%.1f fps, %.1f µs a frame, ",
-                  running.recent.frames_per_second(), running.recent.library_microseconds());
+                  running.recent.frames_per_second(), running.recent.microseconds_in_library());
     rates = text;
     running.recent = {};
     show_title();

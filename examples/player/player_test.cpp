@@ -180,7 +180,7 @@ void expect_bt601(const surface &loaded, const samples &of) {
 
 class every_surface : public player_test, public testing::WithParamInterface<std::string> {};
 
-bool loads_packed(const surface_format &format) { return format.library.load_packed != nullptr; }
+bool loads_packed(const surface_format &format) { return format.functions.load_packed != nullptr; }
 
 INSTANTIATE_TEST_SUITE_P(surfaces, every_surface, testing::ValuesIn(all_surface_names()), name_of);
 

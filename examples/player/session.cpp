@@ -12,7 +12,7 @@ void meter::count(std::chrono::nanoseconds library_time) {
     library += library_time;
 }
 
-double meter::library_microseconds() const {
+double meter::microseconds_in_library() const {
     if (counted == 0)
         return 0;
     return std::chrono::duration<double, std::micro>(library).count() /
@@ -44,7 +44,7 @@ const stretching &session::stretch() const {
 bool session::is_stretched() const { return &stretch() != &stretchings().front(); }
 
 bool session::shows_fields() const {
-    return chosen.interlaced && !is_stretched() && chosen.surface->library.mix_field;
+    return chosen.interlaced && !is_stretched() && chosen.surface->functions.mix_field;
 }
 
 void session::choose_next_stretch() {
@@ -72,7 +72,7 @@ std::chrono::nanoseconds session::load() {
         const int field = second_field_due ? input.first_field() : 1 - input.first_field();
         return target.mix_field(current, field, over->shown(), format);
     }
-    if (over && !over->is_empty() && format.library.mix)
+    if (over && !over->is_empty() && format.functions.mix)
         return target.mix(current, over->shown(), format);
     return target.load(current, format);
 }
@@ -186,7 +186,7 @@ std::string session::describe() const {
         text += ", fields";
     if (over && is_stretched())
         text += ", nothing over stretched video";
-    else if (over && !chosen.surface->library.mix)
+    else if (over && !chosen.surface->functions.mix)
         text += ", nothing over the video on this surface";
     const adjustment plain;
     const auto add = [&text](const char *control, int value, int plain_value, const char *unit) {
@@ -204,7 +204,7 @@ std::string session::summary() const {
     std::snprintf(
         text, sizeof text, "%ld frames of %dx%d%s to %s: %.1f µs a frame in the library (%s)",
         whole.frames(), current.width(), current.height(), current.is_packed() ? ", packed," : "",
-        destination().c_str(), whole.library_microseconds(), lane_set_name());
+        destination().c_str(), whole.microseconds_in_library(), lane_set_name());
     return text;
 }
 

@@ -25,7 +25,7 @@ public:
     long frames() const { return counted; }
     std::chrono::duration<double> age() const { return clock::now() - start; }
     double frames_per_second() const { return static_cast<double>(counted) / age().count(); }
-    double library_microseconds() const; // per frame
+    double microseconds_in_library() const; // per frame
 
 private:
     clock::time_point start = clock::now();

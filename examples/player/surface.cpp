@@ -96,10 +96,10 @@ constexpr stretching all_stretchings[] = {
 
 // ---- Surfaces ---------------------------------------------------------------------------------
 
-constexpr surface_format rgb(const char *name, library_functions library, int bytes,
+constexpr surface_format rgb(const char *name, library_functions from_library, int bytes,
                              Uint32 sdl_format) {
     return {.name = name,
-            .library = library,
+            .functions = from_library,
             .bytes_per_pixel = bytes,
             .sdl_format = sdl_format,
             .expand_row = expand_bgr};
@@ -108,8 +108,8 @@ constexpr surface_format rgb(const char *name, library_functions library, int by
 constexpr surface_format rgb16(const char *name, unsigned layout, std::array<int, 3> bits,
                                Uint32 sdl_format) {
     return {.name = name,
-            .library = {loadimage_rgb16_ajust, LoadYUY2_RGB16_adjust, mix_ayuy2_rgb16_p_ajust,
-                        mix_ayuy2_rgb16_i_ajust, strech_picture_1X2_yuy2_ajust_rgb16},
+            .functions = {loadimage_rgb16_ajust, LoadYUY2_RGB16_adjust, mix_ayuy2_rgb16_p_ajust,
+                          mix_ayuy2_rgb16_i_ajust, strech_picture_1X2_yuy2_ajust_rgb16},
             .bytes_per_pixel = 2,
             .rgb16_layout = layout,
             .bits = bits,
@@ -117,20 +117,20 @@ constexpr surface_format rgb16(const char *name, unsigned layout, std::array<int
             .expand_row = expand_rgb16};
 }
 
-constexpr surface_format yuy2(const char *name, library_functions library,
+constexpr surface_format yuy2(const char *name, library_functions from_library,
                               bool half_width = false) {
     return {.name = name,
-            .library = library,
+            .functions = from_library,
             .bytes_per_pixel = 2,
             .half_width = half_width,
             .sdl_format = SDL_PIXELFORMAT_YUY2,
             .expand_row = expand_yuy2};
 }
 
-constexpr surface_format yv12(const char *name, library_functions library,
+constexpr surface_format yv12(const char *name, library_functions from_library,
                               bool half_width = false) {
     return {.name = name,
-            .library = library,
+            .functions = from_library,
             .bytes_per_pixel = 1,
             .half_width = half_width,
             .chroma_planes = true,
@@ -220,13 +220,13 @@ std::chrono::nanoseconds surface::load_field(picture &from, int field, const sur
 
 std::chrono::nanoseconds surface::mix(picture &from, subpicture &over, const surface_format &into) {
     fit(from, into);
-    return run(into.library.mix, from.frame(), over);
+    return run(into.functions.mix, from.frame(), over);
 }
 
 std::chrono::nanoseconds surface::mix_field(picture &from, int field, subpicture &over,
                                             const surface_format &into) {
     fit(from, into);
-    return run(into.library.mix_field, from.field(field), over);
+    return run(into.functions.mix_field, from.field(field), over);
 }
 
 std::chrono::nanoseconds surface::run(library_functions::loader load_rows, const source_rows &from,

@@ -54,7 +54,7 @@ const stretching *find_stretching(std::string_view name);
 // surface key and the help come from the table of these.
 struct surface_format {
     const char *name;
-    library_functions library;
+    library_functions functions;
     int bytes_per_pixel;               // in the rows of the surface (of its Y plane)
     bool half_width = false;           // it has one pixel for two of the picture, in all rows
     bool chroma_planes = false;        // V and U planes, a quarter of the first each, follow it
@@ -68,7 +68,7 @@ struct surface_format {
     // What loads planar or packed pictures so; null: nothing does.
     library_functions::loader loader(const stretching &by, bool packed) const {
         const auto function = packed ? by.packed : by.planar;
-        return function ? library.*function : nullptr;
+        return function ? functions.*function : nullptr;
     }
 };
 
