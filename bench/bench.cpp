@@ -2,18 +2,20 @@
 // memcpy of as many bytes as the function writes.
 #include "bench/contest.h"
 #include "bench/library.h"
-#include "bench/other_build.h"
 #include "bench/peers.h"
 #include "bench/report.h"
+#include "bench/timer_process.h"
 
 #include <CLI/CLI.hpp>
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstring>
 #include <fstream>
 #include <iostream>
-#include <optional>
+#include <map>
+#include <memory>
 #include <regex>
 #include <sstream>
 #include <stdexcept>
@@ -21,12 +23,29 @@
 namespace lumalane::bench {
 namespace {
 
+// A build of the library as a contestant.
+struct build {
+    std::string name;
+    std::string which;   // a target, or the file of a shared library
+    std::string program; // that times it in a process of its own; empty: here
+};
+
 struct options {
-    std::vector<std::string> lanes; // the first is what all others are compared with
-    std::string beside_name;        // empty: nobody
-    std::string beside_program;
+    std::vector<size> pictures{{320, 240}, {1280, 720}, {1920, 1080}, {3840, 2160}};
+    std::string filter = ".";
+    std::vector<std::string> targets;
+    std::vector<std::string> against;
+    std::vector<std::string> beside;
+    bool shipped_targets = false;
+    bool no_own = false;
+    bool no_peers = false;
     int rounds = 9;
     double milliseconds = 10;
+    double below = 0.95;
+    std::string json;
+    std::string csv = "/dev/null";
+    // What the others come to; the first is what all others are compared with.
+    std::vector<build> builds;
 };
 
 // In the order of `jobs`.
@@ -38,10 +57,6 @@ const std::vector<peer> &peers_of(const job &job) {
     };
     return peers[&job - jobs];
 }
-
-constexpr char copy[] = "memcpy";
-
-std::string column(const std::string &lanes) { return "Lumalane " + lanes; }
 
 // What is measured: a job on a picture.
 struct measurement {
@@ -72,46 +87,58 @@ std::vector<const job *> jobs_of(const std::vector<measurement> &chosen) {
     return found;
 }
 
-// Everybody who may compete, in the order of the columns.
-std::vector<std::string> contestant_names(const std::vector<const job *> &jobs,
-                                          const options &options) {
-    std::vector<std::string> names;
-    for (const std::string &lanes : options.lanes)
-        names.push_back(column(lanes));
-    if (!options.beside_name.empty())
-        names.push_back(options.beside_name);
+constexpr char copy[] = "memcpy";
+
+contestant_names names_of(const std::vector<const job *> &jobs, const options &options) {
+    contestant_names names;
+    for (const build &build : options.builds)
+        names.builds.push_back(build.name);
+    if (options.no_peers)
+        return names;
     for (const job *job : jobs)
         for (const peer &peer : peers_of(*job))
-            if (std::find(names.begin(), names.end(), peer.project) == names.end())
-                names.push_back(peer.project);
-    names.push_back(copy);
+            if (std::find(names.peers.begin(), names.peers.end(), peer.project) ==
+                names.peers.end())
+                names.peers.push_back(peer.project);
+    names.yardsticks = {copy};
     return names;
 }
 
 void measure(benchmark::State &state, const job &job, size picture, const options &options) {
     scene scene(picture, job.dst_pitch_per_pixel);
     job.in.arrange(scene);
-    const std::size_t bytes = job.bytes_per_pixel * picture.pixels();
-    const buffer original(bytes), copied(bytes);
-
     std::vector<contestant> contestants;
-    for (const std::string &lanes : options.lanes)
+    std::map<std::string, std::vector<std::string>> builds_of_programs;
+    std::map<std::string, timer_process> processes;
+    for (const build &build : options.builds) {
+        if (build.program.empty()) {
+            contestants.push_back({build.name, [&, library = library(build.which)](long calls) {
+                                       return library.time(job, scene, calls);
+                                   }});
+            continue;
+        }
+        // Builds of one program work on the same buffers.
+        std::vector<std::string> &builds = builds_of_programs[build.program];
         contestants.push_back(
-            {column(lanes), [&](long calls) { return time(job, scene, lanes, calls); }});
-    std::optional<other_build> beside;
-    if (!options.beside_name.empty()) {
-        beside.emplace(options.beside_program, title(job), options.lanes.front(), picture);
-        contestants.push_back(
-            {options.beside_name, [&](long calls) { return beside->time(calls); }});
+            {build.name, [&processes, &program = build.program, i = builds.size()](long calls) {
+                 return processes.at(program).time(i, calls);
+             }});
+        builds.push_back(build.which);
     }
-    for (const peer &peer : peers_of(job))
-        contestants.push_back({peer.project, [convert = peer.prepare(scene)](long calls) {
-                                   return time(convert, calls);
-                               }});
-    contestants.push_back(
-        {copy, [&](long calls) {
-             return time([&] { std::memcpy(copied.data(), original.data(), bytes); }, calls);
-         }});
+    for (const auto &[program, builds] : builds_of_programs)
+        processes.try_emplace(program, program, title(job), picture, builds);
+    if (!options.no_peers) {
+        for (const peer &peer : peers_of(job))
+            contestants.push_back({peer.project, [convert = peer.prepare(scene)](long calls) {
+                                       return time(convert, calls);
+                                   }});
+        const std::size_t bytes = job.bytes_per_pixel * picture.pixels();
+        const task copy_bytes = [bytes, from = std::make_shared<buffer>(bytes),
+                                 to = std::make_shared<buffer>(bytes)] {
+            std::memcpy(to->data(), from->data(), bytes);
+        };
+        contestants.push_back({copy, [copy_bytes](long calls) { return time(copy_bytes, calls); }});
+    }
 
     for (contestant &contestant : contestants)
         calibrate(contestant, options.milliseconds / 1000);
@@ -126,13 +153,18 @@ void measure(benchmark::State &state, const job &job, size picture, const option
     }
 }
 
-void print_head(const std::vector<const job *> &jobs, const options &options, std::ostream &out) {
-    out << "Measured on " << machine() << "; libyuv " << libyuv_version() << ", libswscale "
-        << swscale_version() << ".\n"
+void print_conditions(const std::vector<const job *> &jobs, const options &options,
+                      std::ostream &out) {
+    out << "Measured on " << machine();
+    if (!options.no_peers)
+        out << "; libyuv " << libyuv_version() << ", libswscale " << swscale_version();
+    out << ".\n"
         << "Nanoseconds per pixel, medians of " << options.rounds << " rounds of at least "
         << options.milliseconds << " ms each. In brackets: how many times as long as "
-        << column(options.lanes.front()) << " (median of the rounds' quotients).\n\n"
-        << "| Function | Bytes per pixel | Peers |\n|---|---:|---|\n";
+        << options.builds.front().name << " (median of the rounds' quotients).\n";
+    if (options.no_peers)
+        return;
+    out << "\n| Function | Bytes per pixel | Peers |\n|---|---:|---|\n";
     for (const job *job : jobs) {
         out << "| `" << title(*job) << "` | " << job->bytes_per_pixel << " | ";
         for (const peer &peer : peers_of(*job))
@@ -150,56 +182,111 @@ void add(const measurement &chosen, const options &options) {
         ->UseManualTime();
 }
 
-int run(int argc, char **argv) {
-    options options;
-    std::vector<size> pictures{{320, 240}, {1280, 720}, {1920, 1080}, {3840, 2160}};
-    std::string filter = ".";
-    std::string beside;
-    std::string json;
-    std::string csv = "/dev/null";
-    std::vector<std::string> sets = lane_sets();
-    std::reverse(sets.begin(), sets.end());
+// What is before and what is after the first `separator`.
+std::pair<std::string, std::string> split(const std::string &text, char separator) {
+    const std::size_t at = text.find(separator);
+    return {text.substr(0, at), at == std::string::npos ? "" : text.substr(at + 1)};
+}
 
-    CLI::App app("Times the functions of Lumalane beside other libraries and memcpy.");
-    app.add_option("--sizes", pictures, "instead of the usual four")
+void describe(CLI::App &app, options &options) {
+    app.add_option("--sizes", options.pictures, "instead of the usual four")
         ->delimiter(',')
         ->type_name("WIDTHxHEIGHT,...");
-    app.add_option("--filter", filter, "only the matching, as 1920x1080/.*rgb32$")
+    app.add_option("--filter", options.filter, "only the matching, as 1920x1080/.*rgb32$")
         ->type_name("REGEX");
-    options.lanes = {sets.front()};
-    app.add_option("--lanes", options.lanes, "run these lane sets instead of the widest")
+    app.add_option("--targets", options.targets, "run these instead of the widest")
         ->delimiter(',')
-        ->check(CLI::IsMember(sets))
-        ->type_name("SET,...");
-    app.add_option("--beside", beside, "also the lumalane_timer of another build")
-        ->type_name("NAME=PROGRAM");
+        ->check(CLI::IsMember(target_names()))
+        ->type_name("TARGET,...");
+    app.add_flag("--shipped-targets", options.shipped_targets,
+                 "run those that the library is shipped with, the widest first");
+    app.add_option("--against", options.against,
+                   "also a shared library of another build, on the target that it chooses")
+        ->allow_extra_args(false)
+        ->type_name("NAME=LIBRARY");
+    app.add_option(
+           "--beside", options.beside,
+           "also the lumalane_timer of another build, in a process of its own: on the first "
+           "of the targets, or with a shared library")
+        ->allow_extra_args(false)
+        ->type_name("NAME=PROGRAM[,LIBRARY]");
+    app.add_flag("--no-own", options.no_own,
+                 "leave this build out: compare with the first of the others");
+    app.add_flag("--no-peers", options.no_peers, "leave other libraries and memcpy out");
+    app.add_option("--below", options.below,
+                   "list other builds and peers that are fewer times as long")
+        ->type_name("RATIO");
     app.add_option("--rounds", options.rounds, "rounds per measurement")
         ->check(CLI::PositiveNumber);
     app.add_option("--milliseconds", options.milliseconds, "least duration of a turn");
-    app.add_option("--json", json, "write Google Benchmark's JSON too")->type_name("FILE");
-    app.add_option("--csv", csv, "write the table as CSV too")->type_name("FILE");
-    CLI11_PARSE(app, argc, argv);
+    app.add_option("--json", options.json, "write Google Benchmark's JSON too")->type_name("FILE");
+    app.add_option("--csv", options.csv, "write the table as CSV too")->type_name("FILE");
+}
 
-    options.beside_name = beside.substr(0, beside.find('='));
-    options.beside_program = beside.substr(beside.find('=') + 1);
-    const std::vector<measurement> chosen = choose(pictures, std::regex(filter));
+std::vector<build> builds_of(const options &options) {
+    std::vector<std::string> targets = options.targets;
+    if (options.shipped_targets) {
+        targets = shipped_target_names();
+        std::reverse(targets.begin(), targets.end());
+    }
+    std::vector<build> builds;
+    const auto add = [&](const std::string &name, const std::string &which,
+                         const std::string &program) {
+        if (std::any_of(builds.begin(), builds.end(),
+                        [&](const build &other) { return other.name == name; }))
+            throw std::runtime_error("two are named " + name);
+        builds.push_back({name, which, program});
+    };
+    if (!options.no_own)
+        for (const std::string &target : targets)
+            add("Lumalane " + target, target, "");
+    const auto split_name = [](const std::string &other) {
+        if (other.find('=') == std::string::npos)
+            throw std::runtime_error(other + " needs a name: NAME=" + other);
+        return split(other, '=');
+    };
+    for (const std::string &other : options.against) {
+        const auto [name, library] = split_name(other);
+        add(name, library, "");
+    }
+    for (const std::string &other : options.beside) {
+        const auto [name, process] = split_name(other);
+        const auto [program, library] = split(process, ',');
+        add(name, library.empty() ? targets.front() : library, program);
+    }
+    if (builds.empty())
+        throw std::runtime_error("there is no build to measure");
+    return builds;
+}
+
+int run(int argc, char **argv) {
+    options options;
+    options.targets = {target_names().back()};
+    CLI::App app("Times the functions of Lumalane beside other libraries and memcpy.");
+    describe(app, options);
+    CLI11_PARSE(app, argc, argv);
+    options.builds = builds_of(options);
+    // A process that has ended is told by its missing answer.
+    std::signal(SIGPIPE, SIG_IGN);
+
+    const std::vector<measurement> chosen = choose(options.pictures, std::regex(options.filter));
     const std::vector<const job *> chosen_jobs = jobs_of(chosen);
     if (chosen.empty())
-        throw std::runtime_error("nothing is named " + filter);
+        throw std::runtime_error("nothing is named " + options.filter);
     for (const measurement &measured : chosen)
         add(measured, options);
 
     std::string program = argv[0];
-    std::string out = "--benchmark_out=" + json;
+    std::string out = "--benchmark_out=" + options.json;
     char *arguments[] = {program.data(), out.data(), nullptr};
     int count = 2;
     benchmark::Initialize(&count, arguments);
 
-    std::ofstream csv_file(csv);
+    std::ofstream csv_file(options.csv);
     if (!csv_file)
-        throw std::runtime_error("cannot write " + csv);
-    report report(contestant_names(chosen_jobs, options), std::cout, csv_file);
-    print_head(chosen_jobs, options, std::cout);
+        throw std::runtime_error("cannot write " + options.csv);
+    report report(names_of(chosen_jobs, options), options.below, std::cout, csv_file);
+    print_conditions(chosen_jobs, options, std::cout);
     return benchmark::RunSpecifiedBenchmarks(&report) ? 0 : 1;
 }
 

@@ -1,6 +1,7 @@
 #include "bench/contest.h"
 
 #include <algorithm>
+#include <cmath>
 #include <ctime>
 #include <functional>
 
@@ -17,6 +18,7 @@ double now() {
 } // namespace
 
 double time(const task &work, long calls) {
+    work();
     work();
     const double start = now();
     for (long i = 0; i < calls; ++i)
@@ -36,14 +38,24 @@ void calibrate(contestant &contestant, double seconds) {
 }
 
 void round(std::vector<contestant> &contestants) {
-    for (contestant &contestant : contestants)
-        contestant.seconds.push_back(contestant.time(contestant.calls) / contestant.calls);
+    const std::size_t count = contestants.size(), first = contestants.front().seconds.size();
+    for (std::size_t i = first; i < first + count; ++i) {
+        contestant &next = contestants[i % count];
+        next.seconds.push_back(next.time(next.calls) / next.calls);
+    }
 }
 
 double median(std::vector<double> values) {
     const auto middle = values.begin() + values.size() / 2;
     std::nth_element(values.begin(), middle, values.end());
     return *middle;
+}
+
+double geometric_mean(const std::vector<double> &values) {
+    double logarithms = 0;
+    for (double value : values)
+        logarithms += std::log(value);
+    return std::exp(logarithms / double(values.size()));
 }
 
 double paired_ratio(const contestant &a, const contestant &b) {

@@ -1,4 +1,5 @@
-// Timing in turns: A B C, A B C, ... so that whatever disturbs the machine disturbs all alike.
+// Timing in turns: A B C, B C A, C A B, ... Whatever disturbs the machine disturbs all alike, and
+// nobody always comes after the same other one.
 #pragma once
 
 #include <functional>
@@ -9,7 +10,8 @@ namespace lumalane::bench {
 
 using task = std::function<void()>;
 
-// Seconds that `calls` runs of the work take, after one that is not counted.
+// Seconds that `calls` runs of the work take, after two that are not counted: the cache is full of
+// what came before.
 double time(const task &work, long calls);
 
 struct contestant {
@@ -22,10 +24,11 @@ struct contestant {
 // Raises `calls` until a round of this contestant takes at least `seconds`.
 void calibrate(contestant &contestant, double seconds);
 
-// One round: everybody once, in order.
+// One round: everybody once. Each round begins one further on.
 void round(std::vector<contestant> &contestants);
 
 double median(std::vector<double> values);
+double geometric_mean(const std::vector<double> &values);
 
 // Median of the quotients of the rounds, a's time over b's.
 double paired_ratio(const contestant &a, const contestant &b);

@@ -10,17 +10,25 @@
 
 namespace lumalane::bench {
 
+// The exported functions of a build of the library.
+struct functions {
+#define LUMALANE_EXPORT(signature, name) decltype(&::name) name;
+#include "abi/exports.inc"
+#undef LUMALANE_EXPORT
+};
+
 struct job {
     const char *name;
     const situation &in;
-    void (*run)(scene &);
+    void (*run)(const functions &, scene &);
     double dst_pitch_per_pixel;
     double bytes_per_pixel; // that memcpy moves beside it
 };
 
 inline constexpr job jobs[] = {
 #define LUMALANE_JOB(name, situation, pitch, bytes, ...)                                           \
-    {#name, situations::situation, [](scene &scene) { call(::name, scene); }, pitch, bytes},
+    {#name, situations::situation,                                                                 \
+     [](const functions &library, scene &scene) { call(library.name, scene); }, pitch, bytes},
 #include "bench/jobs.inc"
 #undef LUMALANE_JOB
 };
@@ -40,7 +48,7 @@ constexpr bool is_measured(std::string_view function) {
 
 #define LUMALANE_EXPORT(signature, name)                                                           \
     static_assert(is_measured(#name), #name " has no row in bench/jobs.inc");
-#include "frame/exports.inc"
+#include "abi/exports.inc"
 #undef LUMALANE_EXPORT
 
 } // namespace lumalane::bench

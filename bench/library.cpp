@@ -1,50 +1,86 @@
 #include "bench/library.h"
 
+#include "abi/targets.h"
 #include "bench/contest.h"
-#include "frame/dispatch.h"
 
+#include <algorithm>
+#include <dlfcn.h>
+#include <filesystem>
 #include <stdexcept>
+#include <string_view>
+#include <typeinfo>
 
 namespace lumalane::bench {
 namespace {
 
-struct named_set {
-    std::string name;
-    lane_set set;
+constexpr functions own_functions = {
+#define LUMALANE_EXPORT(signature, name) &::name,
+#include "abi/exports.inc"
+#undef LUMALANE_EXPORT
 };
 
-std::vector<named_set> named_sets() {
-    std::vector<named_set> sets;
-    for (lane_set set : all_lane_sets)
-        if (can_run(set)) {
-            force(set);
-            sets.push_back({kernels().name, set});
-        }
-    return sets;
+// Null: there is none of that name, or this processor does not run it.
+const target *find_target(const std::string &name) {
+    const target_list all = targets();
+    const target *const found = std::find_if(all.begin(), all.end(), [&](const target &target) {
+        return target.name == name && target.runs_here();
+    });
+    return found == all.end() ? nullptr : found;
 }
 
-void force_named(const std::string &name) {
-    static const std::vector<named_set> sets = named_sets();
-    for (const named_set &candidate : sets)
-        if (candidate.name == name)
-            return force(candidate.set);
-    throw std::runtime_error("this processor runs no lane set " + name);
+// Its address in a shared library. The symbol's name is made of the function's name and the encoded
+// types of its arguments. The encoded type of the function has them between "Fv" and "E".
+template <class F>
+F *find_function(void *library, const std::string &name) {
+    const std::string_view type = typeid(F).name();
+    const std::string arguments(type.substr(2, type.size() - 3));
+    const std::string symbol = "_Z" + std::to_string(name.size()) + name + arguments;
+    void *const function = dlsym(library, symbol.c_str());
+    if (!function)
+        throw std::runtime_error(dlerror());
+    return reinterpret_cast<F *>(function);
+}
+
+// It stays loaded.
+functions load(const std::string &file) {
+    // A name without a slash would be searched for in the system's directories.
+    void *const library = dlopen(std::filesystem::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!library)
+        throw std::runtime_error(dlerror());
+    return {
+#define LUMALANE_EXPORT(signature, name) find_function<decltype(::name)>(library, #name),
+#include "abi/exports.inc"
+#undef LUMALANE_EXPORT
+    };
 }
 
 } // namespace
 
-std::vector<std::string> lane_sets() {
+std::vector<std::string> target_names() {
     std::vector<std::string> names;
-    for (const named_set &set : named_sets())
-        names.push_back(set.name);
+    for (const target &target : targets())
+        if (target.runs_here())
+            names.push_back(target.name);
     return names;
 }
 
-double time(const job &job, scene &scene, const std::string &lanes, long calls) {
+std::vector<std::string> shipped_target_names() {
+    std::vector<std::string> names;
+    for (const char *name : {LUMALANE_SHIPPED_TARGETS})
+        if (find_target(name))
+            names.push_back(name);
+    return names;
+}
+
+library::library(const std::string &build)
+    : target_(find_target(build)), functions_(target_ ? own_functions : load(build)) {}
+
+double library::time(const job &job, scene &scene, long calls) const {
     contrast_data adjustment{70, 60, 5, -3, 4, 0, 0, 0};
-    get_contrast_data(&adjustment);
-    force_named(lanes);
-    return time([&] { job.run(scene); }, calls);
+    functions_.get_contrast_data(&adjustment);
+    if (target_)
+        force(*target_);
+    return bench::time([&] { job.run(functions_, scene); }, calls);
 }
 
 } // namespace lumalane::bench

@@ -46,9 +46,6 @@ extern const peer libyuv_1x2_yv12, libyuv_2x2_yv12, libyuv_1x2_plane, libyuv_2x2
 extern const peer swscale_1x2_yuy2, swscale_1x2_bgra, swscale_1x2_bgr24, swscale_1x2_rgb565;
 extern const peer swscale_2x2_yuy2;
 
-// strech_opt_yuy2_ajust(), a pixel after the other.
-extern const peer scalar_frame_stretch;
-
 std::string libyuv_version();
 std::string swscale_version();
 

@@ -25,8 +25,6 @@ struct planes {
     }
 };
 
-size picture_size(const scene &s) { return {s.width, s.height}; }
-
 planes picture(const scene &s) {
     return {s.y.data(), s.u.data(), s.v.data(), s.src_pitch, s.src_pitch / 2, s.width, s.height};
 }
@@ -181,14 +179,12 @@ void mix_strips(scene &s, const planes &video, const planes &between) {
 
 template <packer convert>
 task mixed_and_packed(scene &s) {
-    return [&s, between = own_planes(picture_size(s))] {
-        mix_strips<convert>(s, picture(s), between);
-    };
+    return [&s, between = own_planes(s.picture())] { mix_strips<convert>(s, picture(s), between); };
 }
 
 template <packer convert>
 task field_mixed_and_packed(scene &s) {
-    return [&s, frame = own_planes(picture_size(s)), between = own_planes(picture_size(s))] {
+    return [&s, frame = own_planes(s.picture()), between = own_planes(s.picture())] {
         scale(field(s), frame, libyuv::kFilterBilinear);
         mix_strips<convert>(s, frame, between);
     };
@@ -236,20 +232,20 @@ const peer libyuv_mix_rgb24{"libyuv", "I420Blend, I420ToRGB24",
 const peer libyuv_mix_rgb565{"libyuv", "I420Blend, I420ToRGB565",
                              mixed_and_packed<libyuv::I420ToRGB565>};
 
-const peer libyuv_mix_yv12{
-    "libyuv", "I420Blend", [](scene &s) -> task {
-        return [&s] { blend(s, picture(s), planes_at(s.dst.data(), picture_size(s)), 0); };
-    }};
+const peer libyuv_mix_yv12{"libyuv", "I420Blend", [](scene &s) -> task {
+                               return [&s] {
+                                   blend(s, picture(s), planes_at(s.dst.data(), s.picture()), 0);
+                               };
+                           }};
 
-const peer libyuv_mix_half_yuy2{"libyuv", "I420Blend, I420Scale (none), I420ToYUY2",
-                                [](scene &s) -> task {
-                                    return [&s, mixed = own_planes(picture_size(s)),
-                                            half = own_planes({s.width / 2, s.height})] {
-                                        blend(s, picture(s), mixed, 0);
-                                        scale(mixed, half, libyuv::kFilterNone);
-                                        pack(half, libyuv::I420ToYUY2, s.dst.data(), s.dst_pitch);
-                                    };
-                                }};
+const peer libyuv_mix_half_yuy2{
+    "libyuv", "I420Blend, I420Scale (none), I420ToYUY2", [](scene &s) -> task {
+        return [&s, mixed = own_planes(s.picture()), half = own_planes({s.width / 2, s.height})] {
+            blend(s, picture(s), mixed, 0);
+            scale(mixed, half, libyuv::kFilterNone);
+            pack(half, libyuv::I420ToYUY2, s.dst.data(), s.dst_pitch);
+        };
+    }};
 
 const peer libyuv_mix_field_yuy2{"libyuv", "I420Scale, I420Blend, I420ToYUY2",
                                  field_mixed_and_packed<libyuv::I420ToYUY2>};
@@ -261,10 +257,9 @@ const peer libyuv_mix_field_rgb565{"libyuv", "I420Scale, I420Blend, I420ToRGB565
                                    field_mixed_and_packed<libyuv::I420ToRGB565>};
 
 const peer libyuv_mix_field_yv12{"libyuv", "I420Scale, I420Blend", [](scene &s) -> task {
-                                     return [&s, frame = own_planes(picture_size(s))] {
+                                     return [&s, frame = own_planes(s.picture())] {
                                          scale(field(s), frame, libyuv::kFilterBilinear);
-                                         blend(s, frame, planes_at(s.dst.data(), picture_size(s)),
-                                               0);
+                                         blend(s, frame, planes_at(s.dst.data(), s.picture()), 0);
                                      };
                                  }};
 
@@ -282,7 +277,7 @@ const peer libyuv_2x2_yuy2{"libyuv", "I420Scale, I420ToYUY2",
 const peer libyuv_2x2_yuy2_from_yuy2{
     "libyuv", "YUY2ToI420, I420Scale, I420ToYUY2", [](scene &s) -> task {
         const size twice{2 * s.width, 2 * s.height};
-        return [&s, split = own_planes(picture_size(s)), between = own_planes(twice)] {
+        return [&s, split = own_planes(s.picture()), between = own_planes(twice)] {
             libyuv::YUY2ToI420(s.y.data(), 2 * s.src_pitch, split.y, split.pitch, split.u,
                                split.chroma_pitch, split.v, split.chroma_pitch, s.width, s.height);
             scale(split, between, libyuv::kFilterBilinear);

@@ -24,7 +24,7 @@ std::shared_ptr<SwsContext> scaler(size source, AVPixelFormat from, size target,
 
 // Without accurate rounding. Point sampling is fastest where nothing is scaled.
 task scaled(scene &s, size target, AVPixelFormat from, AVPixelFormat to, int flags) {
-    return [&s, context = scaler({s.width, s.height}, from, target, to, flags), from, to, target] {
+    return [&s, context = scaler(s.picture(), from, target, to, flags), from, to, target] {
         const uint8_t *const source[] = {s.y.data(), s.u.data(), s.v.data(), nullptr};
         int source_pitches[4];
         av_image_fill_linesizes(source_pitches, from, s.src_pitch);
@@ -38,7 +38,7 @@ task scaled(scene &s, size target, AVPixelFormat from, AVPixelFormat to, int fla
 
 template <AVPixelFormat from, AVPixelFormat to, int flags = SWS_POINT>
 task converted(scene &s) {
-    return scaled(s, {s.width, s.height}, from, to, flags);
+    return scaled(s, s.picture(), from, to, flags);
 }
 
 template <AVPixelFormat to, int flags>
@@ -54,8 +54,7 @@ task stretched(scene &s) {
 
 template <AVPixelFormat from>
 task subpicture_from(scene &s) {
-    const size picture{s.width, s.height};
-    return [&s, context = scaler(picture, from, picture, AV_PIX_FMT_YUV422P, SWS_POINT)] {
+    return [&s, context = scaler(s.picture(), from, s.picture(), AV_PIX_FMT_YUV422P, SWS_POINT)] {
         const uint8_t *const surface[] = {s.dst.data()};
         uint8_t *const planes[] = {s.sub_y.data(), s.sub_u.data(), s.sub_v.data()};
         const int pitches[] = {s.src_pitch, s.src_pitch / 2, s.src_pitch / 2};

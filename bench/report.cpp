@@ -1,18 +1,13 @@
 #include "bench/report.h"
 
+#include "bench/table.h"
+
+#include <algorithm>
 #include <fstream>
-#include <iomanip>
-#include <set>
-#include <sstream>
+#include <map>
 
 namespace lumalane::bench {
 namespace {
-
-std::string fixed(double value, int decimals) {
-    std::ostringstream stream;
-    stream << std::fixed << std::setprecision(decimals) << value;
-    return stream.str();
-}
 
 // "AMD EPYC, family 25, model 17": the first processor's entry ends with an empty line.
 std::string processor() {
@@ -35,8 +30,9 @@ std::string processor() {
 
 std::string quotient(const std::string &contestant) { return contestant + " quotient"; }
 
-report::report(std::vector<std::string> contestants, std::ostream &markdown, std::ostream &csv)
-    : contestants_(std::move(contestants)), markdown_(markdown), csv_(csv) {}
+report::report(const contestant_names &names, double below, std::ostream &markdown,
+               std::ostream &csv)
+    : contestants_(names.all()), summary_(names), below_(below), markdown_(markdown), csv_(csv) {}
 
 bool report::ReportContext(const Context &) {
     csv_ << "picture,function";
@@ -57,36 +53,35 @@ void report::ReportRuns(const std::vector<Run> &runs) {
         const std::string function = name.substr(name.find('/') + 1);
         if (picture != picture_) {
             picture_ = picture;
-            head_of_table();
+            markdown_ << "\n### " << picture << "\n\n";
+            print_head(markdown_, "Function", contestants_);
         }
-        markdown_ << "| `" << function << '`';
+        std::vector<std::string> cells;
+        std::map<std::string, double> quotients;
         csv_ << picture << ',' << function;
         for (const std::string &contestant : contestants_) {
             const auto time = run.counters.find(contestant);
             if (time == run.counters.end()) {
-                markdown_ << " | –";
+                cells.push_back(empty_cell);
                 csv_ << ",,";
                 continue;
             }
             const double times_ours = run.counters.at(quotient(contestant));
-            markdown_ << " | " << fixed(time->second, 3);
+            quotients[contestant] = times_ours;
+            cells.push_back(fixed(time->second, 3));
             if (contestant != contestants_.front())
-                markdown_ << " (" << fixed(times_ours, 2) << ')';
+                cells.back() += " (" + fixed(times_ours, 2) + ')';
             csv_ << ',' << fixed(time->second, 5) << ',' << fixed(times_ours, 4);
         }
-        markdown_ << " |" << std::endl;
+        print_row(markdown_, '`' + function + '`', cells);
         csv_ << std::endl;
+        summary_.add(picture, function, std::move(quotients));
     }
 }
 
-void report::head_of_table() {
-    markdown_ << "\n### " << picture_ << "\n\n| Function";
-    for (const std::string &contestant : contestants_)
-        markdown_ << " | " << contestant;
-    markdown_ << " |\n|---";
-    for (std::size_t i = 0; i < contestants_.size(); ++i)
-        markdown_ << "|---:";
-    markdown_ << "|\n";
+void report::Finalize() {
+    markdown_ << "\n### Summary\n\n";
+    summary_.print(markdown_, below_);
 }
 
 std::string machine() {

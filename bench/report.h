@@ -1,6 +1,8 @@
 // What the benchmark prints: Markdown for people, CSV for the chart.
 #pragma once
 
+#include "bench/summary.h"
+
 #include <benchmark/benchmark.h>
 
 #include <ostream>
@@ -13,21 +15,23 @@ namespace lumalane::bench {
 // of the contestant, and the quotient to the time of the first contestant, under quotient(name).
 std::string quotient(const std::string &contestant);
 
-// A table per picture size, a row per function, a column per contestant.
+// A table per picture size, a row per function, a column per contestant; then the summary.
 class report : public benchmark::BenchmarkReporter {
 public:
-    report(std::vector<std::string> contestants, std::ostream &markdown, std::ostream &csv);
+    // `below`: as of summary::print().
+    report(const contestant_names &names, double below, std::ostream &markdown, std::ostream &csv);
 
     bool ReportContext(const Context &) override;
     void ReportRuns(const std::vector<Run> &runs) override;
+    void Finalize() override;
 
 private:
-    void head_of_table();
-
     std::vector<std::string> contestants_;
+    summary summary_;
+    double below_;
     std::ostream &markdown_;
     std::ostream &csv_;
-    std::string picture_; // of the table that is being printed
+    std::string picture_{}; // of the table that is being printed
 };
 
 // One line: the processor with its caches, the compiler.

@@ -31,7 +31,7 @@ std::size_t pixels_with_room(size picture) {
 
 } // namespace
 
-buffer::buffer(std::size_t bytes) : memory_(allocate(bytes), &std::free) {
+buffer::buffer(std::size_t bytes) : bytes_(bytes), memory_(allocate(bytes), &std::free) {
     const std::size_t words = (bytes + 3) / 4; // within the last cache line
     std::generate_n(reinterpret_cast<std::uint32_t *>(memory_.get()), words, std::mt19937(bytes));
 }

@@ -2,7 +2,7 @@
 // touched.
 #pragma once
 
-#include "frame/lumalane.h"
+#include <lumalane.h>
 
 #include <cstddef>
 #include <cstdlib>
@@ -15,8 +15,10 @@ class buffer {
 public:
     explicit buffer(std::size_t bytes); // of random content
     unsigned char *data() const { return memory_.get(); }
+    std::size_t bytes() const { return bytes_; }
 
 private:
+    std::size_t bytes_;
     std::unique_ptr<unsigned char[], decltype(&std::free)> memory_;
 };
 
@@ -33,6 +35,7 @@ std::istream &operator>>(std::istream &in, size &picture);
 struct scene {
     scene(size picture, double dst_pitch_per_pixel);
 
+    size picture() const { return {width, height}; }
     tagMIX_INFO mix_record();
 
     int width;

@@ -1,5 +1,5 @@
-// lumalane_timer JOB LANES WIDTHxHEIGHT: the other end of bench/other_build.h. Answers each number
-// of calls on its input with the seconds that they took.
+// lumalane_timer JOB WIDTHxHEIGHT BUILD...: the other end of bench/timer_process.h. Reads "build calls"
+// (builds are counted from 0) and answers with the seconds that so many calls took.
 #include "bench/library.h"
 
 #include <algorithm>
@@ -11,13 +11,13 @@
 using namespace lumalane::bench;
 
 int main(int argc, char **argv) try {
-    if (argc != 4)
-        throw std::runtime_error("wants JOB LANES WIDTHxHEIGHT");
+    if (argc < 4)
+        throw std::runtime_error("wants JOB WIDTHxHEIGHT BUILD...");
     const std::string name = argv[1];
-    const std::string lanes = argv[2];
     size picture;
-    if (!(std::istringstream(argv[3]) >> picture))
-        throw std::runtime_error(std::string("no size ") + argv[3]);
+    if (!(std::istringstream(argv[2]) >> picture))
+        throw std::runtime_error(std::string("no size ") + argv[2]);
+    const std::vector<library> builds(argv + 3, argv + argc);
     const job *job = std::find_if(std::begin(jobs), std::end(jobs),
                                   [&](const auto &candidate) { return title(candidate) == name; });
     if (job == std::end(jobs))
@@ -25,8 +25,9 @@ int main(int argc, char **argv) try {
 
     scene scene(picture, job->dst_pitch_per_pixel);
     job->in.arrange(scene);
-    for (long calls; std::cin >> calls;)
-        std::cout << time(*job, scene, lanes, calls) << std::endl;
+    std::size_t build;
+    for (long calls; std::cin >> build >> calls;)
+        std::cout << builds.at(build).time(*job, scene, calls) << std::endl;
 } catch (const std::exception &error) {
     std::cerr << "lumalane_timer: " << error.what() << '\n';
     return 1;

@@ -1,41 +1,93 @@
-# The library: kernel files compiled once per lane set, and the frame around them.
+# The library: row kernels compiled once per target, and the picture functions, compiled once.
 
 # Warnings for every target of the project.
 add_library(lumalane_warnings INTERFACE)
 target_compile_options(lumalane_warnings INTERFACE -Wall -Wextra -Wshadow
                        $<$<BOOL:${LUMALANE_WERROR}>:-Werror>)
 
-# Each is compiled once per lane set.
-set(kernel_files
-    frame/kernels.cpp
-    load/yuy2_to_rgb.cpp
-    load/yuy2_to_yuy2.cpp
+# Compiled once per target of abi/targets.inc.
+set(row_files
+    rows/alpha.cpp
+    rows/between.cpp
+    rows/blend.cpp
+    rows/convert.cpp
+    rows/deinterleave.cpp
+    rows/double.cpp
+    rows/emit.cpp
+    rows/key.cpp
+    rows/packed.cpp
+    rows/plane.cpp
+    rows/table.cpp)
+
+# Compiled once.
+set(library_files
+    abi/exports.cpp
+    load/row_pairs.cpp
+    load/yuy2.cpp
     load/yv12_to_rgb.cpp
     load/yv12_to_yuy2.cpp
     load/yv12_to_yv12.cpp
     mix/interlaced.cpp
     mix/progressive.cpp
-    stretch/double_size_to_yuy2.cpp
+    mix/row_mixer.cpp
+    mix/yv12.cpp
+    picture/adjustment.cpp
+    picture/geometry.cpp
     stretch/frame_to_yuy2.cpp
+    stretch/yuy2_to_yuy2.cpp
     stretch/yv12_to_rgb.cpp
     stretch/yv12_to_yuy2.cpp
     stretch/yv12_to_yv12.cpp
     subpicture/alpha_transfers.cpp
     subpicture/ayuy2_to_rgb.cpp
     subpicture/colour_key.cpp
-    subpicture/mix_onto_yuy2.cpp
-    subpicture/mix_onto_yv12.cpp
     subpicture/rgb_to_ayuy2.cpp)
-
-set(frame_files frame/adjustment.cpp frame/dispatch.cpp frame/exports.cpp)
 if(WIN32)
-  list(APPEND frame_files frame/windows_runtime.cpp)
+  list(APPEND library_files abi/windows_runtime.cpp)
 endif()
+
+# ---- Which targets -------------------------------------------------------------------------------
+
+math(EXPR word_bits "8 * ${CMAKE_SIZEOF_VOID_P}")
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86|x86_64|AMD64|i[3-6]86)$")
+  set(processors x86)
+else()
+  message(FATAL_ERROR "Lumalane has no abi/cpu_<family>.cpp for ${CMAKE_SYSTEM_PROCESSOR}")
+endif()
+list(APPEND library_files abi/cpu_${processors}.cpp)
+
+# Every target that this processor family has, the narrowest first, with its compiler flags; and
+# those that are shipped: not what is narrower than every processor of this word size is.
+set(targets "")
+set(target_lines "")
+file(STRINGS abi/targets.inc lines REGEX "^LUMALANE_TARGET")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS abi/targets.inc)
+foreach(line IN LISTS lines)
+  if(NOT line MATCHES "^LUMALANE_TARGET\\(([a-z0-9_]+), ([a-z0-9_]+), ([0-9]+), \"([^\"]*)\",")
+    message(FATAL_ERROR "abi/targets.inc: cannot read ${line}")
+  endif()
+  if(CMAKE_MATCH_2 STREQUAL any OR CMAKE_MATCH_2 STREQUAL processors)
+    set(target ${CMAKE_MATCH_1})
+    list(APPEND targets ${target})
+    separate_arguments(target_flags_${target} UNIX_COMMAND "${CMAKE_MATCH_4}")
+    if(CMAKE_MATCH_3 EQUAL word_bits)
+      set(shipped_targets "")
+      set(shipped_lines "")
+    endif()
+    list(APPEND shipped_targets ${target})
+    string(APPEND target_lines "${line}\n")
+    string(APPEND shipped_lines "${line}\n")
+  endif()
+endforeach()
+file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/all/targets_built.inc CONTENT "${target_lines}" @ONLY)
+file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/shipped/targets_built.inc CONTENT "${shipped_lines}" @ONLY)
+
+# ---- How ---------------------------------------------------------------------------------------
 
 # 32-bit libraries start on a processor with SSE and no SSE2, for callers that align the stack to
 # 4 bytes (the compiler for Windows assumes no more).
 set(x86_32 FALSE)
-if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+if(processors STREQUAL x86 AND word_bits EQUAL 32)
   set(x86_32 TRUE)
 endif()
 
@@ -45,16 +97,28 @@ if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
 endif()
 
 add_library(lumalane_options INTERFACE)
-target_include_directories(lumalane_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_include_directories(lumalane_options INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
 target_link_libraries(lumalane_options INTERFACE lumalane_warnings)
 target_compile_definitions(lumalane_options INTERFACE
                            LUMALANE_BUILD $<$<BOOL:${sanitized}>:LUMALANE_SANITIZED>)
 target_compile_options(
   lumalane_options
   INTERFACE -ffreestanding -fno-exceptions -fno-rtti -fno-threadsafe-statics -fno-stack-protector
-            -fvisibility=hidden -Wmissing-declarations
-            # No calls of memcpy or memset in place of our loops: there is nobody to provide them.
+            -fvisibility=hidden
+            $<$<BOOL:${x86_32}>:-march=pentium3>
+            $<$<AND:$<BOOL:${x86_32}>,$<NOT:$<BOOL:${WIN32}>>>:-mstackrealign>)
+
+# Where the loops along a row are.
+add_library(lumalane_row_options INTERFACE)
+target_link_libraries(lumalane_row_options INTERFACE lumalane_options)
+target_compile_options(
+  lumalane_row_options
+  INTERFACE # No calls of memcpy or memset in place of our loops.
             $<$<CXX_COMPILER_ID:GNU>:-fno-tree-loop-distribute-patterns>
+            # Nor a copy of a loop for either value of what is the same throughout it.
+            $<$<CXX_COMPILER_ID:GNU>:-fno-unswitch-loops>
+            # Vectors are what the text says: made of pointers they cost more than they save.
+            -fno-tree-vectorize -fno-tree-slp-vectorize
             # Where a short loop happens to lie makes up to 1.5 times the difference.
             $<$<CXX_COMPILER_ID:GNU>:-falign-loops=32>
             # Constants come from memory: made from general registers they would be made again in
@@ -63,33 +127,52 @@ target_compile_options(
             # The processor's window is too short to find the parallelism of a step by itself. (With
             # the 8 registers of 32 bits there is nothing to gain.) But nothing may move up over the
             # branch that decides about it.
-            $<$<AND:$<CXX_COMPILER_ID:GNU>,$<NOT:$<BOOL:${x86_32}>>>:-fschedule-insns$<SEMICOLON>-fsched-pressure$<SEMICOLON>-fno-sched-spec>
-            $<$<BOOL:${x86_32}>:-march=pentium3>
-            $<$<AND:$<BOOL:${x86_32}>,$<NOT:$<BOOL:${WIN32}>>>:-mstackrealign>)
+            $<$<AND:$<CXX_COMPILER_ID:GNU>,$<NOT:$<BOOL:${x86_32}>>>:-fschedule-insns$<SEMICOLON>-fsched-pressure$<SEMICOLON>-fno-sched-spec>)
 
-set(lane_sets portable sse2 avx2)
-# Clang inlines the loops over lanes into each other beyond all measure.
-set(lane_flags_portable $<$<CXX_COMPILER_ID:Clang>:-Os>)
-set(lane_flags_sse2 -msse2)
-set(lane_flags_avx2 -mavx2)
-# lumalane_lanes(TARGET LANES FILE ...): the objects of the files, compiled for the lane set.
-function(lumalane_lanes target lanes)
-  add_library(${target} OBJECT ${ARGN})
-  target_link_libraries(${target} PRIVATE lumalane_options)
-  target_compile_definitions(${target} PRIVATE LUMALANE_LANES=${lanes})
-  target_compile_options(${target} PRIVATE ${lane_flags_${lanes}})
-  set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+# lumalane_for_target(LIBRARY TARGET FILE ...): the objects of the files, compiled for the target.
+function(lumalane_for_target library target)
+  add_library(${library} OBJECT ${ARGN})
+  target_link_libraries(${library} PRIVATE lumalane_row_options)
+  target_compile_definitions(${library} PRIVATE LUMALANE_TARGET_NAME=${target})
+  target_compile_options(${library} PRIVATE ${target_flags_${target}})
+  set_target_properties(${library} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()
 
-set(objects "")
-foreach(lanes IN LISTS lane_sets)
-  lumalane_lanes(lumalane_lanes_${lanes} ${lanes} ${kernel_files})
-  list(APPEND objects $<TARGET_OBJECTS:lumalane_lanes_${lanes}>)
+function(lumalane_objects library)
+  add_library(${library} OBJECT ${ARGN})
+  target_link_libraries(${library} PRIVATE lumalane_options)
+  set_target_properties(${library} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+endfunction()
+
+lumalane_objects(lumalane_functions ${library_files})
+# The table of the targets, for the library and for the tests.
+foreach(which IN ITEMS shipped all)
+  lumalane_objects(lumalane_targets_${which} abi/targets.cpp)
+  target_include_directories(lumalane_targets_${which} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${which})
 endforeach()
-add_library(lumalane_frame OBJECT ${frame_files})
-target_link_libraries(lumalane_frame PRIVATE lumalane_options)
-list(APPEND objects $<TARGET_OBJECTS:lumalane_frame>)
-set_target_properties(lumalane_frame PROPERTIES POSITION_INDEPENDENT_CODE ON)
+target_include_directories(lumalane_functions PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/shipped)
+
+foreach(target IN LISTS targets)
+  lumalane_for_target(lumalane_rows_${target} ${target} ${row_files})
+  set_target_properties(lumalane_rows_${target} PROPERTIES EXCLUDE_FROM_ALL ON)
+endforeach()
+set_target_properties(lumalane_targets_all PROPERTIES EXCLUDE_FROM_ALL ON)
+set(objects $<TARGET_OBJECTS:lumalane_functions> $<TARGET_OBJECTS:lumalane_targets_shipped>)
+foreach(target IN LISTS shipped_targets)
+  list(APPEND objects $<TARGET_OBJECTS:lumalane_rows_${target}>)
+endforeach()
+
+# ---- The libraries -----------------------------------------------------------------------------
+
+# The static library, with every target: for the tests, which force one.
+add_library(lumalane_all_targets STATIC EXCLUDE_FROM_ALL
+  $<TARGET_OBJECTS:lumalane_functions> $<TARGET_OBJECTS:lumalane_targets_all>)
+foreach(target IN LISTS targets)
+  target_sources(lumalane_all_targets PRIVATE $<TARGET_OBJECTS:lumalane_rows_${target}>)
+endforeach()
+target_compile_definitions(lumalane_all_targets INTERFACE LUMALANE_STATIC)
+# The project's own programs include its headers from the root.
+target_include_directories(lumalane_all_targets INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
 
 add_library(lumalane_static STATIC ${objects})
 add_library(lumalane::static ALIAS lumalane_static)
@@ -100,17 +183,26 @@ if(WIN32)
   set_target_properties(lumalane_static PROPERTIES OUTPUT_NAME lumalane_static)
 endif()
 
-# Users include <lumalane.h>; the project's own programs include its headers from the root.
+# Users include <lumalane.h>, and see nothing else of the project.
 function(lumalane_install target)
-  target_include_directories(${target} INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
-                                                 $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/frame>)
+  target_include_directories(${target} INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>)
   install(TARGETS ${target} EXPORT lumalane INCLUDES DESTINATION include)
 endfunction()
 
 include(GNUInstallDirs)
-install(FILES frame/lumalane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-install(EXPORT lumalane NAMESPACE lumalane:: FILE lumalane-config.cmake
-        DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/lumalane)
+install(FILES include/lumalane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/lumalane)
+install(EXPORT lumalane NAMESPACE lumalane:: FILE lumalane-config.cmake DESTINATION ${package_dir})
+include(CMakePackageConfigHelpers)
+write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/lumalane-config-version.cmake
+                                 COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/lumalane-config-version.cmake DESTINATION ${package_dir})
+if(NOT WIN32)
+  set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+  file(RELATIVE_PATH prefix_from_pkgconfig /${pkgconfig_dir} /)
+  configure_file(cmake/lumalane.pc.in lumalane.pc @ONLY)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/lumalane.pc DESTINATION ${pkgconfig_dir})
+endif()
 lumalane_install(lumalane_static)
 
 # Sanitized code needs its runtime, which a library without any cannot have.
@@ -128,6 +220,9 @@ if(WIN32)
 else()
   set_target_properties(lumalane_shared PROPERTIES SOVERSION ${PROJECT_VERSION_MAJOR}
                                                    VERSION ${PROJECT_VERSION})
-  target_link_options(lumalane_shared PRIVATE -nostdlib LINKER:-z,defs LINKER:-z,relro LINKER:-z,now
-                      LINKER:-z,noexecstack)
+  # What compilers call by themselves, such as memcpy, comes from the C library; where nothing does,
+  # the library needs none.
+  target_link_options(lumalane_shared PRIVATE -nostdlib LINKER:--as-needed LINKER:-z,defs
+                      LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
+  target_link_libraries(lumalane_shared PRIVATE gcc c)
 endif()

@@ -1,42 +1,45 @@
 // YV12 pictures into RGB surfaces.
-#include "frame/adjust.h"
-#include "frame/kernels.h"
-#include "frame/walks.h"
+#include "load/row_pairs.h"
 
-namespace lumalane::LUMALANE_LANES {
+namespace lumalane {
 
-void loadimage_rgb32(LUMALANE_PARAMETERS_picture) {
-    row_pairs({LUMALANE_ARGUMENTS_picture}, planar{} | to_rgb{} | rgb32{});
+namespace {
+
+void load(const machine &machine, const call::picture &p, const planar_to_surface &surface) {
+    if (surface.emit)
+        load_row_pairs(machine, p, pair_order::both_rows_by_steps, surface);
 }
 
-void loadimage_rgb24(LUMALANE_PARAMETERS_picture) {
-    row_pairs({LUMALANE_ARGUMENTS_picture}, planar{} | to_rgb{} | rgb24{});
+void load_adjusted(const machine &machine, const call::picture &p,
+                   const planar_to_surface &surface) {
+    if (surface.emit)
+        load_row_pairs(machine, p, pair_order::both_rows_by_steps, surface, current_adjustment());
 }
 
-void loadimage_rgb16(LUMALANE_PARAMETERS_picture) {
-    with_rgb16_layout(info->rgb16_layout, [&](auto packed) {
-        row_pairs({LUMALANE_ARGUMENTS_picture}, planar{} | to_rgb{} | packed);
-    });
+} // namespace
+
+void loadimage_rgb32(const machine &machine, const call::picture &p) {
+    load(machine, p, planar_to_rgb32(machine.rows));
 }
 
-void loadimage_rgb32_ajust(LUMALANE_PARAMETERS_picture) {
-    with_adjustment([&](auto adjusted) {
-        row_pairs({LUMALANE_ARGUMENTS_picture}, planar{} | adjusted | to_rgb{} | rgb32{});
-    });
+void loadimage_rgb32_ajust(const machine &machine, const call::picture &p) {
+    load_adjusted(machine, p, planar_to_rgb32(machine.rows));
 }
 
-void loadimage_rgb24_ajust(LUMALANE_PARAMETERS_picture) {
-    with_adjustment([&](auto adjusted) {
-        row_pairs({LUMALANE_ARGUMENTS_picture}, planar{} | adjusted | to_rgb{} | rgb24{});
-    });
+void loadimage_rgb24(const machine &machine, const call::picture &p) {
+    load(machine, p, planar_to_rgb24(machine.rows));
 }
 
-void loadimage_rgb16_ajust(LUMALANE_PARAMETERS_picture) {
-    with_rgb16_layout(info->rgb16_layout, [&](auto packed) {
-        with_adjustment([&](auto adjusted) {
-            row_pairs({LUMALANE_ARGUMENTS_picture}, planar{} | adjusted | to_rgb{} | packed);
-        });
-    });
+void loadimage_rgb24_ajust(const machine &machine, const call::picture &p) {
+    load_adjusted(machine, p, planar_to_rgb24(machine.rows));
 }
 
-} // namespace lumalane::LUMALANE_LANES
+void loadimage_rgb16(const machine &machine, const call::picture &p) {
+    load(machine, p, planar_to_rgb16(machine.rows, p.info->rgb16_layout));
+}
+
+void loadimage_rgb16_ajust(const machine &machine, const call::picture &p) {
+    load_adjusted(machine, p, planar_to_rgb16(machine.rows, p.info->rgb16_layout));
+}
+
+} // namespace lumalane

@@ -1,273 +1,247 @@
 // YV12 pictures into YV12 surfaces of the same and of half the width.
-#include "frame/adjust.h"
-#include "frame/kernels.h"
-#include "frame/walks.h"
+#include "picture/adjustment.h"
+#include "picture/calls.h"
+#include "picture/geometry.h"
+#include "picture/stores.h"
+#include "picture/strip.h"
 
-namespace lumalane::LUMALANE_LANES {
+namespace lumalane {
 
 namespace {
 
-// ---- Planes by themselves ----------------------------------------------------------------------
-
 struct plane {
-    unsigned char *src, *dst;
+    const unsigned char *src;
+    unsigned char *dst;
     int width, height; // of the source
     int src_pitch, dst_pitch;
 };
 
-plane luma_of(const picture &p) {
+plane luma_of(const call::picture &p) {
     return {p.src, p.dst, p.width, p.height, p.src_pitch, p.dst_pitch};
 }
 
-plane chroma_of(const picture &p, unsigned char *src, unsigned char *dst) {
+plane chroma_of(const call::picture &p, const unsigned char *src, unsigned char *dst) {
     return {src, dst, p.width >> 1, p.height >> 1, p.src_pitch >> 1, p.dst_pitch >> 1};
 }
 
-// Runs `row(put, to, from)` for every row of a plane of which each makes dst_bytes, if nobody can
-// tell it from the steps: the width is on the step, so that no row drifts, rows do not overlap, and
-// nothing is read back that was written.
-template <class Row>
-bool rows_wide_if_regular(const plane &p, int step, int dst_bytes, Row row) {
-    if (p.width <= 0 || p.width % step != 0 || p.height <= 0 ||
-        !rows_apart(p.dst_pitch, dst_bytes) ||
-        !apart(rows_at(p.dst, p.height, p.dst_pitch, dst_bytes),
-               rows_at(p.src, p.height, p.src_pitch, p.width)))
-        return false;
-    with_put(p.dst, p.dst_pitch, static_cast<long long>(p.height) * dst_bytes,
-             [&](auto put) LUMALANE_INLINE_LAMBDA {
-                 for (ptrdiff_t i = 0; i < p.height; ++i)
-                     row(put, p.dst + i * p.dst_pitch, p.src + i * p.src_pitch);
-             });
-    return true;
-}
-
-// Calls `step(to, from)` for one row of a plane after the other, in steps from so many bytes to 8.
-// The rests are what the pointers move after a row.
-template <int step_bytes, class Step>
-LUMALANE_INLINE void rows_stepwise(const plane &p, int src_rest, int dst_rest, const Step &step) {
-    const unsigned char *from = p.src;
-    unsigned char *to = p.dst;
-    unsigned rows = static_cast<unsigned>(p.height);
-    do {
-        unsigned columns = static_cast<unsigned>(p.width);
-        do {
-            step(to, from);
-            from += step_bytes, to += 8;
-        } while (again(columns, step_bytes));
-        from += src_rest, to += dst_rest;
-    } while (again(rows, 1));
-}
-
-// `map` of a plane, one row at a time, in steps of 8 bytes. Deliberately the source rows are one
-// continuous run, whatever the source's pitch.
-template <class Map>
-void map_plane(plane p, Map map) {
-    p.src_pitch = p.width;
-    if (rows_wide_if_regular(
-            p, 8, p.width,
-            [&](auto put, unsigned char *to, const unsigned char *from)
-                LUMALANE_INLINE_LAMBDA { map_row<decltype(put)>(to, from, p.width, map); }))
-        return;
-    rows_stepwise<8>(p, 0, difference(p.dst_pitch, p.width),
-                     [&](unsigned char *to, const unsigned char *from)
-                         LUMALANE_INLINE_LAMBDA { store(to, map(load<8>(from))); });
+// The rows of a plane through `emit`, adjusted unless `by` is neutral. Rows have whole steps of 8
+// destination bytes, each from `times` source bytes.
+void load_plane(const machine &machine, byte_rows dst, byte_rows src, int times,
+                row_kernel::plane_to_surface *emit, const plane_adjustment &by) {
+    const bool in_order = machine.in_order || order_can_be_observed<1, 1>({dst}, {src});
+    const surface_stores stores(machine, dst.first, dst.pitch, dst.count * dst.bytes, in_order);
+    const ptrdiff_t run = in_order ? 8 : static_cast<ptrdiff_t>(dst.bytes);
+    const ptrdiff_t rows_at_once = in_order ? 1 : static_cast<ptrdiff_t>(dst.count);
+    for (ptrdiff_t row = 0; row < dst.count; row += rows_at_once)
+        in_runs(static_cast<ptrdiff_t>(dst.bytes), run, [&](ptrdiff_t x, ptrdiff_t n) {
+            plane_rows rows{src.first + row * src.pitch + times * x,
+                            const_cast<unsigned char *>(dst.first) + row * dst.pitch + x};
+            rows.stores = stores, rows.by = by.neutral() ? nullptr : &by;
+            rows.count = rows_at_once;
+            rows.src_next = static_cast<ptrdiff_t>(src.pitch);
+            rows.dst_next = static_cast<ptrdiff_t>(dst.pitch);
+            emit(rows, n);
+        });
 }
 
 } // namespace
 
-void loadimage_yv12_ajust(LUMALANE_PARAMETERS_picture) {
-    const int surface_bytes = product(info->surface_height, dst_pitch);
-    const int bytes_to_plane_end = product(info->rows_to_plane_end, dst_pitch);
+// ---- The same width ----------------------------------------------------------------------------
+
+namespace {
+
+void adjust_plane(const machine &machine, const plane &p, const plane_adjustment &by) {
+    const ptrdiff_t bytes = whole_steps(p.width, 8);
+    const long long rows = steps_of(p.height, 1);
+    // Source rows are one continuous run, whatever the source's pitch.
+    load_plane(machine, {p.dst, rows, bytes + difference(p.dst_pitch, p.width), bytes},
+               {p.src, rows, bytes, bytes}, 1, machine.rows.emit_plane, by);
+}
+
+} // namespace
+
+void loadimage_yv12_ajust(const machine &machine, const call::picture &p) {
+    const int surface_bytes = product(p.info->surface_height, p.dst_pitch);
+    const int bytes_to_plane_end = product(p.info->rows_to_plane_end, p.dst_pitch);
     unsigned char *const dst_v =
-        dst + bytes_to_plane_end + (difference(surface_bytes, bytes_to_plane_end) >> 2);
+        p.dst + bytes_to_plane_end + (difference(surface_bytes, bytes_to_plane_end) >> 2);
     unsigned char *const dst_u = dst_v + (surface_bytes >> 2);
-    const picture p{LUMALANE_ARGUMENTS_picture};
-    with_adjustment([&](auto adjusted) {
-        map_plane(luma_of(p), adjusted.y());
-        // Deliberately crossed: V gets the offset of U, and U that of V.
-        map_plane(chroma_of(p, src_v, dst_v), adjusted.u());
-        map_plane(chroma_of(p, src_u, dst_u), adjusted.v());
-    });
+    const adjustment by = current_adjustment();
+    adjust_plane(machine, luma_of(p), by.y);
+    // quirk: V gets the offset of U, and U that of V
+    adjust_plane(machine, chroma_of(p, p.src_v, dst_v), by.u);
+    adjust_plane(machine, chroma_of(p, p.src_u, dst_u), by.v);
 }
 
 // ---- Half the width ----------------------------------------------------------------------------
 
 namespace {
 
-// `map` of the second of every two bytes, 16 at a time.
-template <class Map>
-LUMALANE_INLINE void halve_step(unsigned char *to, const unsigned char *from, const Map &map) {
-    store(to, map(deal_odd<1, 8>(from)));
+void halve_luma(const machine &machine, const plane &p, const plane_adjustment &by) {
+    const ptrdiff_t bytes = whole_steps(p.width, 16);
+    const long long rows = steps_of(p.height, 1);
+    load_plane(machine, {p.dst, rows, bytes / 2 + difference(p.dst_pitch, p.width >> 1), bytes / 2},
+               {p.src, rows, bytes + difference(p.src_pitch, p.width), bytes}, 2,
+               machine.rows.emit_half_plane, by);
 }
 
-// True if the plane could be done row by row.
-template <class Map>
-bool halve_wide_if_regular(const plane &p, const Map &map) {
-    return rows_wide_if_regular(
-        p, 16, p.width / 2,
-        [&](auto put, unsigned char *to, const unsigned char *from) LUMALANE_INLINE_LAMBDA {
-            along_plane(p.width / 2, [&](auto n, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-                put.put(to + x, map(deal_odd<1, n.count>(from + 2 * x)));
-            });
+// quirk: unlike luma's, rows do not drift; what is left after whole steps gets one more step that
+// ends where the row does, over the end of the step before (and before the beginning of a row that
+// is shorter than a step, which gets its one whole step as well)
+void halve_chroma(const machine &machine, const plane &p, const plane_adjustment &by) {
+    const ptrdiff_t whole = whole_steps(p.width & -16, 16);
+    const bool one_more = p.width % 16 != 0;
+    const ptrdiff_t last = one_more ? p.width - 16 : 0,
+                    last_dst = one_more ? (p.width >> 1) - 8 : 0;
+    const ptrdiff_t begin = last < 0 ? last : 0, begin_dst = last_dst < 0 ? last_dst : 0;
+    const ptrdiff_t end = one_more && last + 16 > whole ? last + 16 : whole;
+    const ptrdiff_t end_dst = one_more && last_dst + 8 > whole / 2 ? last_dst + 8 : whole / 2;
+    const long long rows = steps_of(p.height, 1);
+    const byte_rows src{p.src + begin, rows, p.src_pitch, end - begin};
+    const byte_rows dst{p.dst + begin_dst, rows, p.dst_pitch, end_dst - begin_dst};
+
+    const bool in_order = machine.in_order || order_can_be_observed<1, 1>({dst}, {src});
+    const ptrdiff_t run = in_order ? 8 : whole / 2;
+    const ptrdiff_t rows_at_once = in_order ? 1 : static_cast<ptrdiff_t>(rows);
+    for (ptrdiff_t row = 0; row < rows; row += rows_at_once) {
+        plane_rows at{p.src + row * p.src_pitch, p.dst + row * p.dst_pitch};
+        at.by = by.neutral() ? nullptr : &by;
+        at.count = rows_at_once;
+        at.src_next = p.src_pitch, at.dst_next = p.dst_pitch;
+        in_runs(whole / 2, run, [&](ptrdiff_t x, ptrdiff_t n) {
+            plane_rows here = at;
+            here.src += 2 * x, here.dst += x;
+            machine.rows.emit_half_plane(here, n);
         });
-}
-
-template <class Map>
-void halve_luma(const plane &p, Map map) {
-    if (halve_wide_if_regular(p, map))
-        return;
-    rows_stepwise<16>(p, difference(p.src_pitch, p.width), difference(p.dst_pitch, p.width >> 1),
-                      [&](unsigned char *to, const unsigned char *from)
-                          LUMALANE_INLINE_LAMBDA { halve_step(to, from, map); });
-}
-
-// Deliberately unlike luma: rows do not drift. What is left after whole steps gets one more step
-// that ends where the row does, over the end of the step before (and before the beginning of a row
-// that is shorter than a step, which gets its one whole step as well).
-template <class Map>
-void halve_chroma(const plane &p, Map map) {
-    if (halve_wide_if_regular(p, map))
-        return;
-    const unsigned char *src = p.src;
-    unsigned char *dst = p.dst;
-    unsigned rows = static_cast<unsigned>(p.height);
-    do {
-        const unsigned char *from = src;
-        unsigned char *to = dst;
-        unsigned columns = static_cast<unsigned>(p.width & -16);
-        do {
-            halve_step(to, from, map);
-            from += 16, to += 8;
-        } while (again(columns, 16));
-        if (p.width % 16 != 0)
-            halve_step(dst + (p.width >> 1) - 8, src + p.width - 16, map);
-        src += p.src_pitch, dst += p.dst_pitch;
-    } while (again(rows, 1));
+        if (one_more) {
+            at.src += last, at.dst += last_dst;
+            machine.rows.emit_half_plane(at, 8);
+        }
+    }
 }
 
 } // namespace
 
-void loadimage_half_yv12_ajust(LUMALANE_PARAMETERS_picture) {
-    const picture p{LUMALANE_ARGUMENTS_picture};
-    unsigned char *const dst_v = dst + product(height, dst_pitch);
-    unsigned char *const dst_u = dst_v + product(dst_pitch >> 1, height >> 1);
-    with_adjustment([&](auto adjusted) {
-        halve_luma(luma_of(p), adjusted.y());
-        halve_chroma(chroma_of(p, src_v, dst_v), adjusted.v());
-        halve_chroma(chroma_of(p, src_u, dst_u), adjusted.u());
-    });
+void loadimage_half_yv12_ajust(const machine &machine, const call::picture &p) {
+    unsigned char *const dst_v = p.dst + product(p.height, p.dst_pitch);
+    unsigned char *const dst_u = dst_v + product(p.dst_pitch >> 1, p.height >> 1);
+    const adjustment by = current_adjustment();
+    halve_luma(machine, luma_of(p), by.y);
+    halve_chroma(machine, chroma_of(p, p.src_v, dst_v), by.v);
+    halve_chroma(machine, chroma_of(p, p.src_u, dst_u), by.u);
 }
 
 // ---- Plain copy --------------------------------------------------------------------------------
 
 namespace {
 
-template <int n>
-LUMALANE_INLINE void copy(unsigned char *to, const unsigned char *from) {
-    store(to, load<n>(from));
-}
-
-// Addresses of the copy.
+// Addresses of the copy. A pass copies two rows of each plane.
 struct copied_planes {
-    unsigned char *v, *u;
-    int src_rest, dst_rest; // what a pass adds for the source's and for the destination's pitch
-    unsigned src_half, dst_half;
+    const unsigned char *src_y, *src_u, *src_v;
+    unsigned char *y, *u, *v;
+    ptrdiff_t passes, width, half_width; // in whole steps
+    // From a pass's upper row to the lower one, and from pass to pass.
+    ptrdiff_t src_y_to_lower, src_y_to_next, y_to_lower, y_to_next;
+    ptrdiff_t src_uv_to_lower, src_uv_to_next, uv_to_lower, uv_to_next;
 
-    explicit copied_planes(const picture &p)
-        : v(p.dst + product(p.height, p.dst_pitch) - 1),
-          u(v + (product(p.height, p.dst_pitch) >> 2)),
-          src_rest(difference(twice(p.src_pitch), p.width)),
-          dst_rest(difference(twice(p.dst_pitch), p.width)),
-          src_half(static_cast<unsigned>(p.src_pitch) >> 1),
-          dst_half(static_cast<unsigned>(p.dst_pitch) >> 1) {}
+    explicit copied_planes(const call::picture &p)
+        : src_y(p.src), src_u(p.src_u), src_v(p.src_v), y(p.dst), passes(steps_of(p.height, 2)),
+          width(whole_steps(p.width, 16)), half_width(whole_steps(p.width >> 1, 8)) {
+        const int dst_bytes = product(p.height, p.dst_pitch);
+        const int src_advance = difference(twice(p.src_pitch), p.width);
+        const int dst_advance = difference(twice(p.dst_pitch), p.width);
+        // quirk: V begins one byte before the end of Y
+        v = p.dst + dst_bytes - 1;
+        u = v + (dst_bytes >> 2);
+        // quirk: the lower row is the W bytes that follow the upper row's; the source moves on by
+        // what was meant for both pointers, and the destination not at all
+        src_y_to_lower = p.width, src_y_to_next = width + src_advance;
+        src_y_to_next += dst_advance;
+        y_to_lower = p.src_pitch, y_to_next = width;
+        // Halves are unsigned.
+        src_uv_to_lower = static_cast<ptrdiff_t>(static_cast<unsigned>(p.src_pitch) >> 1);
+        src_uv_to_next =
+            half_width + static_cast<ptrdiff_t>(static_cast<unsigned>(src_advance) >> 1);
+        uv_to_lower = static_cast<ptrdiff_t>(static_cast<unsigned>(p.dst_pitch) >> 1);
+        uv_to_next = half_width + static_cast<ptrdiff_t>(static_cast<unsigned>(dst_advance) >> 1);
+    }
 };
 
-void copy_stepwise(const picture &p) {
-    const copied_planes to(p);
-
-    const unsigned char *y = p.src;
-    unsigned char *dst_y = p.dst;
-    unsigned rows = static_cast<unsigned>(p.height);
-    do {
-        unsigned columns = static_cast<unsigned>(p.width);
-        do {
-            copy<16>(dst_y, y);
-            copy<16>(dst_y + p.src_pitch, y + p.width);
-            y += 16, dst_y += 16;
-        } while (again(columns, 16));
-        y += to.src_rest;
-        y += to.dst_rest;
-    } while (again(rows, 2));
-
-    const unsigned char *u = p.src_u, *v = p.src_v;
-    unsigned char *dst_u = to.u, *dst_v = to.v;
-    const unsigned src_rest = static_cast<unsigned>(to.src_rest) >> 1;
-    const unsigned dst_rest = static_cast<unsigned>(to.dst_rest) >> 1;
-    rows = static_cast<unsigned>(p.height);
-    do {
-        unsigned columns = static_cast<unsigned>(p.width >> 1);
-        do {
-            copy<8>(dst_u, u);
-            copy<8>(dst_u + to.dst_half, u + to.src_half);
-            copy<8>(dst_v, v);
-            copy<8>(dst_v + to.dst_half, v + to.src_half);
-            u += 8, v += 8, dst_u += 8, dst_v += 8;
-        } while (again(columns, 8));
-        u += src_rest, v += src_rest, dst_u += dst_rest, dst_v += dst_rest;
-    } while (again(rows, 2));
-}
-
-// What remains to be seen of the stepwise copy of a regular picture. Its upper rows of luma lie one
-// after the other, each pass covering what the pass before left in its way: of the lower rows only
-// what lies beyond the last upper row stays. Of the U plane the upper half ends under the V plane.
-void copy_wide(const picture &p) {
-    const copied_planes to(p);
-    constexpr as_they_are::plane as_it_is;
-    const ptrdiff_t width = p.width, passes = p.height / 2, upper_end = passes * width;
-    const ptrdiff_t src_step = width + to.src_rest + to.dst_rest;
-    for (ptrdiff_t pass = 0; pass < passes; ++pass) {
-        const unsigned char *const upper = p.src + pass * src_step, *const lower = upper + width;
-        map_row<cached>(p.dst + pass * width, upper, width, as_it_is);
-        const ptrdiff_t at = pass * width + p.src_pitch;
-        const ptrdiff_t hidden = at < upper_end ? upper_end - at : 0;
-        if (hidden < width)
-            map_row<cached>(p.dst + at + hidden, lower + hidden, width - hidden, as_it_is);
-    }
-    for (ptrdiff_t row = p.height / 2; row < p.height; ++row)
-        map_row<cached>(to.u + row * to.dst_half, p.src_u + row * to.src_half, width / 2, as_it_is);
-    for (ptrdiff_t row = 0; row < p.height; ++row)
-        map_row<cached>(to.v + row * to.dst_half, p.src_v + row * to.src_half, width / 2, as_it_is);
-}
-
-// Nobody can tell the wide copy where no row drifts, the rows of a plane lie apart and on whole
-// steps, the halves of pitches are exact, and nothing is read back.
-bool copy_is_regular(const picture &p) {
+// Rows overlap here by what is promised, each covering what earlier ones left in its way; of that
+// only what remains in the end is copied where nothing else tells the order of the stores. It can be
+// observed where rows drift, halves of pitches are rounded, the rows of a pass overlap, or something
+// is read that was written.
+bool order_of_copy_can_be_observed(const call::picture &p, const copied_planes &to) {
     if (p.width <= 0 || p.width % 16 != 0 || p.height <= 0 || p.height % 2 != 0 ||
         p.src_pitch < p.width || p.src_pitch % 8 != 0 || p.dst_pitch < p.width ||
         p.dst_pitch % 2 != 0)
-        return false;
-    const copied_planes to(p);
-    const long long height = p.height, width = p.width;
-    const extent dst_y = rows_at(p.dst, 1, 0, p.src_pitch + height / 2 * width);
-    const extent dst_chroma[] = {rows_at(to.v, height, to.dst_half, width / 2),
-                                 rows_at(to.u, height, to.dst_half, width / 2)};
-    const extent src[] = {rows_at(p.src, height / 2, width + to.src_rest + to.dst_rest, 2 * width),
-                          rows_at(p.src_u, height, to.src_half, width / 2),
-                          rows_at(p.src_v, height, to.src_half, width / 2)};
-    for (const extent &from : src)
-        if (!apart(from, dst_y) || !apart(from, dst_chroma[0]) || !apart(from, dst_chroma[1]))
-            return false;
-    return true;
+        return true;
+    const byte_rows written[] = {{to.y, 1, 0, to.y_to_lower + to.passes * to.width},
+                                 {to.v, 2 * to.passes, to.uv_to_lower, to.half_width},
+                                 {to.u, 2 * to.passes, to.uv_to_lower, to.half_width}};
+    const byte_rows read[] = {{to.src_y, to.passes, to.src_y_to_next, 2 * to.width},
+                              {to.src_u, 2 * to.passes, to.src_uv_to_lower, to.half_width},
+                              {to.src_v, 2 * to.passes, to.src_uv_to_lower, to.half_width}};
+    for (const byte_rows &w : written)
+        for (const byte_rows &r : read)
+            if (!apart(w, r))
+                return true;
+    return false;
+}
+
+void copy_in_order(const row_kernels &kernels, const copied_planes &p) {
+    const auto copy = [&](unsigned char *dst, const unsigned char *src, ptrdiff_t n) {
+        kernels.emit_plane({src, dst}, n);
+    };
+    for (ptrdiff_t pass = 0; pass < p.passes; ++pass)
+        for (ptrdiff_t x = 0; x < p.width; x += 16) {
+            const unsigned char *const src = p.src_y + pass * p.src_y_to_next + x;
+            unsigned char *const dst = p.y + pass * p.y_to_next + x;
+            copy(dst, src, 16);
+            copy(dst + p.y_to_lower, src + p.src_y_to_lower, 16);
+        }
+    for (ptrdiff_t pass = 0; pass < p.passes; ++pass)
+        for (ptrdiff_t x = 0; x < p.half_width; x += 8) {
+            const ptrdiff_t src = pass * p.src_uv_to_next + x, dst = pass * p.uv_to_next + x;
+            copy(p.u + dst, p.src_u + src, 8);
+            copy(p.u + dst + p.uv_to_lower, p.src_u + src + p.src_uv_to_lower, 8);
+            copy(p.v + dst, p.src_v + src, 8);
+            copy(p.v + dst + p.uv_to_lower, p.src_v + src + p.src_uv_to_lower, 8);
+        }
+}
+
+// What remains to be seen of the copy in order. Upper rows of luma lie one after the other: of the
+// lower ones only what lies beyond the last of them remains. Of U the upper half ends under V.
+void copy_what_remains(const row_kernels &kernels, const copied_planes &p) {
+    const auto copy = [&](unsigned char *dst, ptrdiff_t dst_next, const unsigned char *src,
+                          ptrdiff_t src_next, ptrdiff_t n, ptrdiff_t count) {
+        plane_rows rows{src, dst};
+        rows.count = count, rows.src_next = src_next, rows.dst_next = dst_next;
+        kernels.emit_plane(rows, n);
+    };
+    copy(p.y, p.y_to_next, p.src_y, p.src_y_to_next, p.width, p.passes);
+    const ptrdiff_t upper_end = p.passes * p.y_to_next;
+    for (ptrdiff_t pass = 0; pass < p.passes; ++pass) {
+        const ptrdiff_t at = pass * p.y_to_next + p.y_to_lower;
+        if (at + p.width <= upper_end)
+            continue;
+        const ptrdiff_t covered = at < upper_end ? upper_end - at : 0;
+        copy(p.y + at + covered, 0, p.src_y + pass * p.src_y_to_next + p.src_y_to_lower + covered,
+             0, p.width - covered, 1);
+    }
+    copy(p.u + p.passes * p.uv_to_lower, p.uv_to_lower, p.src_u + p.passes * p.src_uv_to_lower,
+         p.src_uv_to_lower, p.half_width, p.passes);
+    copy(p.v, p.uv_to_lower, p.src_v, p.src_uv_to_lower, p.half_width, 2 * p.passes);
 }
 
 } // namespace
 
-void loadimage_yv12(LUMALANE_PARAMETERS_picture) {
-    const picture p{LUMALANE_ARGUMENTS_picture};
-    if (copy_is_regular(p))
-        copy_wide(p);
+void loadimage_yv12(const machine &machine, const call::picture &picture) {
+    const copied_planes p(picture);
+    if (machine.in_order || order_of_copy_can_be_observed(picture, p))
+        copy_in_order(machine.rows, p);
     else
-        copy_stepwise(p);
+        copy_what_remains(machine.rows, p);
 }
 
-} // namespace lumalane::LUMALANE_LANES
+} // namespace lumalane

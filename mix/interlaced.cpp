@@ -1,71 +1,200 @@
-// A subpicture over a field that is doubled to a frame, onto RGB surfaces.
-#include "frame/kernels.h"
-#include "frame/mixing.h"
+// A subpicture over a field that is doubled to a frame, onto RGB and YUY2 surfaces.
+#include "mix/row_mixer.h"
+#include "picture/adjustment.h"
+#include "picture/calls.h"
+#include "picture/geometry.h"
+#include "picture/stores.h"
 
-namespace lumalane::LUMALANE_LANES {
+namespace lumalane {
 
 namespace {
 
-// Strips of 16 pixels, each from top to bottom. Deliberately a pointer goes back to the next
-// strip's top by what `height` means for it, whatever rows were made.
-template <class Mixer>
-void mix_strips(const tagMIX_INFO &mix, const Mixer &mixer) {
-    const field_distances d(mix);
-    const int luma_back = product(mix.video_pitch, mix.height) >> 1;
-    const int sub_back = product(mix.sub_pitch, mix.height);
-    const int dst_back = product(mix.dst_pitch, mix.height);
-    mix_position at(mix);
-    const auto four_rows = [&](bool last) {
-        mix_four_rows<stepwise>(mixer, at, d, 16, last);
-        at.move(2 * d.luma, d.chroma, 4 * d.sub, 4 * d.sub_chroma, 4 * d.dst);
-    };
-    int columns = mix.width;
-    do {
-        field_groups(mix.height, four_rows);
-        at.move(-static_cast<ptrdiff_t>(luma_back), -static_cast<ptrdiff_t>(luma_back >> 2),
-                -static_cast<ptrdiff_t>(sub_back), -static_cast<ptrdiff_t>(sub_back >> 1),
-                -static_cast<ptrdiff_t>(dst_back));
-        at.move_along_row(16, Mixer::bytes_per_pixel);
-        columns = difference(columns, 16);
-    } while (columns > 0);
+constexpr int step = 16;
+
+// Where the groups of four rows are.
+struct mix_groups {
+    mix_place first;
+    int bytes_per_pixel;
+    ptrdiff_t groups, pixels;
+    mix_distance row;  // from row to row
+    mix_distance next; // from group to group
+
+    mix_groups(const tagMIX_INFO &mix, int bytes_per_pixel_, ptrdiff_t pixels_)
+        : first(mix), bytes_per_pixel(bytes_per_pixel_),
+          groups(mix.height < 8 ? 1 : static_cast<ptrdiff_t>(steps_of(mix.height, 4))),
+          pixels(pixels_), row{mix.video_pitch, mix.video_pitch >> 1, mix.sub_pitch,
+                               mix.sub_pitch >> 1, mix.dst_pitch} {
+        next = {2 * row.luma, row.chroma, 4 * row.sub, 4 * row.sub_chroma, 4 * row.dst};
+    }
+
+    // Of the last group the row of luma and of chroma below it are not read.
+    bool order_can_be_observed() const {
+        const ptrdiff_t row_bytes = pixels * bytes_per_pixel;
+        const auto rows_of = [&](const unsigned char *plane, ptrdiff_t to_row, ptrdiff_t to_next,
+                                 ptrdiff_t bytes) {
+            return byte_rows{plane + to_row, groups, to_next, bytes};
+        };
+        const byte_rows written[] = {rows_of(first.dst, 0, next.dst, row_bytes),
+                                     rows_of(first.dst, row.dst, next.dst, row_bytes),
+                                     rows_of(first.dst, 2 * row.dst, next.dst, row_bytes),
+                                     rows_of(first.dst, 3 * row.dst, next.dst, row_bytes)};
+        const byte_rows video[] = {rows_of(first.y, 0, next.luma, pixels),
+                                   rows_of(first.y, row.luma, next.luma, pixels),
+                                   rows_of(first.y, 2 * row.luma, next.luma, pixels),
+                                   rows_of(first.u, 0, next.chroma, pixels / 2),
+                                   rows_of(first.u, row.chroma, next.chroma, pixels / 2),
+                                   rows_of(first.v, 0, next.chroma, pixels / 2),
+                                   rows_of(first.v, row.chroma, next.chroma, pixels / 2)};
+        if (lumalane::order_can_be_observed(written, video))
+            return true;
+        for (int i = 0; i < 4; ++i) {
+            const ptrdiff_t chroma = i * row.sub_chroma;
+            const byte_rows sub[] = {rows_of(first.alpha, i * row.sub, next.sub, pixels),
+                                     rows_of(first.sub_y, i * row.sub, next.sub, pixels),
+                                     rows_of(first.sub_u, chroma, next.sub_chroma, pixels / 2),
+                                     rows_of(first.sub_v, chroma, next.sub_chroma, pixels / 2)};
+            if (lumalane::order_can_be_observed(written, sub))
+                return true;
+        }
+        return false;
+    }
+
+    // A field row, its average with the next one, the next row, its average with the one after it;
+    // the lower two with the average of their chroma row and the next one. The last four rows of a
+    // picture read nothing below the field: the last row is the one above it again, and their chroma
+    // is that of one row.
+
+    mixed_pair upper_pair(const mix_place &group) const {
+        return {group, {row.luma, 0, row.sub, row.sub_chroma, row.dst}, lower_row::average};
+    }
+
+    mixed_pair lower_pair(const mix_place &group) const {
+        return {group + to_lower_pair(), row, lower_row::average};
+    }
+
+    mixed_pair last_pair(const mix_place &group) const {
+        return {
+            group + to_lower_pair(), {0, 0, row.sub, row.sub_chroma, row.dst}, lower_row::itself};
+    }
+
+private:
+    mix_distance to_lower_pair() const {
+        return {row.luma, 0, 2 * row.sub, 2 * row.sub_chroma, 2 * row.dst};
+    }
+};
+
+void mix_step(const row_mixer &mixer, const mix_groups &p, const mix_place &at, bool last) {
+    mixer.mix_in_order(p.upper_pair(at));
+    mixer.mix_in_order(last ? p.last_pair(at) : p.lower_pair(at));
 }
 
-template <class Put, class Mixer>
-void mix_groups(const tagMIX_INFO &mix, const Mixer &mixer) {
-    const field_distances d(mix);
-    mix_position group(mix);
-    field_groups(mix.height, [&](bool last) LUMALANE_INLINE_LAMBDA {
-        mix_four_rows<Put>(mixer, group, d, mix.width, last);
-        group.move(2 * d.luma, d.chroma, 4 * d.sub, 4 * d.sub_chroma, 4 * d.dst);
-    });
+// Group by group. Returns where they end.
+mix_place mix_by_groups(const row_mixer &mixer, const mix_groups &p, bool in_order) {
+    const mix_place last = p.first + (p.groups - 1) * p.next;
+    if (in_order) {
+        mix_place group = p.first;
+        for (ptrdiff_t left = p.groups; left > 0; --left) {
+            for (ptrdiff_t x = 0; x < p.pixels; x += step)
+                mix_step(mixer, p, group + along_row(x, p.bytes_per_pixel), left == 1);
+            group += p.next;
+        }
+    } else {
+        mixer.mix(p.upper_pair(p.first), p.lower_pair(p.first), p.next, p.groups - 1, p.pixels);
+        mixer.mix(p.upper_pair(last), p.next, 1, p.pixels);
+        mixer.mix(p.last_pair(last), p.next, 1, p.pixels);
+    }
+    return last + p.next;
 }
 
-// The record stays as it is.
-template <class Sink>
-void mix_interlaced(const tagMIX_INFO &mix, Sink sink) {
-    with_adjustment([&](auto adjusted) {
-        const auto mixer = make_mixer<planar, average_weight>(
-            adjusted, [=](auto source, auto stage)
-                          LUMALANE_INLINE_LAMBDA { return source | stage | to_rgb{} | sink; });
-        const long long row_bytes = static_cast<long long>(mix.width) * mixer.bytes_per_pixel;
-        // Of other heights the strips do not begin where the one before did.
-        const bool whole_groups = mix.height == 4 || (mix.height >= 8 && mix.height % 4 == 0);
-        if (!whole_groups || !mix_is_regular(mix, field_extents(mix, row_bytes), row_bytes))
-            return mix_strips(mix, mixer);
-        with_put(mix.dst, mix.dst_pitch, mix.height * row_bytes,
-                 [&](auto put) LUMALANE_INLINE_LAMBDA { mix_groups<decltype(put)>(mix, mixer); });
-    });
+// ---- Onto RGB: columns of 16 pixels, each from top to bottom; the record stays as it is ---------
+
+// quirk: a pointer goes back to the next column's top by what `height` means for it, whatever rows
+// were made [mixes.rgb_of_a_field_starts_later_strips_lower_where_more_rows_were_made_than_the_height].
+mix_distance rewind_of(const tagMIX_INFO &mix) {
+    const int luma = product(mix.video_pitch, mix.height) >> 1;
+    const int sub = product(mix.sub_pitch, mix.height);
+    return {luma, luma >> 2, sub, sub >> 1, product(mix.dst_pitch, mix.height)};
+}
+
+bool equal(const mix_distance &a, const mix_distance &b) {
+    return a.luma == b.luma && a.chroma == b.chroma && a.sub == b.sub &&
+           a.sub_chroma == b.sub_chroma && a.dst == b.dst;
+}
+
+// A second loop: the promised order is another one here.
+void mix_by_columns(const row_mixer &mixer, const mix_groups &p, const mix_distance &rewind) {
+    mix_place at = p.first;
+    for (ptrdiff_t x = 0; x < p.pixels; x += step) {
+        for (ptrdiff_t left = p.groups; left > 0; --left) {
+            mix_step(mixer, p, at, left == 1);
+            at += p.next;
+        }
+        at += -1 * rewind;
+        at += along_row(step, p.bytes_per_pixel);
+    }
+}
+
+void mix_onto_rgb(const machine &machine, const tagMIX_INFO &mix,
+                  const planar_to_surface &surface) {
+    if (!surface.emit)
+        return;
+    const ptrdiff_t pixels = mix.width <= 0 ? step : whole_steps(mix.width, step);
+    const mix_groups p(mix, surface.bytes_per_pixel, pixels);
+    const mix_distance rewind = rewind_of(mix);
+    const bool in_order =
+        machine.in_order || !equal(p.groups * p.next, rewind) || p.order_can_be_observed();
+    const surface_stores stores(machine, p.first.dst, mix.dst_pitch,
+                                4LL * p.groups * pixels * p.bytes_per_pixel, in_order,
+                                surface.bound);
+    const adjustment by = current_adjustment();
+    const row_mixer mixer(machine, {surface, nullptr}, machine.rows.blend_chroma_pair_by_averages,
+                          by.neutral() ? nullptr : &by, stores);
+    if (in_order)
+        mix_by_columns(mixer, p, rewind);
+    else
+        mix_by_groups(mixer, p, false);
 }
 
 } // namespace
 
-void mix_ayuy2_rgb32_i_ajust(LUMALANE_PARAMETERS_mix) { mix_interlaced(*mix, rgb32{}); }
-
-void mix_ayuy2_rgb24_i_ajust(LUMALANE_PARAMETERS_mix) { mix_interlaced(*mix, rgb24{}); }
-
-void mix_ayuy2_rgb16_i_ajust(LUMALANE_PARAMETERS_mix) {
-    with_rgb16_layout(mix->adjust_info->rgb16_layout,
-                      [&](auto rgb16) { mix_interlaced(*mix, rgb16); });
+void mix_ayuy2_rgb32_i_ajust(const machine &machine, const call::mix &p) {
+    mix_onto_rgb(machine, *p.record, planar_to_rgb32(machine.rows));
 }
 
-} // namespace lumalane::LUMALANE_LANES
+void mix_ayuy2_rgb24_i_ajust(const machine &machine, const call::mix &p) {
+    mix_onto_rgb(machine, *p.record, planar_to_rgb24(machine.rows));
+}
+
+void mix_ayuy2_rgb16_i_ajust(const machine &machine, const call::mix &p) {
+    mix_onto_rgb(machine, *p.record,
+                 planar_to_rgb16(machine.rows, p.record->adjust_info->rgb16_layout));
+}
+
+// ---- Onto YUY2: group by group -------------------------------------------------------------------
+
+void mix_ayuy2_yuy2_i_ajust(const machine &machine, const call::mix &call) {
+    tagMIX_INFO &mix = *call.record;
+    if (mix.height < 4)
+        return;
+    const planar_to_surface surface = planar_to_yuy2(machine.rows);
+    mix_groups p(mix, surface.bytes_per_pixel, whole_steps(mix.width, step));
+    // What a step goes past a row's end, every later group begins further right.
+    const int half_width = mix.width >> 1;
+    p.next = {difference(twice(mix.video_pitch), mix.width),
+              difference(mix.video_pitch >> 1, half_width),
+              difference(twice(twice(mix.sub_pitch)), mix.width),
+              difference(twice(mix.sub_pitch), half_width),
+              difference(twice(twice(mix.dst_pitch)), product(mix.width, p.bytes_per_pixel))};
+    p.next = p.next + along_row(p.pixels, p.bytes_per_pixel);
+
+    const bool in_order = machine.in_order || p.order_can_be_observed();
+    const surface_stores stores(machine, p.first.dst, p.row.dst | p.next.dst,
+                                4LL * p.groups * p.pixels * p.bytes_per_pixel, in_order,
+                                surface.bound);
+    const adjustment by = current_adjustment();
+    const row_mixer mixer(machine, {surface, machine.rows.emit_blended_yuy2},
+                          machine.rows.blend_chroma_pair, by.neutral() ? nullptr : &by, stores);
+    consume(mix, mix_by_groups(mixer, p, in_order), 0);
+}
+
+} // namespace lumalane

@@ -1,33 +1,124 @@
-// A subpicture over a progressive picture, onto RGB surfaces.
-#include "frame/kernels.h"
-#include "frame/mixing.h"
+// A subpicture over a progressive picture, onto RGB and YUY2 surfaces.
+#include "mix/row_mixer.h"
+#include "picture/adjustment.h"
+#include "picture/calls.h"
+#include "picture/geometry.h"
+#include "picture/stores.h"
 
-namespace lumalane::LUMALANE_LANES {
+namespace lumalane {
 
 namespace {
 
-// Deliberately the lower row of a pair lies a pitch further that is rounded down to an even number.
-template <class Sink>
-LUMALANE_INLINE void mix_progressive(tagMIX_INFO &mix, Sink sink) {
+constexpr int step = 16;
+
+// Where the pairs of rows are. Rows have whole steps of 16 pixels; what a step goes past a row's
+// end, every later pair begins further right.
+struct mix_pairs {
+    mix_place first;
+    int bytes_per_pixel;
+    ptrdiff_t pairs, pixels;
+    mix_distance below; // from the upper row of a pair to the lower one
+    mix_distance next;  // from pair to pair
+
+    // How far the pitches make it from the upper row to the lower one (of alpha and the
+    // subpicture's luma, too), and from one chroma row of the video to the next.
+    struct distances {
+        ptrdiff_t lower_luma, lower_sub, next_chroma;
+    };
+
+    mix_pairs(const tagMIX_INFO &mix, int bytes_per_pixel_, const distances &d)
+        : first(mix), bytes_per_pixel(bytes_per_pixel_),
+          pairs(mix.height > 0 ? static_cast<ptrdiff_t>(steps_of(mix.height, 2)) : 1),
+          pixels(whole_steps(mix.width, step)), below{d.lower_luma, 0, d.lower_sub,
+                                                      mix.sub_pitch >> 1, mix.dst_pitch},
+          next{difference(twice(mix.video_pitch), mix.width), d.next_chroma - (mix.width >> 1),
+               difference(twice(mix.sub_pitch), mix.width),
+               difference(mix.sub_pitch, mix.width >> 1),
+               difference(twice(mix.dst_pitch), product(mix.width, bytes_per_pixel))} {
+        next = next + along_row(pixels, bytes_per_pixel);
+    }
+
+    bool order_can_be_observed() const {
+        const ptrdiff_t row_bytes = pixels * bytes_per_pixel;
+        const byte_rows written[] = {{first.dst, pairs, next.dst, row_bytes},
+                                     {first.dst + below.dst, pairs, next.dst, row_bytes}};
+        const byte_rows read[] = {
+            {first.y, pairs, next.luma, pixels},
+            {first.y + below.luma, pairs, next.luma, pixels},
+            {first.u, pairs, next.chroma, pixels / 2},
+            {first.v, pairs, next.chroma, pixels / 2},
+            {first.alpha, pairs, next.sub, pixels},
+            {first.alpha + below.sub, pairs, next.sub, pixels},
+            {first.sub_y, pairs, next.sub, pixels},
+            {first.sub_y + below.sub, pairs, next.sub, pixels},
+            {first.sub_u, pairs, next.sub_chroma, pixels / 2},
+            {first.sub_u + below.sub_chroma, pairs, next.sub_chroma, pixels / 2},
+            {first.sub_v, pairs, next.sub_chroma, pixels / 2},
+            {first.sub_v + below.sub_chroma, pairs, next.sub_chroma, pixels / 2}};
+        return lumalane::order_can_be_observed(written, read);
+    }
+};
+
+void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surface &surface,
+                   const mix_pairs::distances &d) {
+    const mix_pairs p(mix, surface.bytes_per_pixel, d);
+    const bool in_order = machine.in_order || p.order_can_be_observed();
+    const surface_stores stores(machine, p.first.dst, p.below.dst | p.next.dst,
+                                2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order,
+                                surface.bound);
+    const adjustment by = current_adjustment();
+    const row_mixer mixer(machine, surface, machine.rows.blend_chroma_pair,
+                          by.neutral() ? nullptr : &by, stores);
+    if (in_order) {
+        for (ptrdiff_t i = 0; i < p.pairs; ++i)
+            for (ptrdiff_t x = 0; x < p.pixels; x += step)
+                mixer.mix_in_order({p.first + i * p.next + along_row(x, p.bytes_per_pixel), p.below,
+                                    lower_row::itself});
+    } else {
+        mixer.mix({p.first, p.below, lower_row::itself}, p.next, p.pairs, p.pixels);
+    }
+    consume(mix, p.first + p.pairs * p.next,
+            difference(mix.height, static_cast<unsigned>(2 * p.pairs)));
+}
+
+void mix_onto_rgb(const machine &machine, tagMIX_INFO &mix, const planar_to_surface &surface) {
+    // quirk: the lower row of a pair lies a pitch further that is rounded down to an even number
+    // [mixes.rgb_second_rows_of_odd_pitches_start_one_byte_early].
     const ptrdiff_t chroma_pitch = mix.video_pitch >> 1, sub_chroma_pitch = mix.sub_pitch >> 1;
-    with_adjustment([&](auto adjusted) {
-        mix_row_pairs(mix, {2 * chroma_pitch, 2 * sub_chroma_pitch, chroma_pitch},
-                      make_mixer<planar, weight_of_second_pixel>(
-                          adjusted, [=](auto source, auto stage) LUMALANE_INLINE_LAMBDA {
-                              return source | stage | to_rgb{} | sink;
-                          }));
-    });
+    if (surface.emit)
+        mix_row_pairs(machine, mix, {surface, nullptr},
+                      {2 * chroma_pitch, 2 * sub_chroma_pitch, chroma_pitch});
 }
 
 } // namespace
 
-void mix_ayuy2_rgb32_p_ajust(LUMALANE_PARAMETERS_mix) { mix_progressive(*mix, rgb32{}); }
-
-void mix_ayuy2_rgb24_p_ajust(LUMALANE_PARAMETERS_mix) { mix_progressive(*mix, rgb24{}); }
-
-void mix_ayuy2_rgb16_p_ajust(LUMALANE_PARAMETERS_mix) {
-    with_rgb16_layout(mix->adjust_info->rgb16_layout,
-                      [&](auto rgb16) { mix_progressive(*mix, rgb16); });
+void mix_ayuy2_rgb32_p_ajust(const machine &machine, const call::mix &p) {
+    mix_onto_rgb(machine, *p.record, planar_to_rgb32(machine.rows));
 }
 
-} // namespace lumalane::LUMALANE_LANES
+void mix_ayuy2_rgb24_p_ajust(const machine &machine, const call::mix &p) {
+    mix_onto_rgb(machine, *p.record, planar_to_rgb24(machine.rows));
+}
+
+void mix_ayuy2_rgb16_p_ajust(const machine &machine, const call::mix &p) {
+    mix_onto_rgb(machine, *p.record,
+                 planar_to_rgb16(machine.rows, p.record->adjust_info->rgb16_layout));
+}
+
+void mix_ayuy2_yuy2_p_ajust(const machine &machine, const call::mix &p) {
+    tagMIX_INFO &mix = *p.record;
+    mix_row_pairs(machine, mix, {planar_to_yuy2(machine.rows), machine.rows.emit_blended_yuy2},
+                  {mix.video_pitch, mix.sub_pitch, mix.video_pitch >> 1});
+}
+
+void mix_ayuy2_half_yuy2_p_ajust(const machine &machine, const call::mix &p) {
+    tagMIX_INFO &mix = *p.record;
+    // quirk: the lower row of the video's luma and its chroma rows lie at the subpicture's pitch
+    // [mixes.yuy2_half_reads_the_second_row_and_the_next_chroma_at_the_subpictures_pitch].
+    mix_row_pairs(
+        machine, mix,
+        {{machine.rows.emit_odd_yuy2, 1, bound_by::stores}, machine.rows.emit_blended_odd_yuy2},
+        {mix.sub_pitch, mix.sub_pitch, mix.sub_pitch >> 1});
+}
+
+} // namespace lumalane

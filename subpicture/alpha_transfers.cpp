@@ -1,68 +1,84 @@
 // Alpha planes to and from the blue channel of a drawing surface.
-#include "frame/kernels.h"
-#include "subpicture/rows.h"
+#include "picture/calls.h"
+#include "subpicture/row_by_row.h"
 
-namespace lumalane::LUMALANE_LANES {
+namespace lumalane {
 
 namespace {
 
-// Deliberately the alpha plane's steps come from the pitch of the video.
-rows alpha_rows(const tagMIX_INFO &mix, unsigned pixels) {
-    return {mix.alpha_plane, pixels, difference(mix.video_pitch, mix.width) >> 1};
+// quirk: the row advance of alpha comes from the pitch of the video
+// [alpha_transfer.the_steps_of_alpha_come_from_half_of_video_pitch_beyond_the_width]
+byte_rows alpha_rows(const tagMIX_INFO &mix, ptrdiff_t pixels) {
+    return rows_with_advance(mix.alpha_plane, rows_of(mix.height), pixels,
+                             difference(mix.video_pitch, mix.width) >> 1);
 }
 
-// `take` makes the alpha of n pixels from the surface, `offset` bytes on.
-template <int group, int size, class Take>
-LUMALANE_INLINE void restore_alpha(const tagMIX_INFO &mix, int offset, const Take &take) {
-    const unsigned pixels = in_whole_groups(mix.width, group);
-    rows surface = surface_rows(mix.dst, size, pixels, mix.width, mix.dst_pitch);
-    surface.first += offset;
-    const rows alpha = alpha_rows(mix, pixels);
-    walk_rows<group>(
-        mix.height, pixels, alpha, {surface}, [&]<int n, class Put>(unsigned row, ptrdiff_t x) {
-            Put::put(alpha.at(row) + x, take.template operator()<n>(surface.at(row) + size * x));
-        });
+byte_rows drawn_surface(const tagMIX_INFO &mix, ptrdiff_t pixels, int bytes_per_pixel) {
+    return surface_rows(mix.dst, rows_of(mix.height), pixels, mix.width, mix.dst_pitch,
+                        bytes_per_pixel);
 }
 
-template <int size>
-LUMALANE_INLINE void load_alpha(const tagMIX_INFO &mix) {
-    constexpr int group = 16;
-    const unsigned pixels = in_whole_groups(mix.width, group);
-    const rows surface = surface_rows(mix.dst, size, pixels, mix.width, mix.dst_pitch);
-    const rows alpha = alpha_rows(mix, pixels);
-    walk_rows<group>(
-        mix.height, pixels, surface, {alpha}, [&]<int n, class Put>(unsigned row, ptrdiff_t x) {
-            put_parts<Put>(surface.at(row) + size * x, load_spread<size, n>(alpha.at(row) + x));
-        });
+void transfer(const machine &machine, const row_by_row<1, 1> &p, ptrdiff_t step,
+              row_kernel::plane_to_surface *kernel) {
+    const byte_rows &dst = p.written[0], &src = p.read[0];
+    const bool in_order = machine.in_order || p.order_can_be_observed();
+    const surface_stores stores(machine, dst.first, dst.pitch, p.most_bytes(), in_order);
+    for_rows(p, in_order, step, [&](const rows_run &run) {
+        kernel({source_row(src, run.row), destination_row(dst, run.row), stores, nullptr, run.count,
+                run.next(src), run.next(dst)},
+               run.n);
+    });
+}
+
+// `from` is how far on the surface the first byte is that is read.
+template <int step>
+void restore_alpha(const machine &machine, const tagMIX_INFO &mix, int bytes_per_pixel, int from,
+                   row_kernel::plane_to_surface *kernel) {
+    const ptrdiff_t pixels = whole_steps(mix.width, step);
+    byte_rows surface = drawn_surface(mix, pixels, bytes_per_pixel);
+    surface.first += from;
+    transfer(machine, {{alpha_rows(mix, pixels)}, {surface}, pixels}, step, kernel);
+}
+
+void load_alpha(const machine &machine, const tagMIX_INFO &mix, int bytes_per_pixel,
+                row_kernel::plane_to_surface *kernel) {
+    constexpr int step = 16;
+    const ptrdiff_t pixels = whole_steps(mix.width, step);
+    transfer(machine,
+             {{drawn_surface(mix, pixels, bytes_per_pixel)}, {alpha_rows(mix, pixels)}, pixels},
+             step, kernel);
 }
 
 } // namespace
 
-void Restore_RGB32_To_Alpha(LUMALANE_PARAMETERS_mix) {
-    restore_alpha<8, 4>(
-        *mix, 0, []<int n>(const unsigned char *from) { return load_channel<4, 0, n>(from); });
+void Restore_RGB32_To_Alpha(const machine &machine, const call::mix &p) {
+    restore_alpha<8>(machine, *p.record, 4, 0, machine.rows.restore_alpha_rgb32);
 }
 
-void Restore_RGB24_To_Alpha(LUMALANE_PARAMETERS_mix) {
-    // Deliberately the blue of the pixel after the one whose alpha it becomes.
-    restore_alpha<8, 3>(
-        *mix, 1, []<int n>(const unsigned char *from) { return load_channel<3, 2, n>(from); });
-    mix->height = 0; // counted down here, and in load_subpicture_alpha_rgb24()
+void Restore_RGB24_To_Alpha(const machine &machine, const call::mix &p) {
+    // quirk: alpha is the blue of the pixel after
+    // [alpha_transfer.rgb24_restores_the_lowest_byte_of_the_next_pixel]
+    restore_alpha<8>(machine, *p.record, 3, 1, machine.rows.restore_alpha_rgb24);
+    // quirk: rows are counted down in the record, here and in load_subpicture_alpha_rgb24()
+    // [alpha_transfer.rgb24_counts_the_rows_in_the_record]
+    p.record->height = 0;
 }
 
-void Restore_RGB16_565_To_Alpha(LUMALANE_PARAMETERS_mix) {
-    restore_alpha<16, 2>(*mix, 0, []<int n>(const unsigned char *from) {
-        return deal_even<1, n>(from) & fill_bytes<n>(0x1f);
-    });
+void Restore_RGB16_565_To_Alpha(const machine &machine, const call::mix &p) {
+    restore_alpha<16>(machine, *p.record, 2, 0, machine.rows.restore_alpha_rgb16);
 }
 
-void load_subpicture_alpha_rgb32(LUMALANE_PARAMETERS_mix) { load_alpha<4>(*mix); }
-
-void load_subpicture_alpha_rgb24(LUMALANE_PARAMETERS_mix) {
-    load_alpha<3>(*mix);
-    mix->height = 0;
+void load_subpicture_alpha_rgb32(const machine &machine, const call::mix &p) {
+    load_alpha(machine, *p.record, 4, machine.rows.load_alpha_rgb32);
 }
 
-void load_subpicture_alpha_rgb16_565(LUMALANE_PARAMETERS_mix) { load_alpha<2>(*mix); }
+void load_subpicture_alpha_rgb24(const machine &machine, const call::mix &p) {
+    load_alpha(machine, *p.record, 3, machine.rows.load_alpha_rgb24);
+    p.record->height = 0;
+}
 
-} // namespace lumalane::LUMALANE_LANES
+void load_subpicture_alpha_rgb16_565(const machine &machine, const call::mix &p) {
+    load_alpha(machine, *p.record, 2, machine.rows.load_alpha_rgb16);
+}
+
+} // namespace lumalane

@@ -1,117 +1,111 @@
 // AYUY2 subpictures onto a drawing surface.
-#include "frame/adjust.h"
-#include "frame/kernels.h"
+#include "picture/adjustment.h"
+#include "picture/calls.h"
 #include "subpicture/pattern.h"
-#include "subpicture/rows.h"
+#include "subpicture/row_by_row.h"
 
-namespace lumalane::LUMALANE_LANES {
+namespace lumalane {
 
 namespace {
 
-// The colour key: its channels, and the pixel that a surface has of it.
-struct colour {
-    int red, green, blue;
-    unsigned pixel;
+struct keyed_surface {
+    row_kernel::keyed_to_surface *emit;
+    int bytes_per_pixel;
+    key_colour key;
 };
 
-// Deliberately red is in the lowest byte here, where the conversions to AYUY2 have blue.
-colour key_of_bytes(unsigned key) {
-    const unsigned red = key & 0xff, green = key >> 8 & 0xff, blue = key >> 16 & 0xff;
-    return {static_cast<int>(red), static_cast<int>(green), static_cast<int>(blue),
-            blue | green << 8 | red << 16};
+// quirk: red is in the lowest byte of the key here, where the conversions to AYUY2 have blue
+// [subpicture_load.alpha_0_is_the_key_with_red_in_its_lowest_byte]
+keyed_surface surface_of_bytes(row_kernel::keyed_to_surface *emit, int bytes_per_pixel,
+                               unsigned key) {
+    const auto red = static_cast<unsigned char>(key), green = static_cast<unsigned char>(key >> 8),
+               blue = static_cast<unsigned char>(key >> 16);
+    const unsigned pixel = static_cast<unsigned>(blue | green << 8 | red << 16);
+    return {emit, bytes_per_pixel, {red, green, blue, pattern_of_pixels(bytes_per_pixel, pixel)}};
 }
 
-colour key_of_word(unsigned key) {
-    return {static_cast<int>(key >> 8 & 0xf8), static_cast<int>(key >> 3 & 0xfc),
-            static_cast<int>(key << 3 & 0xf8), key};
+keyed_surface surface_of_words(row_kernel::keyed_to_surface *emit, unsigned key) {
+    return {emit,
+            2,
+            {static_cast<unsigned char>(key >> 8 & 0xf8),
+             static_cast<unsigned char>(key >> 3 & 0xfc),
+             static_cast<unsigned char>(key << 3 & 0xf8), pattern_of_pixels(2, key)}};
 }
 
-template <int n>
-LUMALANE_INLINE bytes<n> in_split_order(bytes<n> pixels) {
-    return narrow_saturate(even(pixels), odd(pixels));
-}
+constexpr int step_pixels = 16;
 
-// The key where alpha is 0. Deliberately black where it is 128 or more.
-template <int n>
-LUMALANE_INLINE rgb_pixels<n / 2> keyed(const rgb_pixels<n / 2> &pixels, bytes<n> alpha,
-                                        const colour &key) {
-    const bytes<n> shown = positive(alpha), hidden = equal(alpha, fill_bytes<n>(0));
-    const auto channel = [&](bytes<n> of_pixels, int of_key) {
-        return (of_pixels & shown) | (fill_bytes<n>(of_key) & hidden);
+// quirk: the pitch of the video is the width, and the planes have no gaps: a row of them is as long
+// as what is converted of it
+// [subpicture_load.video_pitch_counts_the_pixels_and_the_planes_are_one_run]
+row_by_row<1, 4> rows_of_subpicture(const tagMIX_INFO &mix, int bytes_per_pixel) {
+    const int width = mix.video_pitch;
+    const ptrdiff_t pixels = whole_steps(width, step_pixels);
+    const long long count = rows_of(mix.height);
+    const auto plane = [=](const unsigned char *first, ptrdiff_t bytes) {
+        return rows_with_advance(first, count, bytes, 0);
     };
-    return {channel(pixels.red, key.red), channel(pixels.green, key.green),
-            channel(pixels.blue, key.blue)};
+    return {{surface_rows(mix.dst, count, pixels, width, mix.dst_pitch, bytes_per_pixel)},
+            {plane(mix.sub_y, pixels), plane(mix.sub_u, pixels / 2), plane(mix.sub_v, pixels / 2),
+             plane(mix.alpha_plane, pixels)},
+            pixels};
 }
 
-// `colours` makes RGB of the planes, which are one run each, whatever their pitch: a row of them is
-// as long as what is converted of it.
-template <class Colours, class Sink>
-LUMALANE_INLINE void load_subpicture(const tagMIX_INFO &mix, const Colours &colours,
-                                     const colour &key, const Sink &sink) {
-    constexpr int group = 16, size = Sink::bytes_per_pixel, parts = Sink::parts;
-    const int width = mix.video_pitch; // deliberately
-    const unsigned pixels = in_whole_groups(width, group);
-    const rows surface = surface_rows(mix.dst, size, pixels, width, mix.dst_pitch);
-    const rows y{mix.sub_y, pixels, 0}, alpha{mix.alpha_plane, pixels, 0};
-    const rows u{mix.sub_u, pixels / 2, 0}, v{mix.sub_v, pixels / 2, 0};
-    const pattern nothing = pattern::of_pixels<size>(key.pixel);
-    walk_rows<group>(
-        mix.height, pixels, surface, {y, u, v, alpha},
-        [&]<int n, class Put>(unsigned row, ptrdiff_t x) {
-            unsigned char *const to = surface.at(row) + size * x;
-            const bytes<n> weights = load<n>(alpha.at(row) + x);
-            if (all_zero(weights))
-                return put_parts<Put>(to, nothing.template first<size, n>());
-            const auto put = [&](const rgb_pixels<n / 2> &shown) LUMALANE_INLINE_LAMBDA {
-                sink.template row<Put>(to, shown, chroma_terms<n / 2>{});
-            };
-            const auto terms =
-                colours.template load_chroma<parts, n>(u.at(row) + x / 2, v.at(row) + x / 2);
-            const auto shown = colours.template load_luma<parts, n>(y.at(row) + x, terms);
-            if (all(positive(weights)))
-                return put(shown);
-            put(keyed(shown, in_split_order(dealt<parts>(weights)), key));
-        });
+void load(const machine &machine, const tagMIX_INFO &mix, const keyed_surface &surface,
+          const adjustment *by = nullptr) {
+    const row_by_row<1, 4> p = rows_of_subpicture(mix, surface.bytes_per_pixel);
+    const byte_rows &dst = p.written[0];
+    const bool in_order = machine.in_order || p.order_can_be_observed();
+    const surface_stores stores(machine, dst.first, dst.pitch, p.most_bytes(), in_order);
+    const byte_rows &y = p.read[0], &u = p.read[1], &v = p.read[2], &alpha = p.read[3];
+    for_rows(p, in_order, step_pixels, [&](const rows_run &run) {
+        surface.emit({source_row(y, run.row), source_row(u, run.row), source_row(v, run.row),
+                      source_row(alpha, run.row), destination_row(dst, run.row), stores, by,
+                      run.count, run.next(y), run.next(u), run.next(dst)},
+                     run.n, surface.key);
+    });
 }
 
-// Deliberately every layout that there is means 5-6-5.
-template <class Colours>
-LUMALANE_INLINE void load_subpicture_rgb16(const tagMIX_INFO &mix, const Colours &colours) {
-    if (mix.adjust_info->rgb16_layout <= 3)
-        load_subpicture(mix, colours, key_of_word(mix.color_key), rgb16<5, 6, 5>{});
+void load_adjusted(const machine &machine, const tagMIX_INFO &mix, const keyed_surface &surface) {
+    const adjustment by = current_adjustment();
+    load(machine, mix, surface, by.neutral() ? nullptr : &by);
 }
+
+// quirk: every layout that there is means 5-6-5
+// [subpicture_load.rgb16_layouts_up_to_3_are_all_taken_for_5_6_5]
+bool has_layout(const tagMIX_INFO &mix) { return mix.adjust_info->rgb16_layout <= 3; }
 
 } // namespace
 
-void load_subpicture_yuy2_rgb32(LUMALANE_PARAMETERS_mix) {
-    load_subpicture(*mix, planar{} | to_rgb{}, key_of_bytes(mix->color_key), rgb32{});
+void load_subpicture_yuy2_rgb32(const machine &machine, const call::mix &p) {
+    load(machine, *p.record,
+         surface_of_bytes(machine.rows.emit_keyed_rgb32, 4, p.record->color_key));
 }
 
-void load_subpicture_yuy2_rgb32_ajust(LUMALANE_PARAMETERS_mix) {
-    with_adjustment([&](auto adjusted) {
-        load_subpicture(*mix, planar{} | adjusted | to_rgb{}, key_of_bytes(mix->color_key),
-                        rgb32{});
-    });
+void load_subpicture_yuy2_rgb32_ajust(const machine &machine, const call::mix &p) {
+    load_adjusted(machine, *p.record,
+                  surface_of_bytes(machine.rows.emit_keyed_rgb32, 4, p.record->color_key));
 }
 
-void load_subpicture_yuy2_rgb24(LUMALANE_PARAMETERS_mix) {
-    load_subpicture(*mix, planar{} | to_rgb{}, key_of_bytes(mix->color_key), rgb24{});
+void load_subpicture_yuy2_rgb24(const machine &machine, const call::mix &p) {
+    load(machine, *p.record,
+         surface_of_bytes(machine.rows.emit_keyed_rgb24, 3, p.record->color_key));
 }
 
-void load_subpicture_yuy2_rgb24_ajust(LUMALANE_PARAMETERS_mix) {
-    with_adjustment([&](auto adjusted) {
-        load_subpicture(*mix, planar{} | adjusted | to_rgb{}, key_of_bytes(mix->color_key),
-                        rgb24{});
-    });
+void load_subpicture_yuy2_rgb24_ajust(const machine &machine, const call::mix &p) {
+    load_adjusted(machine, *p.record,
+                  surface_of_bytes(machine.rows.emit_keyed_rgb24, 3, p.record->color_key));
 }
 
-void load_subpicture_yuy2_rgb16(LUMALANE_PARAMETERS_mix) {
-    load_subpicture_rgb16(*mix, planar{} | to_rgb{});
+void load_subpicture_yuy2_rgb16(const machine &machine, const call::mix &p) {
+    if (has_layout(*p.record))
+        load(machine, *p.record,
+             surface_of_words(machine.rows.emit_keyed_rgb16_565, p.record->color_key));
 }
 
-void load_subpicture_yuy2_rgb16_ajust(LUMALANE_PARAMETERS_mix) {
-    with_adjustment(
-        [&](auto adjusted) { load_subpicture_rgb16(*mix, planar{} | adjusted | to_rgb{}); });
+void load_subpicture_yuy2_rgb16_ajust(const machine &machine, const call::mix &p) {
+    if (has_layout(*p.record))
+        load_adjusted(machine, *p.record,
+                      surface_of_words(machine.rows.emit_keyed_rgb16_565, p.record->color_key));
 }
 
-} // namespace lumalane::LUMALANE_LANES
+} // namespace lumalane

@@ -1,107 +1,77 @@
 // Rectangles of the colour key, and a marker replaced by it.
-#include "frame/kernels.h"
+#include "picture/calls.h"
 #include "subpicture/pattern.h"
-#include "subpicture/rows.h"
+#include "subpicture/row_by_row.h"
 
-namespace lumalane::LUMALANE_LANES {
+namespace lumalane {
 
 namespace {
 
-// `count` bytes, a multiple of 16.
-template <class Put>
-LUMALANE_INLINE void fill_row(unsigned char *to, ptrdiff_t count, const pattern &with) {
-    constexpr ptrdiff_t size = sizeof with.byte;
-    const woven<3, widest> pieces = with.first<3, widest>();
-    ptrdiff_t x = 0;
-    for (; x + 2 * size <= count; x += 2 * size) {
-        put_parts<Put>(to + x, pieces);
-        put_parts<Put>(to + x + size, pieces);
-    }
-    if (x + size <= count) {
-        put_parts<Put>(to + x, pieces);
-        x += size;
-    }
-    const unsigned char *from = with.byte;
-    for (; x + widest <= count; x += widest, from += widest)
-        store(to + x, load<widest>(from));
-    if (widest > 16 && x < count)
-        store(to + x, load<16>(from));
-}
-
-// A group of 16 pixels of the upper row of a pair, then of the lower one.
-template <int size>
-void fill_pairs_stepwise(const rows &upper, int pitch, unsigned height, const pattern &with) {
-    unsigned left = height, pair = 0;
-    do {
-        for (ptrdiff_t x = 0; x < upper.bytes; x += 16 * size) {
-            fill_row<cached>(upper.at(pair) + x, 16 * size, with);
-            fill_row<cached>(upper.at(pair) + pitch + x, 16 * size, with);
-        }
-        ++pair;
-    } while (again(left, 2));
-}
-
-template <class Put>
-void fill_pairs_wide(const rows &upper, int pitch, unsigned height, const pattern &with) {
-    const long long pairs = (height + 1ll) / 2;
-    // Rows without a gap are one run, of whole patterns.
-    if (pitch == upper.bytes && upper.pitch == 2 * upper.bytes)
-        return fill_row<Put>(upper.first, static_cast<ptrdiff_t>(pairs * upper.pitch), with);
-    for (long long pair = 0; pair < pairs; ++pair) {
-        unsigned char *const row = upper.at(static_cast<unsigned>(pair));
-        fill_row<Put>(row, upper.bytes, with);
-        fill_row<Put>(row + pitch, upper.bytes, with);
-    }
-}
-
-// Two rows at a time, and pixels of `size` bytes.
-template <int size>
-void fill_rectangle(void *surface, int width, int height, int pitch, const pattern &with) {
-    if (height == 0)
+// Two rows at a time: a group of 16 pixels of the upper row, then of the lower one.
+void fill_rectangle(const machine &machine, const call::key_fill &p, int bytes_per_pixel,
+                    const pattern &with) {
+    if (p.height == 0)
         return;
-    const unsigned pixels = in_whole_groups(width, 16);
-    const rows upper = surface_rows(surface, size, pixels, width, twice(pitch));
-    const unsigned count = static_cast<unsigned>(height);
-    // Whole rows cannot be told from groups where the two rows of a pair do not overlap: pairs
-    // follow each other in either case.
-    if (!rows_apart(pitch, upper.bytes))
-        return fill_pairs_stepwise<size>(upper, pitch, count, with);
-    const int pitches = static_cast<int>(upper.pitch) | pitch; // all rows align, or none streams
-    with_put(upper.first, pitches, upper.bytes * (height + 1LL),
-             [&](auto put) { fill_pairs_wide<decltype(put)>(upper, pitch, count, with); });
+    const ptrdiff_t pixels = whole_steps(p.width, 16);
+    const byte_rows upper = surface_rows(p.surface, steps_of(p.height, 2), pixels, p.width,
+                                         twice(p.pitch), bytes_per_pixel);
+    const byte_rows lower{upper.first + p.pitch, upper.count, upper.pitch, upper.bytes};
+    const bool in_order = machine.in_order || order_can_be_observed<2>({upper, lower});
+    const long long all_bytes = 2 * upper.count * upper.bytes;
+    const surface_stores stores(machine, upper.first, upper.pitch | p.pitch, all_bytes, in_order);
+    const auto fill = [&](unsigned char *dst, ptrdiff_t n) {
+        machine.rows.fill(dst, n, with, stores);
+    };
+    // Rows without gaps are one.
+    if (!in_order && p.pitch == upper.bytes && upper.pitch == 2 * upper.bytes &&
+        all_bytes <= PTRDIFF_MAX)
+        return fill(destination_row(upper, 0), static_cast<ptrdiff_t>(all_bytes));
+    const ptrdiff_t bytes = static_cast<ptrdiff_t>(upper.bytes);
+    const ptrdiff_t run = in_order ? 16 * bytes_per_pixel : bytes;
+    for (long long pair = 0; pair < upper.count; ++pair)
+        in_runs(bytes, run, [&](ptrdiff_t x, ptrdiff_t n) {
+            fill(destination_row(upper, pair) + x, n);
+            fill(destination_row(lower, pair) + x, n);
+        });
 }
 
 } // namespace
 
-void LoadColorKeyRgb32(LUMALANE_PARAMETERS_key_fill) {
-    fill_rectangle<4>(surface, width, height, pitch, pattern::of_pixels<4>(key));
+void LoadColorKeyRgb32(const machine &machine, const call::key_fill &p) {
+    fill_rectangle(machine, p, 4, pattern_of_pixels(4, p.key));
 }
 
-// Deliberately the three words are not in phase with one another.
-void LoadColorKeyRgb24(LUMALANE_PARAMETERS_key_fill) {
-    const unsigned long long k = key;
-    fill_rectangle<3>(
-        surface, width, height, pitch,
-        {k >> 8 | k << 16 | k << 40, k >> 16 | k << 8 | k << 32 | k << 56, k | k << 24 | k << 48});
+// quirk: the three words of 8 bytes are not in phase with one another
+// [colour_key.rgb24_is_out_of_phase_for_any_other_key]
+void LoadColorKeyRgb24(const machine &machine, const call::key_fill &p) {
+    const unsigned long long k = p.key;
+    fill_rectangle(machine, p, 3,
+                   pattern_of_words(k >> 8 | k << 16 | k << 40,
+                                    k >> 16 | k << 8 | k << 32 | k << 56, k | k << 24 | k << 48));
 }
 
-void LoadColorKeyRgb16(LUMALANE_PARAMETERS_key_fill) {
-    fill_rectangle<2>(surface, width, height, pitch, pattern::of_pixels<2>(key));
+void LoadColorKeyRgb16(const machine &machine, const call::key_fill &p) {
+    fill_rectangle(machine, p, 2, pattern_of_pixels(2, p.key));
 }
 
-void RelaceMaskWithColorKey(LUMALANE_PARAMETERS_mask) {
-    constexpr int group = 16;
-    const unsigned pixels = in_whole_groups(width, group);
-    const rows replaced = surface_rows(dst, 1, pixels, width, pitch);
-    const rows tested = surface_rows(mask, 1, pixels, width, pitch);
-    walk_rows<group>(
-        static_cast<unsigned>(height), pixels, replaced, {tested},
-        [&]<int n, class Put>(unsigned row, ptrdiff_t x) {
-            unsigned char *const to = replaced.at(row) + x;
-            const bytes<n> marked =
-                equal(load<n>(tested.at(row) + x), fill_bytes<n>(static_cast<int>(mask_value)));
-            Put::put(to, choose(marked, fill_bytes<n>(static_cast<int>(key_value)), load<n>(to)));
-        });
+void RelaceMaskWithColorKey(const machine &machine, const call::mask &p) {
+    constexpr int step = 16;
+    const ptrdiff_t pixels = whole_steps(p.width, step);
+    const long long count = rows_of(p.height);
+    const row_by_row<1, 1> rows{{surface_rows(p.dst, count, pixels, p.width, p.pitch, 1)},
+                                {surface_rows(p.mask, count, pixels, p.width, p.pitch, 1)},
+                                pixels};
+    const byte_rows &dst = rows.written[0];
+    const bool in_order = machine.in_order || rows.order_can_be_observed();
+    const surface_stores stores(machine, dst.first, dst.pitch, rows.most_bytes(), in_order);
+    const byte_rows &mask = rows.read[0];
+    const auto marker = static_cast<unsigned char>(p.mask_value);
+    const auto key = static_cast<unsigned char>(p.key_value);
+    for_rows(rows, in_order, step, [&](const rows_run &run) {
+        machine.rows.replace_marker({source_row(mask, run.row), destination_row(dst, run.row),
+                                     stores, nullptr, run.count, run.next(mask), run.next(dst)},
+                                    run.n, marker, key);
+    });
 }
 
-} // namespace lumalane::LUMALANE_LANES
+} // namespace lumalane

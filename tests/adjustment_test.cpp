@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <vector>
 
-#include "tests/lane_sets.h"
 #include "tests/model/adjustment.h"
 #include "tests/model/rgb.h"
+#include "tests/targets.h"
 
 namespace {
 
@@ -40,7 +40,7 @@ rgb32 rgb32_of(int y, int u, int v) {
                                            static_cast<unsigned char>(v)));
 }
 
-class adjustment_test : public tests::on_each_lane_set {
+class adjustment_test : public tests::on_each_target {
 protected:
     samples all = every_sample();
     std::array<samples, 4> luma{all, all, all, all};
@@ -141,15 +141,15 @@ TEST_P(adjustment_test, of_planes_is_that_of_the_model_for_every_sample_and_gain
         }
     }
     EXPECT_EQ(proven, 65536u * offset_count);
-    std::printf("%s: %u gains and offsets of 256 samples proven on 3 planes\n",
-                tests::name_of(GetParam()).c_str(), proven);
+    std::printf("%s: %u gains and offsets of 256 samples proven on 3 planes\n", GetParam()->name,
+                proven);
 }
 
-// Gains of less than 4 with every offset, each of the others with one. Plain C++ is slow, and takes
-// every seventh of those.
+// Gains of less than 4 with every offset, each of the others with one. The narrowest
+// target is slow, and takes every seventh of those.
 TEST_P(adjustment_test, of_packed_and_rgb_pictures_is_that_of_the_model_for_every_sample_and_gain) {
     constexpr int all_offsets_below = 256;
-    const int step = GetParam() == lumalane::lane_set::portable ? 7 : 1;
+    const int step = GetParam() == lumalane::targets().begin() ? 7 : 1;
     unsigned proven = 0;
     for (int gain = 0; gain < 65536; gain += gain < all_offsets_below ? 1 : step) {
         expected = adjusted_by_model(gain);
@@ -168,9 +168,9 @@ TEST_P(adjustment_test, of_packed_and_rgb_pictures_is_that_of_the_model_for_ever
     }
     EXPECT_GE(proven, (65536u - all_offsets_below) / step + all_offsets_below * offset_count);
     std::printf("%s: %u gains and offsets of 256 samples proven on their way to YUY2 and RGB32\n",
-                tests::name_of(GetParam()).c_str(), proven);
+                GetParam()->name, proven);
 }
 
-INSTANTIATE_ON_EACH_LANE_SET(adjustment_test);
+INSTANTIATE_ON_EACH_TARGET(adjustment_test);
 
 } // namespace

@@ -3,11 +3,11 @@
 #include <cstdio>
 #include <vector>
 
-#include "tests/lane_sets.h"
+#include "tests/targets.h"
 
 namespace {
 
-class ayuy2_kernel : public tests::on_each_lane_set {};
+class ayuy2_kernel : public tests::on_each_target {};
 
 int clamped_sum(int b, int g, int r, int coefficient_b, int coefficient_g, int coefficient_r,
                 int constant) {
@@ -44,9 +44,9 @@ TEST_P(ayuy2_kernel, converts_every_colour) {
         }
     }
     EXPECT_EQ(proven, 1L << 24);
-    std::printf("%s: %ld colours\n", tests::name_of(GetParam()).c_str(), proven);
+    std::printf("%s: %ld colours\n", GetParam()->name, proven);
 }
 
-INSTANTIATE_ON_EACH_LANE_SET(ayuy2_kernel);
+INSTANTIATE_ON_EACH_TARGET(ayuy2_kernel);
 
 } // namespace

@@ -4,15 +4,15 @@
 #include <cstring>
 #include <vector>
 
-#include "tests/lane_sets.h"
 #include "tests/model/adjustment.h"
 #include "tests/model/blend.h"
+#include "tests/targets.h"
 
 namespace {
 
 using bytes = std::vector<unsigned char>;
 
-class blend_test : public tests::on_each_lane_set {};
+class blend_test : public tests::on_each_target {};
 
 // A picture of which every plane is `video`, under a subpicture of which every plane is `sub`; all
 // pitches are its width.
@@ -61,7 +61,7 @@ TEST_P(blend_test, is_that_of_the_model_for_every_alpha_and_pair_of_samples) {
         proven += pairs;
     }
     EXPECT_EQ(proven, 1u << 24);
-    std::printf("%s: %u blends proven on each plane\n", tests::name_of(GetParam()).c_str(), proven);
+    std::printf("%s: %u blends proven on each plane\n", GetParam()->name, proven);
 }
 
 TEST_P(blend_test, is_adjusted_as_the_model_does_for_every_weight_and_many_gains) {
@@ -115,9 +115,9 @@ TEST_P(blend_test, is_adjusted_as_the_model_does_for_every_weight_and_many_gains
         proven += y.size() + u.size() + v.size();
     }
     EXPECT_EQ(proven, (1100ul + (65536 - 1100 + 12) / 13) * width * rows * 3 / 2);
-    std::printf("%s: %lu adjusted blends\n", tests::name_of(GetParam()).c_str(), proven);
+    std::printf("%s: %lu adjusted blends\n", GetParam()->name, proven);
 }
 
-INSTANTIATE_ON_EACH_LANE_SET(blend_test);
+INSTANTIATE_ON_EACH_TARGET(blend_test);
 
 } // namespace

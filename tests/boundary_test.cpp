@@ -1,21 +1,21 @@
-// Every function, on every lane set, called by the worst caller that a 32-bit library may have.
+// Every function, on every target, called by the worst caller that a 32-bit library may have.
 #include <gtest/gtest.h>
 
 #include "tests/boundary/hostile_call.h"
-#include "tests/lane_sets.h"
+#include "tests/targets.h"
 
 namespace {
 
-class boundary_test : public tests::on_each_lane_set {};
+class boundary_test : public tests::on_each_target {};
 
 TEST_P(boundary_test, bears_hostile_callers) {
-    const auto callers = boundary::hostile_callers(tests::exported_functions(GetParam()));
+    const auto callers = boundary::hostile_callers(tests::exported_functions(*GetParam()));
     for (const differential::subject &subject : differential::subjects())
         EXPECT_EQ(differential::run(subject, callers, {.cases = 50}).failure, "");
     EXPECT_EQ(boundary::calls_so_far().complaint, "");
     EXPECT_GT(boundary::calls_so_far().calls, 0u);
 }
 
-INSTANTIATE_ON_EACH_LANE_SET(boundary_test);
+INSTANTIATE_ON_EACH_TARGET(boundary_test);
 
 } // namespace

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "tests/differential/guarded_region.h"
-#include "tests/lane_sets.h"
+#include "tests/targets.h"
 
 namespace tests {
 
@@ -23,7 +23,7 @@ inline std::ostream &operator<<(std::ostream &out, const run &r) {
 using runs = std::vector<run>;
 
 // A destination that is marked all over.
-class surface_test : public on_each_lane_set {
+class surface_test : public on_each_target {
 protected:
     static constexpr unsigned char untouched = 0xa5;
     static constexpr contrast_data neutral{64, 64, 0, 0, 0, 0, 0, 0};

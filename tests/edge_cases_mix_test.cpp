@@ -83,7 +83,7 @@ protected:
     }
 };
 
-INSTANTIATE_ON_EACH_LANE_SET(mixes);
+INSTANTIATE_ON_EACH_TARGET(mixes);
 
 const mix_function rgb32_mixes[] = {mix_ayuy2_rgb32_p_ajust, mix_ayuy2_rgb32_i_ajust};
 const mix_function rgb16_mixes[] = {mix_ayuy2_rgb16_p_ajust, mix_ayuy2_rgb16_i_ajust};

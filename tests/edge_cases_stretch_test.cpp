@@ -62,7 +62,7 @@ protected:
     }
 };
 
-INSTANTIATE_ON_EACH_LANE_SET(stretches);
+INSTANTIATE_ON_EACH_TARGET(stretches);
 
 // ---- YV12 to YUY2 ------------------------------------------------------------------------------
 
@@ -301,7 +301,7 @@ protected:
     }
 };
 
-INSTANTIATE_ON_EACH_LANE_SET(packed_stretches);
+INSTANTIATE_ON_EACH_TARGET(packed_stretches);
 
 TEST_P(packed_stretches, below_the_least_height_write_nothing) {
     y.assign(y.size(), 100);
@@ -411,7 +411,7 @@ protected:
     }
 };
 
-INSTANTIATE_ON_EACH_LANE_SET(rgb_stretches);
+INSTANTIATE_ON_EACH_TARGET(rgb_stretches);
 
 TEST_P(rgb_stretches, below_height_12_write_nothing_and_read_no_record) {
     fill(235, 128, 128);
@@ -519,7 +519,7 @@ protected:
     }
 };
 
-INSTANTIATE_ON_EACH_LANE_SET(plane_stretches);
+INSTANTIATE_ON_EACH_TARGET(plane_stretches);
 
 TEST_P(plane_stretches, adjusted_2x2_starts_twice_with_the_first_row_and_loses_the_last) {
     fill_tight();
@@ -740,7 +740,7 @@ protected:
     }
 };
 
-INSTANTIATE_ON_EACH_LANE_SET(frame_stretches);
+INSTANTIATE_ON_EACH_TARGET(frame_stretches);
 
 TEST_P(frame_stretches, below_height_8_write_nothing_and_read_no_record) {
     for (const int height : {7, 0, -8})

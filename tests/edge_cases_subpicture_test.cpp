@@ -75,7 +75,7 @@ protected:
     }
 };
 
-INSTANTIATE_ON_EACH_LANE_SET(conversion);
+INSTANTIATE_ON_EACH_TARGET(conversion);
 
 TEST_P(conversion, a_group_of_the_key_colour_leaves_the_planes_under_it) {
     std::vector<unsigned> pixels(24, key);
@@ -282,7 +282,7 @@ protected:
     }
 };
 
-INSTANTIATE_ON_EACH_LANE_SET(alpha_transfer);
+INSTANTIATE_ON_EACH_TARGET(alpha_transfer);
 
 TEST_P(alpha_transfer, rgb32_restores_the_lowest_byte) {
     draw(std::vector<unsigned>(8, 0x00123456), 4);
@@ -444,7 +444,7 @@ protected:
     }
 };
 
-INSTANTIATE_ON_EACH_LANE_SET(subpicture_load);
+INSTANTIATE_ON_EACH_TARGET(subpicture_load);
 
 TEST_P(subpicture_load, alpha_0_is_the_key_with_red_in_its_lowest_byte) {
     fill(100, 90, 150, 0);
@@ -578,7 +578,7 @@ TEST_P(subpicture_load, the_key_is_not_adjusted) {
 
 class mix_record : public subpicture_test {};
 
-INSTANTIATE_ON_EACH_LANE_SET(mix_record);
+INSTANTIATE_ON_EACH_TARGET(mix_record);
 
 TEST_P(mix_record, reserved_fields_may_hold_anything_and_keep_it) {
     for (const mix_function function :
@@ -609,7 +609,7 @@ protected:
     bytes mask = bytes(dst.size());
 };
 
-INSTANTIATE_ON_EACH_LANE_SET(colour_key);
+INSTANTIATE_ON_EACH_TARGET(colour_key);
 
 TEST_P(colour_key, width_20_and_height_3_fill_32_pixels_of_4_rows) {
     LoadColorKeyRgb32(0x00112233, dst.data(), 20, 3, 0, 400);

@@ -18,7 +18,7 @@ protected:
     }
 };
 
-INSTANTIATE_ON_EACH_LANE_SET(edge_cases);
+INSTANTIATE_ON_EACH_TARGET(edge_cases);
 
 // ---- Shapes ------------------------------------------------------------------------------------
 
@@ -157,7 +157,7 @@ protected:
     }
 };
 
-INSTANTIATE_ON_EACH_LANE_SET(adjusted_copy);
+INSTANTIATE_ON_EACH_TARGET(adjusted_copy);
 
 TEST_P(adjusted_copy, gain_64_without_offsets_leaves_every_sample) {
     for (int i = 0; i < 256; ++i)

@@ -33,7 +33,7 @@ protected:
     }
 };
 
-INSTANTIATE_ON_EACH_LANE_SET(yuy2_surface);
+INSTANTIATE_ON_EACH_TARGET(yuy2_surface);
 
 TEST_P(yuy2_surface, the_plain_form_keeps_8_bytes_of_every_32_in_lower_rows) {
     fill(235, 90, 240);
@@ -139,7 +139,7 @@ protected:
     }
 };
 
-INSTANTIATE_ON_EACH_LANE_SET(half_size);
+INSTANTIATE_ON_EACH_TARGET(half_size);
 
 TEST_P(half_size, yuy2_takes_the_average_rounded_up) {
     fill_pairs(y, 10, 11);
@@ -237,7 +237,7 @@ protected:
     }
 };
 
-INSTANTIATE_ON_EACH_LANE_SET(yuy2_source);
+INSTANTIATE_ON_EACH_TARGET(yuy2_source);
 
 TEST_P(yuy2_source, lower_rows_take_the_chroma_of_the_upper_ones) {
     fill_rows(0, 1, 32, {10, 20, 30, 40});

@@ -19,7 +19,7 @@ model::memory everything() {
     return m;
 }
 
-lumalane::kernel_table models() {
+tests::function_table models() {
     return {
         "models",
 #define LUMALANE_EXPORT(signature, name)                                                           \
@@ -27,12 +27,12 @@ lumalane::kernel_table models() {
         model::memory m = everything();                                                            \
         model::name(m, LUMALANE_ARGUMENTS_##signature);                                            \
     },
-#include "frame/exports.inc"
+#include "abi/exports.inc"
 #undef LUMALANE_EXPORT
     };
 }
 
-differential::outcome run(std::string_view name, const lumalane::kernel_table &functions) {
+differential::outcome run(std::string_view name, const tests::function_table &functions) {
     for (const differential::subject &s : differential::subjects())
         if (s.name == name)
             return differential::run(s, {{functions}}, few_cases);
@@ -49,7 +49,7 @@ TEST(engine, finds_nothing_in_the_models_themselves) {
 }
 
 TEST(engine, finds_a_wrong_bit) {
-    lumalane::kernel_table wrong = models();
+    tests::function_table wrong = models();
     wrong.loadimage_rgb32 = [](LUMALANE_PARAMETERS_picture) {
         model::memory m = everything();
         model::loadimage_rgb32(m, LUMALANE_ARGUMENTS_picture);
@@ -59,7 +59,7 @@ TEST(engine, finds_a_wrong_bit) {
 }
 
 TEST(engine, finds_a_write_outside_of_the_footprint) {
-    lumalane::kernel_table wrong = models();
+    tests::function_table wrong = models();
     wrong.loadimage_rgb24 = [](LUMALANE_PARAMETERS_picture) {
         model::memory m = everything();
         model::loadimage_rgb24(m, LUMALANE_ARGUMENTS_picture);
@@ -69,7 +69,7 @@ TEST(engine, finds_a_write_outside_of_the_footprint) {
 }
 
 TEST(engine, finds_rows_stored_in_another_order) {
-    lumalane::kernel_table wrong = models();
+    tests::function_table wrong = models();
     wrong.loadimage_rgb32 = [](LUMALANE_PARAMETERS_picture) {
         model::memory m = everything();
         // Pair by pair where the widths are on the step: the same but for the order of the steps.
@@ -83,7 +83,7 @@ TEST(engine, finds_rows_stored_in_another_order) {
 }
 
 TEST(engine, finds_crossed_chroma_parameters) {
-    lumalane::kernel_table wrong = models();
+    tests::function_table wrong = models();
     wrong.get_contrast_data = [](void *params) {
         contrast_data crossed;
         std::memcpy(&crossed, params, sizeof crossed);
@@ -95,7 +95,7 @@ TEST(engine, finds_crossed_chroma_parameters) {
 }
 
 TEST(engine, finds_a_field_of_a_record_that_is_left_as_it_was) {
-    lumalane::kernel_table wrong = models();
+    tests::function_table wrong = models();
     wrong.Restore_RGB24_To_Alpha = [](tagMIX_INFO *mix) {
         model::memory m = everything();
         const int height = mix->height;
@@ -106,7 +106,7 @@ TEST(engine, finds_a_field_of_a_record_that_is_left_as_it_was) {
 }
 
 TEST(engine, finds_groups_of_the_key_colour_that_are_converted) {
-    lumalane::kernel_table wrong = models();
+    tests::function_table wrong = models();
     wrong.Convert_RGB16_565_To_AYUY2 = [](tagMIX_INFO *mix) {
         model::memory m = everything();
         mix->color_key ^= 1;
@@ -117,7 +117,7 @@ TEST(engine, finds_groups_of_the_key_colour_that_are_converted) {
 }
 
 TEST(engine_death, finds_a_read_outside_of_the_footprint) {
-    lumalane::kernel_table wrong = models();
+    tests::function_table wrong = models();
     wrong.loadimage_rgb16 = [](LUMALANE_PARAMETERS_picture) {
         model::memory m = everything();
         model::loadimage_rgb16(m, LUMALANE_ARGUMENTS_picture);
@@ -128,7 +128,7 @@ TEST(engine_death, finds_a_read_outside_of_the_footprint) {
 }
 
 TEST(engine_death, finds_a_read_through_an_unread_pointer_of_a_record) {
-    lumalane::kernel_table wrong = models();
+    tests::function_table wrong = models();
     wrong.load_subpicture_alpha_rgb32 = [](tagMIX_INFO *mix) {
         model::memory m = everything();
         [[maybe_unused]] const volatile unsigned char seen = *mix->sub_y;
@@ -139,7 +139,7 @@ TEST(engine_death, finds_a_read_through_an_unread_pointer_of_a_record) {
 }
 
 TEST(engine_death, finds_a_read_of_an_unread_record) {
-    lumalane::kernel_table wrong = models();
+    tests::function_table wrong = models();
     wrong.loadimage_rgb24 = [](LUMALANE_PARAMETERS_picture) {
         model::memory m = everything();
         [[maybe_unused]] const volatile unsigned seen = info->rgb16_layout;

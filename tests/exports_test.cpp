@@ -1,4 +1,4 @@
-// What the built files define: the shared library to its users, the objects of a lane set to the
+// What the built files define: the shared library to its users, the objects of a target to the
 // linker.
 #include <algorithm>
 #include <cstdio>
@@ -7,8 +7,9 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <vector>
 
-#include <gtest/gtest.h>
+#include "tests/targets.h"
 
 namespace {
 
@@ -55,8 +56,28 @@ TEST(shared_library, is_named_after_its_interface) {
               std::string::npos);
 }
 
-TEST(shared_library, needs_no_other_library) {
-    EXPECT_EQ(lines_with("(NEEDED)", dynamic_section), "");
+// What compilers call by themselves.
+TEST(shared_library, needs_nothing_but_memory_functions_of_the_c_library) {
+    std::istringstream needed(lines_with("(NEEDED)", dynamic_section));
+    for (std::string line; std::getline(needed, line);)
+        EXPECT_NE(line.find("[libc.so."), std::string::npos) << line;
+
+    const std::set<std::string> known{"memcpy", "memmove", "memset", "memcmp"};
+    std::istringstream symbols(
+        output_of(LUMALANE_NM " -D -P --undefined-only '" LUMALANE_SHARED_LIBRARY "'"));
+    for (std::string name, rest; symbols >> name && std::getline(symbols, rest);)
+        EXPECT_TRUE(known.contains(name.substr(0, name.find('@')))) << name;
+}
+
+// With every target of the platform in it.
+TEST(shared_library, is_small) {
+    std::istringstream table(output_of(LUMALANE_SIZE " -B '" LUMALANE_SHARED_LIBRARY "'"));
+    std::string heading;
+    long text = 0;
+    std::getline(table, heading) && table >> text;
+    EXPECT_GT(text, 0) << heading;
+    EXPECT_LT(text, 700'000);
+    std::printf("%ld bytes of text\n", text);
 }
 
 TEST(shared_library, has_a_stack_that_is_not_executable) {
@@ -69,15 +90,15 @@ TEST(shared_library, is_read_only_once_it_is_loaded) {
     EXPECT_NE(lines_with("NOW", dynamic_section), "");
 }
 
-class lane_set_objects : public testing::TestWithParam<const char *> {};
+class target_objects : public testing::TestWithParam<const lumalane::target *> {};
 
 // What two objects define under one name the linker takes from either: code for a newer processor
-// must not be what it picks for an older one. So everything lies in the namespace of the lane set.
-TEST_P(lane_set_objects, define_nothing_outside_of_their_namespace) {
-    const std::string lanes = GetParam();
-    const std::string within = "8lumalane" + std::to_string(lanes.size()) + lanes;
+// must not be what it picks for an older one. So everything lies in the namespace of the target.
+TEST_P(target_objects, define_nothing_outside_of_their_namespace) {
+    const std::string target = GetParam()->name;
+    const std::string within = "8lumalane" + std::to_string(target.size()) + target;
     std::istringstream symbols(output_of(
-        LUMALANE_NM " -P -g --defined-only '@" LUMALANE_OBJECT_LISTS "/" + lanes + ".objects'"));
+        LUMALANE_NM " -P -g --defined-only '@" LUMALANE_OBJECT_LISTS "/" + target + ".objects'"));
     int defined = 0;
     for (std::string name, line; symbols >> name && std::getline(symbols, line);) {
         const bool names_its_file = name.back() == ':';
@@ -92,7 +113,15 @@ TEST_P(lane_set_objects, define_nothing_outside_of_their_namespace) {
     EXPECT_GT(defined, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(lanes, lane_set_objects, testing::Values("portable", "sse2", "avx2"),
-                         [](const auto &lanes) { return std::string(lanes.param); });
+// Those too that this processor does not run.
+std::vector<const lumalane::target *> all_targets() {
+    std::vector<const lumalane::target *> all;
+    for (const lumalane::target &target : lumalane::targets())
+        all.push_back(&target);
+    return all;
+}
+
+INSTANTIATE_TEST_SUITE_P(targets, target_objects, testing::ValuesIn(all_targets()),
+                         [](const auto &target) { return target.param->name; });
 
 } // namespace

@@ -5,13 +5,13 @@
 #include <numeric>
 #include <vector>
 
-#include "tests/lane_sets.h"
-#include "tests/lanes/probe.h"
 #include "tests/model/rgb.h"
+#include "tests/simd/probe.h"
+#include "tests/targets.h"
 
 namespace {
 
-class rgb16_packing_test : public tests::on_each_lane_set {};
+class rgb16_packing_test : public tests::on_each_target {};
 
 // The 256 blues of one red and green.
 using row = std::array<unsigned char, 2 * 256>;
@@ -53,13 +53,13 @@ void prove(const tests::rgb16_packing &packing, unsigned layout) {
 }
 
 TEST_P(rgb16_packing_test, is_that_of_the_model_for_every_colour) {
-    const auto &packings = tests::probe_of(GetParam()).rgb16_packings;
+    const auto &packings = tests::probe_of(*GetParam()).rgb16_packings;
     ASSERT_GT(packings.size, 0);
     for (const tests::rgb16_packing &packing : packings)
         for (const unsigned layout : {0u, 1u, 2u, 3u})
             prove(packing, layout);
 }
 
-INSTANTIATE_ON_EACH_LANE_SET(rgb16_packing_test);
+INSTANTIATE_ON_EACH_TARGET(rgb16_packing_test);
 
 } // namespace

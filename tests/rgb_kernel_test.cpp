@@ -3,12 +3,12 @@
 #include <cstring>
 #include <vector>
 
-#include "tests/lane_sets.h"
 #include "tests/model/rgb.h"
+#include "tests/targets.h"
 
 namespace {
 
-class rgb_kernel_test : public tests::on_each_lane_set {};
+class rgb_kernel_test : public tests::on_each_target {};
 
 TEST_P(rgb_kernel_test, is_that_of_the_model_for_every_colour) {
     // One picture per value of U: V runs along the rows, Y over each 2x2 block and down the blocks.
@@ -37,9 +37,9 @@ TEST_P(rgb_kernel_test, is_that_of_the_model_for_every_colour) {
         }
     }
     EXPECT_EQ(proven, 1u << 24);
-    std::printf("%s: %u colours proven\n", tests::name_of(GetParam()).c_str(), proven);
+    std::printf("%s: %u colours proven\n", GetParam()->name, proven);
 }
 
-INSTANTIATE_ON_EACH_LANE_SET(rgb_kernel_test);
+INSTANTIATE_ON_EACH_TARGET(rgb_kernel_test);
 
 } // namespace

@@ -1,11 +1,11 @@
 // Before get_contrast_data() is called for the first time: a program of its own.
 #include <vector>
 
-#include "tests/lane_sets.h"
+#include "tests/targets.h"
 
 namespace {
 
-class before_any_parameters : public tests::on_each_lane_set {
+class before_any_parameters : public tests::on_each_target {
 protected:
     static constexpr int width = 64, height = 10;
 
@@ -198,7 +198,7 @@ TEST_P(mixes_and_stretches_before_any_parameters, every_adjusted_stretch_is_of_z
     expect_all({0}, 2 * width * stretched_height);
 }
 
-INSTANTIATE_ON_EACH_LANE_SET(before_any_parameters);
-INSTANTIATE_ON_EACH_LANE_SET(mixes_and_stretches_before_any_parameters);
+INSTANTIATE_ON_EACH_TARGET(before_any_parameters);
+INSTANTIATE_ON_EACH_TARGET(mixes_and_stretches_before_any_parameters);
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "examples/player/adjustment.h"
 
-#include "frame/lumalane.h"
+#include <lumalane.h>
 
 namespace player {
 namespace {

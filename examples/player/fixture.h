@@ -1,7 +1,10 @@
-// What the player's tests have in common: a directory of their own, and the player as a program.
+// What the player's tests have in common: pictures whose samples are known, a directory of their
+// own, and the player as a program.
 #pragma once
 
+#include "examples/player/canvas.h"
 #include "examples/player/options.h"
+#include "examples/player/picture.h"
 #include "examples/player/surface.h"
 
 #include <algorithm>
@@ -47,11 +50,10 @@ inline rgb_image read_png(const fs::path &file) {
     return read;
 }
 
-inline std::uint64_t checksum(const std::vector<rgb_image> &images) {
+inline std::uint64_t checksum(const std::vector<unsigned char> &bytes) {
     std::uint64_t sum = 0xcbf29ce484222325; // FNV-1a
-    for (const rgb_image &image : images)
-        for (const unsigned char sample : image.samples)
-            sum = (sum ^ sample) * 0x100000001b3;
+    for (const unsigned char byte : bytes)
+        sum = (sum ^ byte) * 0x100000001b3;
     return sum;
 }
 
@@ -69,25 +71,81 @@ inline double mean_difference(const rgb_image &a, const rgb_image &b) {
     return mean_difference(a.samples, b.samples);
 }
 
-// ---- Videos without compression, so that their samples are known ------------------------------
+// ---- Pictures whose samples are known ---------------------------------------------------------
 
-// A grey frame: the luma of its rows, and the chroma.
-template <class LumaOf>
-std::string grey_rows(int width, int height, LumaOf luma_of) {
-    std::string samples;
-    for (int row = 0; row < height; ++row)
-        samples.append(width, static_cast<char>(luma_of(row)));
-    const int chroma = (width + 1) / 2 * ((height + 1) / 2);
-    return samples.append(2 * chroma, static_cast<char>(128));
+// 4:2:2 if chroma has as many rows as luma, else 4:2:0.
+struct samples {
+    int width, height, chroma_height;
+    std::vector<unsigned char> y, u, v;
+
+    int chroma_width() const { return (width + 1) / 2; }
+};
+
+inline samples ramps(int width, int height, int chroma_height, int frame = 0) {
+    const auto plane = [frame](int columns, int rows, int across, int down) {
+        std::vector<unsigned char> filled;
+        for (int row = 0; row < rows; ++row)
+            for (int column = 0; column < columns; ++column)
+                filled.push_back(static_cast<unsigned char>(
+                    16 + (column * across + row * down + frame * 8) % 220));
+        return filled;
+    };
+    const int chroma_width = (width + 1) / 2;
+    return {width,
+            height,
+            chroma_height,
+            plane(width, height, 3, 5),
+            plane(chroma_width, chroma_height, 7, 52),
+            plane(chroma_width, chroma_height, 1, 39)};
 }
 
-// `order` is p for whole frames, t or b for fields of which the top or the bottom one comes first.
-inline std::string y4m(int width, int height, char order, const std::vector<std::string> &frames) {
-    std::string text = "YUV4MPEG2 W" + std::to_string(width) + " H" + std::to_string(height) +
-                       " F25:1 I" + order + " A1:1 C420jpeg\n";
-    for (const std::string &frame : frames)
-        text += "FRAME\n" + frame;
+inline samples ramps_420(int width, int height, int frame = 0) {
+    return ramps(width, height, (height + 1) / 2, frame);
+}
+
+// The luma of the rows, and the chroma of all; 4:2:0.
+template <class LumaOf>
+samples uniform_rows(int width, int height, LumaOf luma_of, unsigned char u = 128,
+                     unsigned char v = 128) {
+    samples made{width, height, (height + 1) / 2, {}, {}, {}};
+    for (int row = 0; row < height; ++row)
+        made.y.insert(made.y.end(), width, static_cast<unsigned char>(luma_of(row)));
+    made.u.assign(made.chroma_width() * made.chroma_height, u);
+    made.v.assign(made.chroma_width() * made.chroma_height, v);
+    return made;
+}
+
+// The rows of one field are black, those of the other white.
+inline int black_and_white_fields(int row) { return row % 2 ? 235 : 16; }
+
+// 4:2:0.
+inline picture picture_of(const samples &from) {
+    picture made;
+    made.assign(from.width, from.height, {from.y.data(), from.width},
+                {from.u.data(), from.chroma_width()}, {from.v.data(), from.chroma_width()});
+    return made;
+}
+
+// A video without compression, 4:2:0. `order` is p for whole frames, t or b for fields of which the
+// top or the bottom one comes first.
+inline std::string y4m(char order, const std::vector<samples> &frames) {
+    std::string text = "YUV4MPEG2 W" + std::to_string(frames.front().width) + " H" +
+                       std::to_string(frames.front().height) + " F25:1 I" + order +
+                       " A1:1 C420jpeg\n";
+    for (const samples &frame : frames) {
+        text += "FRAME\n";
+        for (const auto *plane : {&frame.y, &frame.u, &frame.v})
+            text.append(plane->begin(), plane->end());
+    }
     return text;
+}
+
+// A rectangle that is covered everywhere alike.
+inline void lay(canvas &on, int x, int y, int width, int height, canvas::pixel colour,
+                int coverage = 255) {
+    const std::vector<unsigned char> all(static_cast<std::size_t>(width) * height,
+                                         static_cast<unsigned char>(coverage));
+    on.lay({all.data(), width, x, y, width, height}, colour);
 }
 
 // ---- The tests --------------------------------------------------------------------------------

@@ -21,7 +21,7 @@ constexpr key_meaning keys[] = {
     {SDLK_HOME, command::plain_picture, "Home         the picture as it is"},
     {SDLK_s, command::next_surface, "S            the next surface"},
     {SDLK_t, command::next_stretch, "T            the next stretch that the surface has"},
-    {SDLK_l, command::next_lanes, "L            the next lane set"},
+    {SDLK_k, command::next_target, "K            the row kernels of the next target"},
     {SDLK_m, command::menu, "M            open or close the menu"},
     {SDLK_SPACE, command::pause, "Space        pause, play on"},
     {SDLK_ESCAPE, command::quit, "Escape       quit"},

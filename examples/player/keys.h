@@ -17,7 +17,7 @@ enum class command {
     plain_picture,
     next_surface,
     next_stretch,
-    next_lanes,
+    next_target,
     menu,
     pause,
     quit,

@@ -2,8 +2,8 @@
 
 #include "examples/player/failure.h"
 #include "examples/player/keys.h"
-#include "examples/player/lanes.h"
 #include "examples/player/surface.h"
+#include "examples/player/target.h"
 
 #include <CLI/CLI.hpp>
 #include <climits>
@@ -62,9 +62,10 @@ std::optional<options> parse(int argc, char **argv) {
     app.add_flag("--interlaced", chosen.interlaced,
                  "Show every field by itself, doubled to a frame, on the surfaces that can")
         ->excludes("--stretch", "--field");
-    app.add_option("--lanes", chosen.lanes, "The lane set that runs (the widest)")
+    app.add_option("--target", chosen.target,
+                   "What the library's row kernels are compiled for (the widest that runs here)")
         ->type_name("NAME")
-        ->check(CLI::IsMember(lane_set_names(), CLI::ignore_case));
+        ->check(CLI::IsMember(target_names(), CLI::ignore_case));
     const auto add_control = [&app](const char *name, int &value, control_range range,
                                     const char *unit) {
         const auto text = [](int number) { return std::to_string(number); };

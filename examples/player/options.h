@@ -21,7 +21,7 @@ struct options {
     std::optional<long> frames; // none: all
     const surface_format *surface = nullptr;
     const stretching *stretch = nullptr; // null: none
-    std::string lanes;                   // empty: the widest that the processor runs
+    std::string target;                  // empty: the widest that the processor runs
     adjustment picture;
     std::string png_directory;  // empty: show a window
     std::string subtitles;      // empty: none

@@ -3,9 +3,9 @@
 #include "examples/player/adjustment.h"
 #include "examples/player/display.h"
 #include "examples/player/fixture.h"
-#include "examples/player/lanes.h"
 #include "examples/player/session.h"
 #include "examples/player/surface.h"
+#include "examples/player/target.h"
 
 #include <algorithm>
 #include <cmath>
@@ -46,45 +46,11 @@ std::vector<unsigned char> halve(const std::vector<unsigned char> &plane, int wi
 unsigned char average(int a, int b) { return static_cast<unsigned char>((a + b + 1) / 2); }
 unsigned char second(int, int b) { return static_cast<unsigned char>(b); }
 
-// The samples of a picture; 4:2:2 if chroma has as many rows as luma, else 4:2:0.
-struct samples {
-    int width, height, chroma_height;
-    std::vector<unsigned char> y, u, v;
-
-    int chroma_width() const { return (width + 1) / 2; }
-};
-
-samples ramps(int width, int height, int chroma_height, int frame = 0) {
-    const auto plane = [frame](int columns, int rows, int across, int down) {
-        std::vector<unsigned char> filled;
-        for (int row = 0; row < rows; ++row)
-            for (int column = 0; column < columns; ++column)
-                filled.push_back(static_cast<unsigned char>(
-                    16 + (column * across + row * down + frame * 8) % 220));
-        return filled;
-    };
-    const int chroma_width = (width + 1) / 2;
-    return {width,
-            height,
-            chroma_height,
-            plane(width, height, 3, 5),
-            plane(chroma_width, chroma_height, 7, 52),
-            plane(chroma_width, chroma_height, 1, 39)};
-}
-
-samples ramps_420(int width, int height, int frame = 0) {
-    return ramps(width, height, (height + 1) / 2, frame);
-}
-
 std::string ramps_y4m(int width, int height, int frames) {
-    std::vector<std::string> shown;
-    for (int frame = 0; frame < frames; ++frame) {
-        const samples all = ramps_420(width, height, frame);
-        std::string &bytes = shown.emplace_back();
-        for (const auto *plane : {&all.y, &all.u, &all.v})
-            bytes.append(plane->begin(), plane->end());
-    }
-    return y4m(width, height, 'p', shown);
+    std::vector<samples> shown;
+    for (int frame = 0; frame < frames; ++frame)
+        shown.push_back(ramps_420(width, height, frame));
+    return y4m('p', shown);
 }
 
 // `order` has the numbers of the bytes of two pixels: where Y0, U, Y1 and V stand.
@@ -214,17 +180,18 @@ TEST_P(every_surface, samples_are_those_of_bt601) {
     }
 }
 
-TEST_P(every_surface, lane_sets_agree) {
+TEST_P(every_surface, targets_agree) {
     for (const std::string packed : {"", "--packed "}) {
-        const auto of = [&](const std::string &lanes) {
-            return frames(packed + "--frames 2 --surface " + GetParam() + " --lanes " + lanes);
+        const auto of = [&](const std::string &target) {
+            return frames(packed + "--frames 2 --surface " + GetParam() + " --target " + target);
         };
-        const auto portable = of("portable");
-        for (const std::string &lanes : lane_set_names()) {
-            const auto images = of(lanes);
-            ASSERT_EQ(images.size(), portable.size());
+        const auto narrowest = of(target_names().front());
+        ASSERT_EQ(narrowest.size(), 2u);
+        for (const std::string &target : target_names()) {
+            const auto images = of(target);
+            ASSERT_EQ(images.size(), narrowest.size());
             for (std::size_t n = 0; n < images.size(); ++n)
-                EXPECT_EQ(images[n].samples, portable[n].samples) << packed << lanes;
+                EXPECT_EQ(images[n].samples, narrowest[n].samples) << packed << target;
         }
     }
 }
@@ -359,11 +326,11 @@ TEST_F(player_test, keys_reach_the_session) {
     for (std::size_t n = 1; n < surface_formats().size(); ++n)
         EXPECT_EQ(press(SDLK_s).find(surface_formats()[n].name), 0u);
     EXPECT_EQ(press(SDLK_s), before);
-    std::string lanes_seen;
-    for (std::size_t n = 0; n < lane_set_names().size(); ++n)
-        lanes_seen += press(SDLK_l) + ";";
-    for (const std::string &lanes : lane_set_names())
-        EXPECT_NE(lanes_seen.find(", " + lanes + ";"), std::string::npos) << lanes;
+    std::string seen;
+    for (std::size_t n = 0; n < target_names().size(); ++n)
+        seen += press(SDLK_k) + ";";
+    for (const std::string &target : target_names())
+        EXPECT_NE(seen.find(", " + target + ";"), std::string::npos) << target;
     EXPECT_EQ(running.describe(), before);
 }
 
@@ -376,15 +343,15 @@ TEST_F(player_test, help_tells_surfaces_options_and_keys) {
     for (const surface_format &format : surface_formats())
         EXPECT_NE(done.out.find(format.name), std::string::npos) << format.name;
     for (const char *option :
-         {"--frames", "--surface", "--lanes", "--brightness", "--contrast", "--saturation", "--png",
-          "--packed", "--repeat", "--subtitles", "--dump-subpicture", "--interlaced", "--stretch",
-          "--field", "--compare-stretch", "--menu", "--help", "Space"})
+         {"--frames", "--surface", "--target", "--brightness", "--contrast", "--saturation",
+          "--png", "--packed", "--repeat", "--subtitles", "--dump-subpicture", "--interlaced",
+          "--stretch", "--field", "--compare-stretch", "--menu", "--help", "Space"})
         EXPECT_NE(done.out.find(option), std::string::npos) << option;
 }
 
 TEST_F(player_test, wrong_arguments_are_refused) {
     expect_refused("--surface mauve", "mauve");
-    expect_refused("--lanes none", "none");
+    expect_refused("--target none", "none");
     expect_refused("--frames 0", "--frames");
     expect_refused("--contrast 201", "--contrast");
     expect_refused("--dump-subpicture views", "--subtitles");

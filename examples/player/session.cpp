@@ -1,6 +1,6 @@
 #include "examples/player/session.h"
 
-#include "examples/player/lanes.h"
+#include "examples/player/target.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -20,8 +20,8 @@ double meter::microseconds_in_library() const {
 }
 
 session::session(const options &start_with) : chosen(start_with), input(chosen.file) {
-    if (!chosen.lanes.empty())
-        choose_lane_set(chosen.lanes);
+    if (!chosen.target.empty())
+        choose_target(chosen.target);
     if (!chosen.subtitles.empty() || chosen.interlaced || chosen.menu)
         over.emplace(chosen.subtitles, chosen.dump_directory);
 }
@@ -142,8 +142,8 @@ void session::obey(command wish) {
     case command::next_stretch:
         choose_next_stretch();
         break;
-    case command::next_lanes:
-        choose_next_lane_set();
+    case command::next_target:
+        choose_next_target();
         break;
     case command::menu:
         chosen.menu = !chosen.menu;
@@ -168,7 +168,7 @@ std::vector<std::string> session::menu_lines() const {
             "Saturation " + number(chosen.picture.saturation) + " %",
             std::string("Surface ") + chosen.surface->name,
             std::string("Stretch ") + stretch().name,
-            std::string("Lanes ") + lane_set_name()};
+            std::string("Target ") + target_name()};
 }
 
 std::string session::destination() const {
@@ -179,7 +179,7 @@ std::string session::destination() const {
 }
 
 std::string session::describe() const {
-    std::string text = destination() + ", " + lane_set_name();
+    std::string text = destination() + ", " + target_name();
     if (current.is_packed())
         text += ", packed";
     if (shows_fields())
@@ -204,7 +204,7 @@ std::string session::summary() const {
     std::snprintf(
         text, sizeof text, "%ld frames of %dx%d%s to %s: %.1f µs a frame in the library (%s)",
         whole.frames(), current.width(), current.height(), current.is_packed() ? ", packed," : "",
-        destination().c_str(), whole.microseconds_in_library(), lane_set_name());
+        destination().c_str(), whole.microseconds_in_library(), target_name());
     return text;
 }
 

@@ -58,7 +58,7 @@ public:
     const decoder &video() const { return input; }
     const surface &loaded() const { return target; }
 
-    // Surface, lane set and what is adjusted, in words.
+    // Surface, target and what is adjusted, in words.
     std::string describe() const;
     std::string summary() const;
 

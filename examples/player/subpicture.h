@@ -1,15 +1,14 @@
 // A subpicture in the form that the library mixes, prepared from a canvas by the library.
 #pragma once
 
-#include "frame/lumalane.h"
-
+#include <lumalane.h>
 #include <vector>
 
 namespace player {
 
 class canvas;
 
-// Its life: what is on the canvas is drawn onto an RGB32 surface filled with the key colour and
+// How it is made: what is on the canvas is drawn onto an RGB32 surface filled with the key colour and
 // converted to Y, V and U planes; then its alpha is drawn in the surface's blue and restored to the
 // alpha plane. The surface serves to show the planes again.
 class subpicture {

@@ -1,4 +1,4 @@
-// The life of a subpicture: drawn on a canvas, prepared by the library, and seen again.
+// A subpicture: drawn on a canvas, prepared by the library, and seen again.
 
 #include "examples/player/canvas.h"
 #include "examples/player/failure.h"
@@ -20,14 +20,6 @@ void expect_pixel(canvas::pixel seen, canvas::pixel expected) {
     EXPECT_EQ(seen.green, expected.green);
     EXPECT_EQ(seen.blue, expected.blue);
     EXPECT_EQ(seen.alpha, expected.alpha);
-}
-
-// A rectangle that is covered everywhere alike.
-void lay(canvas &on, int x, int y, int width, int height, canvas::pixel colour,
-         int coverage = 255) {
-    const std::vector<unsigned char> all(static_cast<std::size_t>(width) * height,
-                                         static_cast<unsigned char>(coverage));
-    on.lay({all.data(), width, x, y, width, height}, colour);
 }
 
 TEST(canvas, keeps_the_colour_where_coverage_is_partial) {

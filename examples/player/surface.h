@@ -2,11 +2,11 @@
 #pragma once
 
 #include "examples/player/picture.h"
-#include "frame/lumalane.h"
 
 #include <SDL_pixels.h>
 #include <array>
 #include <chrono>
+#include <lumalane.h>
 #include <span>
 #include <string_view>
 #include <vector>

@@ -13,7 +13,7 @@ using boundary::word;
 constexpr word direction_flag = 1 << 10;
 constexpr word empty_tags = 0xffff;
 
-lumalane::kernel_table called;
+tests::function_table called;
 word stack_offset = 0;
 boundary::report so_far;
 
@@ -72,7 +72,7 @@ namespace hostile {
     void name(LUMALANE_PARAMETERS_##signature) {                                                   \
         call(#name, called.name, LUMALANE_ARGUMENTS_##signature);                                  \
     }
-#include "frame/exports.inc"
+#include "abi/exports.inc"
 #undef LUMALANE_EXPORT
 } // namespace hostile
 
@@ -80,17 +80,17 @@ namespace hostile {
 
 namespace boundary {
 
-std::vector<differential::target> hostile_callers(const lumalane::kernel_table &functions) {
+std::vector<differential::target> hostile_callers(const tests::function_table &functions) {
     called = functions;
     std::vector<differential::target> callers;
     for (const auto &[name, offset] : {std::pair{"stack at +0", 0u},
                                        {"stack at +4", 4u},
                                        {"stack at +8", 8u},
                                        {"stack at +12", 12u}}) {
-        const lumalane::kernel_table calling = {
+        const tests::function_table calling = {
             name,
 #define LUMALANE_EXPORT(signature, name) hostile::name,
-#include "frame/exports.inc"
+#include "abi/exports.inc"
 #undef LUMALANE_EXPORT
         };
         callers.push_back({calling, [offset = offset] { stack_offset = offset; }});

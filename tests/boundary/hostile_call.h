@@ -11,7 +11,7 @@ namespace boundary {
 
 // Targets that call `functions` in this way: one for each place, 0, 4, 8 and 12 bytes above a
 // multiple of 16, where the caller's stack may stand. The functions are those of the latest call.
-std::vector<differential::target> hostile_callers(const lumalane::kernel_table &functions);
+std::vector<differential::target> hostile_callers(const tests::function_table &functions);
 
 // What came of all calls made.
 struct report {

@@ -213,7 +213,8 @@ private:
             expected.emplace_back(s.begin(i), s.begin(i) + s.ranges[i].size());
 
         for (const target &t : targets) {
-            running_on = std::string(t.functions.name) + ", buffers " + s.name;
+            running_on =
+                t.functions.name + (t.how.empty() ? "" : ", " + t.how) + ", buffers " + s.name;
             fill(s);
             t.select();
             t.functions.get_contrast_data(&contrast);

@@ -16,8 +16,9 @@ namespace differential {
 
 // The functions under test, under a name.
 struct target {
-    lumalane::kernel_table functions;
+    tests::function_table functions;
     std::function<void()> select = [] {}; // called before each call of a function
+    std::string how = "";                 // it is run, for the line that reports a failure
 };
 
 struct options {

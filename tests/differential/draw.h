@@ -10,45 +10,45 @@
 
 namespace differential {
 
-// One function per signature that frame/exports.inc uses.
+// One function per signature that abi/exports.inc uses.
 drawn_call draw_parameters(random &, const char *name, void (*on_model)(model::memory &, void *),
-                           void (*lumalane::kernel_table::*function)(void *));
+                           void (*tests::function_table::*function)(void *));
 drawn_call draw_mix(random &, const char *name,
                     void (*on_model)(model::memory &, LUMALANE_PARAMETERS_mix),
-                    void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_mix));
+                    void (*tests::function_table::*function)(LUMALANE_PARAMETERS_mix));
 // Of those, the mixes of a subpicture over the video.
 drawn_call draw_video_mix(random &, const char *name,
                           void (*on_model)(model::memory &, LUMALANE_PARAMETERS_mix),
-                          void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_mix));
+                          void (*tests::function_table::*function)(LUMALANE_PARAMETERS_mix));
 drawn_call draw_key_fill(random &, const char *name,
                          void (*on_model)(model::memory &, LUMALANE_PARAMETERS_key_fill),
-                         void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_key_fill));
+                         void (*tests::function_table::*function)(LUMALANE_PARAMETERS_key_fill));
 drawn_call draw_mask(random &, const char *name,
                      void (*on_model)(model::memory &, LUMALANE_PARAMETERS_mask),
-                     void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_mask));
+                     void (*tests::function_table::*function)(LUMALANE_PARAMETERS_mask));
 drawn_call draw_picture(random &, const char *name,
                         void (*on_model)(model::memory &, LUMALANE_PARAMETERS_picture),
-                        void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_picture));
+                        void (*tests::function_table::*function)(LUMALANE_PARAMETERS_picture));
 drawn_call
 draw_packed_stretch(random &, const char *name,
                     void (*on_model)(model::memory &, LUMALANE_PARAMETERS_packed_stretch),
-                    void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_packed_stretch));
+                    void (*tests::function_table::*function)(LUMALANE_PARAMETERS_packed_stretch));
 drawn_call draw_packed_stretch_ajust(
     random &, const char *name,
     void (*on_model)(model::memory &, LUMALANE_PARAMETERS_packed_stretch_ajust),
-    void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_packed_stretch_ajust));
+    void (*tests::function_table::*function)(LUMALANE_PARAMETERS_packed_stretch_ajust));
 drawn_call
 draw_plane_stretch(random &, const char *name,
                    void (*on_model)(model::memory &, LUMALANE_PARAMETERS_plane_stretch),
-                   void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_plane_stretch));
+                   void (*tests::function_table::*function)(LUMALANE_PARAMETERS_plane_stretch));
 drawn_call draw_plane_stretch_ajust(
     random &, const char *name,
     void (*on_model)(model::memory &, LUMALANE_PARAMETERS_plane_stretch_ajust),
-    void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_plane_stretch_ajust));
+    void (*tests::function_table::*function)(LUMALANE_PARAMETERS_plane_stretch_ajust));
 drawn_call
 draw_frame_stretch(random &, const char *name,
                    void (*on_model)(model::memory &, LUMALANE_PARAMETERS_frame_stretch),
-                   void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_frame_stretch));
+                   void (*tests::function_table::*function)(LUMALANE_PARAMETERS_frame_stretch));
 
 // Bytes of a row (of the Y plane for YV12) that a function makes of so many pixels, or reads in the
 // place of its destination: its name spells them.

@@ -4,7 +4,7 @@ namespace differential {
 
 drawn_call draw_key_fill(random &r, const char *name,
                          void (*on_model)(model::memory &, LUMALANE_PARAMETERS_key_fill),
-                         void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_key_fill)) {
+                         void (*tests::function_table::*function)(LUMALANE_PARAMETERS_key_fill)) {
     drawn_call drawn;
     drawn.contrast = draw_contrast(r);
     const shape s = draw_shape(r, name);

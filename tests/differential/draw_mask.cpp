@@ -22,7 +22,7 @@ std::vector<std::uint8_t> draw_row(random &r, int groups, std::uint8_t marker) {
 
 drawn_call draw_mask(random &r, const char *name,
                      void (*on_model)(model::memory &, LUMALANE_PARAMETERS_mask),
-                     void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_mask)) {
+                     void (*tests::function_table::*function)(LUMALANE_PARAMETERS_mask)) {
     drawn_call drawn;
     drawn.contrast = draw_contrast(r);
     shape s;

@@ -131,7 +131,7 @@ layout draw_layout(random &r, drawn_call &drawn, const shape &s) {
 
 drawn_call draw_mix(random &r, const char *name,
                     void (*on_model)(model::memory &, LUMALANE_PARAMETERS_mix),
-                    void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_mix)) {
+                    void (*tests::function_table::*function)(LUMALANE_PARAMETERS_mix)) {
     if (std::string_view(name).starts_with("mix_"))
         return draw_video_mix(r, name, on_model, function);
     drawn_call drawn;

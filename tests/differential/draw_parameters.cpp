@@ -53,7 +53,7 @@ contrast_data draw_contrast(random &r) {
 
 // The state cannot be seen: an adjusting copy shows it.
 drawn_call draw_parameters(random &r, const char *, void (*on_model)(model::memory &, void *),
-                           void (*lumalane::kernel_table::*function)(void *)) {
+                           void (*tests::function_table::*function)(void *)) {
     constexpr int width = 256, height = 2;
     drawn_call drawn;
     drawn.contrast = draw_contrast(r);
@@ -80,7 +80,7 @@ drawn_call draw_parameters(random &r, const char *, void (*on_model)(model::memo
         on_model(m, at.at(params));
         std::apply(model::loadimage_yv12_ajust, std::tuple_cat(std::tie(m), copy_arguments(at)));
     };
-    drawn.on_function = [=](const lumalane::kernel_table &functions, const placement &at) {
+    drawn.on_function = [=](const tests::function_table &functions, const placement &at) {
         (functions.*function)(at.at(params));
         std::apply(functions.loadimage_yv12_ajust, copy_arguments(at));
     };

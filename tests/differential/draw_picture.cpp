@@ -72,7 +72,7 @@ layout draw_layout(random &r, drawn_call &drawn, const shape &s, bool stretched)
 
 drawn_call draw_picture(random &r, const char *name,
                         void (*on_model)(model::memory &, LUMALANE_PARAMETERS_picture),
-                        void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_picture)) {
+                        void (*tests::function_table::*function)(LUMALANE_PARAMETERS_picture)) {
     drawn_call drawn;
     drawn.contrast = draw_contrast(r);
     const bool stretched = std::string_view(name).starts_with("strech");

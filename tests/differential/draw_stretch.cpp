@@ -145,21 +145,21 @@ shape draw_stretch_shape(random &r, std::string_view name) {
 drawn_call
 draw_packed_stretch(random &r, const char *name,
                     void (*on_model)(model::memory &, LUMALANE_PARAMETERS_packed_stretch),
-                    void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_packed_stretch)) {
+                    void (*tests::function_table::*function)(LUMALANE_PARAMETERS_packed_stretch)) {
     return draw_packed(r, name, on_model, function);
 }
 
 drawn_call draw_packed_stretch_ajust(
     random &r, const char *name,
     void (*on_model)(model::memory &, LUMALANE_PARAMETERS_packed_stretch_ajust),
-    void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_packed_stretch_ajust)) {
+    void (*tests::function_table::*function)(LUMALANE_PARAMETERS_packed_stretch_ajust)) {
     return draw_packed(r, name, on_model, function, "info");
 }
 
 drawn_call
 draw_plane_stretch(random &r, const char *name,
                    void (*on_model)(model::memory &, LUMALANE_PARAMETERS_plane_stretch),
-                   void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_plane_stretch)) {
+                   void (*tests::function_table::*function)(LUMALANE_PARAMETERS_plane_stretch)) {
     drawn_call drawn;
     drawn.contrast = draw_contrast(r);
     const shape s = draw_stretch_shape(r, name);
@@ -174,7 +174,7 @@ draw_plane_stretch(random &r, const char *name,
 drawn_call draw_plane_stretch_ajust(
     random &r, const char *name,
     void (*on_model)(model::memory &, LUMALANE_PARAMETERS_plane_stretch_ajust),
-    void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_plane_stretch_ajust)) {
+    void (*tests::function_table::*function)(LUMALANE_PARAMETERS_plane_stretch_ajust)) {
     drawn_call drawn;
     drawn.contrast = draw_contrast(r);
     const shape s = draw_stretch_shape(r, name);
@@ -194,7 +194,7 @@ drawn_call draw_plane_stretch_ajust(
 drawn_call
 draw_frame_stretch(random &r, const char *name,
                    void (*on_model)(model::memory &, LUMALANE_PARAMETERS_frame_stretch),
-                   void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_frame_stretch)) {
+                   void (*tests::function_table::*function)(LUMALANE_PARAMETERS_frame_stretch)) {
     drawn_call drawn;
     drawn.contrast = draw_contrast(r);
     const shape s = draw_stretch_shape(r, name);

@@ -129,7 +129,7 @@ layout draw_layout(random &r, drawn_call &drawn, const mix_function &f, const mi
 
 drawn_call draw_video_mix(random &r, const char *name,
                           void (*on_model)(model::memory &, LUMALANE_PARAMETERS_mix),
-                          void (*lumalane::kernel_table::*function)(LUMALANE_PARAMETERS_mix)) {
+                          void (*tests::function_table::*function)(LUMALANE_PARAMETERS_mix)) {
     const mix_function &f = find_by_name(mix_functions, name, __FILE__);
     drawn_call drawn;
     drawn.contrast = draw_contrast(r);

@@ -10,8 +10,8 @@
 #include <tuple>
 #include <vector>
 
-#include "frame/dispatch.h"
 #include "tests/differential/random.h"
+#include "tests/functions.h"
 #include "tests/model/memory.h"
 
 namespace differential {
@@ -55,7 +55,7 @@ struct drawn_call {
     std::vector<buffer> buffers;
     contrast_data contrast; // set before the call
     std::function<void(model::memory &, const placement &)> on_model;
-    std::function<void(const lumalane::kernel_table &, const placement &)> on_function;
+    std::function<void(const tests::function_table &, const placement &)> on_function;
 
     // Adds a buffer; returns its number.
     std::size_t add(buffer b) {
@@ -80,12 +80,12 @@ struct drawn_call {
 
     // Makes the call out of the tuple of arguments that `arguments_at` gives for a placement.
     template <class Model, class Function, class Arguments>
-    void call(Model on_this_model, Function lumalane::kernel_table::*on_this,
+    void call(Model on_this_model, Function tests::function_table::*on_this,
               Arguments arguments_at) {
         on_model = [=](model::memory &m, const placement &places) {
             std::apply(on_this_model, std::tuple_cat(std::tie(m), arguments_at(places)));
         };
-        on_function = [=](const lumalane::kernel_table &functions, const placement &places) {
+        on_function = [=](const tests::function_table &functions, const placement &places) {
             std::apply(functions.*on_this, arguments_at(places));
         };
     }

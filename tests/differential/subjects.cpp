@@ -7,9 +7,9 @@ const std::vector<subject> &subjects() {
     static const std::vector<subject> all = {
 #define LUMALANE_EXPORT(signature, name)                                                           \
     {#name, [](random &r) {                                                                        \
-         return draw_##signature(r, #name, model::name, &lumalane::kernel_table::name);            \
+         return draw_##signature(r, #name, model::name, &tests::function_table::name);             \
      }},
-#include "frame/exports.inc"
+#include "abi/exports.inc"
 #undef LUMALANE_EXPORT
     };
     return all;

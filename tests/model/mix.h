@@ -2,7 +2,7 @@
 // pairs or, of a field that is doubled to a frame, in groups of four rows.
 #pragma once
 
-#include "frame/lumalane.h"
+#include <lumalane.h>
 #include "tests/model/adjustment.h"
 #include "tests/model/blend.h"
 #include "tests/model/count_down.h"

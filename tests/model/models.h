@@ -3,13 +3,13 @@
 // reads and writes that it promises; it shares nothing with the library but the public header.
 #pragma once
 
-#include "frame/signatures.h"
+#include "abi/signatures.h"
 #include "tests/model/memory.h"
 
 namespace model {
 
 #define LUMALANE_EXPORT(signature, name) void name(memory &, LUMALANE_PARAMETERS_##signature);
-#include "frame/exports.inc"
+#include "abi/exports.inc"
 #undef LUMALANE_EXPORT
 
 } // namespace model

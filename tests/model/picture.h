@@ -1,7 +1,7 @@
 // The arguments of a picture function, in their order.
 #pragma once
 
-#include "frame/signatures.h"
+#include "abi/signatures.h"
 #include "tests/model/memory.h"
 
 namespace model {

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "frame/lumalane.h"
+#include <lumalane.h>
 #include "tests/model/memory.h"
 
 namespace model {

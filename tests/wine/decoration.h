@@ -8,7 +8,7 @@
 
 #define LUMALANE_DECORATION_SURFACE "PAUtag_ajust_contrast_info@@"
 
-// By the names of signatures in frame/exports.inc.
+// By the names of signatures in abi/exports.inc.
 #define LUMALANE_DECORATION_parameters "PAX"
 #define LUMALANE_DECORATION_picture "PAE000HHHH" LUMALANE_DECORATION_SURFACE
 #define LUMALANE_DECORATION_mix "PAUtagMIX_INFO@@"

@@ -37,11 +37,11 @@ int main(int argc, char **argv) {
         std::fprintf(stderr, "lumalane.dll does not load: error %lu\n", GetLastError());
         return 1;
     }
-    lumalane::kernel_table exported{};
+    tests::function_table exported{};
     bool complete = true;
 #define LUMALANE_EXPORT(signature, name)                                                           \
     complete &= look_up(dll, LUMALANE_DECORATED_NAME(signature, name), exported.name);
-#include "frame/exports.inc"
+#include "abi/exports.inc"
 #undef LUMALANE_EXPORT
     if (!complete)
         return 1;

@@ -1,0 +1,119 @@
+#include "load/row_pairs.h"
+
+#include "picture/geometry.h"
+#include "picture/strip.h"
+
+namespace lumalane {
+
+namespace {
+
+constexpr int step_pixels = 16;
+
+// Where the rows of the pairs are. Rows have whole steps; what a step goes past a row's end, every
+// later row (or pair of rows) begins further right.
+struct row_pairs {
+    const unsigned char *y, *u, *v;
+    unsigned char *dst;
+    ptrdiff_t pairs;
+    ptrdiff_t pixels;    // of the source, per row
+    ptrdiff_t row_bytes; // of the destination
+    // From the upper to the lower row of a pair, and from pair to pair.
+    ptrdiff_t y_to_lower, y_to_next;
+    ptrdiff_t chroma_to_lower, chroma_to_next;
+    ptrdiff_t dst_to_lower, dst_to_next;
+    bool reads_chroma;
+
+    row_pairs(const call::picture &, int bytes_per_pixel, pair_order, chroma_is);
+
+    bool order_can_be_observed() const;
+};
+
+row_pairs::row_pairs(const call::picture &p, int bytes_per_pixel, pair_order order,
+                     chroma_is chroma)
+    : y(p.src), u(p.src_u), v(p.src_v), dst(p.dst), pairs(steps_of(p.height, 2)),
+      pixels(whole_steps(p.width, step_pixels)), row_bytes(pixels * bytes_per_pixel),
+      reads_chroma(chroma == chroma_is::read) {
+    const int dst_width = product(p.width, bytes_per_pixel);
+    if (order == pair_order::both_rows_by_steps) {
+        y_to_lower = p.src_pitch, y_to_next = pixels + difference(twice(p.src_pitch), p.width);
+        chroma_to_lower = 0;
+        dst_to_lower = p.dst_pitch;
+        dst_to_next = row_bytes + difference(twice(p.dst_pitch), dst_width);
+    } else {
+        y_to_lower = pixels + difference(p.src_pitch, p.width), y_to_next = 2 * y_to_lower;
+        chroma_to_lower = pixels / 2 - (p.width >> 1);
+        dst_to_lower = row_bytes + difference(p.dst_pitch, dst_width);
+        dst_to_next = 2 * dst_to_lower;
+    }
+    chroma_to_next = chroma_to_lower + pixels / 2 + (difference(p.src_pitch, p.width) >> 1);
+    if (!reads_chroma)
+        chroma_to_lower = chroma_to_next = 0;
+}
+
+bool row_pairs::order_can_be_observed() const {
+    const byte_rows written[] = {{dst, pairs, dst_to_next, row_bytes},
+                                 {dst + dst_to_lower, pairs, dst_to_next, row_bytes}};
+    const byte_rows luma[] = {{y, pairs, y_to_next, pixels},
+                              {y + y_to_lower, pairs, y_to_next, pixels}};
+    const byte_rows chroma[] = {{u, pairs, chroma_to_next, pixels / 2},
+                                {u + chroma_to_lower, pairs, chroma_to_next, pixels / 2},
+                                {v, pairs, chroma_to_next, pixels / 2},
+                                {v + chroma_to_lower, pairs, chroma_to_next, pixels / 2}};
+    return lumalane::order_can_be_observed(written, luma) ||
+           (reads_chroma && lumalane::order_can_be_observed(written, chroma));
+}
+
+// Adjusted unless `by` is null.
+void load(const machine &machine, const row_pairs &p, pair_order order,
+          const planar_to_surface &surface, const adjustment *by) {
+    const bool in_order = machine.in_order || p.order_can_be_observed();
+    const surface_stores stores(machine, p.dst, p.dst_to_lower | p.dst_to_next,
+                                2LL * p.pairs * p.row_bytes, in_order, surface.bound);
+    const ptrdiff_t run = in_order ? step_pixels : p.pixels;
+    const ptrdiff_t pairs_at_once = in_order ? 1 : p.pairs;
+    const bool both_rows =
+        p.chroma_to_lower == 0 && (!in_order || order == pair_order::both_rows_by_steps);
+
+    planar_rows rows{p.y, p.u, p.v, p.dst};
+    rows.stores = stores, rows.by = by;
+    rows.count = pairs_at_once;
+    rows.y_next = p.y_to_next, rows.chroma_next = p.chroma_to_next, rows.dst_next = p.dst_to_next;
+    const auto convert = [&](const planar_rows &whole) {
+        in_runs(p.pixels, run, [&](ptrdiff_t x, ptrdiff_t n) {
+            planar_rows here = whole;
+            here.y += x, here.u += x / 2, here.v += x / 2;
+            here.dst += x * surface.bytes_per_pixel;
+            surface.emit(here, n);
+        });
+    };
+    for (ptrdiff_t pair = 0; pair < p.pairs; pair += pairs_at_once) {
+        if (both_rows) {
+            rows.lower = lower_row::itself;
+            rows.y_below = p.y_to_lower, rows.dst_below = p.dst_to_lower;
+            convert(rows);
+        } else {
+            convert(rows);
+            planar_rows lower = rows;
+            lower.y += p.y_to_lower, lower.dst += p.dst_to_lower;
+            lower.u += p.chroma_to_lower, lower.v += p.chroma_to_lower;
+            convert(lower);
+        }
+        rows.y += p.y_to_next, rows.dst += p.dst_to_next;
+        rows.u += p.chroma_to_next, rows.v += p.chroma_to_next;
+    }
+}
+
+} // namespace
+
+void load_row_pairs(const machine &machine, const call::picture &p, pair_order order,
+                    const planar_to_surface &surface) {
+    load(machine, {p, surface.bytes_per_pixel, order, chroma_is::read}, order, surface, nullptr);
+}
+
+void load_row_pairs(const machine &machine, const call::picture &p, pair_order order,
+                    const planar_to_surface &surface, const adjustment &by, chroma_is chroma) {
+    load(machine, {p, surface.bytes_per_pixel, order, chroma}, order, surface,
+         by.neutral() ? nullptr : &by);
+}
+
+} // namespace lumalane

@@ -1,0 +1,29 @@
+// Pieces of rows between two row kernels: on the stack, and small enough for the first-level cache.
+#pragma once
+
+#include <stddef.h>
+
+namespace lumalane {
+
+constexpr ptrdiff_t strip_pixels = 512;
+
+// Of two rows that share chroma.
+struct planar_strip {
+    alignas(64) unsigned char y[2][strip_pixels];
+    alignas(64) unsigned char u[strip_pixels / 2];
+    alignas(64) unsigned char v[strip_pixels / 2];
+};
+
+// Of two rows of packed YUY2.
+struct packed_strip {
+    alignas(64) unsigned char row[2][2 * strip_pixels];
+};
+
+// Calls `step(x, n)` for the runs of a row of `count` pixels: n is `run`, or what is left of it.
+template <class Step>
+inline void in_runs(ptrdiff_t count, ptrdiff_t run, const Step &step) {
+    for (ptrdiff_t x = 0; x < count; x += run)
+        step(x, count - x < run ? count - x : run);
+}
+
+} // namespace lumalane

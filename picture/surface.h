@@ -1,0 +1,60 @@
+// Formats of surfaces, and the row kernels that make them.
+#pragma once
+
+#include "picture/stores.h"
+
+namespace lumalane {
+
+struct planar_to_surface {
+    row_kernel::planar_to_surface *emit; // null: nothing is to be made
+    int bytes_per_pixel;
+    bound_by bound;
+};
+
+inline planar_to_surface planar_to_rgb32(const row_kernels &rows) {
+    return {rows.emit_rgb32, 4, bound_by::stores};
+}
+
+inline planar_to_surface planar_to_rgb24(const row_kernels &rows) {
+    return {rows.emit_rgb24, 3, bound_by::arithmetic};
+}
+
+inline planar_to_surface planar_to_yuy2(const row_kernels &rows) {
+    return {rows.emit_yuy2, 2, bound_by::stores};
+}
+
+// Of tag_ajust_contrast_info::rgb16_layout; nothing for a value that is none.
+inline planar_to_surface planar_to_rgb16(const row_kernels &rows, unsigned layout) {
+    row_kernel::planar_to_surface *const of_layouts[] = {rows.emit_rgb16_565, rows.emit_rgb16_555,
+                                                         rows.emit_rgb16_664, rows.emit_rgb16_655};
+    return {layout < 4 ? of_layouts[layout] : nullptr, 2, bound_by::arithmetic};
+}
+
+// The same for packed sources.
+
+struct packed_to_surface {
+    row_kernel::packed_to_surface *emit;
+    int bytes_per_pixel;
+    bound_by bound;
+};
+
+inline packed_to_surface packed_to_rgb32(const row_kernels &rows) {
+    return {rows.emit_packed_rgb32, 4, bound_by::stores};
+}
+
+inline packed_to_surface packed_to_rgb24(const row_kernels &rows) {
+    return {rows.emit_packed_rgb24, 3, bound_by::arithmetic};
+}
+
+inline packed_to_surface packed_to_yuy2(const row_kernels &rows) {
+    return {rows.emit_packed_yuy2, 2, bound_by::stores};
+}
+
+inline packed_to_surface packed_to_rgb16(const row_kernels &rows, unsigned layout) {
+    row_kernel::packed_to_surface *const of_layouts[] = {
+        rows.emit_packed_rgb16_565, rows.emit_packed_rgb16_555, rows.emit_packed_rgb16_664,
+        rows.emit_packed_rgb16_655};
+    return {layout < 4 ? of_layouts[layout] : nullptr, 2, bound_by::arithmetic};
+}
+
+} // namespace lumalane

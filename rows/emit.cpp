@@ -1,0 +1,331 @@
+// Planar rows to the pixels of a surface.
+#include "rows/adjust.h"
+#include "rows/kernels.h"
+#include "rows/rgb.h"
+
+namespace lumalane::LUMALANE_TARGET_NAME {
+
+namespace {
+
+// ---- Surfaces ----------------------------------------------------------------------------------
+//
+// `permuted` brings luma into the order that the surface's interleaving wants, `chroma` loads and
+// makes what the rows of a pair share, `pixels` makes the pixels of a row. `Adjusted` is
+// unadjusted_samples or adjusted_samples<...>.
+
+template <class Pixels, class Adjusted>
+struct to_rgb_surface {
+    static constexpr int bytes_per_pixel = Pixels::bytes_per_pixel, least = 16;
+
+    Adjusted adjusted;
+
+    explicit to_rgb_surface(const adjustment *by) : adjusted(by) {}
+
+    template <int n>
+    LUMALANE_INLINE static bytes<n> permuted(bytes<n> luma) {
+        return LUMALANE_TARGET_NAME::permuted<Pixels::vectors_per_group>(luma);
+    }
+
+    template <int n>
+    LUMALANE_INLINE chroma_terms<n / 2> chroma(const unsigned char *u,
+                                               const unsigned char *v) const {
+        constexpr int vectors = Pixels::vectors_per_group;
+        return to_rgb::chroma(adjusted.rgb_chroma(chroma_words<n / 2>{
+            load_chroma_permuted<vectors, n / 2>(u), load_chroma_permuted<vectors, n / 2>(v)}));
+    }
+
+    template <int n>
+    LUMALANE_INLINE vectors<Pixels::vectors_per_group, n>
+    pixels(bytes<n> luma, const chroma_terms<n / 2> &terms) const {
+        return Pixels::interleaved(to_rgb::pixels(adjusted.rgb_luma(luma), terms));
+    }
+};
+
+template <class Adjusted>
+struct to_yuy2 {
+    static constexpr int bytes_per_pixel = 2, least = 8;
+
+    Adjusted adjusted;
+
+    explicit to_yuy2(const adjustment *by) : adjusted(by) {}
+
+    template <int n>
+    LUMALANE_INLINE static bytes<n> permuted(bytes<n> luma) {
+        if constexpr (n == 8)
+            return luma;
+        else
+            return LUMALANE_TARGET_NAME::permuted<2>(luma);
+    }
+
+    template <int n>
+    LUMALANE_INLINE bytes<n> chroma(const unsigned char *u, const unsigned char *v) const {
+        if constexpr (n == 8)
+            return adjusted.chroma(interleave_lower(load<4>(u), load<4>(v)));
+        else
+            return adjusted.chroma(load_pairs_permuted<2, n>(u, v));
+    }
+
+    template <int n>
+    LUMALANE_INLINE auto pixels(bytes<n> luma, bytes<n> chroma) const {
+        if constexpr (n == 8)
+            return vectors<1, 16>{{interleave_lower(adjusted.luma(luma), chroma)}};
+        else
+            return interleave(adjusted.luma(luma), chroma);
+    }
+};
+
+// Grey: chroma is 128, and that of the picture is not read.
+template <class Adjusted>
+struct to_mono_yuy2 : to_yuy2<Adjusted> {
+    using to_yuy2<Adjusted>::to_yuy2;
+
+    template <int n>
+    LUMALANE_INLINE static bytes<n> chroma(const unsigned char *, const unsigned char *) {
+        if constexpr (n == 8)
+            return lower_half(fill_bytes<16>(128));
+        else
+            return fill_bytes<n>(128);
+    }
+};
+
+// Two neighbours make one sample, their average: U with U and V with V.
+template <class Adjusted>
+struct to_half_yuy2 {
+    static constexpr int bytes_per_pixel = 1, least = 16;
+
+    Adjusted adjusted;
+
+    explicit to_half_yuy2(const adjustment *by) : adjusted(by) {}
+
+    template <int n>
+    LUMALANE_INLINE static bytes<n> permuted(bytes<n> luma) {
+        return luma;
+    }
+
+    template <int n>
+    LUMALANE_INLINE words<n / 2> chroma(const unsigned char *u, const unsigned char *v) const {
+        return adjusted.chroma(average_neighbour_pairs(load_pairs_permuted<1, n>(u, v)));
+    }
+
+    template <int n>
+    LUMALANE_INLINE vectors<1, n> pixels(bytes<n> luma, words<n / 2> chroma) const {
+        return {{narrow_interleaved(adjusted.luma(average_neighbours(luma)), chroma)}};
+    }
+};
+
+// The same with the second of every two neighbours.
+template <class Adjusted>
+struct to_odd_yuy2 : to_half_yuy2<Adjusted> {
+    using to_half_yuy2<Adjusted>::to_half_yuy2;
+
+    template <int n>
+    LUMALANE_INLINE words<n / 2> chroma(const unsigned char *u, const unsigned char *v) const {
+        return this->adjusted.chroma(second_pairs(load_pairs_permuted<1, n>(u, v)));
+    }
+
+    template <int n>
+    LUMALANE_INLINE vectors<1, n> pixels(bytes<n> luma, words<n / 2> chroma) const {
+        return {{narrow_interleaved(this->adjusted.luma(odd(luma)), chroma)}};
+    }
+};
+
+// ---- Rows --------------------------------------------------------------------------------------
+
+// A group from x on: of a pair of rows, or of one (of which `rows` has nothing but the upper one).
+// Of two rows the upper one is stored before the lower one is loaded.
+template <int n, bool pair, class Surface>
+LUMALANE_INLINE void emit_group(const Surface &surface, const planar_rows &rows, ptrdiff_t x) {
+    const auto chroma = surface.template chroma<n>(rows.u + x / 2, rows.v + x / 2);
+    unsigned char *const dst = rows.dst + x * Surface::bytes_per_pixel;
+    const auto pixels = [&](bytes<n> luma) LUMALANE_INLINE_LAMBDA {
+        return surface.pixels(surface.permuted(luma), chroma);
+    };
+    const auto averaged = [&](bytes<n> upper) LUMALANE_INLINE_LAMBDA {
+        const bytes<n> lower = load<n>(rows.y + rows.y_below + x);
+        return rows.lower == lower_row::average ? average(upper, lower) : lower;
+    };
+    const bytes<n> upper = load<n>(rows.y + x);
+    if constexpr (pair) {
+        store_all<cached>(dst, pixels(upper));
+        store_all<cached>(dst + rows.dst_below, pixels(averaged(upper)));
+    } else {
+        const bool itself = rows.lower != lower_row::average;
+        store_all(rows.stores, dst, pixels(itself ? upper : averaged(upper)));
+    }
+}
+
+// What the widest vectors leave of a row. (Once for both loops: it is as long as they are.)
+template <class Surface>
+[[gnu::noinline]] void emit_rest(const planar_rows &rows, bool pair, ptrdiff_t n, ptrdiff_t x) {
+    const Surface surface(rows.by);
+    along_row<Surface::least, 16>(
+        n,
+        [&](auto group, ptrdiff_t at) LUMALANE_INLINE_LAMBDA {
+            if (pair)
+                emit_group<group.size, true>(surface, rows, at);
+            else
+                emit_group<group.size, false>(surface, rows, at);
+        },
+        x);
+}
+
+template <bool pair, class Surface>
+LUMALANE_INLINE void emit_along(const Surface &surface, const planar_rows &rows, ptrdiff_t n) {
+    ptrdiff_t x = 0;
+    for (; x + widest <= n; x += widest)
+        emit_group<widest, pair>(surface, rows, x);
+    if constexpr (widest > Surface::least)
+        if (x < n)
+            emit_rest<Surface>(rows, pair, n, x);
+}
+
+// Non-temporal stores of two rows in turn would leave lines of the cache half filled: one row after
+// the other.
+template <class Surface>
+LUMALANE_INLINE void emit_rows(planar_rows rows, ptrdiff_t n) {
+    const Surface surface(rows.by);
+    const bool in_pairs = rows.lower != lower_row::none && rows.stores == store_policy::cached;
+    for (ptrdiff_t left = rows.count; left > 0; --left) {
+        if (in_pairs) {
+            emit_along<true>(surface, rows, n);
+        } else {
+            planar_rows row = rows;
+            row.lower = lower_row::none;
+            for (bool upper = true;; upper = false) {
+                emit_along<false>(surface, row, n);
+                if (!upper || rows.lower == lower_row::none)
+                    break;
+                row.lower = rows.lower;
+                row.dst += rows.dst_below;
+                if (rows.lower == lower_row::itself)
+                    row.y += rows.y_below;
+            }
+        }
+        rows.y += rows.y_next, rows.u += rows.chroma_next, rows.v += rows.chroma_next;
+        rows.dst += rows.dst_next;
+    }
+}
+
+// Adjusts into a strip, for the gains that are too rare to have loops of their own.
+void emit_in_strips(row_kernel::planar_to_surface *emit, int bytes_per_pixel, planar_rows rows,
+                    ptrdiff_t n) {
+    constexpr ptrdiff_t strip = 512;
+    alignas(64) unsigned char upper[strip], y[strip], u[strip / 2], v[strip / 2];
+    const auto adjust = [](unsigned char *to, const unsigned char *from, ptrdiff_t samples,
+                           const plane_adjustment *by) {
+        plane_rows row{from, to};
+        row.by = by;
+        emit_plane(row, samples);
+    };
+    const adjustment &by = *rows.by;
+    for (ptrdiff_t left = rows.count; left > 0; --left) {
+        for (ptrdiff_t x = 0; x < n; x += strip) {
+            const ptrdiff_t run = n - x < strip ? n - x : strip;
+            planar_rows row{y, u, v, rows.dst + x * bytes_per_pixel};
+            row.stores = rows.stores;
+            adjust(u, rows.u + x / 2, run / 2, &by.u);
+            adjust(v, rows.v + x / 2, run / 2, &by.v);
+            adjust(upper, rows.y + x, run, nullptr);
+            adjust(y, upper, run, &by.y);
+            emit(row, run);
+            if (rows.lower == lower_row::none)
+                continue;
+            const unsigned char *const lower = rows.y + rows.y_below + x;
+            if (rows.lower == lower_row::average)
+                along_row<16>(run, [&](auto group, ptrdiff_t at) LUMALANE_INLINE_LAMBDA {
+                    store(upper + at,
+                          average(load<group.size>(upper + at), load<group.size>(lower + at)));
+                });
+            else
+                adjust(upper, lower, run, nullptr);
+            adjust(y, upper, run, &by.y);
+            row.dst += rows.dst_below;
+            emit(row, run);
+        }
+        rows.y += rows.y_next, rows.u += rows.chroma_next, rows.v += rows.chroma_next;
+        rows.dst += rows.dst_next;
+    }
+}
+
+template <class Pixels>
+LUMALANE_INLINE void emit_rgb(row_kernel::planar_to_surface *itself, const planar_rows &rows,
+                              ptrdiff_t n) {
+    if (!rows.by)
+        emit_rows<to_rgb_surface<Pixels, unadjusted_samples>>(rows, n);
+    else if (rows.by->product_fits_15_bits())
+        emit_rows<to_rgb_surface<Pixels, adjusted_samples<true>>>(rows, n);
+    else
+        emit_in_strips(itself, Pixels::bytes_per_pixel, rows, n);
+}
+
+template <template <class> class Surface>
+LUMALANE_INLINE void emit_yuv(const planar_rows &rows, ptrdiff_t n) {
+    if (!rows.by)
+        emit_rows<Surface<unadjusted_samples>>(rows, n);
+    else if (rows.by->product_fits_15_bits())
+        emit_rows<Surface<adjusted_samples<true>>>(rows, n);
+    else
+        emit_rows<Surface<adjusted_samples<false>>>(rows, n);
+}
+
+} // namespace
+
+void emit_rgb32(const planar_rows &rows, ptrdiff_t n) { emit_rgb<rgb32>(emit_rgb32, rows, n); }
+
+void emit_rgb24(const planar_rows &rows, ptrdiff_t n) { emit_rgb<rgb24>(emit_rgb24, rows, n); }
+
+void emit_rgb16_565(const planar_rows &rows, ptrdiff_t n) {
+    emit_rgb<rgb16<5, 6, 5>>(emit_rgb16_565, rows, n);
+}
+
+void emit_rgb16_555(const planar_rows &rows, ptrdiff_t n) {
+    emit_rgb<rgb16<5, 5, 5>>(emit_rgb16_555, rows, n);
+}
+
+void emit_rgb16_664(const planar_rows &rows, ptrdiff_t n) {
+    emit_rgb<rgb16<6, 6, 4>>(emit_rgb16_664, rows, n);
+}
+
+void emit_rgb16_655(const planar_rows &rows, ptrdiff_t n) {
+    emit_rgb<rgb16<6, 5, 5>>(emit_rgb16_655, rows, n);
+}
+
+void emit_yuy2(const planar_rows &rows, ptrdiff_t n) { emit_yuv<to_yuy2>(rows, n); }
+
+void emit_mono_yuy2(const planar_rows &rows, ptrdiff_t n) { emit_yuv<to_mono_yuy2>(rows, n); }
+
+void emit_half_yuy2(const planar_rows &rows, ptrdiff_t n) { emit_yuv<to_half_yuy2>(rows, n); }
+
+void emit_odd_yuy2(const planar_rows &rows, ptrdiff_t n) { emit_yuv<to_odd_yuy2>(rows, n); }
+
+void emit_yuy2_with_gaps(const planar_rows &rows, ptrdiff_t n) {
+    const to_yuy2<unadjusted_samples> surface(nullptr);
+    planar_rows at = rows;
+    const auto chroma = [&]<int size>(group_of<size>, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+        return surface.chroma<size>(at.u + x / 2, at.v + x / 2);
+    };
+    const auto pixels = [&]<int size>(const unsigned char *y, bytes<size> pairs)
+                            LUMALANE_INLINE_LAMBDA {
+                                return surface.pixels(surface.permuted(load<size>(y)), pairs);
+                            };
+    for (ptrdiff_t left = rows.count; left > 0; --left) {
+        const unsigned char *const below = at.y + at.y_below;
+        unsigned char *const dst_below = at.dst + at.dst_below;
+        if (n == 16) {
+            const auto pairs = chroma(group_of<16>{}, 0);
+            store_all<cached>(at.dst, pixels(at.y, pairs));
+            store_after_8(dst_below, pixels(below, pairs));
+        } else {
+            // Stores of both rows in turn take 1.4 times as long here.
+            along_row<16>(n, [&](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+                store_all<cached>(at.dst + 2 * x, pixels(at.y + x, chroma(group, x)));
+            });
+            along_row<16>(n, [&](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+                store_after_8(dst_below + 2 * x, pixels(below + x, chroma(group, x)));
+            });
+        }
+        at.y += at.y_next, at.u += at.chroma_next, at.v += at.chroma_next, at.dst += at.dst_next;
+    }
+}
+
+} // namespace lumalane::LUMALANE_TARGET_NAME

@@ -1,0 +1,169 @@
+// The colour key: filled in, put in place of a marker, and chosen where a subpicture is clear.
+#include "rows/adjust.h"
+#include "rows/kernels.h"
+#include "rows/pattern.h"
+#include "rows/rgb.h"
+
+namespace lumalane::LUMALANE_TARGET_NAME {
+
+namespace {
+
+template <class Stores>
+LUMALANE_INLINE void fill_row(unsigned char *dst, ptrdiff_t count, const pattern &with) {
+    constexpr ptrdiff_t size = 3 * widest;
+    const vectors<3, widest> pieces = first_vectors<3, widest>(with);
+    ptrdiff_t x = 0;
+    for (; x + 2 * size <= count; x += 2 * size) {
+        store_all<Stores>(dst + x, pieces);
+        store_all<Stores>(dst + x + size, pieces);
+    }
+    if (x + size <= count) {
+        store_all<Stores>(dst + x, pieces);
+        x += size;
+    }
+    const ptrdiff_t rest = count - x;
+    along_row<16>(rest, [=, &with](auto group, ptrdiff_t at) LUMALANE_INLINE_LAMBDA {
+        Stores::store(dst + x + at, load<group.size>(with.byte + at));
+    });
+}
+
+// Pixels are split, and alpha is to be as well.
+template <int n>
+LUMALANE_INLINE bytes<n> split(bytes<n> pixels) {
+    return narrow_saturate(even(pixels), odd(pixels));
+}
+
+// The key where alpha is 0, black where it is 128 or more.
+template <int n>
+LUMALANE_INLINE rgb_pixels<n / 2> keyed(const rgb_pixels<n / 2> &pixels, bytes<n> alpha,
+                                        const key_colour &key) {
+    const bytes<n> shown = in_1_to_127(alpha), clear = equal(alpha, fill_bytes<n>(0));
+    const auto channel = [=](bytes<n> of_pixels, int of_key) LUMALANE_INLINE_LAMBDA {
+        return (of_pixels & shown) | (fill_bytes<n>(of_key) & clear);
+    };
+    return {channel(pixels.red, key.red), channel(pixels.green, key.green),
+            channel(pixels.blue, key.blue)};
+}
+
+// The key from x on for all groups of m pixels that are clear; returns how far it came. (In a loop
+// of its own: beside the other pixels compilers store the vectors in another order than that of
+// their addresses, which takes 1.3 times as long.)
+template <int m, class Pixels>
+LUMALANE_INLINE ptrdiff_t emit_clear(const keyed_rows &row, ptrdiff_t x, ptrdiff_t n,
+                                     const key_colour &key) {
+    constexpr int size = Pixels::bytes_per_pixel;
+    const vectors<size, m> pixels = first_vectors<size, m>(key.pixels);
+    with_stores(row.stores, [&](auto policy) LUMALANE_INLINE_LAMBDA {
+        do {
+            store_all<decltype(policy)>(row.dst + size * x, pixels);
+            x += m;
+        } while (x + m <= n && all_zero(load<m>(row.alpha + x)));
+    });
+    return x;
+}
+
+// Groups of m pixels from x on; returns how far it came.
+template <int m, class Pixels, class Adjusted>
+LUMALANE_INLINE ptrdiff_t emit_keyed_groups(const keyed_rows &row, ptrdiff_t x, ptrdiff_t n,
+                                            const key_colour &key, const Adjusted &adjusted) {
+    constexpr int count = Pixels::vectors_per_group;
+    while (x + m <= n) {
+        const bytes<m> alpha = load<m>(row.alpha + x);
+        if (all_zero(alpha)) {
+            x = emit_clear<m, Pixels>(row, x, n, key);
+            continue;
+        }
+        const auto terms = to_rgb::chroma(adjusted.rgb_chroma(
+            chroma_words<m / 2>{load_chroma_permuted<count, m / 2>(row.u + x / 2),
+                                load_chroma_permuted<count, m / 2>(row.v + x / 2)}));
+        auto pixels = to_rgb::pixels(adjusted.rgb_luma(load_permuted<count, m>(row.y + x)), terms);
+        if (!all(in_1_to_127(alpha)))
+            pixels = keyed(pixels, split(permuted<count>(alpha)), key);
+        store_all(row.stores, row.dst + Pixels::bytes_per_pixel * x, Pixels::interleaved(pixels));
+        x += m;
+    }
+    return x;
+}
+
+LUMALANE_INLINE void next_row(keyed_rows &row) {
+    row.y += row.luma_next, row.u += row.chroma_next, row.v += row.chroma_next;
+    row.alpha += row.luma_next, row.dst += row.dst_next;
+}
+
+template <class Pixels, class Adjusted>
+LUMALANE_INLINE void emit_keyed_rows(keyed_rows row, ptrdiff_t n, const key_colour &key) {
+    const Adjusted adjusted(row.by);
+    for (ptrdiff_t left = row.count; left > 0; --left) {
+        const ptrdiff_t x = emit_keyed_groups<widest, Pixels>(row, 0, n, key, adjusted);
+        if constexpr (widest > 16)
+            emit_keyed_groups<16, Pixels>(row, x, n, key, adjusted);
+        next_row(row);
+    }
+}
+
+// Adjusts into a strip, for the gains that are too rare to have loops of their own.
+template <class Pixels>
+LUMALANE_INLINE void emit_keyed_in_strips(row_kernel::keyed_to_surface *emit, keyed_rows row,
+                                          ptrdiff_t n, const key_colour &key) {
+    constexpr ptrdiff_t strip = 512;
+    alignas(64) unsigned char y[strip], u[strip / 2], v[strip / 2];
+    for (ptrdiff_t left = row.count; left > 0; --left) {
+        for (ptrdiff_t x = 0; x < n; x += strip) {
+            const ptrdiff_t run = n - x < strip ? n - x : strip;
+            emit_plane({row.y + x, y, store_policy::cached, &row.by->y}, run);
+            emit_plane({row.u + x / 2, u, store_policy::cached, &row.by->u}, run / 2);
+            emit_plane({row.v + x / 2, v, store_policy::cached, &row.by->v}, run / 2);
+            emit({y, u, v, row.alpha + x, row.dst + Pixels::bytes_per_pixel * x, row.stores}, run,
+                 key);
+        }
+        next_row(row);
+    }
+}
+
+template <class Pixels>
+LUMALANE_INLINE void emit_keyed(row_kernel::keyed_to_surface *itself, const keyed_rows &row,
+                                ptrdiff_t n, const key_colour &key) {
+    if (!row.by)
+        emit_keyed_rows<Pixels, unadjusted_samples>(row, n, key);
+    else if (row.by->product_fits_15_bits())
+        emit_keyed_rows<Pixels, adjusted_samples<true>>(row, n, key);
+    else
+        emit_keyed_in_strips<Pixels>(itself, row, n, key);
+}
+
+} // namespace
+
+void fill(unsigned char *dst, ptrdiff_t bytes, const pattern &with, store_policy stores) {
+    with_stores(stores, [=, &with](auto policy) LUMALANE_INLINE_LAMBDA {
+        fill_row<decltype(policy)>(dst, bytes, with);
+    });
+}
+
+void replace_marker(const plane_rows &mask, ptrdiff_t n, unsigned char marker, unsigned char key) {
+    with_stores(mask.stores, [=](auto policy) LUMALANE_INLINE_LAMBDA {
+        const unsigned char *src = mask.src;
+        unsigned char *dst = mask.dst;
+        for (ptrdiff_t left = mask.count; left > 0; --left) {
+            along_row<16>(n, [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+                constexpr int m = group.size;
+                const bytes<m> marked = equal(load<m>(src + x), fill_bytes<m>(marker));
+                policy.store(dst + x, choose(marked, fill_bytes<m>(key), load<m>(dst + x)));
+            });
+            src += mask.src_next, dst += mask.dst_next;
+        }
+    });
+}
+
+void emit_keyed_rgb32(const keyed_rows &row, ptrdiff_t n, const key_colour &key) {
+    emit_keyed<rgb32>(emit_keyed_rgb32, row, n, key);
+}
+
+void emit_keyed_rgb24(const keyed_rows &row, ptrdiff_t n, const key_colour &key) {
+    emit_keyed<rgb24>(emit_keyed_rgb24, row, n, key);
+}
+
+void emit_keyed_rgb16_565(const keyed_rows &row, ptrdiff_t n, const key_colour &key) {
+    emit_keyed<rgb16<5, 6, 5>>(emit_keyed_rgb16_565, row, n, key);
+}
+
+} // namespace lumalane::LUMALANE_TARGET_NAME

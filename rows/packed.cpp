@@ -1,0 +1,264 @@
+// Rows of packed YUY2 to the pixels of a surface.
+#include "rows/adjust.h"
+#include "rows/kernels.h"
+
+namespace lumalane::LUMALANE_TARGET_NAME {
+
+namespace {
+
+// ---- Surfaces ----------------------------------------------------------------------------------
+//
+// `fetch` loads the samples of a group, `chroma` makes of them what the rows of a pair share, `row`
+// stores the pixels of a row. `Adjusted` is unadjusted_samples or adjusted_samples<...>.
+
+template <class Pixels, class Adjusted>
+struct packed_to_rgb {
+    static constexpr int bytes_per_pixel = Pixels::bytes_per_pixel, least = 16, most = widest;
+    static constexpr bool fetches_ahead = true;
+
+    Adjusted adjusted;
+
+    explicit packed_to_rgb(const adjustment *by) : adjusted(by) {}
+
+    template <int n>
+    LUMALANE_INLINE static packed_pixels<n> fetch(const unsigned char *from) {
+        return load_packed<Pixels::vectors_per_group, n>(from);
+    }
+
+    template <int n>
+    LUMALANE_INLINE chroma_terms<n / 2> chroma(packed_pixels<n> samples) const {
+        return to_rgb::chroma(adjusted.rgb_chroma(samples));
+    }
+
+    template <int n>
+    LUMALANE_INLINE vectors<Pixels::vectors_per_group, n>
+    pixels(packed_pixels<n> samples, const chroma_terms<n / 2> &terms) const {
+        return Pixels::interleaved(to_rgb::pixels(adjusted.rgb_luma(samples), terms));
+    }
+};
+
+// n pixels are one vector.
+struct packed_to_yuy2 {
+    static constexpr int bytes_per_pixel = 2, least = 8, most = widest / 2;
+    static constexpr bool fetches_ahead = false;
+
+    template <int n>
+    LUMALANE_INLINE static bytes<2 * n> fetch(const unsigned char *from) {
+        return load<2 * n>(from);
+    }
+};
+
+struct unadjusted_packed : packed_to_yuy2 {
+    explicit unadjusted_packed(const adjustment *) {}
+
+    template <int size>
+    LUMALANE_INLINE static bytes<size> chroma(bytes<size> samples) {
+        return samples & as_bytes(fill_words<size / 2>(0xff00));
+    }
+
+    template <int size>
+    LUMALANE_INLINE static vectors<1, size> pixels(bytes<size> samples, bytes<size> chroma) {
+        return {{(samples & as_bytes(fill_words<size / 2>(0x00ff))) | chroma}};
+    }
+};
+
+template <bool product_fits>
+struct adjusted_packed : packed_to_yuy2 {
+    adjusted_samples<product_fits> adjusted;
+
+    explicit adjusted_packed(const adjustment *by) : adjusted(by) {}
+
+    template <int size>
+    LUMALANE_INLINE words<size / 2> chroma(bytes<size> samples) const {
+        return adjusted.chroma(odd(samples));
+    }
+
+    template <int size>
+    LUMALANE_INLINE vectors<1, size> pixels(bytes<size> samples, words<size / 2> chroma) const {
+        return {{narrow_interleaved(adjusted.luma(even(samples)), chroma)}};
+    }
+};
+
+// ---- Rows --------------------------------------------------------------------------------------
+
+template <int n, class Surface>
+LUMALANE_INLINE void emit_row_group(const Surface &surface, const packed_rows &rows, ptrdiff_t x) {
+    const auto samples = surface.template fetch<n>(rows.src + 2 * x);
+    const auto chroma = surface.chroma(surface.template fetch<n>(rows.chroma + 2 * x));
+    store_all(rows.stores, rows.dst + x * Surface::bytes_per_pixel,
+              surface.pixels(samples, chroma));
+}
+
+template <int n, class Surface>
+LUMALANE_INLINE void emit_pair_group(const Surface &surface, const packed_rows &rows, ptrdiff_t x) {
+    const unsigned char *const src = rows.src + 2 * x;
+    unsigned char *const dst = rows.dst + x * Surface::bytes_per_pixel;
+    const auto upper = surface.template fetch<n>(src);
+    const auto chroma = surface.chroma(upper);
+    store_all<cached>(dst, surface.pixels(upper, chroma));
+    const auto lower = surface.template fetch<n>(src + rows.src_below);
+    store_all<cached>(dst + rows.dst_below, surface.pixels(lower, chroma));
+}
+
+// What the widest vectors leave of a row. (Once for both loops: it is as long as they are.)
+template <class Surface>
+[[gnu::noinline]] void emit_rest(const packed_rows &rows, bool pair, ptrdiff_t n, ptrdiff_t x) {
+    const Surface surface(rows.by);
+    constexpr int most = Surface::most < 16 ? Surface::most : 16;
+    along_row<Surface::least, most>(
+        n,
+        [&](auto group, ptrdiff_t at) LUMALANE_INLINE_LAMBDA {
+            if (pair)
+                emit_pair_group<group.size>(surface, rows, at);
+            else
+                emit_row_group<group.size>(surface, rows, at);
+        },
+        x);
+}
+
+// The next group's samples are fetched before this one's pixels are stored: the processor's window
+// is too short to reach them by itself. Not for a run of one group, whose order is promised.
+template <class Surface>
+LUMALANE_INLINE ptrdiff_t emit_pair_ahead(const Surface &surface, const packed_rows &rows,
+                                          ptrdiff_t n) {
+    constexpr int most = Surface::most;
+    if (n < 2 * most)
+        return 0;
+    const unsigned char *const src_below = rows.src + rows.src_below;
+    unsigned char *const dst_below = rows.dst + rows.dst_below;
+    auto upper = surface.template fetch<most>(rows.src);
+    auto lower = surface.template fetch<most>(src_below);
+    ptrdiff_t x = 0;
+    for (; x + 2 * most <= n; x += most) {
+        const auto chroma = surface.chroma(upper);
+        const unsigned char *const next = rows.src + 2 * (x + most);
+        const auto next_upper = surface.template fetch<most>(next);
+        store_all<cached>(rows.dst + x * Surface::bytes_per_pixel, surface.pixels(upper, chroma));
+        const auto next_lower = surface.template fetch<most>(next + rows.src_below);
+        store_all<cached>(dst_below + x * Surface::bytes_per_pixel, surface.pixels(lower, chroma));
+        upper = next_upper, lower = next_lower;
+    }
+    const auto chroma = surface.chroma(upper);
+    store_all<cached>(rows.dst + x * Surface::bytes_per_pixel, surface.pixels(upper, chroma));
+    store_all<cached>(dst_below + x * Surface::bytes_per_pixel, surface.pixels(lower, chroma));
+    return x + most;
+}
+
+template <class Surface>
+LUMALANE_INLINE void emit_pair(const Surface &surface, const packed_rows &rows, ptrdiff_t n) {
+    ptrdiff_t x = 0;
+    if constexpr (Surface::fetches_ahead)
+        x = emit_pair_ahead(surface, rows, n);
+    else
+        for (; x + Surface::most <= n; x += Surface::most)
+            emit_pair_group<Surface::most>(surface, rows, x);
+    if (x < n)
+        emit_rest<Surface>(rows, true, n, x);
+}
+
+template <class Surface>
+LUMALANE_INLINE void emit_row(const Surface &surface, const packed_rows &rows, ptrdiff_t n) {
+    constexpr int most = Surface::most;
+    ptrdiff_t x = 0;
+    for (; x + most <= n; x += most)
+        emit_row_group<most>(surface, rows, x);
+    if constexpr (Surface::most > Surface::least)
+        if (x < n)
+            emit_rest<Surface>(rows, false, n, x);
+}
+
+template <class Surface>
+LUMALANE_INLINE void emit_rows(packed_rows rows, ptrdiff_t n) {
+    const Surface surface(rows.by);
+    const bool in_pairs = rows.lower == lower_row::itself && rows.stores == store_policy::cached;
+    for (ptrdiff_t left = rows.count; left > 0; --left) {
+        if (in_pairs) {
+            emit_pair(surface, rows, n);
+        } else {
+            packed_rows row = rows;
+            for (bool upper = true;; upper = false) {
+                emit_row(surface, row, n);
+                if (!upper || rows.lower == lower_row::none)
+                    break;
+                row.src += rows.src_below, row.dst += rows.dst_below;
+            }
+        }
+        rows.src += rows.src_next, rows.chroma += rows.src_next, rows.dst += rows.dst_next;
+    }
+}
+
+// Adjusts into a strip, for the gains that are too rare to have loops of their own.
+void emit_in_strips(row_kernel::packed_to_surface *emit, int bytes_per_pixel, packed_rows rows,
+                    ptrdiff_t n) {
+    constexpr ptrdiff_t strip = 512;
+    alignas(64) unsigned char chroma[2 * strip], lower[2 * strip], upper[2 * strip];
+    const auto adjust = [&](unsigned char *to, const unsigned char *from, ptrdiff_t run) {
+        packed_rows row{from, from, to};
+        row.by = rows.by;
+        emit_packed_yuy2(row, run);
+    };
+    for (ptrdiff_t left = rows.count; left > 0; --left) {
+        for (ptrdiff_t x = 0; x < n; x += strip) {
+            const ptrdiff_t run = n - x < strip ? n - x : strip;
+            packed_rows row{upper, chroma, rows.dst + x * bytes_per_pixel};
+            row.stores = rows.stores;
+            adjust(chroma, rows.chroma + 2 * x, run);
+            adjust(upper, rows.src + 2 * x, run);
+            emit(row, run);
+            if (rows.lower == lower_row::none)
+                continue;
+            adjust(lower, rows.src + rows.src_below + 2 * x, run);
+            row.src = lower, row.dst += rows.dst_below;
+            emit(row, run);
+        }
+        rows.src += rows.src_next, rows.chroma += rows.src_next, rows.dst += rows.dst_next;
+    }
+}
+
+template <class Pixels>
+LUMALANE_INLINE void emit_rgb(row_kernel::packed_to_surface *itself, const packed_rows &rows,
+                              ptrdiff_t n) {
+    if (!rows.by)
+        emit_rows<packed_to_rgb<Pixels, unadjusted_samples>>(rows, n);
+    else if (rows.by->product_fits_15_bits())
+        emit_rows<packed_to_rgb<Pixels, adjusted_samples<true>>>(rows, n);
+    else
+        emit_in_strips(itself, Pixels::bytes_per_pixel, rows, n);
+}
+
+} // namespace
+
+void emit_packed_rgb32(const packed_rows &rows, ptrdiff_t n) {
+    emit_rgb<rgb32>(emit_packed_rgb32, rows, n);
+}
+
+void emit_packed_rgb24(const packed_rows &rows, ptrdiff_t n) {
+    emit_rgb<rgb24>(emit_packed_rgb24, rows, n);
+}
+
+void emit_packed_rgb16_565(const packed_rows &rows, ptrdiff_t n) {
+    emit_rgb<rgb16<5, 6, 5>>(emit_packed_rgb16_565, rows, n);
+}
+
+void emit_packed_rgb16_555(const packed_rows &rows, ptrdiff_t n) {
+    emit_rgb<rgb16<5, 5, 5>>(emit_packed_rgb16_555, rows, n);
+}
+
+void emit_packed_rgb16_664(const packed_rows &rows, ptrdiff_t n) {
+    emit_rgb<rgb16<6, 6, 4>>(emit_packed_rgb16_664, rows, n);
+}
+
+void emit_packed_rgb16_655(const packed_rows &rows, ptrdiff_t n) {
+    emit_rgb<rgb16<6, 5, 5>>(emit_packed_rgb16_655, rows, n);
+}
+
+void emit_packed_yuy2(const packed_rows &rows, ptrdiff_t n) {
+    if (!rows.by)
+        emit_rows<unadjusted_packed>(rows, n);
+    else if (rows.by->product_fits_15_bits())
+        emit_rows<adjusted_packed<true>>(rows, n);
+    else
+        emit_rows<adjusted_packed<false>>(rows, n);
+}
+
+} // namespace lumalane::LUMALANE_TARGET_NAME

@@ -1,0 +1,73 @@
+// Along a row: what all row kernels share.
+#pragma once
+
+#include "rows/rows.h"
+#include "simd/simd.h"
+
+namespace lumalane::LUMALANE_TARGET_NAME {
+
+template <int n>
+struct group_of {
+    static constexpr int size = n;
+};
+
+// Calls `step(group_of<n>{}, x)` for the groups of a row of `count`, a multiple of `least`: of the
+// widest vectors, then of 16, then of 8.
+template <int least, int most = widest, class Step>
+LUMALANE_INLINE void along_row(ptrdiff_t count, const Step &step, ptrdiff_t x = 0) {
+    for (; x + most <= count; x += most)
+        step(group_of<most>{}, x);
+    if constexpr (most > 16)
+        along_row<least, 16>(count, step, x);
+    else if constexpr (most > least)
+        along_row<least, least>(count, step, x);
+}
+
+// ---- Stores ------------------------------------------------------------------------------------
+
+struct cached {
+    template <int n>
+    LUMALANE_INLINE static void store(unsigned char *to, bytes<n> a) {
+        LUMALANE_TARGET_NAME::store(to, a);
+    }
+};
+
+// `to` is aligned to n bytes.
+struct non_temporal {
+    template <int n>
+    LUMALANE_INLINE static void store(unsigned char *to, bytes<n> a) {
+        if constexpr (n < 16)
+            LUMALANE_TARGET_NAME::store(to, a); // there is no such store of so few bytes
+        else
+            stream(to, a);
+    }
+};
+
+// One after the other; not a loop, which compilers may leave rolled, with the vectors in memory.
+template <class Stores, int first = 0, int count, int n>
+LUMALANE_INLINE void store_all(unsigned char *to, const vectors<count, n> &v) {
+    if constexpr (first < count) {
+        Stores::store(to + first * n, v.part[first]);
+        store_all<Stores, first + 1>(to, v);
+    }
+}
+
+// Where computing takes much more code than storing: one loop for both policies.
+template <int count, int n>
+LUMALANE_INLINE void store_all(store_policy stores, unsigned char *to, const vectors<count, n> &v) {
+    if (stores == store_policy::non_temporal)
+        store_all<non_temporal>(to, v);
+    else
+        store_all<cached>(to, v);
+}
+
+// Runs `run(cached{})` or `run(non_temporal{})`.
+template <class Run>
+LUMALANE_INLINE void with_stores(store_policy stores, const Run &run) {
+    if (stores == store_policy::non_temporal)
+        run(non_temporal{});
+    else
+        run(cached{});
+}
+
+} // namespace lumalane::LUMALANE_TARGET_NAME

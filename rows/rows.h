@@ -1,0 +1,244 @@
+// Row kernels: the loops along a row. They are compiled once per target; everything above them is
+// compiled once.
+//
+// A kernel works on n samples or pixels of one row, or of two rows that share chroma, and of as many
+// such rows as it is told; n is a multiple of 16, or of 8 where rows.inc says so, and may be 0. It
+// touches the bytes of those n and no other. It goes through them in groups: the target's widest
+// vectors first, then 16, then 8.
+//
+// A run of one group with cached stores is what a step of the promised loops is, also where its source
+// and its destination overlap: all that is needed of a row is loaded before any of it is stored, and
+// of two rows the upper one is stored before the lower one's luma is loaded. In longer runs, and with
+// non-temporal stores, the order of loads and stores of different groups is the kernel's own.
+#pragma once
+
+#include <stddef.h>
+
+namespace lumalane {
+
+// How a kernel stores: non-temporal stores do not take lines of the cache for what is written. The
+// destination is aligned to the target's vectors for them.
+enum class store_policy : unsigned char { cached, non_temporal };
+
+// The adjustment of one plane: a sample x becomes
+//     clamp((low16(x * gain) saturating+ 32) logical>> 6) saturating+ offset)
+struct plane_adjustment {
+    short gain;                // in 1/64
+    short offset;              // -1023..255
+    bool product_fits_15_bits; // gain 33..128: x * gain + 32 is less than 2^15 for every sample
+    unsigned char rounding;    // then 32 / gain in 1/256, rounded up
+
+    bool neutral() const { return gain == 64 && offset == 0; }
+};
+
+// Of the planes of a picture; U and V have the same gain.
+struct adjustment {
+    plane_adjustment y, u, v;
+
+    // Leaves every sample as it is.
+    bool neutral() const { return y.neutral() && u.neutral() && v.neutral(); }
+
+    bool product_fits_15_bits() const { return y.product_fits_15_bits && u.product_fits_15_bits; }
+};
+
+// What a kernel for row pairs makes of the lower row.
+enum class lower_row : unsigned char {
+    none,    // nothing: one row
+    itself,  // its own luma with the upper row's chroma
+    average, // the average of both rows' luma, rounded up, with the upper row's chroma
+};
+
+// Planar rows on their way to a surface. n pixels have n / 2 samples of U and of V.
+struct planar_rows {
+    const unsigned char *y, *u, *v;
+    unsigned char *dst;
+    lower_row lower = lower_row::none;
+    ptrdiff_t y_below = 0, dst_below = 0; // from the upper to the lower row
+    store_policy stores = store_policy::cached;
+    const adjustment *by = nullptr; // null: none
+
+    // The same once more for so many rows (or pairs of rows), one after the other.
+    ptrdiff_t count = 1;
+    ptrdiff_t y_next = 0, chroma_next = 0, dst_next = 0; // from one to the next
+};
+
+// Rows of packed YUY2 on their way to a surface.
+struct packed_rows {
+    const unsigned char *src;
+    const unsigned char *chroma; // a row of YUY2 whose chroma the row takes; of pairs `src`
+    unsigned char *dst;
+    lower_row lower = lower_row::none; // none or itself
+    ptrdiff_t src_below = 0, dst_below = 0;
+    store_policy stores = store_policy::cached;
+    const adjustment *by = nullptr; // null: none
+
+    // The same once more for so many rows (or pairs of rows), one after the other.
+    ptrdiff_t count = 1;
+    ptrdiff_t src_next = 0, dst_next = 0; // from one to the next
+};
+
+// What a kernel makes of a row and the row below it.
+enum class rows_made : unsigned char {
+    itself,  // the row
+    between, // the average of both, rounded up
+    both,    // the row, and below it the average; of a group both are loaded before they are stored
+};
+
+// Rows of a plane on their way to a surface of twice the height. The kernel that doubles the width
+// reads one sample more than n, or repeats the last one.
+struct stretched_rows {
+    const unsigned char *src;
+    unsigned char *dst;
+    rows_made made = rows_made::itself;
+    bool repeats_last = false;
+    store_policy stores = store_policy::cached;
+    const plane_adjustment *by = nullptr;   // null: none
+    ptrdiff_t src_below = 0, dst_below = 0; // to the row below, and to where the average goes
+
+    // The same once more for so many rows, one after the other.
+    ptrdiff_t count = 1;
+    ptrdiff_t src_next = 0, dst_next = 0; // from one to the next
+};
+
+// Planar rows on their way to a surface of twice the width and height. n pixels have n / 2 samples
+// of U and of V. One sample more of each is read, or the last one repeated.
+struct doubled_rows {
+    const unsigned char *y, *u, *v;
+    unsigned char *dst;
+    // Flags are in words of their own: compilers load neighbours at once, and what was stored in parts
+    // is not there for that before all earlier stores are over.
+    rows_made made = rows_made::itself;
+    ptrdiff_t y_below = 0, dst_below = 0;
+    bool repeats_last = false;
+    ptrdiff_t chroma_below = 0;      // not 0: chroma is the average of two rows so far apart
+    bool row_has_own_chroma = false; // and only what lies between has that average
+    alignas(ptrdiff_t) store_policy stores = store_policy::cached;
+};
+
+// 24 bytes, whole pixels of 2, 3 and 4 bytes, repeated to whole vectors: three of 64 bytes, and of
+// any size that divides 64.
+struct pattern {
+    alignas(64) unsigned char byte[3 * 64];
+};
+
+// The colour key: its channels, and the pixels that a surface has of it.
+struct key_colour {
+    unsigned char red, green, blue;
+    pattern pixels;
+};
+
+// Rows of an AYUY2 subpicture on their way to a surface.
+struct keyed_rows {
+    const unsigned char *y, *u, *v, *alpha;
+    unsigned char *dst;
+    store_policy stores = store_policy::cached;
+    const adjustment *by = nullptr; // null: none; the key is not adjusted
+
+    // The same once more for so many rows.
+    ptrdiff_t count = 1;
+    ptrdiff_t luma_next = 0, chroma_next = 0, dst_next = 0; // from one to the next; alpha as luma
+};
+
+// Rows of a surface on their way to the planes of an AYUY2 subpicture.
+struct drawn_rows {
+    const unsigned char *surface;
+    unsigned char *y, *u, *v;
+
+    // The same once more for so many rows.
+    ptrdiff_t count = 1;
+    ptrdiff_t surface_next = 0, luma_next = 0, chroma_next = 0; // from one to the next
+};
+
+// Rows of one plane on their way to another one.
+struct plane_rows {
+    const unsigned char *src;
+    unsigned char *dst;
+    store_policy stores = store_policy::cached;
+    const plane_adjustment *by = nullptr; // null: none
+
+    // The same once more for so many rows.
+    ptrdiff_t count = 1;
+    ptrdiff_t src_next = 0, dst_next = 0; // from one to the next
+};
+
+// Both rows of a pair of the video's luma under rows of a subpicture, into a strip.
+struct blended_pair {
+    unsigned char *dst;
+    const unsigned char *video, *sub, *alpha;
+    const plane_adjustment *by;               // null: none
+    ptrdiff_t dst_next, sub_next, video_next; // to the lower row
+    ptrdiff_t below_lower; // from there to the row with which it is averaged; 0: with none
+};
+
+// The same of chroma, which both rows of the video have in common. The weights come from the alpha
+// of pixels.
+struct blended_chroma {
+    unsigned char *u, *v;
+    const unsigned char *video_u, *video_v, *sub_u, *sub_v, *alpha;
+    ptrdiff_t below;      // to the row with which the video's is averaged; 0: with none
+    const adjustment *by; // null: none
+    ptrdiff_t dst_next, sub_next, alpha_next; // to the lower row
+};
+
+// Both rows of a pair on their way to a surface: luma that is blended, chroma that is not yet.
+struct blended_to_surface {
+    unsigned char *dst;
+    const unsigned char *y;
+    const blended_chroma *chroma; // with a strip, which may be written or not
+    ptrdiff_t dst_next, y_next;   // to the lower row
+    store_policy stores;
+};
+
+// Rows of one plane, or of U and V, of the video under rows of a subpicture. They come in pairs.
+struct blended_planes {
+    unsigned char *dst[2];
+    const unsigned char *video[2], *sub[2], *alpha;
+    const plane_adjustment *by[2]; // null: none
+    store_policy stores = store_policy::cached;
+
+    // The same once more for so many rows, one after the other.
+    ptrdiff_t count = 1;
+    ptrdiff_t dst_next = 0, sub_next = 0, alpha_next = 0; // from row to row
+    ptrdiff_t video_to_lower = 0, video_next = 0;         // within a pair, and from pair to pair
+    ptrdiff_t below_lower = 0; // to the row with which lower rows are averaged that are not
+                               // adjusted; 0: with none
+};
+
+// The types of the row kernels, by the names that rows.inc uses.
+namespace row_kernel {
+
+using planar_to_surface = void(const planar_rows &, ptrdiff_t n);
+using packed_to_surface = void(const packed_rows &, ptrdiff_t n);
+using plane_to_surface = void(const plane_rows &, ptrdiff_t n);
+using keyed_to_surface = void(const keyed_rows &, ptrdiff_t n, const key_colour &key);
+using surface_to_planes = void(const drawn_rows &, ptrdiff_t n, unsigned key,
+                               const pattern &key_pixels);
+using filling = void(unsigned char *dst, ptrdiff_t bytes, const pattern &with, store_policy stores);
+using marker_to_key = void(const plane_rows &mask, ptrdiff_t n, unsigned char marker,
+                           unsigned char key);
+using alpha_counting = ptrdiff_t(const unsigned char *alpha, ptrdiff_t below, ptrdiff_t n);
+using between_rows = void(unsigned char *dst, const unsigned char *src, ptrdiff_t below,
+                          ptrdiff_t n);
+using plane_stretching = void(const stretched_rows &, ptrdiff_t n);
+using doubled_to_surface = void(const doubled_rows &, ptrdiff_t n);
+using deinterleaving = void(unsigned char *even, unsigned char *odd, const unsigned char *src,
+                            ptrdiff_t n, const plane_adjustment *even_by,
+                            const plane_adjustment *odd_by);
+using blending_pair = void(const blended_pair &, ptrdiff_t n);
+using blending_chroma = void(const blended_chroma &, ptrdiff_t n);
+using blending_to_surface = void(const blended_to_surface &, ptrdiff_t n);
+using blending_planes = void(const blended_planes &, ptrdiff_t n);
+using finishing = void();
+
+} // namespace row_kernel
+
+// The row kernels of one target.
+struct row_kernels {
+    const char *target;
+    int vector_bytes; // of the widest vectors
+#define LUMALANE_ROW_KERNEL(kind, name) row_kernel::kind *name;
+#include "rows/rows.inc"
+#undef LUMALANE_ROW_KERNEL
+};
+
+} // namespace lumalane

@@ -1,0 +1,74 @@
+// The vocabulary of the vector arithmetic, for the target that this file is being compiled for.
+//
+// The build compiles every file of row kernels once per target, with LUMALANE_TARGET_NAME defined as
+// the target's name, which is also the namespace of everything in it. All targets define the same
+// types and operations under the same names; portable.h is their plain definition.
+//
+// Nothing in such a file may come from the standard library: an inline function compiled for a wide
+// target could be the copy that the linker keeps for all.
+#pragma once
+
+// Sanitized code leaves it to the compiler, which would take three times as long.
+#ifdef LUMALANE_SANITIZED
+#define LUMALANE_INLINE inline
+#define LUMALANE_INLINE_LAMBDA
+#else
+#define LUMALANE_INLINE [[gnu::always_inline]] inline
+#define LUMALANE_INLINE_LAMBDA __attribute__((always_inline)) // after the parameters
+#endif
+
+namespace lumalane::LUMALANE_TARGET_NAME {
+
+// x86 has 16 vector registers with 64 bits and 8 with 32 bits.
+inline constexpr int vector_registers = sizeof(void *) == 8 ? 16 : 8;
+
+// ---- What every target makes of its vectors -------------------------------------------------------
+
+template <int n>
+struct bytes;
+template <int n>
+struct words;
+
+// n samples in sixteenths, as widen_low() and widen_high() leave bytes; 8 are one vector.
+template <int n>
+struct sixteenths {
+    words<n / 2> low, high;
+};
+template <int n>
+requires(n == 8) struct sixteenths<n> {
+    words<n> low;
+};
+
+// Pixels in memory order.
+template <int count, int n>
+struct vectors {
+    bytes<n> part[count];
+};
+
+// In which order the pairs of pixels of a block lie in its even and in its odd pixels: as they
+// follow each other, or those of the first 8 pixels and those of the last 8 in turn.
+enum class pairs { in_order, in_turn };
+
+// n pixels of packed YUY2, permuted: luma and U of the even ones, luma and V of the odd ones.
+template <int n>
+struct packed_pixels {
+    bytes<n> even, odd;
+};
+
+// n / 2 pixels, lanes of the first and of the second half in turn.
+template <int n>
+struct half_interleaved {
+    words<n / 2> bg; // blue in the lower byte, green in the upper one
+    words<n / 2> rx; // of 4 bytes the upper two, of 3 bytes red in the upper byte
+};
+
+template <int n>
+struct halves {
+    bytes<n> lower, upper;
+};
+
+} // namespace lumalane::LUMALANE_TARGET_NAME
+
+#define LUMALANE_QUOTE(name) #name
+#define LUMALANE_TARGET_HEADER(target) LUMALANE_QUOTE(target.h)
+#include LUMALANE_TARGET_HEADER(LUMALANE_TARGET_NAME)

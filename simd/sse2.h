@@ -1,0 +1,672 @@
+// Lanes in the 128-bit registers of SSE2; portable.h defines the operations. avx2.h includes this
+// file too, for its vectors of one block.
+#pragma once
+
+#include <emmintrin.h>
+
+namespace lumalane::LUMALANE_TARGET_NAME {
+
+template <>
+struct bytes<16> {
+    __m128i v;
+};
+template <>
+struct bytes<8> { // in the lower half
+    __m128i v;
+};
+template <>
+struct bytes<4> { // in the lowest quarter
+    __m128i v;
+};
+template <>
+struct words<8> {
+    __m128i v;
+};
+
+#ifndef LUMALANE_WIDER_TARGET
+inline constexpr int widest = 16;
+inline constexpr bool multiplies_rounded = false;
+#endif
+
+// ---- Memory ------------------------------------------------------------------------------------
+
+template <int n>
+LUMALANE_INLINE bytes<n> load(const unsigned char *from);
+
+template <>
+LUMALANE_INLINE bytes<16> load<16>(const unsigned char *from) {
+    return {_mm_loadu_si128(reinterpret_cast<const __m128i *>(from))};
+}
+
+template <>
+LUMALANE_INLINE bytes<8> load<8>(const unsigned char *from) {
+    return {_mm_loadl_epi64(reinterpret_cast<const __m128i *>(from))};
+}
+
+template <>
+LUMALANE_INLINE bytes<4> load<4>(const unsigned char *from) {
+    int bits;
+    __builtin_memcpy(&bits, from, sizeof bits);
+    return {_mm_cvtsi32_si128(bits)};
+}
+
+template <int n>
+LUMALANE_INLINE bytes<n> load_halves(const unsigned char *low, const unsigned char *high);
+
+template <>
+LUMALANE_INLINE bytes<16> load_halves<16>(const unsigned char *low, const unsigned char *high) {
+    return {_mm_unpacklo_epi64(load<8>(low).v, load<8>(high).v)};
+}
+
+LUMALANE_INLINE void store(unsigned char *to, bytes<16> a) {
+    _mm_storeu_si128(reinterpret_cast<__m128i *>(to), a.v);
+}
+
+LUMALANE_INLINE void store(unsigned char *to, bytes<8> a) {
+    _mm_storel_epi64(reinterpret_cast<__m128i *>(to), a.v);
+}
+
+LUMALANE_INLINE void store(unsigned char *to, bytes<4> a) {
+    const int bits = _mm_cvtsi128_si32(a.v);
+    __builtin_memcpy(to, &bits, sizeof bits);
+}
+
+LUMALANE_INLINE void stream(unsigned char *to, bytes<16> a) {
+    _mm_stream_si128(reinterpret_cast<__m128i *>(to), a.v);
+}
+
+LUMALANE_INLINE void stream_fence() { _mm_sfence(); }
+
+// ---- One lane at a time ------------------------------------------------------------------------
+
+template <int n>
+LUMALANE_INLINE words<n> fill_words(int value);
+
+template <>
+LUMALANE_INLINE words<8> fill_words<8>(int value) {
+    return {_mm_set1_epi16(static_cast<short>(value))};
+}
+
+template <int n>
+LUMALANE_INLINE words<n> fill_word_pairs(int even, int odd);
+
+template <>
+LUMALANE_INLINE words<8> fill_word_pairs<8>(int even, int odd) {
+    return {_mm_set1_epi32((even & 0xffff) | static_cast<int>(static_cast<unsigned>(odd) << 16))};
+}
+
+template <int n>
+LUMALANE_INLINE bytes<n> fill_bytes(int value);
+
+template <>
+LUMALANE_INLINE bytes<16> fill_bytes<16>(int value) {
+    return {_mm_set1_epi8(static_cast<char>(value))};
+}
+
+LUMALANE_INLINE words<8> add(words<8> a, words<8> b) { return {_mm_add_epi16(a.v, b.v)}; }
+
+LUMALANE_INLINE words<8> subtract(words<8> a, words<8> b) { return {_mm_sub_epi16(a.v, b.v)}; }
+
+LUMALANE_INLINE words<8> add_saturate(words<8> a, words<8> b) { return {_mm_adds_epi16(a.v, b.v)}; }
+
+LUMALANE_INLINE words<8> add_saturate_unsigned(words<8> a, words<8> b) {
+    return {_mm_adds_epu16(a.v, b.v)};
+}
+
+LUMALANE_INLINE words<8> maximum(words<8> a, words<8> b) { return {_mm_max_epi16(a.v, b.v)}; }
+
+LUMALANE_INLINE words<8> minimum(words<8> a, words<8> b) { return {_mm_min_epi16(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<16> absolute_difference(bytes<16> a, bytes<16> b) {
+    return {_mm_or_si128(_mm_subs_epu8(a.v, b.v), _mm_subs_epu8(b.v, a.v))};
+}
+
+LUMALANE_INLINE words<8> multiply_low(words<8> a, words<8> b) {
+    return {_mm_mullo_epi16(a.v, b.v)};
+}
+
+LUMALANE_INLINE words<8> multiply_high(words<8> a, words<8> b) {
+    return {_mm_mulhi_epi16(a.v, b.v)};
+}
+
+LUMALANE_INLINE words<8> multiply_high_unsigned(words<8> a, words<8> b) {
+    return {_mm_mulhi_epu16(a.v, b.v)};
+}
+
+template <int count>
+LUMALANE_INLINE words<8> shift_left(words<8> a) {
+    return {_mm_slli_epi16(a.v, count)};
+}
+
+template <int count>
+LUMALANE_INLINE words<8> shift_right_logical(words<8> a) {
+    return {_mm_srli_epi16(a.v, count)};
+}
+
+template <int count>
+LUMALANE_INLINE words<8> shift_right_arithmetic(words<8> a) {
+    return {_mm_srai_epi16(a.v, count)};
+}
+
+LUMALANE_INLINE bytes<16> operator&(bytes<16> a, bytes<16> b) { return {_mm_and_si128(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<16> operator|(bytes<16> a, bytes<16> b) { return {_mm_or_si128(a.v, b.v)}; }
+
+// x86 shifts no single bytes: shift words, and mask what came over from the neighbour.
+template <int count>
+LUMALANE_INLINE bytes<16> shift_left(bytes<16> a) {
+    return bytes<16>{_mm_slli_epi16(a.v, count)} & fill_bytes<16>(0xff << count);
+}
+
+template <int count>
+LUMALANE_INLINE bytes<16> shift_right_logical(bytes<16> a) {
+    return bytes<16>{_mm_srli_epi16(a.v, count)} & fill_bytes<16>(0xff >> count);
+}
+
+LUMALANE_INLINE words<8> operator&(words<8> a, words<8> b) { return {_mm_and_si128(a.v, b.v)}; }
+
+LUMALANE_INLINE words<8> operator|(words<8> a, words<8> b) { return {_mm_or_si128(a.v, b.v)}; }
+
+LUMALANE_INLINE words<8> equal(words<8> a, words<8> b) { return {_mm_cmpeq_epi16(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<16> equal(bytes<16> a, bytes<16> b) { return {_mm_cmpeq_epi8(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<16> in_1_to_127(bytes<16> a) {
+    return {_mm_cmpgt_epi8(a.v, _mm_setzero_si128())};
+}
+
+#ifndef LUMALANE_WIDER_TARGET
+LUMALANE_INLINE bytes<16> choose(bytes<16> where, bytes<16> chosen, bytes<16> otherwise) {
+    return {_mm_or_si128(_mm_and_si128(where.v, chosen.v), _mm_andnot_si128(where.v, otherwise.v))};
+}
+#endif
+
+LUMALANE_INLINE bool all(bytes<16> where) { return _mm_movemask_epi8(where.v) == 0xffff; }
+
+// ---- Between bytes and words -------------------------------------------------------------------
+
+LUMALANE_INLINE bytes<8> lower_half(bytes<16> a) { return {a.v}; }
+
+LUMALANE_INLINE bytes<8> upper_half(bytes<16> a) { return {_mm_unpackhi_epi64(a.v, a.v)}; }
+
+LUMALANE_INLINE bytes<4> lower_half(bytes<8> a) { return {a.v}; }
+
+LUMALANE_INLINE bytes<16> extend(bytes<8> a) { return {a.v}; }
+
+LUMALANE_INLINE words<8> as_words(bytes<16> a) { return {a.v}; }
+
+LUMALANE_INLINE bytes<16> as_bytes(words<8> a) { return {a.v}; }
+
+LUMALANE_INLINE words<8> widen(bytes<8> a) { return {_mm_unpacklo_epi8(a.v, _mm_setzero_si128())}; }
+
+LUMALANE_INLINE words<8> widen_low(bytes<16> a) {
+    return {_mm_unpacklo_epi8(a.v, _mm_setzero_si128())};
+}
+
+LUMALANE_INLINE words<8> widen_high(bytes<16> a) {
+    return {_mm_unpackhi_epi8(a.v, _mm_setzero_si128())};
+}
+
+LUMALANE_INLINE words<8> widen_low(bytes<16> whole, bytes<16> fraction) {
+    return {_mm_unpacklo_epi8(fraction.v, whole.v)};
+}
+
+LUMALANE_INLINE words<8> widen_high(bytes<16> whole, bytes<16> fraction) {
+    return {_mm_unpackhi_epi8(fraction.v, whole.v)};
+}
+
+LUMALANE_INLINE words<8> even(bytes<16> a) { return {_mm_and_si128(a.v, _mm_set1_epi16(0x00ff))}; }
+
+LUMALANE_INLINE words<8> odd(bytes<16> a) { return {_mm_srli_epi16(a.v, 8)}; }
+
+#ifndef LUMALANE_WIDER_TARGET
+template <int factor>
+LUMALANE_INLINE words<8> even_times(bytes<16> a) {
+    return {
+        _mm_and_si128(_mm_slli_epi16(a.v, __builtin_ctz(factor)), _mm_set1_epi16(0xff * factor))};
+}
+
+template <int factor>
+LUMALANE_INLINE words<8> odd_times(bytes<16> a) {
+    return {_mm_and_si128(_mm_srli_epi16(a.v, 8 - __builtin_ctz(factor)),
+                          _mm_set1_epi16(0xff * factor))};
+}
+#endif
+
+LUMALANE_INLINE bytes<16> narrow_saturate(words<8> a, words<8> b) {
+    return {_mm_packus_epi16(a.v, b.v)};
+}
+
+LUMALANE_INLINE bytes<8> narrow_saturate(words<8> a) { return {_mm_packus_epi16(a.v, a.v)}; }
+
+#ifndef LUMALANE_WIDER_TARGET
+LUMALANE_INLINE bytes<16> narrow_interleaved(words<8> a, words<8> b) {
+    const __m128i narrow = _mm_packus_epi16(a.v, b.v);
+    return {_mm_unpacklo_epi8(narrow, _mm_unpackhi_epi64(narrow, narrow))};
+}
+#endif
+
+LUMALANE_INLINE bytes<16> join(words<8> even, words<8> odd) {
+    return {_mm_or_si128(even.v, _mm_slli_epi16(odd.v, 8))};
+}
+
+#ifndef LUMALANE_WIDER_TARGET
+template <int p, int q>
+LUMALANE_INLINE words<8> weighted(words<8> a, words<8> b) {
+    if constexpr (p == 1 && q == 1)
+        return add(a, b);
+    else if constexpr (p == q)
+        return multiply_low(add(a, b), fill_words<8>(p));
+    else
+        return add(multiply_low(a, fill_words<8>(p)), multiply_low(b, fill_words<8>(q)));
+}
+
+template <int p, int q>
+LUMALANE_INLINE words<8> weighted_low(bytes<16> a, bytes<16> b) {
+    return weighted<p, q>(widen_low(a), widen_low(b));
+}
+
+template <int p, int q>
+LUMALANE_INLINE words<8> weighted_high(bytes<16> a, bytes<16> b) {
+    return weighted<p, q>(widen_high(a), widen_high(b));
+}
+
+#endif
+
+LUMALANE_INLINE bytes<16> groups_above(words<8> a, int limit) {
+    return {_mm_cmpgt_epi32(_mm_slli_epi32(a.v, 16), _mm_set1_epi32(limit << 16))};
+}
+
+template <int n>
+LUMALANE_INLINE words<n / 2> average_neighbours(bytes<n> a) {
+    return average(even(a), odd(a));
+}
+
+// The averages come in the lower half of each 32-bit lane, a byte each.
+LUMALANE_INLINE words<8> average_neighbour_pairs(bytes<16> a) {
+    const __m128i averages = _mm_avg_epu8(a.v, _mm_srli_epi32(a.v, 16));
+    const __m128i lower = _mm_and_si128(averages, _mm_set1_epi32(0x000000ff));
+    const __m128i upper = _mm_and_si128(averages, _mm_set1_epi32(0x0000ff00));
+    return {_mm_or_si128(lower, _mm_slli_epi32(upper, 8))};
+}
+
+LUMALANE_INLINE words<8> second_pairs(bytes<16> a) {
+    const __m128i lower = _mm_and_si128(_mm_srli_epi32(a.v, 16), _mm_set1_epi32(0x000000ff));
+    const __m128i upper = _mm_and_si128(_mm_srli_epi32(a.v, 8), _mm_set1_epi32(0x00ff0000));
+    return {_mm_or_si128(lower, upper)};
+}
+
+// ---- Blending ----------------------------------------------------------------------------------
+
+LUMALANE_INLINE bytes<16> average(bytes<16> a, bytes<16> b) { return {_mm_avg_epu8(a.v, b.v)}; }
+
+LUMALANE_INLINE bytes<8> average(bytes<8> a, bytes<8> b) { return {_mm_avg_epu8(a.v, b.v)}; }
+
+LUMALANE_INLINE words<8> average(words<8> a, words<8> b) { return {_mm_avg_epu16(a.v, b.v)}; }
+
+LUMALANE_INLINE bool all_zero(bytes<16> a) {
+    return _mm_movemask_epi8(_mm_cmpeq_epi8(a.v, _mm_setzero_si128())) == 0xffff;
+}
+
+LUMALANE_INLINE bool all_zero(bytes<8> a) {
+    return all_zero(bytes<16>{_mm_unpacklo_epi64(a.v, a.v)});
+}
+
+#ifndef LUMALANE_WIDER_TARGET
+// below * 16 + (above - below) * weight.
+LUMALANE_INLINE words<8> blend_words(words<8> below, words<8> above, words<8> weight) {
+    return add(shift_left<4>(below), multiply_low(subtract(above, below), weight));
+}
+
+LUMALANE_INLINE sixteenths<16> blend(bytes<16> below, bytes<16> above, bytes<16> weight) {
+    const bytes<16> w = {_mm_min_epu8(weight.v, _mm_set1_epi8(16))};
+    return {blend_words(widen_low(below), widen_low(above), widen_low(w)),
+            blend_words(widen_high(below), widen_high(above), widen_high(w))};
+}
+
+LUMALANE_INLINE sixteenths<8> blend(bytes<8> below, bytes<8> above, bytes<8> weight) {
+    const bytes<8> w = {_mm_min_epu8(weight.v, _mm_set1_epi8(16))};
+    return {blend_words(widen(below), widen(above), widen(w))};
+}
+#endif
+
+// ---- Pixels ------------------------------------------------------------------------------------
+
+template <int>
+LUMALANE_INLINE bytes<16> permute_narrowed(words<8> a, words<8> b) {
+    return narrow_saturate(a, b);
+}
+
+// `make` of the words at `from`.
+template <int count, int n, class Make>
+LUMALANE_INLINE bytes<n> load_made(const unsigned char *from, const Make &make) {
+    if constexpr (n == 8)
+        return narrow_saturate(make(load<16>(from)));
+    else
+        return permute_narrowed<count>(make(load<n>(from)), make(load<n>(from + n)));
+}
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> load_even(const unsigned char *from) {
+    return load_made<count, n>(from, [](auto a) LUMALANE_INLINE_LAMBDA { return even(a); });
+}
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> load_odd(const unsigned char *from) {
+    return load_made<count, n>(from, [](auto a) LUMALANE_INLINE_LAMBDA { return odd(a); });
+}
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> load_averages(const unsigned char *from) {
+    return load_made<count, n>(from,
+                               [](auto a) LUMALANE_INLINE_LAMBDA { return average_neighbours(a); });
+}
+
+#ifndef LUMALANE_WIDER_TARGET
+template <int>
+LUMALANE_INLINE bytes<16> permuted(bytes<16> in_order) {
+    return in_order;
+}
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> load_permuted(const unsigned char *from) {
+    return load<n>(from);
+}
+
+template <int count, int n>
+LUMALANE_INLINE words<n> load_chroma_permuted(const unsigned char *from) {
+    return widen(load<n>(from));
+}
+
+template <int count, int n>
+LUMALANE_INLINE bytes<n> load_pairs_permuted(const unsigned char *u, const unsigned char *v) {
+    return {_mm_unpacklo_epi8(load<n / 2>(u).v, load<n / 2>(v).v)};
+}
+
+inline constexpr pairs packed_order = pairs::in_order;
+
+template <int count, int n>
+LUMALANE_INLINE packed_pixels<n> load_packed(const unsigned char *from) {
+    const auto even_and_odd = [](__m128i a) { // words
+        const __m128i pairs = _mm_shufflehi_epi16(_mm_shufflelo_epi16(a, _MM_SHUFFLE(3, 1, 2, 0)),
+                                                  _MM_SHUFFLE(3, 1, 2, 0));
+        return _mm_shuffle_epi32(pairs, _MM_SHUFFLE(3, 1, 2, 0));
+    };
+    const __m128i a = even_and_odd(load<16>(from).v), b = even_and_odd(load<16>(from + 16).v);
+    return {{_mm_unpacklo_epi64(a, b)}, {_mm_unpackhi_epi64(a, b)}};
+}
+
+template <int>
+LUMALANE_INLINE bytes<16> permute_halves(bytes<16> halves) {
+    return {_mm_unpacklo_epi8(halves.v, _mm_unpackhi_epi64(halves.v, halves.v))};
+}
+#endif
+
+// Interleaves the even pixels (lower halves) and the odd ones apart, then the two.
+template <pairs order = pairs::in_order>
+LUMALANE_INLINE vectors<2, 16> interleave_channels(bytes<16> first, bytes<16> second) {
+    const __m128i evens = _mm_unpacklo_epi8(first.v, second.v);
+    const __m128i odds = _mm_unpackhi_epi8(first.v, second.v);
+    const __m128i low = _mm_unpacklo_epi16(evens, odds), high = _mm_unpackhi_epi16(evens, odds);
+    if constexpr (order == pairs::in_order) {
+        return {{{low}, {high}}};
+    } else {
+        const __m128 a = _mm_castsi128_ps(low), b = _mm_castsi128_ps(high);
+        return {{{_mm_castps_si128(_mm_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0)))},
+                 {_mm_castps_si128(_mm_shuffle_ps(a, b, _MM_SHUFFLE(3, 1, 3, 1)))}}};
+    }
+}
+
+LUMALANE_INLINE vectors<2, 16> interleave(bytes<16> first, bytes<16> second) {
+    return {{{_mm_unpacklo_epi8(first.v, second.v)}, {_mm_unpackhi_epi8(first.v, second.v)}}};
+}
+
+LUMALANE_INLINE bytes<16> interleave_lower(bytes<8> first, bytes<8> second) {
+    return {_mm_unpacklo_epi8(first.v, second.v)};
+}
+
+LUMALANE_INLINE bytes<8> interleave_lower(bytes<4> first, bytes<4> second) {
+    return {_mm_unpacklo_epi8(first.v, second.v)};
+}
+
+LUMALANE_INLINE vectors<2, 16> interleave_pairs(bytes<16> first, bytes<16> second) {
+    return {{{_mm_unpacklo_epi16(first.v, second.v)}, {_mm_unpackhi_epi16(first.v, second.v)}}};
+}
+
+LUMALANE_INLINE bytes<16> next_lanes(bytes<16> a) {
+    const __m128i last = _mm_slli_si128(_mm_srli_si128(a.v, 15), 15);
+    return {_mm_or_si128(_mm_srli_si128(a.v, 1), last)};
+}
+
+LUMALANE_INLINE bytes<8> next_lanes(bytes<8> a) {
+    const __m128i last = _mm_slli_epi64(_mm_srli_epi64(a.v, 56), 56);
+    return {_mm_or_si128(_mm_srli_epi64(a.v, 8), last)};
+}
+
+LUMALANE_INLINE bytes<16> even_bytes_in_second_8(bytes<16> a) {
+    const __m128i even = _mm_and_si128(a.v, _mm_set1_epi16(0x00ff));
+    return {_mm_unpacklo_epi64(a.v, _mm_packus_epi16(even, even))};
+}
+
+LUMALANE_INLINE void store_after_8(unsigned char *to, const vectors<2, 16> &parts) {
+    store(to + 8, bytes<8>{_mm_unpackhi_epi64(parts.part[0].v, parts.part[0].v)});
+    store(to + 16, parts.part[1]);
+}
+
+LUMALANE_INLINE vectors<2, 16> spread_words(bytes<16> a) {
+    return interleave(a, fill_bytes<16>(0));
+}
+
+LUMALANE_INLINE vectors<4, 16> spread_dwords(bytes<16> a) {
+    const __m128i zero = _mm_setzero_si128(), low = widen_low(a).v, high = widen_high(a).v;
+    return {{{_mm_unpacklo_epi16(low, zero)},
+             {_mm_unpackhi_epi16(low, zero)},
+             {_mm_unpacklo_epi16(high, zero)},
+             {_mm_unpackhi_epi16(high, zero)}}};
+}
+
+// The third bytes of four triplets, in each 32-bit lane, of which the lanes of first, second and
+// third are the twelve bytes: --0- -1-- 2--3.
+LUMALANE_INLINE __m128i third_bytes(__m128 first, __m128 second, __m128 third) {
+    const auto taken = [](__m128 from, unsigned bits) {
+        return _mm_and_si128(_mm_castps_si128(from), _mm_set1_epi32(static_cast<int>(bits)));
+    };
+    const __m128i in_place = _mm_or_si128(taken(second, 0x0000ff00), taken(third, 0xff000000));
+    const __m128i moved = _mm_or_si128(_mm_srli_epi32(taken(first, 0x00ff0000), 16),
+                                       _mm_slli_epi32(taken(third, 0x000000ff), 16));
+    return _mm_or_si128(in_place, moved);
+}
+
+template <int size, int channel, int n>
+LUMALANE_INLINE bytes<n> load_channel_of_blocks(const unsigned char *from) {
+    if constexpr (size == 4) {
+        static_assert(channel == 0);
+        const auto pixels = [&](int offset) {
+            return _mm_and_si128(load<16>(from + offset).v, _mm_set1_epi32(0x000000ff));
+        };
+        const __m128i low = _mm_packs_epi32(pixels(0), pixels(16));
+        if constexpr (n == 8)
+            return narrow_saturate(words<8>{low});
+        else
+            return {_mm_packus_epi16(low, _mm_packs_epi32(pixels(32), pixels(48)))};
+    } else {
+        static_assert(size == 3 && channel == 2);
+        const auto at = [&](int offset) { return _mm_castsi128_ps(load<16>(from + offset).v); };
+        if constexpr (n == 8) {
+            const __m128 a = at(0), b = at(8); // 32-bit lanes 0 to 3 and 2 to 5
+            const __m128 lanes_1_and_4 = _mm_shuffle_ps(a, b, _MM_SHUFFLE(2, 2, 1, 1));
+            const __m128 lanes_2_and_5 = _mm_shuffle_ps(a, b, _MM_SHUFFLE(3, 3, 2, 2));
+            const __m128i thirds = third_bytes(_mm_shuffle_ps(a, a, _MM_SHUFFLE(3, 3, 0, 0)),
+                                               lanes_1_and_4, lanes_2_and_5);
+            return {_mm_shuffle_epi32(thirds, _MM_SHUFFLE(2, 2, 2, 0))};
+        } else {
+            const __m128 a = at(0), b = at(16), c = at(32);
+            const __m128 b_2_c_1 = _mm_shuffle_ps(b, c, _MM_SHUFFLE(1, 1, 2, 2));
+            const __m128 a_1_b_0 = _mm_shuffle_ps(a, b, _MM_SHUFFLE(0, 0, 1, 1));
+            const __m128 b_3_c_2 = _mm_shuffle_ps(b, c, _MM_SHUFFLE(2, 2, 3, 3));
+            const __m128 a_2_b_1 = _mm_shuffle_ps(a, b, _MM_SHUFFLE(1, 1, 2, 2));
+            return {third_bytes(_mm_shuffle_ps(a, b_2_c_1, _MM_SHUFFLE(2, 0, 3, 0)),
+                                _mm_shuffle_ps(a_1_b_0, b_3_c_2, _MM_SHUFFLE(2, 0, 2, 0)),
+                                _mm_shuffle_ps(a_2_b_1, c, _MM_SHUFFLE(3, 0, 2, 0)))};
+        }
+    }
+}
+
+#ifndef LUMALANE_WIDER_TARGET
+template <int size, int channel, int n>
+LUMALANE_INLINE bytes<n> load_channel(const unsigned char *from) {
+    return load_channel_of_blocks<size, channel, n>(from);
+}
+
+template <pairs = pairs::in_order>
+LUMALANE_INLINE vectors<4, 16> interleave_channels_padded(bytes<16> first, bytes<16> second,
+                                                          bytes<16> third) {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i even_12 = _mm_unpacklo_epi8(first.v, second.v);
+    const __m128i odd_12 = _mm_unpackhi_epi8(first.v, second.v);
+    const __m128i even_30 = _mm_unpacklo_epi8(third.v, zero);
+    const __m128i odd_30 = _mm_unpackhi_epi8(third.v, zero);
+    const __m128i even_0 = _mm_unpacklo_epi16(even_12, even_30);
+    const __m128i even_1 = _mm_unpackhi_epi16(even_12, even_30);
+    const __m128i odd_0 = _mm_unpacklo_epi16(odd_12, odd_30);
+    const __m128i odd_1 = _mm_unpackhi_epi16(odd_12, odd_30);
+    return {{{_mm_unpacklo_epi32(even_0, odd_0)},
+             {_mm_unpackhi_epi32(even_0, odd_0)},
+             {_mm_unpacklo_epi32(even_1, odd_1)},
+             {_mm_unpackhi_epi32(even_1, odd_1)}}};
+}
+
+// The two pixels of pair k are three words, 1e2e 3e1o 2o3o (1, 2, 3 the channels, e even, o odd);
+// pairs 2k and 2k+1, a half_interleave, are three 32-bit lanes: begin, middle and end.
+template <pairs = pairs::in_order>
+LUMALANE_INLINE vectors<3, 16> interleave_channels(bytes<16> first, bytes<16> second,
+                                                   bytes<16> third) {
+    const __m128i words_0 = _mm_unpacklo_epi8(first.v, second.v);
+    const __m128i words_1 = _mm_unpacklo_epi8(third.v, _mm_unpackhi_epi64(first.v, first.v));
+    const __m128i words_2 = _mm_unpackhi_epi8(second.v, third.v);
+    const __m128i next_words_0 = _mm_srli_si128(words_0, 2);
+    const auto low = [](__m128i a, __m128i b) {
+        return _mm_castsi128_ps(_mm_unpacklo_epi16(a, b));
+    };
+    const auto high = [](__m128i a, __m128i b) {
+        return _mm_castsi128_ps(_mm_unpackhi_epi16(a, b));
+    };
+    // Couples 0 and 1 (then 2 and 3) in lanes 0 and 2 of begin and middle, lanes 1 and 3 of end.
+    const __m128 begin_01 = low(words_0, words_1), begin_23 = high(words_0, words_1);
+    const __m128 middle_01 = low(words_2, next_words_0), middle_23 = high(words_2, next_words_0);
+    const __m128 end_01 = low(words_1, words_2), end_23 = high(words_1, words_2);
+
+    const __m128 begin_0_middle_0 = _mm_unpacklo_ps(begin_01, middle_01);
+    const __m128 end_0_begin_1 = _mm_shuffle_ps(end_01, begin_01, _MM_SHUFFLE(2, 2, 1, 1));
+    const __m128 middle_1_end_1 = _mm_unpackhi_ps(middle_01, end_01);
+    const __m128 begin_2_middle_2 = _mm_unpacklo_ps(begin_23, middle_23);
+    const __m128 end_2_begin_3 = _mm_shuffle_ps(end_23, begin_23, _MM_SHUFFLE(2, 2, 1, 1));
+    const __m128 middle_3_end_3 = _mm_unpackhi_ps(middle_23, end_23);
+    const __m128 part_0 = _mm_shuffle_ps(begin_0_middle_0, end_0_begin_1, _MM_SHUFFLE(2, 0, 1, 0));
+    const __m128 part_1 = _mm_shuffle_ps(middle_1_end_1, begin_2_middle_2, _MM_SHUFFLE(1, 0, 3, 0));
+    const __m128 part_2 = _mm_shuffle_ps(end_2_begin_3, middle_3_end_3, _MM_SHUFFLE(3, 0, 2, 0));
+    return {{{_mm_castps_si128(part_0)}, {_mm_castps_si128(part_1)}, {_mm_castps_si128(part_2)}}};
+}
+
+// Within four bytes of the source, which make three 32-bit lanes 0--1 --2- -3--, bytes 0 and 2 are
+// in place, and bytes 1 and 3 are so after their words change places.
+LUMALANE_INLINE vectors<3, 16> spread_triplets(bytes<16> a) {
+    const __m128i swapped = _mm_shufflehi_epi16(_mm_shufflelo_epi16(a.v, _MM_SHUFFLE(2, 3, 0, 1)),
+                                                _MM_SHUFFLE(2, 3, 0, 1));
+    const auto part = [](__m128i in_place, __m128i moved, int first) -> bytes<16> {
+        // Lanes `first`, first + 1 ... of the three over and over.
+        constexpr int kept[] = {0x000000ff, 0x00ff0000, 0};
+        constexpr int brought[] = {static_cast<int>(0xff000000), 0, 0x0000ff00};
+        const auto masks = [&](const int(&of)[3]) {
+            return _mm_setr_epi32(of[first], of[(first + 1) % 3], of[(first + 2) % 3], of[first]);
+        };
+        return {_mm_or_si128(_mm_and_si128(in_place, masks(kept)),
+                             _mm_and_si128(moved, masks(brought)))};
+    };
+    return {{part(_mm_shuffle_epi32(a.v, _MM_SHUFFLE(1, 0, 0, 0)),
+                  _mm_shuffle_epi32(swapped, _MM_SHUFFLE(1, 0, 0, 0)), 0),
+             part(_mm_shuffle_epi32(a.v, _MM_SHUFFLE(2, 2, 1, 1)),
+                  _mm_shuffle_epi32(swapped, _MM_SHUFFLE(2, 2, 1, 1)), 1),
+             part(_mm_shuffle_epi32(a.v, _MM_SHUFFLE(3, 3, 3, 2)),
+                  _mm_shuffle_epi32(swapped, _MM_SHUFFLE(3, 3, 3, 2)), 2)}};
+}
+
+template <int size, int n>
+LUMALANE_INLINE vectors<size, n> load_spread(const unsigned char *from) {
+    const bytes<16> a = load<16>(from);
+    if constexpr (size == 2)
+        return spread_words(a);
+    else if constexpr (size == 3)
+        return spread_triplets(a);
+    else
+        return spread_dwords(a);
+}
+#endif
+
+// ---- Half-interleaved pixels ----------------------------------------------------------------------------
+
+LUMALANE_INLINE words<8> even_pairs_of_words(words<8> a, words<8> b) {
+    return {_mm_castps_si128(
+        _mm_shuffle_ps(_mm_castsi128_ps(a.v), _mm_castsi128_ps(b.v), _MM_SHUFFLE(2, 0, 2, 0)))};
+}
+
+#ifndef LUMALANE_WIDER_TARGET
+template <int lower, int upper>
+LUMALANE_INLINE words<8> multiply_bytes(words<8> a) {
+    return add(multiply_low(even(as_bytes(a)), fill_words<8>(lower)),
+               multiply_low(odd(as_bytes(a)), fill_words<8>(upper)));
+}
+
+// Lower words of `a`, upper words of `b`.
+LUMALANE_INLINE words<8> words_of_both(__m128i a, __m128i b) {
+    const __m128i lower = _mm_set1_epi32(0x0000ffff);
+    return {_mm_or_si128(_mm_and_si128(lower, a), _mm_andnot_si128(lower, b))};
+}
+
+// The lowest 12 bytes as 4 pixels, with anything in the fourth bytes.
+LUMALANE_INLINE __m128i four_triplets(__m128i triplets) {
+    const __m128i pixels_01 = _mm_unpacklo_epi32(triplets, _mm_srli_si128(triplets, 3));
+    const __m128i pixels_23 =
+        _mm_unpacklo_epi32(_mm_srli_si128(triplets, 6), _mm_srli_si128(triplets, 9));
+    return _mm_unpacklo_epi64(pixels_01, pixels_23);
+}
+
+template <int size, int n>
+LUMALANE_INLINE half_interleaved<n> load_half_interleaved(const unsigned char *from) {
+    if constexpr (size == 4) {
+        return {words_of_both(load<16>(from).v, load<16>(from + 14).v),
+                words_of_both(load<16>(from + 2).v, load<16>(from + 16).v)};
+    } else {
+        const __m128i a = four_triplets(load<16>(from).v);
+        const __m128i b = four_triplets(_mm_srli_si128(load<16>(from + 8).v, 4));
+        return {words_of_both(a, _mm_slli_epi32(b, 16)),
+                shift_left<8>(words_of_both(_mm_srli_epi32(a, 16), b))};
+    }
+}
+
+LUMALANE_INLINE words<8> half_interleave(words<8> a) {
+    return {_mm_unpacklo_epi16(a.v, _mm_unpackhi_epi64(a.v, a.v))};
+}
+
+// Lanes 0, 2, 1 and 3 of each half.
+LUMALANE_INLINE __m128i deinterleaved_halves(__m128i a) {
+    return _mm_shufflehi_epi16(_mm_shufflelo_epi16(a, _MM_SHUFFLE(3, 1, 2, 0)),
+                               _MM_SHUFFLE(3, 1, 2, 0));
+}
+
+LUMALANE_INLINE halves<8> deinterleave_upper_bytes_of_even(words<8> a, words<8> b) {
+    const __m128i both = _mm_packus_epi16(deinterleaved_halves(_mm_srli_epi16(a.v, 8)),
+                                          deinterleaved_halves(_mm_srli_epi16(b.v, 8)));
+    return {lower_half(bytes<16>{both}), upper_half(bytes<16>{both})};
+}
+
+LUMALANE_INLINE bytes<16> deinterleave_upper_bytes(words<8> a, words<8> b) {
+    const auto deinterleaved = [](words<8> of) {
+        return _mm_shuffle_epi32(deinterleaved_halves(_mm_srli_epi16(of.v, 8)),
+                                 _MM_SHUFFLE(3, 1, 2, 0));
+    };
+    return {_mm_packus_epi16(deinterleaved(a), deinterleaved(b))};
+}
+#endif
+
+} // namespace lumalane::LUMALANE_TARGET_NAME

@@ -1,0 +1,38 @@
+// Rows made from source rows, each kept as long as the rows around it need it.
+#pragma once
+
+#include <stddef.h>
+#include <stdint.h>
+
+namespace lumalane {
+
+// The last rows, so many, of those that were made one after the other.
+template <int count, int size>
+class recent_rows {
+public:
+    // All rows are made anew.
+    void forget() { next = 0; }
+
+    // The row of that number: one of the last, or the next one, which `make(row)` makes.
+    template <class Make>
+    const unsigned char *row(long long number, const Make &make) {
+        unsigned char *const here = rows[number % count];
+        if (number >= next) {
+            next = number + 1;
+            make(here);
+        }
+        return here;
+    }
+
+private:
+    alignas(64) unsigned char rows[count][size];
+    long long next = 0;
+};
+
+// Between rows that need not be of one buffer.
+inline ptrdiff_t distance(const unsigned char *from, const unsigned char *to) {
+    return static_cast<ptrdiff_t>(reinterpret_cast<uintptr_t>(to) -
+                                  reinterpret_cast<uintptr_t>(from));
+}
+
+} // namespace lumalane

@@ -1,0 +1,201 @@
+// Packed YUY2 pictures into YUY2 surfaces of twice the width and height.
+#include "picture/adjustment.h"
+#include "picture/calls.h"
+#include "picture/geometry.h"
+#include "picture/stores.h"
+#include "picture/strip.h"
+#include "stretch/recent_rows.h"
+
+#include <limits.h>
+
+namespace lumalane {
+
+namespace {
+
+constexpr int step = 16; // pixels
+
+// The promised order is that of columns of 16 pixels, each from top to bottom.
+//
+// quirk: the source's rows are one continuous run, and only the chroma of even rows is used
+// [packed_stretches.take_the_chroma_of_even_rows_and_average_it_in_every_fourth_row]
+struct packed_columns {
+    const unsigned char *src;
+    unsigned char *dst;
+    long long pairs;
+    ptrdiff_t pixels; // of a row
+    ptrdiff_t src_pitch, dst_pitch;
+    ptrdiff_t src_to_column, dst_to_column; // from one column to the next
+
+    explicit packed_columns(const call::packed_stretch &p)
+        : src(static_cast<const unsigned char *>(p.src)), dst(static_cast<unsigned char *>(p.dst)),
+          pairs(steps_of(p.height, 2)), pixels(p.row_bytes / 2), src_pitch(p.row_bytes),
+          dst_pitch(p.dst_pitch) {
+        // quirk: columns are counted down to 0 from one less on, which other rows do not come to
+        // before memory ends
+        if (p.row_bytes < 64 || p.row_bytes % 32 != 0)
+            pixels = INT_MAX / step * step;
+        // quirk: a column goes back up by what the height means, which after an odd one is a row
+        // too little in the source and two on the surface
+        // [packed_stretches.start_later_strips_lower_after_an_odd_height]
+        const ptrdiff_t rows = static_cast<ptrdiff_t>(pairs);
+        src_to_column = 2 * rows * src_pitch - product(p.row_bytes, p.height) + 2 * step;
+        dst_to_column = 4 * rows * dst_pitch - product(twice(p.height), p.dst_pitch) + 4 * step;
+    }
+
+    // Columns that begin at different heights are not rows in another order.
+    bool order_can_be_observed() const {
+        if (src_to_column != 2 * step || dst_to_column != 4 * step)
+            return true;
+        const byte_rows written[] = {{dst, 4 * pairs, dst_pitch, 4LL * pixels}};
+        const byte_rows read[] = {{src, 2 * pairs, src_pitch, 2LL * pixels}};
+        return lumalane::order_can_be_observed(written, read);
+    }
+};
+
+// Some columns: samples taken apart and adjusted, then twice as wide and high.
+class column_doubler {
+public:
+    // `by` is null for no adjustment.
+    column_doubler(const row_kernels &kernels_, const packed_columns &all, const adjustment *by_,
+                   store_policy stores)
+        : kernels(kernels_), at(all), by(by_) {
+        rows.stores = stores, rows.dst_below = at.dst_pitch;
+        rows.row_has_own_chroma = true;
+    }
+
+    static constexpr ptrdiff_t most = 4 * strip_pixels;
+
+    // The next column; `ends` where it is the last one.
+    void double_in_order(bool ends) {
+        begin(step, ends);
+        luma_of(0), luma_of(1);
+        emit(0, 0, rows_made::itself);
+        emit(1, 0, rows_made::between);
+        emit(2, 1, rows_made::itself);
+        // quirk: the first row of a pair is stored before the one above it
+        // [packed_stretches.store_the_first_row_of_a_pair_before_the_one_above_it]
+        for (long long pair = 1; pair < at.pairs; ++pair) {
+            emit(4 * pair, 2 * pair, rows_made::itself);
+            emit(4 * pair - 1, 2 * pair - 1, rows_made::between);
+            luma_of(2 * pair + 1);
+            emit(4 * pair + 2, 2 * pair + 1, rows_made::itself);
+            emit(4 * pair + 1, 2 * pair, rows_made::between);
+        }
+        emit(4 * at.pairs - 1, 2 * at.pairs - 1, rows_made::itself);
+        move_on();
+    }
+
+    // The next `pixels`.
+    void double_columns(ptrdiff_t pixels, bool ends) {
+        begin(pixels, ends);
+        luma_of(0), luma_of(1);
+        for (long long pair = 0; pair < at.pairs; ++pair) {
+            // Rows are made a pair ahead: so soon that their stores are over when they are loaded.
+            if (pair + 1 < at.pairs)
+                luma_of(2 * pair + 2), luma_of(2 * pair + 3);
+            emit(4 * pair, 2 * pair, rows_made::both);
+            if (pair + 1 < at.pairs) {
+                emit(4 * pair + 2, 2 * pair + 1, rows_made::both);
+            } else {
+                emit(4 * pair + 2, 2 * pair + 1, rows_made::itself);
+                emit(4 * pair + 3, 2 * pair + 1, rows_made::itself);
+            }
+        }
+        move_on();
+    }
+
+private:
+    void begin(ptrdiff_t pixels, bool ends) {
+        n = pixels, at_end = ends;
+        luma.forget(), chroma.forget();
+    }
+
+    void move_on() {
+        at.src += n / step * at.src_to_column;
+        at.dst += n / step * at.dst_to_column;
+    }
+
+    // Row `to` of the surface, made from a row of luma and the one below it. Only what lies between
+    // two pairs has chroma between theirs.
+    void emit(long long to, long long row, rows_made made) {
+        const long long pair = row / 2;
+        const unsigned char *const y = luma_of(row);
+        rows.y = y, rows.u = chroma_of(pair), rows.v = rows.u + most_chroma;
+        rows.dst = at.dst + static_cast<ptrdiff_t>(to) * at.dst_pitch;
+        rows.made = made, rows.repeats_last = at_end;
+        rows.chroma_below = 0;
+        if (made != rows_made::itself) {
+            rows.y_below = distance(y, luma_of(row + 1));
+            if (row % 2 != 0)
+                rows.chroma_below = distance(rows.u, chroma_of(pair + 1));
+        }
+        kernels.emit_doubled_yuy2(rows, n);
+    }
+
+    const unsigned char *luma_of(long long row) {
+        return luma.row(row, [&](unsigned char *y) {
+            const ptrdiff_t samples = at_end ? n : n + following;
+            const unsigned char *const from = at.src + static_cast<ptrdiff_t>(row) * at.src_pitch;
+            kernels.deinterleave(y, uv, from, samples, by ? &by->y : nullptr, nullptr);
+            if (row % 2 == 0)
+                chroma.row(row / 2, [&](unsigned char *u) {
+                    kernels.deinterleave(u, u + most_chroma, uv, samples / 2, by ? &by->u : nullptr,
+                                         by ? &by->v : nullptr);
+                });
+        });
+    }
+
+    // Of a row that there is luma of.
+    const unsigned char *chroma_of(long long pair) {
+        return chroma.row(pair, [](unsigned char *) {});
+    }
+
+    static constexpr ptrdiff_t following = 16; // pixels: one sample is needed, and kernels want 8
+    static constexpr ptrdiff_t most_chroma = (most + following) / 2;
+
+    const row_kernels &kernels;
+    packed_columns at;
+    ptrdiff_t n = 0;
+    bool at_end = false;
+    const adjustment *const by;
+    doubled_rows rows{};
+    recent_rows<4, most + following> luma;
+    recent_rows<2, 2 * most_chroma> chroma; // U, then V
+    alignas(64) unsigned char uv[most + following];
+};
+
+void double_both(const machine &machine, const call::packed_stretch &p, const adjustment *by) {
+    const packed_columns columns(p);
+    const bool in_order = machine.in_order || columns.order_can_be_observed();
+    const surface_stores stores(machine, columns.dst, columns.dst_pitch,
+                                16 * columns.pairs * columns.pixels, in_order);
+    column_doubler doubler(machine.rows, columns, by, stores);
+    in_runs(columns.pixels, in_order ? step : column_doubler::most, [&](ptrdiff_t x, ptrdiff_t n) {
+        const bool at_end = x + n == columns.pixels;
+        if (in_order)
+            doubler.double_in_order(at_end);
+        else
+            doubler.double_columns(n, at_end);
+    });
+}
+
+} // namespace
+
+// quirk: the least height is twice that of the function with adjustment
+// [packed_stretches.below_the_least_height_write_nothing]
+void yuy2_strech_picture_2X2_yuy2(const machine &machine, const call::packed_stretch &p) {
+    constexpr int least_height = 16;
+    if (p.height >= least_height)
+        double_both(machine, p, nullptr);
+}
+
+void yuy2_strech_picture_2X2_yuy2_ajust(const machine &machine,
+                                        const call::packed_stretch_ajust &p) {
+    constexpr int least_height = 8;
+    if (p.height < least_height)
+        return;
+    const adjustment by = current_adjustment();
+    double_both(machine, p, by.neutral() ? nullptr : &by);
+}
+
+} // namespace lumalane

@@ -1,0 +1,58 @@
+#include "tests/rows/draw.h"
+
+#include "picture/adjustment.h"
+
+namespace row_tests {
+
+namespace {
+
+short draw_gain(random &r) {
+    return static_cast<short>(r.one_in(2) ? r.one_of({64, 33, 128, 63, r.between(33, 128)})
+                                          : r.one_of({0, 1, 32, 129, 200, 1024, 32767, -1, -32768,
+                                                      r.between(-32768, 32767)}));
+}
+
+short draw_offset(random &r) {
+    return static_cast<short>(r.one_of({0, 1, -1, 255, -255, -1023, r.between(-1023, 255)}));
+}
+
+} // namespace
+
+lumalane::plane_adjustment draw_plane_adjustment(random &r) {
+    const short gain = draw_gain(r);
+    return lumalane::prepared(gain, draw_offset(r));
+}
+
+lumalane::adjustment draw_adjustment(random &r) {
+    const lumalane::plane_adjustment y = draw_plane_adjustment(r), u = draw_plane_adjustment(r);
+    return {y, u, lumalane::prepared(u.gain, draw_offset(r))};
+}
+
+std::ptrdiff_t draw_pitch(random &r, std::ptrdiff_t size, lumalane::store_policy stores) {
+    const std::ptrdiff_t pitch = size + (r.one_in(2) ? 0 : r.between(0, 70));
+    return stores == lumalane::store_policy::cached ? pitch : (pitch + 63) & -64;
+}
+
+bytes draw_alpha(random &r, std::ptrdiff_t size) {
+    bytes alpha;
+    while (static_cast<std::ptrdiff_t>(alpha.size()) < size) {
+        const int kind = r.between(0, 4), length = r.one_of({8, 16, 64, 128, r.between(1, 128)});
+        for (int i = 0; i < length; ++i)
+            alpha.push_back(static_cast<unsigned char>(kind <= 1   ? 0
+                                                       : kind == 2 ? r.between(1, 127)
+                                                       : kind == 3 ? r.between(16, 255)
+                                                                   : r.between(0, 255)));
+    }
+    alpha.resize(size);
+    return alpha;
+}
+
+std::string told(const lumalane::plane_adjustment &by) {
+    return "gain " + std::to_string(by.gain) + ", offset " + std::to_string(by.offset);
+}
+
+std::string told(const lumalane::adjustment &by) {
+    return "y " + told(by.y) + ", u " + told(by.u) + ", v " + told(by.v);
+}
+
+} // namespace row_tests

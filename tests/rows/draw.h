@@ -1,0 +1,85 @@
+// How the calls of each kind of row kernels are drawn: one function per kind of rows/rows.h.
+#pragma once
+
+#include <memory>
+
+#include "tests/differential/random.h"
+#include "tests/rows/facts.h"
+#include "tests/rows/row_call.h"
+
+namespace row_tests {
+
+using differential::random;
+
+// Which call: `number` runs through the modes of the kind, so that they come in turn.
+struct wanted_call {
+    kernel_facts facts;
+    std::ptrdiff_t n;
+    unsigned number;
+    random &randomness;
+};
+
+template <class Kernel>
+using member = Kernel *lumalane::row_kernels::*;
+
+row_call draw_planar_to_surface(const wanted_call &,
+                                member<lumalane::row_kernel::planar_to_surface>);
+row_call draw_packed_to_surface(const wanted_call &,
+                                member<lumalane::row_kernel::packed_to_surface>);
+row_call draw_plane_to_surface(const wanted_call &, member<lumalane::row_kernel::plane_to_surface>);
+row_call draw_deinterleaving(const wanted_call &, member<lumalane::row_kernel::deinterleaving>);
+row_call draw_between_rows(const wanted_call &, member<lumalane::row_kernel::between_rows>);
+row_call draw_plane_stretching(const wanted_call &, member<lumalane::row_kernel::plane_stretching>);
+row_call draw_doubled_to_surface(const wanted_call &,
+                                 member<lumalane::row_kernel::doubled_to_surface>);
+row_call draw_alpha_counting(const wanted_call &, member<lumalane::row_kernel::alpha_counting>);
+row_call draw_keyed_to_surface(const wanted_call &, member<lumalane::row_kernel::keyed_to_surface>);
+row_call draw_surface_to_planes(const wanted_call &,
+                                member<lumalane::row_kernel::surface_to_planes>);
+row_call draw_filling(const wanted_call &, member<lumalane::row_kernel::filling>);
+row_call draw_marker_to_key(const wanted_call &, member<lumalane::row_kernel::marker_to_key>);
+row_call draw_blending_pair(const wanted_call &, member<lumalane::row_kernel::blending_pair>);
+row_call draw_blending_chroma(const wanted_call &, member<lumalane::row_kernel::blending_chroma>);
+row_call draw_blending_to_surface(const wanted_call &,
+                                  member<lumalane::row_kernel::blending_to_surface>);
+row_call draw_blending_planes(const wanted_call &, member<lumalane::row_kernel::blending_planes>);
+row_call draw_finishing(const wanted_call &, member<lumalane::row_kernel::finishing>);
+
+// ---- Parts of calls ----------------------------------------------------------------------------
+
+// Gains whose product fits 15 bits, at both ends and between, and others up to the extremes.
+lumalane::plane_adjustment draw_plane_adjustment(random &);
+lumalane::adjustment draw_adjustment(random &);
+
+// From row to row of so many bytes; rows of non-temporal stores stay aligned.
+std::ptrdiff_t draw_pitch(random &, std::ptrdiff_t size, lumalane::store_policy);
+
+// Alpha with stretches of one kind: nothing, some, opaque, anything.
+bytes draw_alpha(random &, std::ptrdiff_t size);
+
+std::string told(const lumalane::plane_adjustment &);
+std::string told(const lumalane::adjustment &);
+
+// A policy by turns.
+inline lumalane::store_policy policy(unsigned number) {
+    return number % 2 == 0 ? lumalane::store_policy::cached : lumalane::store_policy::non_temporal;
+}
+
+inline std::string told(lumalane::store_policy stores) {
+    return stores == lumalane::store_policy::cached ? "cached" : "non-temporal";
+}
+
+// How often in a call, and by what, if by anything.
+template <class Adjustment>
+struct repetition {
+    std::ptrdiff_t count = 1;
+    lumalane::store_policy stores = lumalane::store_policy::cached;
+    std::shared_ptr<const Adjustment> by; // or null
+
+    std::string told() const {
+        return std::to_string(count) + " times, " + row_tests::told(stores) +
+               (by ? ", " + row_tests::told(*by) : "");
+    }
+};
+
+} // namespace row_tests

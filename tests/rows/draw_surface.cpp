@@ -1,0 +1,154 @@
+// Kernels that make the pixels of a surface, of rows or of pairs of rows that share chroma.
+#include "tests/rows/draw.h"
+
+namespace row_tests {
+
+namespace {
+
+using lumalane::adjustment;
+using lumalane::lower_row;
+using lumalane::packed_rows;
+using lumalane::planar_rows;
+using lumalane::row_kernels;
+using lumalane::store_policy;
+
+std::string told(lower_row lower) {
+    constexpr const char *names[] = {"no lower row", "lower row itself", "lower row average"};
+    return names[static_cast<int>(lower)];
+}
+
+bytes averaged(bytes a, const bytes &b) {
+    for (std::size_t i = 0; i < a.size(); ++i)
+        a[i] = static_cast<unsigned char>((a[i] + b[i] + 1) >> 1);
+    return a;
+}
+
+repetition<adjustment> draw_repetition(const wanted_call &wanted) {
+    repetition<adjustment> drawn;
+    drawn.count = wanted.randomness.between(1, 3);
+    drawn.stores = policy(wanted.number);
+    if (wanted.number / 2 % 2 == 1)
+        drawn.by = std::make_shared<const adjustment>(draw_adjustment(wanted.randomness));
+    return drawn;
+}
+
+} // namespace
+
+row_call draw_planar_to_surface(const wanted_call &wanted,
+                                member<lumalane::row_kernel::planar_to_surface> kernel) {
+    const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.destination_bytes;
+    const bool gaps = wanted.facts.gaps, mono = wanted.facts.mono;
+    repetition<adjustment> drawn = draw_repetition(wanted);
+    if (gaps)
+        drawn.by = nullptr;
+    const lower_row lower =
+        gaps ? lower_row::itself : static_cast<lower_row>(wanted.number / 4 % 3);
+    const bool pair = lower != lower_row::none;
+    const std::ptrdiff_t y_next = draw_pitch(wanted.randomness, n, store_policy::cached);
+    const std::ptrdiff_t chroma_next = draw_pitch(wanted.randomness, n / 2, store_policy::cached);
+    const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, row_bytes, drawn.stores);
+
+    enum { y, y_below, u, v, dst, dst_below };
+    row_call call;
+    call.arguments = told(lower) + ", " + drawn.told();
+    call.rows = {{"y", n, drawn.count, y_next},
+                 {"lower y", pair ? n : 0, drawn.count, y_next},
+                 {"u", mono ? 0 : n / 2, drawn.count, chroma_next},
+                 {"v", mono ? 0 : n / 2, drawn.count, chroma_next},
+                 {"dst", row_bytes, drawn.count, dst_next, true},
+                 {"lower dst", pair ? row_bytes : 0, drawn.count, dst_next, true}};
+    call.non_temporal = drawn.stores == store_policy::non_temporal;
+    call.reads_again = call.non_temporal && pair && !gaps;
+    call.run = [=](const row_kernels &target, const addresses &at) {
+        planar_rows rows{at[y], at[u], at[v], at[dst]};
+        rows.lower = lower;
+        if (pair)
+            rows.y_below = at[y_below] - at[y], rows.dst_below = at[dst_below] - at[dst];
+        rows.stores = drawn.stores;
+        rows.by = drawn.by.get();
+        rows.count = drawn.count;
+        rows.y_next = y_next, rows.chroma_next = chroma_next, rows.dst_next = dst_next;
+        (target.*kernel)(rows, n);
+        return 0;
+    };
+    call.expect = [=](const row_kernels &reference, contents &held) {
+        for (std::ptrdiff_t i = 0; i < drawn.count; ++i) {
+            const bytes upper = held.read(y, i), uu = held.read(u, i), vv = held.read(v, i);
+            const auto made_of = [&](const bytes &luma) {
+                bytes made(row_bytes);
+                planar_rows row{luma.data(), uu.data(), vv.data(), made.data()};
+                row.by = drawn.by.get();
+                (reference.*(gaps ? &row_kernels::emit_yuy2 : kernel))(row, n);
+                return made;
+            };
+            held.write(dst, made_of(upper), i);
+            if (!pair)
+                continue;
+            const bytes below = held.read(y_below, i);
+            bytes made = made_of(lower == lower_row::average ? averaged(upper, below) : below);
+            const bytes before = held.read(dst_below, i);
+            for (std::ptrdiff_t at = 0; gaps && at < row_bytes; ++at)
+                if (at % 32 < 8)
+                    made[at] = before[at];
+            held.write(dst_below, made, i);
+        }
+        return 0;
+    };
+    return call;
+}
+
+row_call draw_packed_to_surface(const wanted_call &wanted,
+                                member<lumalane::row_kernel::packed_to_surface> kernel) {
+    const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.destination_bytes;
+    const repetition<adjustment> drawn = draw_repetition(wanted);
+    enum { one_row, a_pair, chroma_of_another };
+    const unsigned form = wanted.number / 4 % 3;
+    const bool pair = form == a_pair, own_chroma = form != chroma_of_another;
+    const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, 2 * n, store_policy::cached);
+    const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, row_bytes, drawn.stores);
+
+    enum { src, chroma, src_below, dst, dst_below };
+    constexpr const char *names[] = {"one row", "a pair", "one row with the chroma of another"};
+    row_call call;
+    call.arguments = names[form] + (", " + drawn.told());
+    call.rows = {{"src", 2 * n, drawn.count, src_next},
+                 {"chroma", own_chroma ? 0 : 2 * n, drawn.count, src_next},
+                 {"lower src", pair ? 2 * n : 0, drawn.count, src_next},
+                 {"dst", row_bytes, drawn.count, dst_next, true},
+                 {"lower dst", pair ? row_bytes : 0, drawn.count, dst_next, true}};
+    call.non_temporal = drawn.stores == store_policy::non_temporal;
+    call.reads_again = call.non_temporal && pair;
+    call.run = [=](const row_kernels &target, const addresses &at) {
+        packed_rows rows{at[src], own_chroma ? at[src] : at[chroma], at[dst]};
+        if (pair) {
+            rows.lower = lower_row::itself;
+            rows.src_below = at[src_below] - at[src], rows.dst_below = at[dst_below] - at[dst];
+        }
+        rows.stores = drawn.stores;
+        rows.by = drawn.by.get();
+        rows.count = drawn.count;
+        rows.src_next = src_next, rows.dst_next = dst_next;
+        (target.*kernel)(rows, n);
+        return 0;
+    };
+    call.expect = [=](const row_kernels &reference, contents &held) {
+        for (std::ptrdiff_t i = 0; i < drawn.count; ++i) {
+            const bytes upper = held.read(src, i);
+            const bytes shared = own_chroma ? upper : held.read(chroma, i);
+            const auto made_of = [&](const bytes &samples) {
+                bytes made(row_bytes);
+                packed_rows row{samples.data(), shared.data(), made.data()};
+                row.by = drawn.by.get();
+                (reference.*kernel)(row, n);
+                return made;
+            };
+            held.write(dst, made_of(upper), i);
+            if (pair)
+                held.write(dst_below, made_of(held.read(src_below, i)), i);
+        }
+        return 0;
+    };
+    return call;
+}
+
+} // namespace row_tests
