@@ -131,78 +131,92 @@ struct to_odd_yuy2 : to_half_yuy2<Adjusted> {
 
 // ---- Rows --------------------------------------------------------------------------------------
 
-// A group from x on: of a pair of rows, or of one (of which `rows` has nothing but the upper one).
-// Of two rows the upper one is stored before the lower one is loaded.
+// Where a row (or a pair) begins, and what is made of it.
+struct row_start {
+    const unsigned char *y, *u, *v;
+    unsigned char *dst;
+    ptrdiff_t y_below, dst_below;
+    store_policy stores;
+    bool averages; // a row with the one below it, or of a pair the lower row with the upper one
+};
+
+// A group from x on: of a pair of rows, or of one. Of two rows the upper one is stored before the
+// lower one is loaded.
 template <int n, bool pair, class Surface>
-LUMALANE_INLINE void emit_group(const Surface &surface, const planar_rows &rows, ptrdiff_t x) {
-    const auto chroma = surface.template chroma<n>(rows.u + x / 2, rows.v + x / 2);
-    unsigned char *const dst = rows.dst + x * Surface::bytes_per_pixel;
+LUMALANE_INLINE void emit_group(const Surface &surface, const row_start &at, ptrdiff_t x) {
+    const auto chroma = surface.template chroma<n>(at.u + x / 2, at.v + x / 2);
+    unsigned char *const dst = at.dst + x * Surface::bytes_per_pixel;
     const auto pixels = [&](bytes<n> luma) LUMALANE_INLINE_LAMBDA {
         return surface.pixels(surface.permuted(luma), chroma);
     };
     const auto averaged = [&](bytes<n> upper) LUMALANE_INLINE_LAMBDA {
-        const bytes<n> lower = load<n>(rows.y + rows.y_below + x);
-        return rows.lower == lower_row::average ? average(upper, lower) : lower;
+        const bytes<n> lower = load<n>(at.y + at.y_below + x);
+        return at.averages ? average(upper, lower) : lower;
     };
-    const bytes<n> upper = load<n>(rows.y + x);
+    const bytes<n> upper = load<n>(at.y + x);
     if constexpr (pair) {
         store_all<cached>(dst, pixels(upper));
-        store_all<cached>(dst + rows.dst_below, pixels(averaged(upper)));
+        store_all<cached>(dst + at.dst_below, pixels(averaged(upper)));
     } else {
-        const bool itself = rows.lower != lower_row::average;
-        store_all(rows.stores, dst, pixels(itself ? upper : averaged(upper)));
+        store_all(at.stores, dst, pixels(at.averages ? averaged(upper) : upper));
     }
 }
 
 // What the widest vectors leave of a row. (Once for both loops: it is as long as they are.)
 template <class Surface>
-[[gnu::noinline]] void emit_rest(const planar_rows &rows, bool pair, ptrdiff_t n, ptrdiff_t x) {
-    const Surface surface(rows.by);
+[[gnu::noinline]] void emit_rest(const adjustment *by, row_start at, bool pair, ptrdiff_t n,
+                                 ptrdiff_t x) {
+    const Surface surface(by);
     along_row<Surface::least, 16>(
         n,
-        [&](auto group, ptrdiff_t at) LUMALANE_INLINE_LAMBDA {
+        [&](auto group, ptrdiff_t from) LUMALANE_INLINE_LAMBDA {
             if (pair)
-                emit_group<group.size, true>(surface, rows, at);
+                emit_group<group.size, true>(surface, at, from);
             else
-                emit_group<group.size, false>(surface, rows, at);
+                emit_group<group.size, false>(surface, at, from);
         },
         x);
 }
 
 template <bool pair, class Surface>
-LUMALANE_INLINE void emit_along(const Surface &surface, const planar_rows &rows, ptrdiff_t n) {
+LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by, const row_start at,
+                                ptrdiff_t n) {
     ptrdiff_t x = 0;
     for (; x + widest <= n; x += widest)
-        emit_group<widest, pair>(surface, rows, x);
+        emit_group<widest, pair>(surface, at, x);
     if constexpr (widest > Surface::least)
         if (x < n)
-            emit_rest<Surface>(rows, pair, n, x);
+            emit_rest<Surface>(by, at, pair, n, x);
 }
 
 // Non-temporal stores of two rows in turn would leave lines of the cache half filled: one row after
 // the other.
 template <class Surface>
-LUMALANE_INLINE void emit_rows(planar_rows rows, ptrdiff_t n) {
-    const Surface surface(rows.by);
-    const bool in_pairs = rows.lower != lower_row::none && rows.stores == store_policy::cached;
+LUMALANE_INLINE void emit_rows(const planar_rows &rows, ptrdiff_t n) {
+    const adjustment *const by = rows.by;
+    const Surface surface(by);
+    const lower_row lower = rows.lower;
+    const bool in_pairs = lower != lower_row::none && rows.stores == store_policy::cached;
+    const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next;
+    row_start at{rows.y,       rows.u,         rows.v,      rows.dst,
+                 rows.y_below, rows.dst_below, rows.stores, lower == lower_row::average};
     for (ptrdiff_t left = rows.count; left > 0; --left) {
         if (in_pairs) {
-            emit_along<true>(surface, rows, n);
+            emit_along<true>(surface, by, at, n);
         } else {
-            planar_rows row = rows;
-            row.lower = lower_row::none;
+            row_start row = at;
+            row.averages = false;
             for (bool upper = true;; upper = false) {
-                emit_along<false>(surface, row, n);
-                if (!upper || rows.lower == lower_row::none)
+                emit_along<false>(surface, by, row, n);
+                if (!upper || lower == lower_row::none)
                     break;
-                row.lower = rows.lower;
-                row.dst += rows.dst_below;
-                if (rows.lower == lower_row::itself)
-                    row.y += rows.y_below;
+                row.averages = at.averages;
+                row.dst += at.dst_below;
+                if (lower == lower_row::itself)
+                    row.y += at.y_below;
             }
         }
-        rows.y += rows.y_next, rows.u += rows.chroma_next, rows.v += rows.chroma_next;
-        rows.dst += rows.dst_next;
+        at.y += y_next, at.u += chroma_next, at.v += chroma_next, at.dst += dst_next;
     }
 }
 
@@ -300,7 +314,9 @@ void emit_odd_yuy2(const planar_rows &rows, ptrdiff_t n) { emit_yuv<to_odd_yuy2>
 
 void emit_yuy2_with_gaps(const planar_rows &rows, ptrdiff_t n) {
     const to_yuy2<unadjusted_samples> surface(nullptr);
-    planar_rows at = rows;
+    const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next;
+    row_start at{rows.y,       rows.u,         rows.v,      rows.dst,
+                 rows.y_below, rows.dst_below, rows.stores, false};
     const auto chroma = [&]<int size>(group_of<size>, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
         return surface.chroma<size>(at.u + x / 2, at.v + x / 2);
     };
@@ -324,7 +340,7 @@ void emit_yuy2_with_gaps(const planar_rows &rows, ptrdiff_t n) {
                 store_after_8(dst_below + 2 * x, pixels(below + x, chroma(group, x)));
             });
         }
-        at.y += at.y_next, at.u += at.chroma_next, at.v += at.chroma_next, at.dst += at.dst_next;
+        at.y += y_next, at.u += chroma_next, at.v += chroma_next, at.dst += dst_next;
     }
 }
 

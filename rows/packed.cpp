@@ -168,8 +168,11 @@ LUMALANE_INLINE void emit_row(const Surface &surface, const packed_rows &rows, p
 }
 
 template <class Surface>
-LUMALANE_INLINE void emit_rows(packed_rows rows, ptrdiff_t n) {
-    const Surface surface(rows.by);
+LUMALANE_INLINE void emit_rows(const packed_rows &told, ptrdiff_t n) {
+    const Surface surface(told.by);
+    packed_rows rows{told.src,       told.chroma,    told.dst,     told.lower,
+                     told.src_below, told.dst_below, told.stores,  told.by,
+                     told.count,     told.src_next,  told.dst_next};
     const bool in_pairs = rows.lower == lower_row::itself && rows.stores == store_policy::cached;
     for (ptrdiff_t left = rows.count; left > 0; --left) {
         if (in_pairs) {

@@ -6,6 +6,9 @@
 // touches the bytes of those n and no other. It goes through them in groups: the target's widest
 // vectors first, then 16, then 8.
 //
+// What a kernel is told comes in records that were stored just before: kernels load each field once, by
+// itself, and copy no record, for a wide load would have to wait until all fields are in the cache.
+//
 // A run of one group with cached stores is what a step of the promised loops is, also where its source
 // and its destination overlap: all that is needed of a row is loaded before any of it is stored, and
 // of two rows the upper one is stored before the lower one's luma is loaded. In longer runs, and with
@@ -18,7 +21,7 @@ namespace lumalane {
 
 // How a kernel stores: non-temporal stores do not take lines of the cache for what is written. The
 // destination is aligned to the target's vectors for them.
-enum class store_policy : unsigned char { cached, non_temporal };
+enum class store_policy : int { cached, non_temporal };
 
 // The adjustment of one plane: a sample x becomes
 //     clamp((low16(x * gain) saturating+ 32) logical>> 6) saturating+ offset)
@@ -42,7 +45,7 @@ struct adjustment {
 };
 
 // What a kernel for row pairs makes of the lower row.
-enum class lower_row : unsigned char {
+enum class lower_row : int {
     none,    // nothing: one row
     itself,  // its own luma with the upper row's chroma
     average, // the average of both rows' luma, rounded up, with the upper row's chroma
@@ -78,7 +81,7 @@ struct packed_rows {
 };
 
 // What a kernel makes of a row and the row below it.
-enum class rows_made : unsigned char {
+enum class rows_made : int {
     itself,  // the row
     between, // the average of both, rounded up
     both,    // the row, and below it the average; of a group both are loaded before they are stored
