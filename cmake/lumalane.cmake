@@ -140,6 +140,9 @@ endfunction()
 
 function(lumalane_objects library)
   add_library(${library} OBJECT ${ARGN})
+  # What kernels are told is stored field by field: copied with wide loads it would wait in the store
+  # queue. (Subtitles at 320x240: 1.03 times as fast.)
+  target_compile_options(${library} PRIVATE -mgeneral-regs-only)
   target_link_libraries(${library} PRIVATE lumalane_options)
   set_target_properties(${library} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()

@@ -144,8 +144,7 @@ void mix_onto_rgb(const machine &machine, const tagMIX_INFO &mix,
     const bool in_order =
         machine.in_order || !equal(p.groups * p.next, rewind) || p.order_can_be_observed();
     const surface_stores stores(machine, p.first.dst, mix.dst_pitch,
-                                4LL * p.groups * pixels * p.bytes_per_pixel, in_order,
-                                surface.bound);
+                                4LL * p.groups * pixels * p.bytes_per_pixel, in_order);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, {surface, nullptr}, machine.rows.blend_chroma_pair_by_averages,
                           by.neutral() ? nullptr : &by, stores);
@@ -189,8 +188,7 @@ void mix_ayuy2_yuy2_i_ajust(const machine &machine, const call::mix &call) {
 
     const bool in_order = machine.in_order || p.order_can_be_observed();
     const surface_stores stores(machine, p.first.dst, p.row.dst | p.next.dst,
-                                4LL * p.groups * p.pixels * p.bytes_per_pixel, in_order,
-                                surface.bound);
+                                4LL * p.groups * p.pixels * p.bytes_per_pixel, in_order);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, {surface, machine.rows.emit_blended_yuy2},
                           machine.rows.blend_chroma_pair, by.neutral() ? nullptr : &by, stores);

@@ -64,8 +64,7 @@ void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surf
     const mix_pairs p(mix, surface.bytes_per_pixel, d);
     const bool in_order = machine.in_order || p.order_can_be_observed();
     const surface_stores stores(machine, p.first.dst, p.below.dst | p.next.dst,
-                                2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order,
-                                surface.bound);
+                                2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, surface, machine.rows.blend_chroma_pair,
                           by.neutral() ? nullptr : &by, stores);

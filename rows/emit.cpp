@@ -221,8 +221,8 @@ LUMALANE_INLINE void emit_rows(const planar_rows &rows, ptrdiff_t n) {
 }
 
 // Adjusts into a strip, for the gains that are too rare to have loops of their own.
-void emit_in_strips(row_kernel::planar_to_surface *emit, int bytes_per_pixel, planar_rows rows,
-                    ptrdiff_t n) {
+[[gnu::noinline]] void emit_in_strips(row_kernel::planar_to_surface *emit, int bytes_per_pixel,
+                                      planar_rows rows, ptrdiff_t n) {
     constexpr ptrdiff_t strip = 512;
     alignas(64) unsigned char upper[strip], y[strip], u[strip / 2], v[strip / 2];
     const auto adjust = [](unsigned char *to, const unsigned char *from, ptrdiff_t samples,

@@ -45,19 +45,26 @@ LUMALANE_INLINE rgb_pixels<n / 2> keyed(const rgb_pixels<n / 2> &pixels, bytes<n
             channel(pixels.blue, key.blue)};
 }
 
-// The key from x on for all groups of m pixels that are clear; returns how far it came. (In a loop
-// of its own: beside the other pixels compilers store the vectors in another order than that of
-// their addresses, which takes 1.3 times as long.)
-template <int m, class Pixels>
-LUMALANE_INLINE ptrdiff_t emit_clear(const keyed_rows &row, ptrdiff_t x, ptrdiff_t n,
-                                     const key_colour &key) {
-    constexpr int size = Pixels::bytes_per_pixel;
-    const vectors<size, m> pixels = first_vectors<size, m>(key.pixels);
-    with_stores(row.stores, [&](auto policy) LUMALANE_INLINE_LAMBDA {
-        do {
-            store_all<decltype(policy)>(row.dst + size * x, pixels);
+// The key for a group of m pixels and for those after it that are clear; returns how many. (A
+// function of its own: among the other pixels compilers store the vectors in another order than
+// that of their addresses, or keep the count in memory, which takes 1.3 to 1.9 times as long.)
+template <int m, int size>
+[[gnu::noinline]] ptrdiff_t emit_clear(unsigned char *dst, const unsigned char *alpha, ptrdiff_t n,
+                                       const pattern &key_pixels, store_policy stores) {
+    const vectors<size, m> pixels = first_vectors<size, m>(key_pixels);
+    ptrdiff_t x = 0;
+    with_stores(stores, [&](auto policy) LUMALANE_INLINE_LAMBDA {
+        const auto store_group = [&]() LUMALANE_INLINE_LAMBDA {
+            store_all<decltype(policy)>(dst + size * x, pixels);
             x += m;
-        } while (x + m <= n && all_zero(load<m>(row.alpha + x)));
+        };
+        store_group();
+        while (x + 2 * m <= n && all_zero(load<m>(alpha + x) | load<m>(alpha + x + m))) {
+            store_group();
+            store_group();
+        }
+        while (x + m <= n && all_zero(load<m>(alpha + x)))
+            store_group();
     });
     return x;
 }
@@ -66,11 +73,12 @@ LUMALANE_INLINE ptrdiff_t emit_clear(const keyed_rows &row, ptrdiff_t x, ptrdiff
 template <int m, class Pixels, class Adjusted>
 LUMALANE_INLINE ptrdiff_t emit_keyed_groups(const keyed_rows &row, ptrdiff_t x, ptrdiff_t n,
                                             const key_colour &key, const Adjusted &adjusted) {
-    constexpr int count = Pixels::vectors_per_group;
+    constexpr int size = Pixels::bytes_per_pixel, count = Pixels::vectors_per_group;
     while (x + m <= n) {
         const bytes<m> alpha = load<m>(row.alpha + x);
         if (all_zero(alpha)) {
-            x = emit_clear<m, Pixels>(row, x, n, key);
+            x += emit_clear<m, size>(row.dst + size * x, row.alpha + x, n - x, key.pixels,
+                                     row.stores);
             continue;
         }
         const auto terms = to_rgb::chroma(adjusted.rgb_chroma(
@@ -79,7 +87,7 @@ LUMALANE_INLINE ptrdiff_t emit_keyed_groups(const keyed_rows &row, ptrdiff_t x, 
         auto pixels = to_rgb::pixels(adjusted.rgb_luma(load_permuted<count, m>(row.y + x)), terms);
         if (!all(in_1_to_127(alpha)))
             pixels = keyed(pixels, split(permuted<count>(alpha)), key);
-        store_all(row.stores, row.dst + Pixels::bytes_per_pixel * x, Pixels::interleaved(pixels));
+        store_all(row.stores, row.dst + size * x, Pixels::interleaved(pixels));
         x += m;
     }
     return x;
@@ -139,19 +147,18 @@ void fill(unsigned char *dst, ptrdiff_t bytes, const pattern &with, store_policy
     });
 }
 
+// The destination is read: non-temporal stores have nothing to spare there.
 void replace_marker(const plane_rows &mask, ptrdiff_t n, unsigned char marker, unsigned char key) {
-    with_stores(mask.stores, [=](auto policy) LUMALANE_INLINE_LAMBDA {
-        const unsigned char *src = mask.src;
-        unsigned char *dst = mask.dst;
-        for (ptrdiff_t left = mask.count; left > 0; --left) {
-            along_row<16>(n, [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-                constexpr int m = group.size;
-                const bytes<m> marked = equal(load<m>(src + x), fill_bytes<m>(marker));
-                policy.store(dst + x, choose(marked, fill_bytes<m>(key), load<m>(dst + x)));
-            });
-            src += mask.src_next, dst += mask.dst_next;
-        }
-    });
+    const unsigned char *src = mask.src;
+    unsigned char *dst = mask.dst;
+    for (ptrdiff_t left = mask.count; left > 0; --left) {
+        along_row<16>(n, [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            constexpr int m = group.size;
+            const bytes<m> marked = equal(load<m>(src + x), fill_bytes<m>(marker));
+            store(dst + x, choose(marked, fill_bytes<m>(key), load<m>(dst + x)));
+        });
+        src += mask.src_next, dst += mask.dst_next;
+    }
 }
 
 void emit_keyed_rgb32(const keyed_rows &row, ptrdiff_t n, const key_colour &key) {

@@ -63,13 +63,13 @@ void RelaceMaskWithColorKey(const machine &machine, const call::mask &p) {
                                 pixels};
     const byte_rows &dst = rows.written[0];
     const bool in_order = machine.in_order || rows.order_can_be_observed();
-    const surface_stores stores(machine, dst.first, dst.pitch, rows.most_bytes(), in_order);
     const byte_rows &mask = rows.read[0];
     const auto marker = static_cast<unsigned char>(p.mask_value);
     const auto key = static_cast<unsigned char>(p.key_value);
     for_rows(rows, in_order, step, [&](const rows_run &run) {
         machine.rows.replace_marker({source_row(mask, run.row), destination_row(dst, run.row),
-                                     stores, nullptr, run.count, run.next(mask), run.next(dst)},
+                                     store_policy::cached, nullptr, run.count, run.next(mask),
+                                     run.next(dst)},
                                     run.n, marker, key);
     });
 }
