@@ -115,8 +115,8 @@ target_compile_options(
   lumalane_row_options
   INTERFACE # No calls of memcpy or memset in place of our loops.
             $<$<CXX_COMPILER_ID:GNU>:-fno-tree-loop-distribute-patterns>
-            # Nor a copy of a loop for either value of what is the same throughout it.
-            $<$<CXX_COMPILER_ID:GNU>:-fno-unswitch-loops>
+            # Nor a copy of a loop, or of a function, for each value of what is the same throughout it.
+            $<$<CXX_COMPILER_ID:GNU>:-fno-unswitch-loops$<SEMICOLON>-fno-ipa-cp-clone>
             # Vectors are what the text says: made of pointers they cost more than they save.
             -fno-tree-vectorize -fno-tree-slp-vectorize
             # Where a short loop happens to lie makes up to 1.5 times the difference.
@@ -142,7 +142,7 @@ function(lumalane_objects library)
   add_library(${library} OBJECT ${ARGN})
   # What kernels are told is stored field by field: copied with wide loads it would wait in the store
   # queue. (Subtitles at 320x240: 1.03 times as fast.)
-  target_compile_options(${library} PRIVATE -mgeneral-regs-only)
+  target_compile_options(${library} PRIVATE -O2 -mgeneral-regs-only)
   target_link_libraries(${library} PRIVATE lumalane_options)
   set_target_properties(${library} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()

@@ -19,11 +19,11 @@ struct packed_strip {
     alignas(64) unsigned char row[2][2 * strip_pixels];
 };
 
-// Calls `step(x, n)` for the runs of a row of `count` pixels: n is `run`, or what is left of it.
-template <class Step>
-inline void in_runs(ptrdiff_t count, ptrdiff_t run, const Step &step) {
+// Calls `convert_run(x, n)` for the runs of a row of `count` pixels: n is `run`, or what is left of it.
+template <class Convert>
+inline void in_runs(ptrdiff_t count, ptrdiff_t run, const Convert &convert_run) {
     for (ptrdiff_t x = 0; x < count; x += run)
-        step(x, count - x < run ? count - x : run);
+        convert_run(x, count - x < run ? count - x : run);
 }
 
 } // namespace lumalane

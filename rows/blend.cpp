@@ -28,13 +28,25 @@ struct average_weight {
     }
 };
 
-// Runs `run(map)` with what makes samples of the destination of a blend.
+// Gains that are too rare to have loops of their own: a blend is adjusted where it was stored.
+
+bool is_rare(const plane_adjustment *by) { return by && !by->product_fits_15_bits; }
+
+void adjust_in_place(unsigned char *samples, ptrdiff_t next, ptrdiff_t count, ptrdiff_t n,
+                     const plane_adjustment *by) {
+    plane_rows rows{samples, samples};
+    rows.by = by;
+    rows.count = count, rows.src_next = next, rows.dst_next = next;
+    emit_plane(rows, n);
+}
+
+// Runs `run(map)` with what makes samples of the destination of a blend, for other gains.
 template <class Run>
 LUMALANE_INLINE void with_map(const plane_adjustment *by, const Run &run) {
     if (!by)
         run(unadjusted_plane{});
     else
-        with_adjustment(*by, run);
+        run(adjusted_plane<true>(*by));
 }
 
 // The same with the maps of U and of V, which have the same gain.
@@ -43,10 +55,8 @@ LUMALANE_INLINE void with_chroma_maps(const plane_adjustment *by_u, const plane_
                                       const Run &run) {
     if (!by_u)
         run(unadjusted_plane{}, unadjusted_plane{});
-    else if (by_u->product_fits_15_bits)
-        run(adjusted_plane<true>(*by_u), adjusted_plane<true>(*by_v));
     else
-        run(adjusted_plane<false>(*by_u), adjusted_plane<false>(*by_v));
+        run(adjusted_plane<true>(*by_u), adjusted_plane<true>(*by_v));
 }
 
 // ---- Pairs of rows -----------------------------------------------------------------------------
@@ -82,7 +92,22 @@ LUMALANE_INLINE void blend_chroma(const blended_chroma &pair, ptrdiff_t n, const
 }
 
 template <class Weight>
+LUMALANE_INLINE void blend_chroma_into_strip(const blended_chroma &pair, ptrdiff_t n);
+
+// Before it is blended nothing is adjusted, afterwards both rows.
+template <class Weight>
+[[gnu::noinline]] void blend_rare_chroma_into_strip(const blended_chroma &pair, ptrdiff_t n) {
+    blended_chroma plain = pair;
+    plain.by = nullptr;
+    blend_chroma_into_strip<Weight>(plain, n);
+    adjust_in_place(pair.u, pair.dst_next, 2, n / 2, &pair.by->u);
+    adjust_in_place(pair.v, pair.dst_next, 2, n / 2, &pair.by->v);
+}
+
+template <class Weight>
 LUMALANE_INLINE void blend_chroma_into_strip(const blended_chroma &pair, ptrdiff_t n) {
+    if (pair.by && is_rare(&pair.by->u))
+        return blend_rare_chroma_into_strip<Weight>(pair, n);
     unsigned char *const u = pair.u, *const v = pair.v;
     const ptrdiff_t dst_next = pair.dst_next;
     blend_chroma<Weight>(pair, n,
@@ -138,26 +163,25 @@ template <class Surface>
 LUMALANE_INLINE void emit_blended(const blended_to_surface &pair, ptrdiff_t n,
                                   row_kernel::planar_to_surface *emit) {
     const blended_chroma &chroma = *pair.chroma;
-    if constexpr (vector_registers < 16) {
-        blend_chroma_into_strip<weight_of_second>(chroma, n);
+    if (vector_registers < 16 || (chroma.by && is_rare(&chroma.by->u))) {
+        blend_chroma_pair(chroma, n);
         planar_rows rows{pair.y, chroma.u, chroma.v, pair.dst};
         rows.stores = pair.stores, rows.count = 2, rows.dst_next = pair.dst_next;
         rows.y_next = pair.y_next, rows.chroma_next = chroma.dst_next;
-        emit(rows, n);
-    } else {
-        unsigned char *const dst = pair.dst;
-        const unsigned char *const y = pair.y;
-        const ptrdiff_t dst_next = pair.dst_next, y_next = pair.y_next;
-        const store_policy stores = pair.stores;
-        blend_chroma<weight_of_second>(
-            chroma, n,
-            [=]<int size>(bool lower, ptrdiff_t x, bytes<size> u, bytes<size> v)
-                LUMALANE_INLINE_LAMBDA {
-                    const ptrdiff_t to = 2 * x * Surface::bytes_per_pixel;
-                    emit_chroma<Surface>(dst + (lower ? to + dst_next : to),
-                                         y + (lower ? 2 * x + y_next : 2 * x), u, v, stores);
-                });
+        return emit(rows, n);
     }
+    unsigned char *const dst = pair.dst;
+    const unsigned char *const y = pair.y;
+    const ptrdiff_t dst_next = pair.dst_next, y_next = pair.y_next;
+    const store_policy stores = pair.stores;
+    blend_chroma<weight_of_second>(chroma, n,
+                                   [=]<int size>(bool lower, ptrdiff_t x, bytes<size> u,
+                                                 bytes<size> v) LUMALANE_INLINE_LAMBDA {
+                                       const ptrdiff_t to = 2 * x * Surface::bytes_per_pixel;
+                                       emit_chroma<Surface>(dst + (lower ? to + dst_next : to),
+                                                            y + (lower ? 2 * x + y_next : 2 * x), u,
+                                                            v, stores);
+                                   });
 }
 
 // ---- Rows of planes ----------------------------------------------------------------------------
@@ -196,6 +220,26 @@ LUMALANE_INLINE void for_rows(const blended_planes &rows, const Row &row) {
     }
 }
 
+// The rows of one plane or of two, one by one, n samples of each.
+void blend_rare_rows(row_kernel::blending_planes *blend, const blended_planes &rows, int planes,
+                     ptrdiff_t n, ptrdiff_t samples) {
+    blended_planes row = rows;
+    row.by[0] = row.by[1] = nullptr;
+    row.stores = store_policy::cached;
+    row.count = 1;
+    for (ptrdiff_t i = 0; i < rows.count; ++i) {
+        blend(row, n);
+        const ptrdiff_t to_next =
+            i % 2 != 0 ? rows.video_next - rows.video_to_lower : rows.video_to_lower;
+        for (int plane = 0; plane < planes; ++plane) {
+            adjust_in_place(row.dst[plane], 0, 1, samples, rows.by[plane]);
+            row.dst[plane] += rows.dst_next, row.sub[plane] += rows.sub_next;
+            row.video[plane] += to_next;
+        }
+        row.alpha += rows.alpha_next;
+    }
+}
+
 template <class Map>
 inline constexpr bool is_adjusted = true;
 template <>
@@ -204,6 +248,12 @@ inline constexpr bool is_adjusted<const unadjusted_plane> = false;
 } // namespace
 
 void blend_pair(const blended_pair &pair, ptrdiff_t n) {
+    if (is_rare(pair.by)) {
+        blended_pair plain = pair;
+        plain.by = nullptr;
+        blend_pair(plain, n);
+        return adjust_in_place(pair.dst, pair.dst_next, 2, n, pair.by);
+    }
     with_map(pair.by, [&](const auto map) LUMALANE_INLINE_LAMBDA {
         unsigned char *const dst = pair.dst, *const lower_dst = dst + pair.dst_next;
         const unsigned char *const video = pair.video, *const sub = pair.sub,
@@ -240,6 +290,8 @@ void emit_blended_odd_yuy2(const blended_to_surface &pair, ptrdiff_t n) {
 }
 
 void blend_plane(const blended_planes &rows, ptrdiff_t n) {
+    if (is_rare(rows.by[0]))
+        return blend_rare_rows(blend_plane, rows, 1, n, n);
     with_map(rows.by[0], [&](const auto map) LUMALANE_INLINE_LAMBDA {
         with_stores(rows.stores, [&](auto stores) LUMALANE_INLINE_LAMBDA {
             const auto row = [&]<bool averaged>(ptrdiff_t to, ptrdiff_t from, ptrdiff_t sub_at,
@@ -287,6 +339,8 @@ void blend_plane(const blended_planes &rows, ptrdiff_t n) {
 }
 
 void blend_chroma_planes(const blended_planes &rows, ptrdiff_t n) {
+    if (is_rare(rows.by[0]))
+        return blend_rare_rows(blend_chroma_planes, rows, 2, n, n / 2);
     const auto of_maps = [&](const auto map_u, const auto map_v) LUMALANE_INLINE_LAMBDA {
         with_stores(rows.stores, [&](auto stores) LUMALANE_INLINE_LAMBDA {
             const auto row = [&]<bool averaged>(ptrdiff_t to, ptrdiff_t from, ptrdiff_t sub_at,

@@ -17,9 +17,12 @@ template <class Pixels, class Adjusted>
 struct to_rgb_surface {
     static constexpr int bytes_per_pixel = Pixels::bytes_per_pixel, least = 16;
 
-    Adjusted adjusted;
+    using format = Pixels;
 
-    explicit to_rgb_surface(const adjustment *by) : adjusted(by) {}
+    Adjusted adjusted;
+    Pixels packed;
+
+    explicit to_rgb_surface(const adjustment *by, Pixels packed_) : adjusted(by), packed(packed_) {}
 
     template <int n>
     LUMALANE_INLINE static bytes<n> permuted(bytes<n> luma) {
@@ -37,9 +40,11 @@ struct to_rgb_surface {
     template <int n>
     LUMALANE_INLINE vectors<Pixels::vectors_per_group, n>
     pixels(bytes<n> luma, const chroma_terms<n / 2> &terms) const {
-        return Pixels::interleaved(to_rgb::pixels(adjusted.rgb_luma(luma), terms));
+        return packed.interleaved(to_rgb::pixels(adjusted.rgb_luma(luma), terms));
     }
 };
+
+struct yuy2 {};
 
 template <class Adjusted>
 struct to_yuy2 {
@@ -47,7 +52,9 @@ struct to_yuy2 {
 
     Adjusted adjusted;
 
-    explicit to_yuy2(const adjustment *by) : adjusted(by) {}
+    using format = yuy2;
+
+    explicit to_yuy2(const adjustment *by, yuy2) : adjusted(by) {}
 
     template <int n>
     LUMALANE_INLINE static bytes<n> permuted(bytes<n> luma) {
@@ -95,7 +102,9 @@ struct to_half_yuy2 {
 
     Adjusted adjusted;
 
-    explicit to_half_yuy2(const adjustment *by) : adjusted(by) {}
+    using format = yuy2;
+
+    explicit to_half_yuy2(const adjustment *by, yuy2) : adjusted(by) {}
 
     template <int n>
     LUMALANE_INLINE static bytes<n> permuted(bytes<n> luma) {
@@ -164,9 +173,9 @@ LUMALANE_INLINE void emit_group(const Surface &surface, const row_start &at, ptr
 
 // What the widest vectors leave of a row. (Once for both loops: it is as long as they are.)
 template <class Surface>
-[[gnu::noinline]] void emit_rest(const adjustment *by, row_start at, bool pair, ptrdiff_t n,
-                                 ptrdiff_t x) {
-    const Surface surface(by);
+[[gnu::noinline]] void emit_rest(const adjustment *by, typename Surface::format format,
+                                 row_start at, bool pair, ptrdiff_t n, ptrdiff_t x) {
+    const Surface surface(by, format);
     along_row<Surface::least, 16>(
         n,
         [&](auto group, ptrdiff_t from) LUMALANE_INLINE_LAMBDA {
@@ -179,22 +188,23 @@ template <class Surface>
 }
 
 template <bool pair, class Surface>
-LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by, const row_start at,
-                                ptrdiff_t n) {
+LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by,
+                                typename Surface::format format, const row_start at, ptrdiff_t n) {
     ptrdiff_t x = 0;
     for (; x + widest <= n; x += widest)
         emit_group<widest, pair>(surface, at, x);
     if constexpr (widest > Surface::least)
         if (x < n)
-            emit_rest<Surface>(by, at, pair, n, x);
+            emit_rest<Surface>(by, format, at, pair, n, x);
 }
 
 // Non-temporal stores of two rows in turn would leave lines of the cache half filled: one row after
 // the other.
 template <class Surface>
-LUMALANE_INLINE void emit_rows(const planar_rows &rows, ptrdiff_t n) {
+LUMALANE_INLINE void emit_rows(const planar_rows &rows, ptrdiff_t n,
+                               typename Surface::format format = {}) {
     const adjustment *const by = rows.by;
-    const Surface surface(by);
+    const Surface surface(by, format);
     const lower_row lower = rows.lower;
     const bool in_pairs = lower != lower_row::none && rows.stores == store_policy::cached;
     const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next;
@@ -202,12 +212,12 @@ LUMALANE_INLINE void emit_rows(const planar_rows &rows, ptrdiff_t n) {
                  rows.y_below, rows.dst_below, rows.stores, lower == lower_row::average};
     for (ptrdiff_t left = rows.count; left > 0; --left) {
         if (in_pairs) {
-            emit_along<true>(surface, by, at, n);
+            emit_along<true>(surface, by, format, at, n);
         } else {
             row_start row = at;
             row.averages = false;
             for (bool upper = true;; upper = false) {
-                emit_along<false>(surface, by, row, n);
+                emit_along<false>(surface, by, format, row, n);
                 if (!upper || lower == lower_row::none)
                     break;
                 row.averages = at.averages;
@@ -263,13 +273,18 @@ LUMALANE_INLINE void emit_rows(const planar_rows &rows, ptrdiff_t n) {
 
 template <class Pixels>
 LUMALANE_INLINE void emit_rgb(row_kernel::planar_to_surface *itself, const planar_rows &rows,
-                              ptrdiff_t n) {
+                              ptrdiff_t n, Pixels format = {}) {
     if (!rows.by)
-        emit_rows<to_rgb_surface<Pixels, unadjusted_samples>>(rows, n);
+        emit_rows<to_rgb_surface<Pixels, unadjusted_samples>>(rows, n, format);
     else if (rows.by->product_fits_15_bits())
-        emit_rows<to_rgb_surface<Pixels, adjusted_samples<true>>>(rows, n);
+        emit_rows<to_rgb_surface<Pixels, adjusted_samples<true>>>(rows, n, format);
     else
         emit_in_strips(itself, Pixels::bytes_per_pixel, rows, n);
+}
+
+[[gnu::noinline]] void emit_rare_rgb16(row_kernel::planar_to_surface *itself,
+                                       const planar_rows &rows, ptrdiff_t n, rare_rgb16 layout) {
+    emit_rgb<rare_rgb16>(itself, rows, n, layout);
 }
 
 template <template <class> class Surface>
@@ -293,27 +308,31 @@ void emit_rgb16_565(const planar_rows &rows, ptrdiff_t n) {
 }
 
 void emit_rgb16_555(const planar_rows &rows, ptrdiff_t n) {
-    emit_rgb<rgb16<5, 5, 5>>(emit_rgb16_555, rows, n);
+    emit_rare_rgb16(emit_rgb16_555, rows, n, {rare_rgb16::rgb_555});
 }
 
 void emit_rgb16_664(const planar_rows &rows, ptrdiff_t n) {
-    emit_rgb<rgb16<6, 6, 4>>(emit_rgb16_664, rows, n);
+    emit_rare_rgb16(emit_rgb16_664, rows, n, {rare_rgb16::rgb_664});
 }
 
 void emit_rgb16_655(const planar_rows &rows, ptrdiff_t n) {
-    emit_rgb<rgb16<6, 5, 5>>(emit_rgb16_655, rows, n);
+    emit_rare_rgb16(emit_rgb16_655, rows, n, {rare_rgb16::rgb_655});
 }
 
 void emit_yuy2(const planar_rows &rows, ptrdiff_t n) { emit_yuv<to_yuy2>(rows, n); }
 
-void emit_mono_yuy2(const planar_rows &rows, ptrdiff_t n) { emit_yuv<to_mono_yuy2>(rows, n); }
+void emit_mono_yuy2(const planar_rows &rows, ptrdiff_t n) {
+    planar_rows mono = rows;
+    mono.u = mono.v = rows.y; // theirs may be null, to which nothing may be added
+    emit_yuv<to_mono_yuy2>(mono, n);
+}
 
 void emit_half_yuy2(const planar_rows &rows, ptrdiff_t n) { emit_yuv<to_half_yuy2>(rows, n); }
 
 void emit_odd_yuy2(const planar_rows &rows, ptrdiff_t n) { emit_yuv<to_odd_yuy2>(rows, n); }
 
 void emit_yuy2_with_gaps(const planar_rows &rows, ptrdiff_t n) {
-    const to_yuy2<unadjusted_samples> surface(nullptr);
+    const to_yuy2<unadjusted_samples> surface(nullptr, {});
     const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next;
     row_start at{rows.y,       rows.u,         rows.v,      rows.dst,
                  rows.y_below, rows.dst_below, rows.stores, false};

@@ -18,7 +18,11 @@ struct packed_to_rgb {
 
     Adjusted adjusted;
 
-    explicit packed_to_rgb(const adjustment *by) : adjusted(by) {}
+    Pixels packed;
+
+    using format = Pixels;
+
+    explicit packed_to_rgb(const adjustment *by, Pixels packed_) : adjusted(by), packed(packed_) {}
 
     template <int n>
     LUMALANE_INLINE static packed_pixels<n> fetch(const unsigned char *from) {
@@ -33,12 +37,14 @@ struct packed_to_rgb {
     template <int n>
     LUMALANE_INLINE vectors<Pixels::vectors_per_group, n>
     pixels(packed_pixels<n> samples, const chroma_terms<n / 2> &terms) const {
-        return Pixels::interleaved(to_rgb::pixels(adjusted.rgb_luma(samples), terms));
+        return packed.interleaved(to_rgb::pixels(adjusted.rgb_luma(samples), terms));
     }
 };
 
 // n pixels are one vector.
 struct packed_to_yuy2 {
+    struct format {};
+
     static constexpr int bytes_per_pixel = 2, least = 8, most = widest / 2;
     static constexpr bool fetches_ahead = false;
 
@@ -49,7 +55,7 @@ struct packed_to_yuy2 {
 };
 
 struct unadjusted_packed : packed_to_yuy2 {
-    explicit unadjusted_packed(const adjustment *) {}
+    explicit unadjusted_packed(const adjustment *, format) {}
 
     template <int size>
     LUMALANE_INLINE static bytes<size> chroma(bytes<size> samples) {
@@ -66,7 +72,7 @@ template <bool product_fits>
 struct adjusted_packed : packed_to_yuy2 {
     adjusted_samples<product_fits> adjusted;
 
-    explicit adjusted_packed(const adjustment *by) : adjusted(by) {}
+    explicit adjusted_packed(const adjustment *by, format) : adjusted(by) {}
 
     template <int size>
     LUMALANE_INLINE words<size / 2> chroma(bytes<size> samples) const {
@@ -102,8 +108,9 @@ LUMALANE_INLINE void emit_pair_group(const Surface &surface, const packed_rows &
 
 // What the widest vectors leave of a row. (Once for both loops: it is as long as they are.)
 template <class Surface>
-[[gnu::noinline]] void emit_rest(const packed_rows &rows, bool pair, ptrdiff_t n, ptrdiff_t x) {
-    const Surface surface(rows.by);
+[[gnu::noinline]] void emit_rest(const packed_rows &rows, typename Surface::format format,
+                                 bool pair, ptrdiff_t n, ptrdiff_t x) {
+    const Surface surface(rows.by, format);
     constexpr int most = Surface::most < 16 ? Surface::most : 16;
     along_row<Surface::least, most>(
         n,
@@ -138,14 +145,12 @@ LUMALANE_INLINE ptrdiff_t emit_pair_ahead(const Surface &surface, const packed_r
         store_all<cached>(dst_below + x * Surface::bytes_per_pixel, surface.pixels(lower, chroma));
         upper = next_upper, lower = next_lower;
     }
-    const auto chroma = surface.chroma(upper);
-    store_all<cached>(rows.dst + x * Surface::bytes_per_pixel, surface.pixels(upper, chroma));
-    store_all<cached>(dst_below + x * Surface::bytes_per_pixel, surface.pixels(lower, chroma));
-    return x + most;
+    return x;
 }
 
 template <class Surface>
-LUMALANE_INLINE void emit_pair(const Surface &surface, const packed_rows &rows, ptrdiff_t n) {
+LUMALANE_INLINE void emit_pair(const Surface &surface, typename Surface::format format,
+                               const packed_rows &rows, ptrdiff_t n) {
     ptrdiff_t x = 0;
     if constexpr (Surface::fetches_ahead)
         x = emit_pair_ahead(surface, rows, n);
@@ -153,34 +158,36 @@ LUMALANE_INLINE void emit_pair(const Surface &surface, const packed_rows &rows, 
         for (; x + Surface::most <= n; x += Surface::most)
             emit_pair_group<Surface::most>(surface, rows, x);
     if (x < n)
-        emit_rest<Surface>(rows, true, n, x);
+        emit_rest<Surface>(rows, format, true, n, x);
 }
 
 template <class Surface>
-LUMALANE_INLINE void emit_row(const Surface &surface, const packed_rows &rows, ptrdiff_t n) {
+LUMALANE_INLINE void emit_row(const Surface &surface, typename Surface::format format,
+                              const packed_rows &rows, ptrdiff_t n) {
     constexpr int most = Surface::most;
     ptrdiff_t x = 0;
     for (; x + most <= n; x += most)
         emit_row_group<most>(surface, rows, x);
     if constexpr (Surface::most > Surface::least)
         if (x < n)
-            emit_rest<Surface>(rows, false, n, x);
+            emit_rest<Surface>(rows, format, false, n, x);
 }
 
 template <class Surface>
-LUMALANE_INLINE void emit_rows(const packed_rows &told, ptrdiff_t n) {
-    const Surface surface(told.by);
+LUMALANE_INLINE void emit_rows(const packed_rows &told, ptrdiff_t n,
+                               typename Surface::format format = {}) {
+    const Surface surface(told.by, format);
     packed_rows rows{told.src,       told.chroma,    told.dst,     told.lower,
                      told.src_below, told.dst_below, told.stores,  told.by,
                      told.count,     told.src_next,  told.dst_next};
     const bool in_pairs = rows.lower == lower_row::itself && rows.stores == store_policy::cached;
     for (ptrdiff_t left = rows.count; left > 0; --left) {
         if (in_pairs) {
-            emit_pair(surface, rows, n);
+            emit_pair(surface, format, rows, n);
         } else {
             packed_rows row = rows;
             for (bool upper = true;; upper = false) {
-                emit_row(surface, row, n);
+                emit_row(surface, format, row, n);
                 if (!upper || rows.lower == lower_row::none)
                     break;
                 row.src += rows.src_below, row.dst += rows.dst_below;
@@ -220,13 +227,18 @@ LUMALANE_INLINE void emit_rows(const packed_rows &told, ptrdiff_t n) {
 
 template <class Pixels>
 LUMALANE_INLINE void emit_rgb(row_kernel::packed_to_surface *itself, const packed_rows &rows,
-                              ptrdiff_t n) {
+                              ptrdiff_t n, Pixels format = {}) {
     if (!rows.by)
-        emit_rows<packed_to_rgb<Pixels, unadjusted_samples>>(rows, n);
+        emit_rows<packed_to_rgb<Pixels, unadjusted_samples>>(rows, n, format);
     else if (rows.by->product_fits_15_bits())
-        emit_rows<packed_to_rgb<Pixels, adjusted_samples<true>>>(rows, n);
+        emit_rows<packed_to_rgb<Pixels, adjusted_samples<true>>>(rows, n, format);
     else
         emit_in_strips(itself, Pixels::bytes_per_pixel, rows, n);
+}
+
+[[gnu::noinline]] void emit_rare_rgb16(row_kernel::packed_to_surface *itself,
+                                       const packed_rows &rows, ptrdiff_t n, rare_rgb16 layout) {
+    emit_rgb<rare_rgb16>(itself, rows, n, layout);
 }
 
 } // namespace
@@ -244,15 +256,15 @@ void emit_packed_rgb16_565(const packed_rows &rows, ptrdiff_t n) {
 }
 
 void emit_packed_rgb16_555(const packed_rows &rows, ptrdiff_t n) {
-    emit_rgb<rgb16<5, 5, 5>>(emit_packed_rgb16_555, rows, n);
+    emit_rare_rgb16(emit_packed_rgb16_555, rows, n, {rare_rgb16::rgb_555});
 }
 
 void emit_packed_rgb16_664(const packed_rows &rows, ptrdiff_t n) {
-    emit_rgb<rgb16<6, 6, 4>>(emit_packed_rgb16_664, rows, n);
+    emit_rare_rgb16(emit_packed_rgb16_664, rows, n, {rare_rgb16::rgb_664});
 }
 
 void emit_packed_rgb16_655(const packed_rows &rows, ptrdiff_t n) {
-    emit_rgb<rgb16<6, 5, 5>>(emit_packed_rgb16_655, rows, n);
+    emit_rare_rgb16(emit_packed_rgb16_655, rows, n, {rare_rgb16::rgb_655});
 }
 
 void emit_packed_yuy2(const packed_rows &rows, ptrdiff_t n) {

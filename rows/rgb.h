@@ -154,4 +154,23 @@ struct rgb16 {
     }
 };
 
+// The layouts that are rare, in one kernel: only the packing differs.
+struct rare_rgb16 {
+    static constexpr int bytes_per_pixel = 2, vectors_per_group = 2;
+
+    enum { rgb_555, rgb_664, rgb_655 } layout;
+
+    template <int n, pairs order>
+    LUMALANE_INLINE vectors<2, 2 * n> interleaved(rgb_pixels<n, order> p) const {
+        switch (layout) {
+        case rgb_555:
+            return rgb16<5, 5, 5>::interleaved(p);
+        case rgb_664:
+            return rgb16<6, 6, 4>::interleaved(p);
+        default:
+            return rgb16<6, 5, 5>::interleaved(p);
+        }
+    }
+};
+
 } // namespace lumalane::LUMALANE_TARGET_NAME

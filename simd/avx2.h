@@ -494,18 +494,6 @@ LUMALANE_INLINE bytes<n> load_pairs_permuted(const unsigned char *u, const unsig
     }
 }
 
-template <int>
-LUMALANE_INLINE bytes<16> permute_halves(bytes<16> halves) {
-    return shuffled(halves, shuffle.pixel_order[0]);
-}
-
-// For 1 or 2 parts: runs of 8 or of 4 bytes of both halves go to the blocks in turn.
-template <int count>
-LUMALANE_INLINE bytes<32> permute_halves(bytes<32> halves) {
-    static_assert(count <= 2);
-    return shuffled(permuted < count == 1 ? 2 : 4 > (halves), shuffle.pixel_order[0]);
-}
-
 template <pairs order = pairs::in_order>
 LUMALANE_INLINE vectors<2, 32> interleave_channels(bytes<32> first, bytes<32> second) {
     const __m256i evens = _mm256_unpacklo_epi8(first.v, second.v);

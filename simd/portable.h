@@ -536,15 +536,6 @@ LUMALANE_INLINE bytes<n> load_pairs_permuted(const unsigned char *u, const unsig
     return join(load_chroma_permuted<count, n / 2>(u), load_chroma_permuted<count, n / 2>(v));
 }
 
-// Lanes of the lower and of the upper half in turn, permuted like pixels.
-template <int count, int n>
-LUMALANE_INLINE bytes<n> permute_halves(bytes<n> halves) {
-    bytes<n> r;
-    for (int i = 0; i < n; ++i)
-        r.lane[i] = halves.lane[i / 2 + i % 2 * (n / 2)];
-    return r;
-}
-
 // n bytes of the 2n at `from`: those with even or odd offsets, or the averages of each two of them,
 // rounded up; permuted like pixels.
 template <int count, int n>

@@ -395,11 +395,6 @@ LUMALANE_INLINE packed_pixels<n> load_packed(const unsigned char *from) {
     const __m128i a = even_and_odd(load<16>(from).v), b = even_and_odd(load<16>(from + 16).v);
     return {{_mm_unpacklo_epi64(a, b)}, {_mm_unpackhi_epi64(a, b)}};
 }
-
-template <int>
-LUMALANE_INLINE bytes<16> permute_halves(bytes<16> halves) {
-    return {_mm_unpacklo_epi8(halves.v, _mm_unpackhi_epi64(halves.v, halves.v))};
-}
 #endif
 
 // Interleaves the even pixels (lower halves) and the odd ones apart, then the two.

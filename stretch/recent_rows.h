@@ -16,7 +16,7 @@ public:
     // The row of that number: one of the last, or the next one, which `make(row)` makes.
     template <class Make>
     const unsigned char *row(long long number, const Make &make) {
-        unsigned char *const here = rows[number % count];
+        unsigned char *const here = rows[static_cast<size_t>(number) % count];
         if (number >= next) {
             next = number + 1;
             make(here);

@@ -89,10 +89,10 @@ private:
     void emit(long long to, long long row, bool last) {
         rows.y = row_of_luma(row);
         rows.dst = at.dst + static_cast<ptrdiff_t>(to) * at.dst_pitch;
+        alignas(64) unsigned char between[step];
         if (in_order) {
             rows.lower = lower_row::none;
             surface.emit(rows, n);
-            alignas(64) unsigned char between[step];
             if (!last) {
                 kernels.average_rows(between, rows.y, distance(rows.y, row_of_luma(row + 1)), n);
                 rows.y = between;

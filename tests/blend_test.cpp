@@ -94,7 +94,7 @@ TEST_P(blend_test, is_adjusted_as_the_model_does_for_every_weight_and_many_gains
         }
 
     unsigned long proven = 0;
-    // All gains that may be gentle, and enough of the others.
+    // All gains whose product may fit 15 bits, and enough of the others.
     for (int gain = 0; gain < 65536; gain += gain < 1100 ? 1 : 13) {
         contrast_data parameters{gain, gain, 5, -40, 200, 0, 0, 0};
         get_contrast_data(&parameters);

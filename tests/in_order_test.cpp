@@ -1,17 +1,9 @@
 // Forcing the promised order takes effect: every function then calls its row kernels for shorter
 // runs. (That both orders make the same bytes is what differential_test.cpp tests.)
 #include <cstdio>
-#include <ostream>
 
 #include "tests/differential/differential.h"
 #include "tests/targets.h"
-
-namespace differential {
-
-// How GoogleTest shows the parameter of a test.
-void PrintTo(const subject &s, std::ostream *out) { *out << s.name; }
-
-} // namespace differential
 
 namespace {
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <functional>
+#include <ostream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -97,5 +98,8 @@ struct subject {
     drawn_call (*draw)(random &);
 };
 const std::vector<subject> &subjects();
+
+// How GoogleTest shows it as the parameter of a test.
+inline void PrintTo(const subject &s, std::ostream *out) { *out << s.name; }
 
 } // namespace differential

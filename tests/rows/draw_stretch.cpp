@@ -52,8 +52,9 @@ row_call draw_between_rows(const wanted_call &wanted,
             rows.insert(rows.end(), row.begin(), row.end());
         }
         bytes made(n);
-        (reference.*kernel)(made.data(), rows.data() + read.rows_above * size + read.before, size,
-                            n);
+        if (n != 0)
+            (reference.*kernel)(made.data(), rows.data() + read.rows_above * size + read.before,
+                                size, n);
         held.write(dst, made);
         return 0;
     };

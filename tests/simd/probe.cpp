@@ -324,16 +324,7 @@ struct from_vector {
     }
 };
 
-// Only for 1 or 2 count.
-template <int count, int n>
-struct from_halves : from_pairs<count, n> {
-    static constexpr const char *loaded_by = "permute_halves";
-    static bytes<n> load(const unsigned char *from) {
-        return permute_halves<count>(LUMALANE_TARGET_NAME::load<n>(from));
-    }
-};
-
-// Luma and chroma of packed pixels, split.
+// Luma and chroma of packed pixels, even and odd ones apart.
 template <int count, int n>
 struct from_packed_luma {
     static constexpr const char *loaded_by = "load_packed";
@@ -398,8 +389,6 @@ private:
         add<from_chroma<count, n>>(name, left_out, &Interleave::operator());
         add<from_pairs<count, n>>(name, left_out, &Interleave::operator());
         add<from_vector<count, n>>(name, left_out, &Interleave::operator());
-        if constexpr (count <= 2)
-            add<from_halves<count, n>>(name, left_out, &Interleave::operator());
     }
 
     template <class Source, class Run>
