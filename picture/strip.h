@@ -14,11 +14,6 @@ struct planar_strip {
     alignas(64) unsigned char v[strip_pixels / 2];
 };
 
-// Of two rows of packed YUY2.
-struct packed_strip {
-    alignas(64) unsigned char row[2][2 * strip_pixels];
-};
-
 // Calls `convert_run(x, n)` for the runs of a row of `count` pixels: n is `run`, or what is left of it.
 template <class Convert>
 inline void in_runs(ptrdiff_t count, ptrdiff_t run, const Convert &convert_run) {

@@ -156,13 +156,15 @@ private:
     filled_words offset, biased_offset;
 };
 
-// Runs `run(map)` with what adjusts samples as `by` tells.
+// Runs `run(map)` with what adjusts samples as `by` tells; with none for null.
 template <class Run>
-LUMALANE_INLINE void with_adjustment(const plane_adjustment &by, const Run &run) {
-    if (by.product_fits_15_bits)
-        run(adjusted_plane<true>(by));
+LUMALANE_INLINE void with_adjustment(const plane_adjustment *by, const Run &run) {
+    if (!by)
+        run(unadjusted_plane{});
+    else if (by->product_fits_15_bits)
+        run(adjusted_plane<true>(*by));
     else
-        run(adjusted_plane<false>(by));
+        run(adjusted_plane<false>(*by));
 }
 
 // Samples as they are, on their way to a surface. (See adjusted_samples.)

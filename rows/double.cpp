@@ -248,10 +248,7 @@ LUMALANE_INLINE void stretch(const stretched_rows &rows, ptrdiff_t n) {
             src += rows.src_next, dst += rows.dst_next;
         }
     };
-    if (!rows.by)
-        run(unadjusted_plane{});
-    else
-        with_adjustment(*rows.by, run);
+    with_adjustment(rows.by, run);
 }
 
 } // namespace

@@ -6,17 +6,6 @@ namespace lumalane::LUMALANE_TARGET_NAME {
 
 namespace {
 
-// Runs `run(map)` with what makes samples of samples.
-template <class Run>
-LUMALANE_INLINE void with_map(const plane_adjustment *by, const Run &run) {
-    if (!by)
-        run(unadjusted_plane{});
-    else if (by->product_fits_15_bits)
-        run(adjusted_plane<true>(*by));
-    else
-        run(adjusted_plane<false>(*by));
-}
-
 // Stores `make.operator()<n>(src)`, n samples from `times` * n, for every group of the rows.
 template <int times, class Make>
 LUMALANE_INLINE void store_rows(const plane_rows &rows, ptrdiff_t n, const Make &make) {
@@ -44,7 +33,7 @@ LUMALANE_INLINE void store_rows(const plane_rows &rows, ptrdiff_t n, const Make 
 } // namespace
 
 void emit_plane(const plane_rows &rows, ptrdiff_t n) {
-    with_map(rows.by, [&](const auto map) LUMALANE_INLINE_LAMBDA {
+    with_adjustment(rows.by, [&](const auto map) LUMALANE_INLINE_LAMBDA {
         store_rows<1>(rows, n, [=]<int size>(const unsigned char *src) LUMALANE_INLINE_LAMBDA {
             return map(load<size>(src));
         });
@@ -52,7 +41,7 @@ void emit_plane(const plane_rows &rows, ptrdiff_t n) {
 }
 
 void emit_half_plane(const plane_rows &rows, ptrdiff_t n) {
-    with_map(rows.by, [&](const auto map) LUMALANE_INLINE_LAMBDA {
+    with_adjustment(rows.by, [&](const auto map) LUMALANE_INLINE_LAMBDA {
         store_rows<2>(rows, n, [=]<int size>(const unsigned char *src) LUMALANE_INLINE_LAMBDA {
             return map(load_odd<1, size>(src));
         });
