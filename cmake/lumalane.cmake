@@ -11,7 +11,7 @@ set(row_files
     rows/between.cpp
     rows/blend.cpp
     rows/convert.cpp
-    rows/deinterleave.cpp
+    rows/chroma_pairs.cpp
     rows/double.cpp
     rows/emit.cpp
     rows/key.cpp
@@ -117,6 +117,8 @@ target_compile_options(
             $<$<CXX_COMPILER_ID:GNU>:-fno-tree-loop-distribute-patterns>
             # Nor a copy of a loop, or of a function, for each value of what is the same throughout it.
             $<$<CXX_COMPILER_ID:GNU>:-fno-unswitch-loops$<SEMICOLON>-fno-ipa-cp-clone>
+            # With it g++ 12 drops stores before calls of functions that it has merged (seen with -Oz).
+            $<$<CXX_COMPILER_ID:GNU>:-fno-ipa-modref>
             # Vectors are what the text says: made of pointers they cost more than they save.
             -fno-tree-vectorize -fno-tree-slp-vectorize
             # Where a short loop happens to lie makes up to 1.5 times the difference.

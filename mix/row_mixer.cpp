@@ -119,8 +119,8 @@ void row_mixer::mix_row(const mixed_pair &pair, ptrdiff_t clear, ptrdiff_t pixel
 void row_mixer::mix_in_order(const mixed_pair &pair) const {
     const mix_place &at = pair.upper;
     unsigned char video_u[step / 2], video_v[step / 2], video_y[step];
-    rows.average_rows(video_u, at.u, pair.below.chroma, step / 2);
-    rows.average_rows(video_v, at.v, pair.below.chroma, step / 2);
+    rows.average_rows({video_u, at.u, pair.below.chroma}, step / 2);
+    rows.average_rows({video_v, at.v, pair.below.chroma}, step / 2);
 
     const auto mix_row_at = [&](const mix_place &row, const unsigned char *row_y) {
         unsigned char y[step], u[2][step / 2], v[2][step / 2];
@@ -135,7 +135,7 @@ void row_mixer::mix_in_order(const mixed_pair &pair) const {
     };
     mix_row_at(at, at.y);
     if (pair.lower == lower_row::average) {
-        rows.average_rows(video_y, at.y, pair.below.luma, step);
+        rows.average_rows({video_y, at.y, pair.below.luma}, step);
         mix_row_at(at + pair.below, video_y);
     } else {
         mix_row_at(at + pair.below, at.y + pair.below.luma);
@@ -157,11 +157,9 @@ void row_mixer::take_video(const mixed_pair &first, const mix_distance &next, pt
     alignas(64) unsigned char u[most_clear_pixels / 2], v[most_clear_pixels / 2];
     const ptrdiff_t longest = most_clear_pixels / pairs / whole_lines * whole_lines;
     in_runs(n, longest, [&](ptrdiff_t from, ptrdiff_t run) {
-        for (ptrdiff_t i = 0; i < pairs; ++i) {
-            const ptrdiff_t chroma = (x + from) / 2 + i * next.chroma, to = i * longest / 2;
-            rows.average_rows(u + to, at.u + chroma, first.below.chroma, run / 2);
-            rows.average_rows(v + to, at.v + chroma, first.below.chroma, run / 2);
-        }
+        const ptrdiff_t chroma = (x + from) / 2, below = first.below.chroma;
+        rows.average_rows({u, at.u + chroma, below, pairs, next.chroma, longest / 2}, run / 2);
+        rows.average_rows({v, at.v + chroma, below, pairs, next.chroma, longest / 2}, run / 2);
         planar_rows here = video;
         here.y += from, here.dst += from * surface.bytes_per_pixel;
         here.u = u, here.v = v, here.chroma_next = longest / 2;

@@ -158,7 +158,7 @@ void mix_in_order(const row_kernels &kernels, const mixed_plane &p, const plane_
                 alpha = weights;
             }
             if (row % 2 != 0 && p.below_lower != 0) {
-                kernels.average_rows(between, video, p.below_lower, step);
+                kernels.average_rows({between, video, p.below_lower}, step);
                 video = between;
             }
             kernels.blend_plane({{p.dst + row * p.dst_next + x, nullptr},

@@ -1,4 +1,5 @@
 // What lies between a row and the row below it.
+#include "rows/filter.h"
 #include "rows/kernels.h"
 #include "rows/row.h"
 
@@ -6,25 +7,17 @@ namespace lumalane::LUMALANE_TARGET_NAME {
 
 namespace {
 
-// Stores `make.operator()<n>(x)`, n samples from x on, for every group of a row.
+// Stores `make.operator()<n>(from)`, of n samples of a row, for every group of every row.
 template <class Make>
-LUMALANE_INLINE void store_row(unsigned char *dst, ptrdiff_t n, const Make &make) {
-    along_row<8>(n, [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-        store(dst + x, make.template operator()<group.size>(x));
-    });
-}
-
-// (5 b + 5 c - a - d) / 8 of four rows in a column, not rounded.
-template <int n>
-LUMALANE_INLINE bytes<n> filtered(bytes<n> a, bytes<n> b, bytes<n> c, bytes<n> d) {
-    if constexpr (n == 8) {
-        return lower_half(filtered(extend(a), extend(b), extend(c), extend(d)));
-    } else {
-        const auto eighths = [](auto inner, auto outer) LUMALANE_INLINE_LAMBDA {
-            return shift_right_arithmetic<3>(subtract(inner, outer));
-        };
-        return narrow_saturate(eighths(weighted_low<5, 5>(b, c), weighted_low<1, 1>(a, d)),
-                               eighths(weighted_high<5, 5>(b, c), weighted_high<1, 1>(a, d)));
+LUMALANE_INLINE void store_rows(const between_rows &rows, ptrdiff_t n, const Make &make) {
+    const ptrdiff_t src_next = rows.src_next, dst_next = rows.dst_next;
+    const unsigned char *src = rows.src;
+    unsigned char *dst = rows.dst;
+    for (ptrdiff_t left = rows.count; left > 0; --left) {
+        along_row<8>(n, [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            store(dst + x, make.template operator()<group.size>(src + x));
+        });
+        src += src_next, dst += dst_next;
     }
 }
 
@@ -114,27 +107,29 @@ LUMALANE_INLINE bytes<n> between_along_edges(const Row &row) {
 
 } // namespace
 
-void average_rows(unsigned char *dst, const unsigned char *src, ptrdiff_t below, ptrdiff_t n) {
-    store_row(dst, n, [=]<int size>(ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-        return average(load<size>(src + x), load<size>(src + x + below));
-    });
+void average_rows(const between_rows &rows, ptrdiff_t n) {
+    store_rows(rows, n,
+               [below = rows.below]<int size>(const unsigned char *from) LUMALANE_INLINE_LAMBDA {
+                   return average(load<size>(from), load<size>(from + below));
+               });
 }
 
-void four_taps(unsigned char *dst, const unsigned char *src, ptrdiff_t below, ptrdiff_t n) {
-    store_row(dst, n, [=]<int size>(ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-        const unsigned char *const from = src + x;
-        return filtered(load<size>(from - below), load<size>(from), load<size>(from + below),
-                        load<size>(from + 2 * below));
-    });
+void four_taps(const between_rows &rows, ptrdiff_t n) {
+    store_rows(rows, n,
+               [below = rows.below]<int size>(const unsigned char *from) LUMALANE_INLINE_LAMBDA {
+                   return filtered(load<size>(from - below), load<size>(from),
+                                   load<size>(from + below), load<size>(from + 2 * below));
+               });
 }
 
-void along_edges(unsigned char *dst, const unsigned char *src, ptrdiff_t below, ptrdiff_t n) {
-    store_row(dst, n, [=]<int size>(ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-        if constexpr (size == 8)
-            return lower_half(between_along_edges<16>(two_short_rows{src + x, below}));
-        else
-            return between_along_edges<size>(two_rows<size>{src + x, below});
-    });
+void along_edges(const between_rows &rows, ptrdiff_t n) {
+    store_rows(rows, n,
+               [below = rows.below]<int size>(const unsigned char *from) LUMALANE_INLINE_LAMBDA {
+                   if constexpr (size == 8)
+                       return lower_half(between_along_edges<16>(two_short_rows{from, below}));
+                   else
+                       return between_along_edges<size>(two_rows<size>{from, below});
+               });
 }
 
 } // namespace lumalane::LUMALANE_TARGET_NAME

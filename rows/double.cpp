@@ -21,23 +21,18 @@ LUMALANE_INLINE vectors<2, n> average(const vectors<2, n> &a, const vectors<2, n
     return {{average(a.part[0], b.part[0]), average(a.part[1], b.part[1])}};
 }
 
-// What follows each of n samples: `next` at the end of a row, where the last one is repeated. (Through
-// memory it would take as long as all earlier stores.)
+// What follows each of n samples: at the end of a row the last one once more. (Through memory it
+// would take as long as all earlier stores.)
 template <int parts, int n>
 LUMALANE_INLINE bytes<n> load_next(const unsigned char *from, bool at_end) {
-    if constexpr (n <= 16)
-        if (at_end)
-            return next_lanes(load<n>(from));
+    if (at_end) {
+        const bytes<n> next = next_lanes(load<n>(from));
+        if constexpr (n < 16)
+            return next;
+        else
+            return permuted<parts>(next);
+    }
     return load_permuted<parts, n>(from + 1);
-}
-
-template <int parts, int n>
-LUMALANE_INLINE bytes<n> load_next_pairs(const unsigned char *u, const unsigned char *v,
-                                         bool at_end) {
-    if constexpr (n == 16)
-        if (at_end)
-            return interleave_lower(next_lanes(load<8>(u)), next_lanes(load<8>(v)));
-    return load_pairs_permuted<parts, n>(u + 1, v + 1);
 }
 
 // Permuted for so many vectors.
@@ -47,111 +42,141 @@ LUMALANE_INLINE doubled<n> load_doubled(const unsigned char *from, bool at_end) 
     return interleave(own, average(own, load_next<parts, n>(from, at_end)));
 }
 
-// The widest vectors as far as nothing is to be repeated; `rest(x)` does what they leave.
+// Calls `step(group_of<widest>{}, x, at_end)` for the widest vectors; `rest(x)` does what they leave.
 template <class Step, class Rest>
 LUMALANE_INLINE void along_doubled_row(ptrdiff_t n, bool repeats_last, const Step &step,
                                        const Rest &rest) {
-    const ptrdiff_t end = repeats_last ? n - 1 : n;
     ptrdiff_t x = 0;
-    for (; x + widest <= end; x += widest)
-        step(group_of<widest>{}, x);
-    if (x < n)
-        rest(x);
+    for (; x + widest <= n; x += widest)
+        step(group_of<widest>{}, x, repeats_last && x + widest == n);
+    if constexpr (widest > 8)
+        if (x < n)
+            rest(x);
 }
 
 // ---- To YUY2 -----------------------------------------------------------------------------------
 
-// Pairs of U and V by themselves.
-template <int n>
-LUMALANE_INLINE doubled<n> load_doubled_pairs(const unsigned char *u, const unsigned char *v,
-                                              bool at_end) {
-    const bytes<n> own = load_pairs_permuted<4, n>(u, v);
-    return interleave_pairs(own, average(own, load_next_pairs<4, n>(u, v, at_end)));
-}
-
-// quirk: of every 64 bytes the second 8 are luma alone, that of the pixels in the first 16
-// [stretches.yuy2_2x2_second_8_bytes_are_the_first_8_luma_samples_of_the_row]
-template <int offset, int n>
-LUMALANE_INLINE bytes<n> with_luma_alone(bytes<n> pixels) {
-    if constexpr (offset % 64 == 0)
-        return even_bytes_in_second_8(pixels);
-    else
-        return pixels;
-}
-
-template <int n>
-LUMALANE_INLINE vectors<4, n> doubled_pixels(const doubled<n> &y, const doubled<n> &uv) {
-    const vectors<2, n> left = interleave(y.part[0], uv.part[0]);
-    const vectors<2, n> right = interleave(y.part[1], uv.part[1]);
-    return {{with_luma_alone<0>(left.part[0]), with_luma_alone<n>(left.part[1]),
-             with_luma_alone<2 * n>(right.part[0]), with_luma_alone<3 * n>(right.part[1])}};
-}
-
-// Which row of the surface is made.
-struct made_row {
-    rows_made made;
+// Where a row or a pair begins.
+struct doubled_row {
+    const unsigned char *y, *u, *v;
     unsigned char *dst;
 };
 
-enum class group_of_rows {
-    one,
-    both,
-    both_apart, // the row has its own chroma
+// How samples and pairs of U and V by themselves become pixels, as wide as they are or twice as wide.
+template <int times, int n>
+struct to_yuy2;
+
+template <int n>
+struct to_yuy2<1, n> {
+    using samples = vectors<1, n>;
+
+    LUMALANE_INLINE static samples luma(const unsigned char *y, bool) {
+        return {{load_permuted<2, n>(y)}};
+    }
+
+    LUMALANE_INLINE static samples chroma(const doubled_row &at, ptrdiff_t x) {
+        return {{load_pairs_permuted<2, n>(at.u + x / 2, at.v + x / 2)}};
+    }
+
+    LUMALANE_INLINE static vectors<2, n> pixels(const samples &y, const samples &uv) {
+        return interleave(y.part[0], uv.part[0]);
+    }
+};
+
+template <int n>
+struct to_yuy2<2, n> {
+    using samples = doubled<n>;
+
+    LUMALANE_INLINE static samples luma(const unsigned char *y, bool at_end) {
+        return load_doubled<4, n>(y, at_end);
+    }
+
+    LUMALANE_INLINE static samples chroma(const doubled_row &at, ptrdiff_t x) {
+        const bytes<n> own = load_permuted<4, n>(at.u + x);
+        return interleave_pairs(own, average(own, load_permuted<4, n>(at.u + x + 2)));
+    }
+
+    LUMALANE_INLINE static vectors<4, n> pixels(const samples &y, const samples &uv) {
+        const vectors<2, n> left = interleave(y.part[0], uv.part[0]);
+        const vectors<2, n> right = interleave(y.part[1], uv.part[1]);
+        return {{with_luma_alone<0>(left.part[0]), with_luma_alone<n>(left.part[1]),
+                 with_luma_alone<2 * n>(right.part[0]), with_luma_alone<3 * n>(right.part[1])}};
+    }
+
+private:
+    // quirk: of every 64 bytes the second 8 are luma alone, that of the pixels in the first 16
+    // [stretches.yuy2_2x2_second_8_bytes_are_the_first_8_luma_samples_of_the_row]
+    template <int offset>
+    LUMALANE_INLINE static bytes<n> with_luma_alone(bytes<n> pixels) {
+        if constexpr (offset % 64 == 0)
+            return even_bytes_in_second_8(pixels);
+        else
+            return pixels;
+    }
 };
 
 // A group from x on.
-template <int n, group_of_rows count>
-LUMALANE_INLINE void emit_doubled_group(const doubled_rows &rows, const made_row to, ptrdiff_t x,
-                                        bool at_end) {
-    const unsigned char *const u = rows.u + x / 2, *const v = rows.v + x / 2;
-    const doubled<n> upper = load_doubled<4, n>(rows.y + x, at_end);
-    const auto between = [&]() LUMALANE_INLINE_LAMBDA {
-        return average(upper, load_doubled<4, n>(rows.y + rows.y_below + x, at_end));
+template <int times, bool all, int n>
+LUMALANE_INLINE void emit_doubled_group(const doubled_rows &rows, const doubled_row &at,
+                                        ptrdiff_t x, bool at_end) {
+    using to = to_yuy2<times, n>;
+    using samples = typename to::samples;
+    const unsigned char *const y = at.y + x;
+    unsigned char *const dst = at.dst + 2 * times * x;
+    const auto chroma_between = [&](const samples &uv) LUMALANE_INLINE_LAMBDA {
+        const doubled_row below{nullptr, at.u + rows.chroma_below, at.v + rows.chroma_below,
+                                nullptr};
+        return average(uv, to::chroma(below, x));
     };
-    const auto chroma_below = [&]() LUMALANE_INLINE_LAMBDA {
-        return load_doubled_pairs<n>(u + rows.chroma_below, v + rows.chroma_below, at_end);
-    };
-    unsigned char *const dst = to.dst + 4 * x;
-    doubled<n> uv = load_doubled_pairs<n>(u, v, at_end);
-    if constexpr (count == group_of_rows::both_apart) {
-        const doubled<n> lower = between(), lower_uv = average(uv, chroma_below());
-        store_all<cached>(dst, doubled_pixels(upper, uv));
-        store_all<cached>(dst + rows.dst_below, doubled_pixels(lower, lower_uv));
+    const samples upper = to::luma(y, at_end), uv = to::chroma(at, x);
+    if constexpr (all) {
+        const samples lower = to::luma(y + rows.y_below, at_end);
+        const samples below = to::luma(y + 2 * rows.y_below, at_end);
+        const samples uv_between = chroma_between(uv);
+        store_all(rows.stores, dst, to::pixels(upper, uv));
+        store_all(rows.stores, dst + rows.dst_below, to::pixels(average(upper, lower), uv));
+        store_all(rows.stores, dst + 2 * rows.dst_below,
+                  to::pixels(lower, rows.lower_has_own_chroma ? uv : uv_between));
+        store_all(rows.stores, dst + 3 * rows.dst_below,
+                  to::pixels(average(lower, below), uv_between));
     } else {
-        if (rows.chroma_below != 0 && (to.made != rows_made::itself || !rows.row_has_own_chroma))
-            uv = average(uv, chroma_below());
-        if constexpr (count == group_of_rows::both) {
-            const doubled<n> lower = between();
-            store_all<cached>(dst, doubled_pixels(upper, uv));
-            store_all<cached>(dst + rows.dst_below, doubled_pixels(lower, uv));
-        } else {
-            store_all(rows.stores, dst,
-                      doubled_pixels(to.made == rows_made::between ? between() : upper, uv));
-        }
+        const samples luma = rows.made == pair_made::between
+                                 ? average(upper, to::luma(y + rows.y_below, at_end))
+                                 : upper;
+        store_all(rows.stores, dst,
+                  to::pixels(luma, rows.chroma_below != 0 ? chroma_between(uv) : uv));
     }
 }
 
-[[gnu::noinline]] void emit_doubled_rest(const doubled_rows &rows, const made_row to, ptrdiff_t n,
-                                         ptrdiff_t x) {
-    for (; x < n; x += 16) {
-        const bool at_end = rows.repeats_last && x + 16 == n;
-        if (to.made != rows_made::both)
-            emit_doubled_group<16, group_of_rows::one>(rows, to, x, at_end);
-        else if (rows.row_has_own_chroma && rows.chroma_below != 0)
-            emit_doubled_group<16, group_of_rows::both_apart>(rows, to, x, at_end);
-        else
-            emit_doubled_group<16, group_of_rows::both>(rows, to, x, at_end);
+template <int times, bool all>
+[[gnu::noinline]] void emit_doubled_rest(const doubled_rows &rows, const doubled_row at,
+                                         ptrdiff_t n, ptrdiff_t x) {
+    for (; x < n; x += 16)
+        emit_doubled_group<times, all, 16>(rows, at, x, rows.repeats_last && x + 16 == n);
+}
+
+template <int times, bool all>
+LUMALANE_INLINE void emit_doubled_rows(const doubled_rows &rows, ptrdiff_t n) {
+    const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next;
+    doubled_row at{rows.y, rows.u, rows.v, rows.dst};
+    for (ptrdiff_t left = rows.count; left > 0; --left) {
+        along_doubled_row(
+            n, rows.repeats_last,
+            [=, own = rows](auto group, ptrdiff_t x, bool at_end) LUMALANE_INLINE_LAMBDA {
+                emit_doubled_group<times, all, group.size>(own, at, x, at_end);
+            },
+            [&](ptrdiff_t x)
+                LUMALANE_INLINE_LAMBDA { emit_doubled_rest<times, all>(rows, at, n, x); });
+        at.y += y_next, at.u += chroma_next, at.v += chroma_next, at.dst += dst_next;
     }
 }
 
-template <group_of_rows count>
-LUMALANE_INLINE void emit_doubled(const doubled_rows &rows, const made_row to, ptrdiff_t n) {
-    const doubled_rows own = rows; // which no store can change
-    along_doubled_row(
-        n, rows.repeats_last,
-        [=](auto group, ptrdiff_t x)
-            LUMALANE_INLINE_LAMBDA { emit_doubled_group<group.size, count>(own, to, x, false); },
-        [&](ptrdiff_t x) LUMALANE_INLINE_LAMBDA { emit_doubled_rest(rows, to, n, x); });
+template <int times>
+LUMALANE_INLINE void emit_doubled(const doubled_rows &rows, ptrdiff_t n) {
+    if (rows.made == pair_made::all)
+        emit_doubled_rows<times, true>(rows, n);
+    else
+        emit_doubled_rows<times, false>(rows, n);
 }
 
 // ---- Planes ------------------------------------------------------------------------------------
@@ -179,73 +204,70 @@ LUMALANE_INLINE vectors<2, n> mapped(const vectors<2, n> &samples, const Map &ma
     return {{map(samples.part[0]), map(samples.part[1])}};
 }
 
+// Where a row begins, and where it goes.
+struct stretched_row {
+    const unsigned char *src;
+    unsigned char *dst;
+};
+
 // A group from x on: both rows, or one of them.
 template <int times, int n, bool both, class Map>
-LUMALANE_INLINE void stretch_group(const stretched_rows &rows, const unsigned char *src,
-                                   const made_row to, ptrdiff_t x, bool at_end, const Map &map) {
-    const auto upper = widened<times, n>(src + x, at_end);
+LUMALANE_INLINE void stretch_group(const stretched_rows &rows, const stretched_row at, ptrdiff_t x,
+                                   bool at_end, const Map &map) {
+    const unsigned char *const src = at.src + x;
+    unsigned char *const dst = at.dst + times * x;
+    const auto upper = widened<times, n>(src, at_end);
     const auto between = [&]() LUMALANE_INLINE_LAMBDA {
-        return average(upper, widened<times, n>(src + rows.src_below + x, at_end));
+        return average(upper, widened<times, n>(src + rows.src_below, at_end));
     };
-    unsigned char *const dst = to.dst + times * x;
     if constexpr (both) {
         const auto lower = between();
-        store_all<cached>(dst, mapped(upper, map));
-        store_all<cached>(dst + rows.dst_below, mapped(lower, map));
+        store_all(rows.stores, dst, mapped(upper, map));
+        store_all(rows.stores, dst + rows.dst_below, mapped(lower, map));
     } else {
-        store_all(rows.stores, dst, mapped(to.made == rows_made::between ? between() : upper, map));
+        store_all(rows.stores, dst,
+                  mapped(rows.made == rows_made::between ? between() : upper, map));
     }
 }
 
 template <int times, class Map>
-[[gnu::noinline]] void stretch_rest(const stretched_rows &rows, const unsigned char *src,
-                                    const made_row to, ptrdiff_t n, const Map &map, ptrdiff_t x) {
+[[gnu::noinline]] void stretch_rest(const stretched_rows &rows, const stretched_row at, ptrdiff_t n,
+                                    const Map &map, ptrdiff_t first) {
     along_row<8, 16>(
         n,
-        [&](auto group, ptrdiff_t at) LUMALANE_INLINE_LAMBDA {
-            const bool at_end = rows.repeats_last && at + group.size == n;
-            if (to.made == rows_made::both)
-                stretch_group<times, group.size, true>(rows, src, to, at, at_end, map);
+        [&](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            const bool at_end = rows.repeats_last && x + group.size == n;
+            if (rows.made == rows_made::both)
+                stretch_group<times, group.size, true>(rows, at, x, at_end, map);
             else
-                stretch_group<times, group.size, false>(rows, src, to, at, at_end, map);
+                stretch_group<times, group.size, false>(rows, at, x, at_end, map);
         },
-        x);
+        first);
 }
 
 template <int times, bool both, class Map>
-LUMALANE_INLINE void stretch_along(const stretched_rows &rows, const unsigned char *src,
-                                   const made_row to, ptrdiff_t n, const Map &map) {
+LUMALANE_INLINE void stretch_along(const stretched_rows &rows, const stretched_row at, ptrdiff_t n,
+                                   const Map &map) {
     const stretched_rows own_rows = rows; // which no store can change
     const Map own_map = map;
     along_doubled_row(
         n, times == 2 && rows.repeats_last,
-        [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-            stretch_group<times, group.size, both>(own_rows, src, to, x, false, own_map);
+        [=](auto group, ptrdiff_t x, bool at_end) LUMALANE_INLINE_LAMBDA {
+            stretch_group<times, group.size, both>(own_rows, at, x, at_end, own_map);
         },
-        [&](ptrdiff_t x) LUMALANE_INLINE_LAMBDA { stretch_rest<times>(rows, src, to, n, map, x); });
+        [&](ptrdiff_t x) LUMALANE_INLINE_LAMBDA { stretch_rest<times>(rows, at, n, map, x); });
 }
 
 template <int times>
 LUMALANE_INLINE void stretch(const stretched_rows &rows, ptrdiff_t n) {
     const auto run = [&](const auto map) LUMALANE_INLINE_LAMBDA {
-        const unsigned char *src = rows.src;
-        unsigned char *dst = rows.dst;
+        stretched_row at{rows.src, rows.dst};
         for (ptrdiff_t left = rows.count; left > 0; --left) {
-            if (rows.made == rows_made::both && rows.stores == store_policy::cached) {
-                stretch_along<times, true>(rows, src, {rows_made::both, dst}, n, map);
-            } else {
-                // Non-temporal stores of two rows in turn would leave lines of the cache half
-                // filled: one row after the other.
-                const bool both = rows.made == rows_made::both;
-                made_row to{both ? rows_made::itself : rows.made, dst};
-                for (bool upper = true;; upper = false) {
-                    stretch_along<times, false>(rows, src, to, n, map);
-                    if (!upper || !both)
-                        break;
-                    to = {rows_made::between, dst + rows.dst_below};
-                }
-            }
-            src += rows.src_next, dst += rows.dst_next;
+            if (rows.made == rows_made::both)
+                stretch_along<times, true>(rows, at, n, map);
+            else
+                stretch_along<times, false>(rows, at, n, map);
+            at.src += rows.src_next, at.dst += rows.dst_next;
         }
     };
     with_adjustment(rows.by, run);
@@ -253,22 +275,9 @@ LUMALANE_INLINE void stretch(const stretched_rows &rows, ptrdiff_t n) {
 
 } // namespace
 
-void emit_doubled_yuy2(const doubled_rows &rows, ptrdiff_t n) {
-    const bool both = rows.made == rows_made::both;
-    if (both && rows.stores == store_policy::cached) {
-        if (rows.row_has_own_chroma && rows.chroma_below != 0)
-            return emit_doubled<group_of_rows::both_apart>(rows, {rows_made::both, rows.dst}, n);
-        return emit_doubled<group_of_rows::both>(rows, {rows_made::both, rows.dst}, n);
-    }
-    // Non-temporal stores of two rows in turn would leave lines of the cache half filled.
-    made_row to{both ? rows_made::itself : rows.made, rows.dst};
-    for (bool upper = true;; upper = false) {
-        emit_doubled<group_of_rows::one>(rows, to, n);
-        if (!upper || !both)
-            break;
-        to = {rows_made::between, rows.dst + rows.dst_below};
-    }
-}
+void emit_yuy2_of_double_height(const doubled_rows &rows, ptrdiff_t n) { emit_doubled<1>(rows, n); }
+
+void emit_doubled_yuy2(const doubled_rows &rows, ptrdiff_t n) { emit_doubled<2>(rows, n); }
 
 void stretch_plane(const stretched_rows &rows, ptrdiff_t n) { stretch<1>(rows, n); }
 

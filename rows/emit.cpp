@@ -1,5 +1,6 @@
 // Planar rows to the pixels of a surface.
 #include "rows/adjust.h"
+#include "rows/filter.h"
 #include "rows/kernels.h"
 #include "rows/rgb.h"
 
@@ -16,6 +17,7 @@ namespace {
 template <class Pixels, class Adjusted>
 struct to_rgb_surface {
     static constexpr int bytes_per_pixel = Pixels::bytes_per_pixel, least = 16;
+    static constexpr bool filters = false;
 
     using format = Pixels;
 
@@ -49,6 +51,7 @@ struct yuy2 {};
 template <class Adjusted>
 struct to_yuy2 {
     static constexpr int bytes_per_pixel = 2, least = 8;
+    static constexpr bool filters = true;
 
     Adjusted adjusted;
 
@@ -86,6 +89,8 @@ template <class Adjusted>
 struct to_mono_yuy2 : to_yuy2<Adjusted> {
     using to_yuy2<Adjusted>::to_yuy2;
 
+    static constexpr bool filters = false;
+
     template <int n>
     LUMALANE_INLINE static bytes<n> chroma(const unsigned char *, const unsigned char *) {
         if constexpr (n == 8)
@@ -99,6 +104,7 @@ struct to_mono_yuy2 : to_yuy2<Adjusted> {
 template <class Adjusted>
 struct to_half_yuy2 {
     static constexpr int bytes_per_pixel = 1, least = 16;
+    static constexpr bool filters = false;
 
     Adjusted adjusted;
 
@@ -146,8 +152,20 @@ struct row_start {
     unsigned char *dst;
     ptrdiff_t y_below, dst_below;
     store_policy stores;
-    bool averages; // a row with the one below it, or of a pair the lower row with the upper one
+    lower_row lower;
 };
+
+// Luma of the lower row of a pair, from x on.
+template <class Surface, int n>
+LUMALANE_INLINE bytes<n> lower_luma(const row_start &at, bytes<n> upper, ptrdiff_t x) {
+    const unsigned char *const from = at.y + at.y_below + x;
+    const bytes<n> lower = load<n>(from);
+    if constexpr (Surface::filters)
+        if (at.lower == lower_row::four_taps)
+            return filtered(load<n>(at.y - at.y_below + x), upper, lower,
+                            load<n>(from + at.y_below));
+    return at.lower == lower_row::average ? average(upper, lower) : lower;
+}
 
 // A group from x on: of a pair of rows, or of one. Of two rows the upper one is stored before the
 // lower one is loaded.
@@ -158,17 +176,10 @@ LUMALANE_INLINE void emit_group(const Surface &surface, const row_start &at, ptr
     const auto pixels = [&](bytes<n> luma) LUMALANE_INLINE_LAMBDA {
         return surface.pixels(surface.permuted(luma), chroma);
     };
-    const auto averaged = [&](bytes<n> upper) LUMALANE_INLINE_LAMBDA {
-        const bytes<n> lower = load<n>(at.y + at.y_below + x);
-        return at.averages ? average(upper, lower) : lower;
-    };
     const bytes<n> upper = load<n>(at.y + x);
-    if constexpr (pair) {
-        store_all<cached>(dst, pixels(upper));
-        store_all<cached>(dst + at.dst_below, pixels(averaged(upper)));
-    } else {
-        store_all(at.stores, dst, pixels(at.averages ? averaged(upper) : upper));
-    }
+    store_all(at.stores, dst, pixels(upper));
+    if constexpr (pair)
+        store_all(at.stores, dst + at.dst_below, pixels(lower_luma<Surface>(at, upper, x)));
 }
 
 // What the widest vectors leave of a row. (Once for both loops: it is as long as they are.)
@@ -198,35 +209,22 @@ LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by,
             emit_rest<Surface>(by, format, at, pair, n, x);
 }
 
-// Non-temporal stores of two rows in turn would leave lines of the cache half filled: one row after
-// the other.
 template <class Surface>
 LUMALANE_INLINE void emit_rows(const planar_rows &rows, ptrdiff_t n,
                                typename Surface::format format = {}) {
     const adjustment *const by = rows.by;
     const Surface surface(by, format);
-    const lower_row lower = rows.lower;
-    const bool in_pairs = lower != lower_row::none && rows.stores == store_policy::cached;
-    const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next;
+    const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next,
+                    y_below_next = rows.y_below_next;
     row_start at{rows.y,       rows.u,         rows.v,      rows.dst,
-                 rows.y_below, rows.dst_below, rows.stores, lower == lower_row::average};
+                 rows.y_below, rows.dst_below, rows.stores, rows.lower};
     for (ptrdiff_t left = rows.count; left > 0; --left) {
-        if (in_pairs) {
+        if (rows.lower != lower_row::none)
             emit_along<true>(surface, by, format, at, n);
-        } else {
-            row_start row = at;
-            row.averages = false;
-            for (bool upper = true;; upper = false) {
-                emit_along<false>(surface, by, format, row, n);
-                if (!upper || lower == lower_row::none)
-                    break;
-                row.averages = at.averages;
-                row.dst += at.dst_below;
-                if (lower == lower_row::itself)
-                    row.y += at.y_below;
-            }
-        }
+        else
+            emit_along<false>(surface, by, format, at, n);
         at.y += y_next, at.u += chroma_next, at.v += chroma_next, at.dst += dst_next;
+        at.y_below += y_below_next;
     }
 }
 
@@ -267,7 +265,7 @@ LUMALANE_INLINE void emit_rows(const planar_rows &rows, ptrdiff_t n,
             emit(row, run);
         }
         rows.y += rows.y_next, rows.u += rows.chroma_next, rows.v += rows.chroma_next;
-        rows.dst += rows.dst_next;
+        rows.dst += rows.dst_next, rows.y_below += rows.y_below_next;
     }
 }
 
@@ -335,7 +333,7 @@ void emit_yuy2_with_gaps(const planar_rows &rows, ptrdiff_t n) {
     const to_yuy2<unadjusted_samples> surface(nullptr, {});
     const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next;
     row_start at{rows.y,       rows.u,         rows.v,      rows.dst,
-                 rows.y_below, rows.dst_below, rows.stores, false};
+                 rows.y_below, rows.dst_below, rows.stores, rows.lower};
     const auto chroma = [&]<int size>(group_of<size>, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
         return surface.chroma<size>(at.u + x / 2, at.v + x / 2);
     };
@@ -360,6 +358,7 @@ void emit_yuy2_with_gaps(const planar_rows &rows, ptrdiff_t n) {
             });
         }
         at.y += y_next, at.u += chroma_next, at.v += chroma_next, at.dst += dst_next;
+        at.y_below += rows.y_below_next;
     }
 }
 

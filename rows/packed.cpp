@@ -101,9 +101,9 @@ LUMALANE_INLINE void emit_pair_group(const Surface &surface, const packed_rows &
     unsigned char *const dst = rows.dst + x * Surface::bytes_per_pixel;
     const auto upper = surface.template fetch<n>(src);
     const auto chroma = surface.chroma(upper);
-    store_all<cached>(dst, surface.pixels(upper, chroma));
+    store_all(rows.stores, dst, surface.pixels(upper, chroma));
     const auto lower = surface.template fetch<n>(src + rows.src_below);
-    store_all<cached>(dst + rows.dst_below, surface.pixels(lower, chroma));
+    store_all(rows.stores, dst + rows.dst_below, surface.pixels(lower, chroma));
 }
 
 // What the widest vectors leave of a row. (Once for both loops: it is as long as they are.)
@@ -140,9 +140,11 @@ LUMALANE_INLINE ptrdiff_t emit_pair_ahead(const Surface &surface, const packed_r
         const auto chroma = surface.chroma(upper);
         const unsigned char *const next = rows.src + 2 * (x + most);
         const auto next_upper = surface.template fetch<most>(next);
-        store_all<cached>(rows.dst + x * Surface::bytes_per_pixel, surface.pixels(upper, chroma));
+        store_all(rows.stores, rows.dst + x * Surface::bytes_per_pixel,
+                  surface.pixels(upper, chroma));
         const auto next_lower = surface.template fetch<most>(next + rows.src_below);
-        store_all<cached>(dst_below + x * Surface::bytes_per_pixel, surface.pixels(lower, chroma));
+        store_all(rows.stores, dst_below + x * Surface::bytes_per_pixel,
+                  surface.pixels(lower, chroma));
         upper = next_upper, lower = next_lower;
     }
     return x;
@@ -180,19 +182,11 @@ LUMALANE_INLINE void emit_rows(const packed_rows &told, ptrdiff_t n,
     packed_rows rows{told.src,       told.chroma,    told.dst,     told.lower,
                      told.src_below, told.dst_below, told.stores,  told.by,
                      told.count,     told.src_next,  told.dst_next};
-    const bool in_pairs = rows.lower == lower_row::itself && rows.stores == store_policy::cached;
     for (ptrdiff_t left = rows.count; left > 0; --left) {
-        if (in_pairs) {
+        if (rows.lower == lower_row::itself)
             emit_pair(surface, format, rows, n);
-        } else {
-            packed_rows row = rows;
-            for (bool upper = true;; upper = false) {
-                emit_row(surface, format, row, n);
-                if (!upper || rows.lower == lower_row::none)
-                    break;
-                row.src += rows.src_below, row.dst += rows.dst_below;
-            }
-        }
+        else
+            emit_row(surface, format, rows, n);
         rows.src += rows.src_next, rows.chroma += rows.src_next, rows.dst += rows.dst_next;
     }
 }

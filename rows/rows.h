@@ -49,6 +49,8 @@ enum class lower_row : int {
     none,    // nothing: one row
     itself,  // its own luma with the upper row's chroma
     average, // the average of both rows' luma, rounded up, with the upper row's chroma
+    // Of YUY2 alone: what four taps make of the rows around it, with the upper row's chroma.
+    four_taps,
 };
 
 // Planar rows on their way to a surface. n pixels have n / 2 samples of U and of V.
@@ -63,6 +65,7 @@ struct planar_rows {
     // The same once more for so many rows (or pairs of rows), one after the other.
     ptrdiff_t count = 1;
     ptrdiff_t y_next = 0, chroma_next = 0, dst_next = 0; // from one to the next
+    ptrdiff_t y_below_next = 0; // by which y_below changes from one to the next
 };
 
 // Rows of packed YUY2 on their way to a surface.
@@ -78,6 +81,39 @@ struct packed_rows {
     // The same once more for so many rows (or pairs of rows), one after the other.
     ptrdiff_t count = 1;
     ptrdiff_t src_next = 0, dst_next = 0; // from one to the next
+};
+
+// Rows that lie between a row and the row below it.
+struct between_rows {
+    unsigned char *dst;
+    const unsigned char *src;
+    ptrdiff_t below; // from a row of the source to the one below
+
+    // The same once more for so many rows.
+    ptrdiff_t count = 1;
+    ptrdiff_t src_next = 0, dst_next = 0; // from one to the next
+};
+
+// Rows of U and V made rows of pairs; n samples of both.
+struct interleaved_chroma {
+    const unsigned char *u, *v;
+    unsigned char *uv;
+    const adjustment *by = nullptr; // null: none
+
+    // The same once more for so many rows.
+    ptrdiff_t count = 1;
+    ptrdiff_t src_next = 0, uv_next = 0; // from one to the next
+};
+
+// Rows of n pixels of packed YUY2, taken apart: luma, and pairs of U and V.
+struct unpacked_yuy2 {
+    const unsigned char *src;
+    unsigned char *y, *uv;          // uv may be null
+    const adjustment *by = nullptr; // null: none
+
+    // The same once more for so many rows.
+    ptrdiff_t count = 1;
+    ptrdiff_t src_next = 0, y_next = 0, uv_next = 0; // from one to the next
 };
 
 // What a kernel makes of a row and the row below it.
@@ -103,19 +139,34 @@ struct stretched_rows {
     ptrdiff_t src_next = 0, dst_next = 0; // from one to the next
 };
 
-// Planar rows on their way to a surface of twice the width and height. n pixels have n / 2 samples
-// of U and of V. One sample more of each is read, or the last one repeated.
+// What a kernel makes of a pair of rows and the row below it, all of them `y_below` apart.
+enum class pair_made : int {
+    row,     // the upper row alone
+    between, // the average of it and the lower one, rounded up
+    all,     // the upper row, that average, the lower row, and the average of it and the row below:
+             // of a group all are loaded before they are stored
+};
+
+// Rows on their way to a surface of twice the height, or of twice both. n pixels have n / 2 samples of
+// U and of V: in planes, or where the width is doubled in pairs, at `u`. There one sample of luma
+// more is read, or the last one repeated, and one pair more.
 struct doubled_rows {
     const unsigned char *y, *u, *v;
     unsigned char *dst;
     // Flags are in words of their own: compilers load neighbours at once, and what was stored in parts
     // is not there for that before all earlier stores are over.
-    rows_made made = rows_made::itself;
+    alignas(ptrdiff_t) pair_made made = pair_made::row;
     ptrdiff_t y_below = 0, dst_below = 0;
     bool repeats_last = false;
-    ptrdiff_t chroma_below = 0;      // not 0: chroma is the average of two rows so far apart
-    bool row_has_own_chroma = false; // and only what lies between has that average
+    // Not 0: of one row chroma is the average of two rows so far apart; of all the last one has that
+    // average, and the one before it too, unless it has its own.
+    ptrdiff_t chroma_below = 0;
+    bool lower_has_own_chroma = false;
     alignas(ptrdiff_t) store_policy stores = store_policy::cached;
+
+    // The same once more for so many rows or pairs, one after the other.
+    ptrdiff_t count = 1;
+    ptrdiff_t y_next = 0, chroma_next = 0, dst_next = 0; // from one to the next
 };
 
 // 24 bytes, whole pixels of 2, 3 and 4 bytes, repeated to whole vectors: three of 64 bytes, and of
@@ -220,13 +271,11 @@ using filling = void(unsigned char *dst, ptrdiff_t bytes, const pattern &with, s
 using marker_to_key = void(const plane_rows &mask, ptrdiff_t n, unsigned char marker,
                            unsigned char key);
 using alpha_counting = ptrdiff_t(const unsigned char *alpha, ptrdiff_t below, ptrdiff_t n);
-using between_rows = void(unsigned char *dst, const unsigned char *src, ptrdiff_t below,
-                          ptrdiff_t n);
+using between_two_rows = void(const between_rows &, ptrdiff_t n);
 using plane_stretching = void(const stretched_rows &, ptrdiff_t n);
 using doubled_to_surface = void(const doubled_rows &, ptrdiff_t n);
-using deinterleaving = void(unsigned char *even, unsigned char *odd, const unsigned char *src,
-                            ptrdiff_t n, const plane_adjustment *even_by,
-                            const plane_adjustment *odd_by);
+using chroma_interleaving = void(const interleaved_chroma &, ptrdiff_t n);
+using yuy2_unpacking = void(const unpacked_yuy2 &, ptrdiff_t n);
 using blending_pair = void(const blended_pair &, ptrdiff_t n);
 using blending_chroma = void(const blended_chroma &, ptrdiff_t n);
 using blending_to_surface = void(const blended_to_surface &, ptrdiff_t n);

@@ -518,6 +518,11 @@ LUMALANE_INLINE vectors<2, 32> interleave_pairs(bytes<32> first, bytes<32> secon
         {{_mm256_unpacklo_epi16(first.v, second.v)}, {_mm256_unpackhi_epi16(first.v, second.v)}}};
 }
 
+LUMALANE_INLINE bytes<32> next_lanes(bytes<32> a) {
+    const __m256i last = _mm256_shuffle_epi8(a.v, _mm256_set1_epi8(15)); // of each half
+    return {_mm256_alignr_epi8(_mm256_permute2x128_si256(a.v, last, 0x31), a.v, 1)};
+}
+
 LUMALANE_INLINE bytes<32> even_bytes_in_second_8(bytes<32> a) {
     return shuffled(a, shuffle.even_in_second_8);
 }

@@ -617,7 +617,7 @@ LUMALANE_INLINE vectors<2, 16> interleave_pairs(bytes<16> first, bytes<16> secon
     return r;
 }
 
-// Lanes 1, 2, 3 ..., and the last one once more; of 8 or 16.
+// Lanes 1, 2, 3 ..., and the last one once more.
 template <int n>
 LUMALANE_INLINE bytes<n> next_lanes(bytes<n> a) {
     bytes<n> r;

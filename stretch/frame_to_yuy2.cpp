@@ -3,6 +3,7 @@
 #include "picture/calls.h"
 #include "picture/geometry.h"
 #include "picture/stores.h"
+#include "picture/surface.h"
 #include "stretch/between_rows.h"
 
 namespace lumalane {
@@ -20,7 +21,7 @@ struct frame_rows {
 
     explicit frame_rows(const call::frame_stretch &p)
         : dst(p.dst), pairs(p.height / 2), dst_pitch(p.dst_pitch) {
-        constexpr int step = rows_to_yuy2::step;
+        constexpr int step = rows_between::step;
         const int width = p.frame->luma_pitch;
         const bool one_field = p.frame->field_mode == 1;
         row_step = one_field ? twice(width) : width;
@@ -43,6 +44,13 @@ struct frame_rows {
         const ptrdiff_t to_pair = rows * first.chroma_below;
         return {first.y + (2 * rows + lower) * row_step, first.u + to_pair, first.v + to_pair,
                 first.y_below, first.chroma_below};
+    }
+
+    pair_rows at(long long pair) const {
+        return pair_rows{
+            first.y,  first.u,        first.v,           first.y_below, first.chroma_below,
+            row_step, ptrdiff_t{2} * row_step, first.chroma_below}
+            .after(pair, 0);
     }
 
     unsigned char *surface(long long pair, int k) const {
@@ -78,26 +86,33 @@ void strech_opt_yuy2_ajust(const machine &machine, const call::frame_stretch &p)
         machine.in_order || rows.pixels != rows.pixels_copied || rows.order_can_be_observed();
     const surface_stores stores(machine, p.dst, p.dst_pitch, 8 * rows.pairs * rows.pixels,
                                 in_order);
-    const ptrdiff_t run = in_order ? rows_to_yuy2::step : strip_pixels;
-    rows_to_yuy2 to_yuy2(machine.rows, by, rows.pixels, run, stores);
-    rows_to_yuy2 copies(machine.rows, by, rows.pixels_copied, run, stores);
-
+    const ptrdiff_t run = in_order ? rows_between::step : rows_between::most_pixels;
+    const planar_to_surface surface = planar_to_yuy2(machine.rows);
+    rows_between between(machine.rows, surface, by, rows.pixels, run, stores);
     const way_between itself{nullptr}, along_edges{machine.rows.along_edges, true};
-    for (long long pair = 0; pair < rows.pairs; ++pair) {
-        const bool last = pair + 1 == rows.pairs;
-        const source_rows upper = rows.source(pair, 0), lower = rows.source(pair, 1);
-        const way_between &below = last ? itself : along_edges;
-        if (!in_order) {
-            to_yuy2.pair(rows.surface(pair, 0), rows.dst_pitch, upper, along_edges, itself);
-            to_yuy2.pair(rows.surface(pair, 2), rows.dst_pitch, lower, below, below);
-        } else {
-            rows_to_yuy2 &of_lower = last ? copies : to_yuy2;
+    if (in_order) {
+        rows_between copies(machine.rows, surface, by, rows.pixels_copied, run, stores);
+        for (long long pair = 0; pair < rows.pairs; ++pair) {
+            const bool last = pair + 1 == rows.pairs;
+            const source_rows upper = rows.source(pair, 0), lower = rows.source(pair, 1);
+            const way_between &below = last ? itself : along_edges;
+            rows_between &of_lower = last ? copies : between;
             copies.row(rows.surface(pair, 0), upper, itself, itself);
-            to_yuy2.row(rows.surface(pair, 1), upper, along_edges, itself);
+            between.row(rows.surface(pair, 1), upper, along_edges, itself);
             of_lower.row(rows.surface(pair, 2), lower, itself, below);
             of_lower.row(rows.surface(pair, 3), lower, below, below);
         }
+        return;
     }
+    const auto emit = [&](ptrdiff_t pair, ptrdiff_t count, const way_between &below) {
+        unsigned char *const dst = rows.surface(pair, 0);
+        between.upper_rows(dst, rows.dst_pitch, rows.at(pair), along_edges, count);
+        between.lower_rows(dst, rows.dst_pitch, rows.at(pair), below, below, count);
+    };
+    const ptrdiff_t last = static_cast<ptrdiff_t>(rows.pairs) - 1;
+    in_runs(last, between.most(),
+            [&](ptrdiff_t pair, ptrdiff_t count) { emit(pair, count, along_edges); });
+    emit(last, 1, itself);
 }
 
 } // namespace lumalane

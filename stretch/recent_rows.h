@@ -2,7 +2,6 @@
 #pragma once
 
 #include <stddef.h>
-#include <stdint.h>
 
 namespace lumalane {
 
@@ -28,11 +27,5 @@ private:
     alignas(64) unsigned char rows[count][size];
     long long next = 0;
 };
-
-// Between rows that need not be of one buffer.
-inline ptrdiff_t distance(const unsigned char *from, const unsigned char *to) {
-    return static_cast<ptrdiff_t>(reinterpret_cast<uintptr_t>(to) -
-                                  reinterpret_cast<uintptr_t>(from));
-}
 
 } // namespace lumalane

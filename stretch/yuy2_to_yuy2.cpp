@@ -4,6 +4,7 @@
 #include "picture/geometry.h"
 #include "picture/stores.h"
 #include "picture/strip.h"
+#include "stretch/doubled_pairs.h"
 #include "stretch/recent_rows.h"
 
 #include <limits.h>
@@ -52,96 +53,65 @@ struct packed_columns {
     }
 };
 
-// Some columns: samples taken apart and adjusted, then twice as wide and high.
-class column_doubler {
+// Columns from the left to the right: samples taken apart and adjusted, unless `by` is null, then
+// twice as wide and high.
+class columns_in_order {
 public:
-    // `by` is null for no adjustment.
-    column_doubler(const row_kernels &kernels_, const packed_columns &all, const adjustment *by_,
-                   store_policy stores)
-        : kernels(kernels_), at(all), by(by_) {
-        rows.stores = stores, rows.dst_below = at.dst_pitch;
-        rows.row_has_own_chroma = true;
-    }
-
-    static constexpr ptrdiff_t most = 4 * strip_pixels;
+    columns_in_order(const row_kernels &kernels_, const packed_columns &all, const adjustment *by_)
+        : kernels(kernels_), at(all), by(by_) {}
 
     // The next column; `ends` where it is the last one.
-    void double_in_order(bool ends) {
-        begin(step, ends);
+    void stretch(bool ends) {
+        at_end = ends;
+        luma.forget(), chroma.forget();
         luma_of(0), luma_of(1);
-        emit(0, 0, rows_made::itself);
-        emit(1, 0, rows_made::between);
-        emit(2, 1, rows_made::itself);
+        emit(0, 0, pair_made::row);
+        emit(1, 0, pair_made::between);
+        emit(2, 1, pair_made::row);
         // quirk: the first row of a pair is stored before the one above it
         // [packed_stretches.store_the_first_row_of_a_pair_before_the_one_above_it]
         for (long long pair = 1; pair < at.pairs; ++pair) {
-            emit(4 * pair, 2 * pair, rows_made::itself);
-            emit(4 * pair - 1, 2 * pair - 1, rows_made::between);
+            emit(4 * pair, 2 * pair, pair_made::row);
+            emit(4 * pair - 1, 2 * pair - 1, pair_made::between);
             luma_of(2 * pair + 1);
-            emit(4 * pair + 2, 2 * pair + 1, rows_made::itself);
-            emit(4 * pair + 1, 2 * pair, rows_made::between);
+            emit(4 * pair + 2, 2 * pair + 1, pair_made::row);
+            emit(4 * pair + 1, 2 * pair, pair_made::between);
         }
-        emit(4 * at.pairs - 1, 2 * at.pairs - 1, rows_made::itself);
-        move_on();
-    }
-
-    // The next `pixels`.
-    void double_columns(ptrdiff_t pixels, bool ends) {
-        begin(pixels, ends);
-        luma_of(0), luma_of(1);
-        for (long long pair = 0; pair < at.pairs; ++pair) {
-            // Rows are made a pair ahead: so soon that their stores are over when they are loaded.
-            if (pair + 1 < at.pairs)
-                luma_of(2 * pair + 2), luma_of(2 * pair + 3);
-            emit(4 * pair, 2 * pair, rows_made::both);
-            if (pair + 1 < at.pairs) {
-                emit(4 * pair + 2, 2 * pair + 1, rows_made::both);
-            } else {
-                emit(4 * pair + 2, 2 * pair + 1, rows_made::itself);
-                emit(4 * pair + 3, 2 * pair + 1, rows_made::itself);
-            }
-        }
-        move_on();
+        emit(4 * at.pairs - 1, 2 * at.pairs - 1, pair_made::row);
+        at.src += at.src_to_column, at.dst += at.dst_to_column;
     }
 
 private:
-    void begin(ptrdiff_t pixels, bool ends) {
-        n = pixels, at_end = ends;
-        luma.forget(), chroma.forget();
-    }
-
-    void move_on() {
-        at.src += n / step * at.src_to_column;
-        at.dst += n / step * at.dst_to_column;
-    }
-
     // Row `to` of the surface, made from a row of luma and the one below it. Only what lies between
     // two pairs has chroma between theirs.
-    void emit(long long to, long long row, rows_made made) {
+    void emit(long long to, long long row, pair_made made) {
         const long long pair = row / 2;
         const unsigned char *const y = luma_of(row);
-        rows.y = y, rows.u = chroma_of(pair), rows.v = rows.u + most_chroma;
+        rows.y = y, rows.u = chroma_of(pair);
         rows.dst = at.dst + static_cast<ptrdiff_t>(to) * at.dst_pitch;
         rows.made = made, rows.repeats_last = at_end;
         rows.chroma_below = 0;
-        if (made != rows_made::itself) {
+        if (made != pair_made::row) {
             rows.y_below = distance(y, luma_of(row + 1));
             if (row % 2 != 0)
                 rows.chroma_below = distance(rows.u, chroma_of(pair + 1));
         }
-        kernels.emit_doubled_yuy2(rows, n);
+        kernels.emit_doubled_yuy2(rows, step);
     }
 
     const unsigned char *luma_of(long long row) {
         return luma.row(row, [&](unsigned char *y) {
-            const ptrdiff_t samples = at_end ? n : n + following;
-            const unsigned char *const from = at.src + static_cast<ptrdiff_t>(row) * at.src_pitch;
-            kernels.deinterleave(y, uv, from, samples, by ? &by->y : nullptr, nullptr);
+            const auto unpack = [&](unsigned char *uv) {
+                kernels.unpack_yuy2(
+                    {at.src + static_cast<ptrdiff_t>(row) * at.src_pitch, y, uv, by},
+                    at_end ? step : most);
+                if (uv && at_end)
+                    uv[step] = uv[step - 2], uv[step + 1] = uv[step - 1];
+            };
             if (row % 2 == 0)
-                chroma.row(row / 2, [&](unsigned char *u) {
-                    kernels.deinterleave(u, u + most_chroma, uv, samples / 2, by ? &by->u : nullptr,
-                                         by ? &by->v : nullptr);
-                });
+                chroma.row(row / 2, unpack);
+            else
+                unpack(nullptr);
         });
     }
 
@@ -150,32 +120,52 @@ private:
         return chroma.row(pair, [](unsigned char *) {});
     }
 
-    static constexpr ptrdiff_t following = 16; // pixels: one sample is needed, and kernels want 8
-    static constexpr ptrdiff_t most_chroma = (most + following) / 2;
+    static constexpr ptrdiff_t most = step + pairs_of_samples::following;
 
     const row_kernels &kernels;
     packed_columns at;
-    ptrdiff_t n = 0;
     bool at_end = false;
     const adjustment *const by;
     doubled_rows rows{};
-    recent_rows<4, most + following> luma;
-    recent_rows<2, 2 * most_chroma> chroma; // U, then V
-    alignas(64) unsigned char uv[most + following];
+    recent_rows<4, most> luma;
+    recent_rows<2, most> chroma; // pairs of U and V
 };
 
 void double_both(const machine &machine, const call::packed_stretch &p, const adjustment *by) {
     const packed_columns columns(p);
     const bool in_order = machine.in_order || columns.order_can_be_observed();
+    const ptrdiff_t pixels = columns.pixels;
+    if (in_order) {
+        columns_in_order in_turn(machine.rows, columns, by);
+        for (ptrdiff_t x = 0; x < pixels; x += step)
+            in_turn.stretch(x + step == pixels);
+        return;
+    }
     const surface_stores stores(machine, columns.dst, columns.dst_pitch,
                                 16 * columns.pairs * columns.pixels, in_order);
-    column_doubler doubler(machine.rows, columns, by, stores);
-    in_runs(columns.pixels, in_order ? step : column_doubler::most, [&](ptrdiff_t x, ptrdiff_t n) {
-        const bool at_end = x + n == columns.pixels;
-        if (in_order)
-            doubler.double_in_order(at_end);
-        else
-            doubler.double_columns(n, at_end);
+    const ptrdiff_t pairs = static_cast<ptrdiff_t>(columns.pairs);
+    doubled_pairs doubled(machine.rows.emit_doubled_yuy2, columns.dst_pitch, true, stores);
+    pairs_of_samples samples;
+    in_runs(pixels, pairs_of_samples::most_pixels, [&](ptrdiff_t x, ptrdiff_t n) {
+        const bool at_end = x + n == pixels;
+        samples.begin(n, at_end);
+        in_runs(pairs, samples.most(), [&](ptrdiff_t pair, ptrdiff_t count) {
+            const bool last = pair + count == pairs;
+            const ptrdiff_t pitch = columns.src_pitch;
+            const unsigned char *const src = columns.src + 2 * (pair * pitch + x);
+            const auto make = [&](const sample_rows &to) {
+                const ptrdiff_t upper = to.first_y, lower = 1 - upper;
+                machine.rows.unpack_yuy2({src + 2 * upper * pitch, to.y + upper * to.pitch, to.uv,
+                                          by, to.uv_count, 2 * pitch, 2 * to.pitch, to.pitch},
+                                         to.pixels);
+                machine.rows.unpack_yuy2({src + pitch, to.y + lower * to.pitch, nullptr, by, count,
+                                          2 * pitch, 2 * to.pitch},
+                                         to.pixels);
+            };
+            const pair_rows at = samples.take(count, last, make, machine.rows);
+            doubled.emit(columns.dst + 4 * (pair * columns.dst_pitch + x), at, count, n, at_end,
+                         last);
+        });
     });
 }
 

@@ -5,6 +5,7 @@
 #include "picture/stores.h"
 #include "picture/strip.h"
 #include "picture/surface.h"
+#include "stretch/between_rows.h"
 #include "stretch/recent_rows.h"
 
 #include <limits.h>
@@ -53,104 +54,170 @@ struct columns_of_pairs {
     }
 };
 
-// Some columns: adjusted samples, averages of them, pixels.
-class column_stretcher {
+// Columns from the left to the right: adjusted samples, averages of them, pixels.
+class columns_in_order {
 public:
-    column_stretcher(const row_kernels &kernels_, const columns_of_pairs &all,
-                     const planar_to_surface &surface_, const adjustment &by_, store_policy stores,
-                     bool in_order_)
-        : kernels(kernels_), at(all), surface(surface_), by(by_), in_order(in_order_),
-          neutral(by.neutral()) {
-        rows.stores = stores, rows.dst_below = at.dst_pitch;
-    }
+    columns_in_order(const row_kernels &kernels_, const columns_of_pairs &all,
+                     const planar_to_surface &surface_, const adjustment &by_)
+        : kernels(kernels_), at(all), surface(surface_), by(by_) {}
 
-    // The next `pixels`.
-    void stretch(ptrdiff_t pixels) {
-        n = pixels;
+    // The next column.
+    void stretch() {
         luma.forget(), chroma_u.forget(), chroma_v.forget();
         for (long long pair = 0; pair < at.pairs; ++pair) {
             const bool last = pair + 1 == at.pairs;
             rows.u = row_of_u(pair), rows.v = row_of_v(pair);
             emit(4 * pair, 2 * pair, false);
-            if (!last)
-                make_chroma_between(pair);
+            if (!last) {
+                rows.u = average(between_u, rows.u, row_of_u(pair + 1), step / 2);
+                rows.v = average(between_v, rows.v, row_of_v(pair + 1), step / 2);
+            }
             emit(4 * pair + 2, 2 * pair + 1, last);
         }
-        const ptrdiff_t steps = n / step;
-        at.y += steps * at.y_to_column;
-        at.u += steps * at.chroma_to_column, at.v += steps * at.chroma_to_column;
-        at.dst += steps * at.dst_to_column;
+        at.y += at.y_to_column;
+        at.u += at.chroma_to_column, at.v += at.chroma_to_column;
+        at.dst += at.dst_to_column;
     }
-
-    static constexpr ptrdiff_t most = 4 * strip_pixels;
 
 private:
     // Rows `to` and `to` + 1 of the surface, from a row of luma and that below it.
     void emit(long long to, long long row, bool last) {
         rows.y = row_of_luma(row);
         rows.dst = at.dst + static_cast<ptrdiff_t>(to) * at.dst_pitch;
-        alignas(64) unsigned char between[step];
-        if (in_order) {
-            rows.lower = lower_row::none;
-            surface.emit(rows, n);
-            if (!last) {
-                kernels.average_rows(between, rows.y, distance(rows.y, row_of_luma(row + 1)), n);
-                rows.y = between;
-            }
-            rows.dst += at.dst_pitch;
-        } else {
-            rows.lower = last ? lower_row::itself : lower_row::average;
-            rows.y_below = last ? 0 : distance(rows.y, row_of_luma(row + 1));
-        }
-        surface.emit(rows, n);
+        surface.emit(rows, step);
+        unsigned char between_y[step];
+        if (!last)
+            rows.y = average(between_y, rows.y, row_of_luma(row + 1), step);
+        rows.dst += at.dst_pitch;
+        surface.emit(rows, step);
     }
 
-    void make_chroma_between(long long pair) {
-        const auto average = [&](unsigned char *to, const unsigned char *upper,
-                                 const unsigned char *lower) {
-            kernels.average_rows(to, upper, distance(upper, lower), n / 2);
-            return to;
-        };
-        rows.u = average(between_u, rows.u, row_of_u(pair + 1));
-        rows.v = average(between_v, rows.v, row_of_v(pair + 1));
+    const unsigned char *average(unsigned char *to, const unsigned char *upper,
+                                 const unsigned char *lower, ptrdiff_t samples) {
+        kernels.average_rows({to, upper, distance(upper, lower)}, samples);
+        return to;
     }
 
     const unsigned char *row_of_luma(long long number) {
-        return row(luma, number, at.y, at.y_pitch, n, by.y);
+        return row(luma, number, at.y, at.y_pitch, step, by.y);
     }
     const unsigned char *row_of_u(long long number) {
-        return row(chroma_u, number, at.u, at.chroma_pitch, n / 2, by.u);
+        return row(chroma_u, number, at.u, at.chroma_pitch, step / 2, by.u);
     }
     const unsigned char *row_of_v(long long number) {
-        return row(chroma_v, number, at.v, at.chroma_pitch, n / 2, by.v);
+        return row(chroma_v, number, at.v, at.chroma_pitch, step / 2, by.v);
     }
 
-    // A row of a plane, adjusted. In order a row is read once, before later pixels are stored.
+    // A row of a plane, adjusted: read once, before later pixels are stored.
     template <class Rows>
     const unsigned char *row(Rows &kept, long long number, const unsigned char *plane,
                              ptrdiff_t pitch, ptrdiff_t samples, const plane_adjustment &map) {
-        const unsigned char *const from = plane + static_cast<ptrdiff_t>(number) * pitch;
-        if (neutral && !in_order)
-            return from;
         return kept.row(number, [&](unsigned char *to) {
-            adjusting.src = from, adjusting.dst = to, adjusting.by = &map;
+            plane_rows adjusting{plane + static_cast<ptrdiff_t>(number) * pitch, to};
+            adjusting.by = &map;
             kernels.emit_plane(adjusting, samples);
         });
     }
 
     const row_kernels &kernels;
     columns_of_pairs at;
-    ptrdiff_t n = 0;
     const planar_to_surface surface;
     const adjustment by;
-    const bool in_order, neutral;
     planar_rows rows{};
-    plane_rows adjusting{};
 
-    recent_rows<3, most> luma;
-    recent_rows<2, most / 2> chroma_u, chroma_v;
-    alignas(64) unsigned char between_u[most / 2], between_v[most / 2];
+    recent_rows<3, step> luma;
+    recent_rows<2, step / 2> chroma_u, chroma_v;
+    unsigned char between_u[step / 2], between_v[step / 2];
 };
+
+// Some pairs at a time, adjusted, with the rows below the last one.
+class adjusted_pairs {
+public:
+    adjusted_pairs(const row_kernels &kernels_, const adjustment &by_)
+        : kernels(kernels_), by(by_) {}
+
+    static constexpr ptrdiff_t most_pixels = 2048;
+
+    // Rows of so many pixels follow, a multiple of 16, from the first pair on.
+    void begin(ptrdiff_t pixels_) { pixels = pixels_, pairs_before = 0; }
+
+    // How many pairs there is room for.
+    ptrdiff_t most() const { return (static_cast<ptrdiff_t>(sizeof(samples)) / pixels - 2) / 3; }
+
+    // The next pairs, which are contiguous; `end`: nothing lies below the last one.
+    pair_rows adjust(const pair_rows &from, ptrdiff_t pairs, bool end) {
+        // Luma in 2 pairs + 1 rows and chroma in pairs + 1: the last ones are the first ones of the
+        // next pairs.
+        const ptrdiff_t before = pairs_before, held = before != 0 ? 1 : 0, below = end ? 0 : 1;
+        const ptrdiff_t half = pixels / 2;
+        unsigned char *const y = samples, *const u = y + (2 * most() + 1) * pixels,
+                             *const v = u + (most() + 1) * half;
+        if (held != 0) {
+            copy(y, y + 2 * before * pixels, pixels);
+            copy(u, u + before * half, half);
+            copy(v, v + before * half, half);
+        }
+        const auto adjust_rows = [&](unsigned char *to, const unsigned char *plane, ptrdiff_t n,
+                                     ptrdiff_t pitch, ptrdiff_t count,
+                                     const plane_adjustment &map) {
+            plane_rows rows{plane + held * pitch, to + held * n};
+            rows.by = &map;
+            rows.count = count + below - held, rows.src_next = pitch, rows.dst_next = n;
+            kernels.emit_plane(rows, n);
+        };
+        adjust_rows(y, from.y, pixels, from.y_below, 2 * pairs, by.y);
+        adjust_rows(u, from.u, half, from.chroma_below, pairs, by.u);
+        adjust_rows(v, from.v, half, from.chroma_below, pairs, by.v);
+        pairs_before = pairs;
+        return {y, u, v, pixels, half, pixels, 2 * pixels, half};
+    }
+
+private:
+    void copy(unsigned char *to, const unsigned char *from, ptrdiff_t n) const {
+        kernels.emit_plane({from, to}, n);
+    }
+
+    const row_kernels &kernels;
+    const adjustment &by;
+    ptrdiff_t pixels = 0, pairs_before = 0;
+    alignas(64) unsigned char samples[5 * (most_pixels + 16)];
+};
+
+// Of rows that need not be stored in order.
+void stretch_rows(const row_kernels &kernels, const columns_of_pairs &columns,
+                  const planar_to_surface &surface, const adjustment &by, store_policy stores) {
+    const way_between itself{nullptr}, average{kernels.average_rows};
+    const bool neutral = by.neutral();
+    const pair_rows all{columns.y,
+                        columns.u,
+                        columns.v,
+                        columns.y_pitch,
+                        columns.chroma_pitch,
+                        columns.y_pitch,
+                        2 * columns.y_pitch,
+                        columns.chroma_pitch};
+    const ptrdiff_t pairs = static_cast<ptrdiff_t>(columns.pairs), dst_pitch = columns.dst_pitch;
+    adjusted_pairs adjusted(kernels, by);
+    in_runs(columns.pixels, adjusted_pairs::most_pixels, [&](ptrdiff_t x, ptrdiff_t n) {
+        rows_between between(kernels, surface, nullptr, n, n, stores);
+        adjusted.begin(n);
+        const ptrdiff_t room = adjusted.most(), most = between.most();
+        in_runs(pairs, room < most ? room : most, [&](ptrdiff_t pair, ptrdiff_t count) {
+            const bool last = pair + count == pairs;
+            const pair_rows from = all.after(pair, x);
+            const pair_rows at = neutral ? from : adjusted.adjust(from, count, last);
+            unsigned char *const dst =
+                columns.dst + x * surface.bytes_per_pixel + 4 * pair * dst_pitch;
+            between.upper_rows(dst, dst_pitch, at, average, count);
+            const ptrdiff_t with_below = last ? count - 1 : count;
+            if (with_below > 0)
+                between.lower_rows(dst, dst_pitch, at, average, average, with_below);
+            if (last)
+                between.lower_rows(dst + 4 * with_below * dst_pitch, dst_pitch,
+                                   at.after(with_below, 0), itself, itself, 1);
+        });
+    });
+}
 
 void stretch(const machine &machine, const call::picture &p, const planar_to_surface &surface,
              ptrdiff_t pixels) {
@@ -158,10 +225,12 @@ void stretch(const machine &machine, const call::picture &p, const planar_to_sur
     const bool in_order = machine.in_order || columns.order_can_be_observed();
     const surface_stores stores(machine, p.dst, p.dst_pitch,
                                 4 * columns.pairs * pixels * surface.bytes_per_pixel, in_order);
-    column_stretcher stretcher(machine.rows, columns, surface, current_adjustment(), stores,
-                               in_order);
-    in_runs(pixels, in_order ? step : column_stretcher::most,
-            [&](ptrdiff_t, ptrdiff_t n) { stretcher.stretch(n); });
+    const adjustment by = current_adjustment();
+    if (!in_order)
+        return stretch_rows(machine.rows, columns, surface, by, stores);
+    columns_in_order in_turn(machine.rows, columns, surface, by);
+    for (ptrdiff_t x = 0; x < pixels; x += step)
+        in_turn.stretch();
 }
 
 // quirk: columns are counted down to 0, which other widths do not come to before memory ends

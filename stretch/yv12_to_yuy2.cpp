@@ -3,8 +3,9 @@
 #include "picture/calls.h"
 #include "picture/geometry.h"
 #include "picture/stores.h"
+#include "picture/surface.h"
 #include "stretch/between_rows.h"
-#include "stretch/recent_rows.h"
+#include "stretch/doubled_pairs.h"
 
 namespace lumalane {
 
@@ -50,6 +51,12 @@ struct double_height {
         const ptrdiff_t of_chroma =
             static_cast<ptrdiff_t>(pair) * chroma_to_next + k * chroma_drift;
         return {y + of_y, u + of_chroma, v + of_chroma, y_below, chroma_below};
+    }
+
+    // Where rows do not drift.
+    pair_rows at(long long pair) const {
+        return pair_rows{y, u, v, y_below, chroma_below, y_to_lower, y_to_next, chroma_to_next}
+            .after(pair, 0);
     }
 
     unsigned char *surface(long long pair, int k) const {
@@ -105,31 +112,58 @@ void stretch(const machine &machine, const call::picture &p, bool filtered, cons
     const bool in_order = machine.in_order || rows.order_can_be_observed(filtered);
     const surface_stores stores(machine, p.dst, rows.dst_to_row, 4 * rows.pairs * rows.row_bytes,
                                 in_order);
-    rows_to_yuy2 to_yuy2(machine.rows, by, rows.pixels, in_order ? step : strip_pixels, stores);
     const bool in_pairs = !in_order && !rows.drifts();
+    if (in_pairs && !filtered && rows.at(0).contiguous()) {
+        const ptrdiff_t pairs = static_cast<ptrdiff_t>(rows.pairs);
+        doubled_pairs doubled(machine.rows.emit_yuy2_of_double_height, rows.dst_to_row, false,
+                              stores);
+        return in_runs(pairs, doubled_pairs::most(rows.pixels), [&](ptrdiff_t pair, ptrdiff_t n) {
+            doubled.emit(rows.surface(pair, 0), rows.at(pair), n, rows.pixels, false,
+                         pair + n == pairs);
+        });
+    }
+    rows_between between(machine.rows, planar_to_yuy2(machine.rows), by, rows.pixels,
+                         in_order ? step : rows_between::most_pixels, stores);
 
-    const way_between itself{nullptr}, average{machine.rows.average_rows},
-        four_taps{machine.rows.four_taps};
-    for (long long pair = 0; pair < rows.pairs; ++pair) {
+    // quirk: of the rows between the first pair and the last two, whose neighbours all exist, each is
+    // filtered; so is luma between the last two
+    // [stretches.yuy2_1x2_adjusted_filters_the_inner_rows_only]
+    struct ways {
+        way_between upper, lower, chroma;
+
+        bool operator==(const ways &) const = default;
+    };
+    const auto ways_of = [&](long long pair) {
+        const way_between itself{nullptr}, average{machine.rows.average_rows},
+            four_taps{machine.rows.four_taps};
         const long long after = rows.pairs - 1 - pair;
-        // quirk: of the rows between the first pair and the last two, whose neighbours all exist,
-        // each is filtered; so is luma between the last two
-        // [stretches.yuy2_1x2_adjusted_filters_the_inner_rows_only]
         const bool inner = filtered && pair > 0;
-        const way_between &upper = inner && after > 0 ? four_taps : average;
-        const way_between &lower = after == 0 ? itself : inner ? four_taps : average;
-        const way_between &chroma = after == 0 ? itself : inner && after > 1 ? four_taps : average;
-        if (in_pairs) {
-            to_yuy2.pair(rows.surface(pair, 0), rows.dst_to_row, rows.source(pair, 0), upper,
-                         itself);
-            to_yuy2.pair(rows.surface(pair, 2), rows.dst_to_row, rows.source(pair, 2), lower,
-                         chroma);
-        } else {
-            to_yuy2.row(rows.surface(pair, 0), rows.source(pair, 0), itself, itself);
-            to_yuy2.row(rows.surface(pair, 1), rows.source(pair, 1), upper, itself);
-            to_yuy2.row(rows.surface(pair, 2), rows.source(pair, 2), itself, chroma);
-            to_yuy2.row(rows.surface(pair, 3), rows.source(pair, 3), lower, chroma);
+        return ways{inner && after > 0 ? four_taps : average,
+                    after == 0 ? itself
+                    : inner    ? four_taps
+                               : average,
+                    after == 0           ? itself
+                    : inner && after > 1 ? four_taps
+                                         : average};
+    };
+    for (long long pair = 0; pair < rows.pairs;) {
+        const ways way = ways_of(pair);
+        if (!in_pairs) {
+            const way_between itself{nullptr};
+            between.row(rows.surface(pair, 0), rows.source(pair, 0), itself, itself);
+            between.row(rows.surface(pair, 1), rows.source(pair, 1), way.upper, itself);
+            between.row(rows.surface(pair, 2), rows.source(pair, 2), itself, way.chroma);
+            between.row(rows.surface(pair, 3), rows.source(pair, 3), way.lower, way.chroma);
+            ++pair;
+            continue;
         }
+        ptrdiff_t count = 1;
+        while (count < between.most() && pair + count < rows.pairs && ways_of(pair + count) == way)
+            ++count;
+        unsigned char *const dst = rows.surface(pair, 0);
+        between.upper_rows(dst, rows.dst_to_row, rows.at(pair), way.upper, count);
+        between.lower_rows(dst, rows.dst_to_row, rows.at(pair), way.lower, way.chroma, count);
+        pair += count;
     }
 }
 
@@ -149,55 +183,6 @@ void strech_picture_1X2_yuy2_ajust(const machine &machine, const call::picture &
 
 namespace {
 
-// Runs of source rows with what follows them, adjusted unless `by` is null.
-class adjusted_runs {
-public:
-    adjusted_runs(const row_kernels &kernels_, const adjustment *by_)
-        : kernels(kernels_), by(by_) {}
-
-    static constexpr ptrdiff_t most = 4 * strip_pixels;
-    static constexpr ptrdiff_t following = 16; // pixels: one sample is needed, and kernels want 8
-
-    void forget() { luma.forget(), chroma.forget(); }
-
-    // So many samples at `from`, of the row of luma of that number.
-    const unsigned char *y(long long number, const unsigned char *from, ptrdiff_t samples) {
-        if (!by)
-            return from;
-        return luma.row(number, [&](unsigned char *to) { adjust(to, from, samples, by->y); });
-    }
-
-    struct chroma_run {
-        const unsigned char *u, *v;
-    };
-
-    chroma_run uv(long long pair, const unsigned char *u, const unsigned char *v,
-                  ptrdiff_t samples) {
-        if (!by)
-            return {u, v};
-        const unsigned char *const run = chroma.row(pair, [&](unsigned char *to) {
-            adjust(to, u, samples, by->u);
-            adjust(to + most_chroma, v, samples, by->v);
-        });
-        return {run, run + most_chroma};
-    }
-
-private:
-    static constexpr ptrdiff_t most_chroma = (most + following) / 2;
-
-    void adjust(unsigned char *to, const unsigned char *from, ptrdiff_t samples,
-                const plane_adjustment &map) {
-        row.src = from, row.dst = to, row.by = &map;
-        kernels.emit_plane(row, samples);
-    }
-
-    const row_kernels &kernels;
-    const adjustment *const by;
-    plane_rows row{};
-    recent_rows<4, most + following> luma;
-    recent_rows<2, 2 * most_chroma> chroma; // U, then V
-};
-
 // quirk: the steps of a row are counted from one step less on, tested after each, and followed by the
 // last one: there are two at least [stretches.yuy2_2x2_writes_at_least_two_steps]
 ptrdiff_t pixels_of_double_width(int width) {
@@ -205,83 +190,100 @@ ptrdiff_t pixels_of_double_width(int width) {
     return static_cast<ptrdiff_t>(16 * ((left <= 0 ? 1 : steps_of(left, 8)) + 1));
 }
 
+// A run of one row or of what lies between it and the row below, adjusted unless `by` is null.
+class doubled_run {
+public:
+    doubled_run(const row_kernels &kernels_, const adjustment *by_, store_policy stores_)
+        : kernels(kernels_), by(by_), stores(stores_) {}
+
+    void emit(unsigned char *dst, const source_rows &at, pair_made made, bool chroma_between,
+              ptrdiff_t n, bool at_end) {
+        const ptrdiff_t samples = at_end ? n : n + following;
+        doubled_rows row{at.y, uv[0], nullptr, dst};
+        row.made = made, row.repeats_last = at_end, row.stores = stores, row.y_below = at.y_below;
+        if (by) {
+            plane_rows adjusted{at.y, y[0]};
+            adjusted.by = &by->y;
+            adjusted.count = made == pair_made::row ? 1 : 2;
+            adjusted.src_next = at.y_below, adjusted.dst_next = sizeof(y[0]);
+            kernels.emit_plane(adjusted, samples);
+            row.y = y[0], row.y_below = sizeof(y[0]);
+        }
+        const int rows = chroma_between ? 2 : 1;
+        kernels.interleave_chroma({at.u, at.v, uv[0], by, rows, at.chroma_below, sizeof(uv[0])},
+                                  samples);
+        row.chroma_below = chroma_between ? sizeof(uv[0]) : 0;
+        for (int i = 0; at_end && i < rows; ++i)
+            uv[i][n] = uv[i][n - 2], uv[i][n + 1] = uv[i][n - 1];
+        kernels.emit_doubled_yuy2(row, n);
+    }
+
+private:
+    static constexpr ptrdiff_t following = pairs_of_samples::following;
+
+    const row_kernels &kernels;
+    const adjustment *const by;
+    const store_policy stores;
+    alignas(64) unsigned char y[2][strip_pixels + following], uv[2][strip_pixels + following];
+};
+
 // Adjusted, unless `by` is null, before the interpolation.
+void double_row_by_row(const row_kernels &kernels, const double_height &rows, const adjustment *by,
+                       ptrdiff_t run_pixels, store_policy stores) {
+    doubled_run run(kernels, by, stores);
+    const auto emit = [&](long long pair, int k, pair_made made, bool chroma_between) {
+        in_runs(rows.pixels, run_pixels, [&](ptrdiff_t x, ptrdiff_t n) {
+            source_rows at = rows.source(pair, k);
+            at.y += x, at.u += x / 2, at.v += x / 2;
+            run.emit(rows.surface(pair, k) + 4 * x, at, made, chroma_between, n,
+                     x + n == rows.pixels);
+        });
+    };
+    for (long long pair = 0; pair < rows.pairs; ++pair) {
+        const bool last = pair + 1 == rows.pairs;
+        emit(pair, 0, pair_made::row, false);
+        emit(pair, 1, pair_made::between, false);
+        emit(pair, 2, pair_made::row, !last);
+        emit(pair, 3, last ? pair_made::row : pair_made::between, !last);
+    }
+}
+
 void double_both(const machine &machine, const call::picture &p, const adjustment *by) {
     constexpr int step = 16;
     const double_height rows(p, 2, pixels_of_double_width(p.width));
     const bool in_order = machine.in_order || rows.order_can_be_observed(false);
     const surface_stores stores(machine, p.dst, rows.dst_to_row, 4 * rows.pairs * rows.row_bytes,
                                 in_order);
-    const bool in_pairs = !in_order && !rows.drifts();
-    const bool row_below_is_next = rows.y_below == rows.y_to_lower &&
-                                   2 * rows.y_below == rows.y_to_next &&
-                                   rows.chroma_below == rows.chroma_to_next;
-    adjusted_runs runs(machine.rows, by);
-    doubled_rows row{};
-    row.stores = stores, row.dst_below = rows.dst_to_row;
+    if (in_order || rows.drifts() || !rows.at(0).contiguous())
+        return double_row_by_row(machine.rows, rows, by, in_order ? step : strip_pixels, stores);
 
-    // Row k of a pair from x on, what lies between it and the row below, or both.
-    const bool keeps_rows = in_pairs && row_below_is_next;
-    const auto emit = [&](long long pair, int k, rows_made made, bool chroma_between, ptrdiff_t x,
-                          ptrdiff_t n) {
-        if (!keeps_rows)
-            runs.forget();
-        const source_rows at = rows.source(pair, k);
+    const ptrdiff_t all = static_cast<ptrdiff_t>(rows.pairs);
+    doubled_pairs doubled(machine.rows.emit_doubled_yuy2, rows.dst_to_row, false, stores);
+    pairs_of_samples samples;
+    in_runs(rows.pixels, pairs_of_samples::most_pixels, [&](ptrdiff_t x, ptrdiff_t n) {
         const bool at_end = x + n == rows.pixels;
-        const ptrdiff_t samples = at_end ? n : n + adjusted_runs::following;
-        const auto luma = [&](int below) {
-            return runs.y(2 * pair + k / 2 + below, at.y + below * at.y_below + x, samples);
-        };
-        const auto chroma = [&](int below) {
-            const ptrdiff_t from = below * at.chroma_below + x / 2;
-            return runs.uv(pair + below, at.u + from, at.v + from, samples / 2);
-        };
-        const unsigned char *const y = luma(0);
-        const adjusted_runs::chroma_run uv = chroma(0);
-        row.y = y, row.u = uv.u, row.v = uv.v, row.dst = rows.surface(pair, k) + 4 * x;
-        row.made = made, row.repeats_last = at_end;
-        if (made != rows_made::itself)
-            row.y_below = distance(y, luma(1));
-        row.chroma_below = chroma_between ? distance(uv.u, chroma(1).u) : 0;
-        machine.rows.emit_doubled_yuy2(row, n);
-    };
-
-    const ptrdiff_t columns = !in_order && by ? adjusted_runs::most : rows.pixels;
-    in_runs(rows.pixels, columns, [&](ptrdiff_t first, ptrdiff_t width) {
-        runs.forget();
-        const auto emit_row = [&](long long pair, int k, rows_made made, bool chroma_between) {
-            in_runs(width, in_order ? step : width, [&](ptrdiff_t x, ptrdiff_t n) {
-                emit(pair, k, made, chroma_between, first + x, n);
-            });
-        };
-        // Rows are adjusted a pair ahead: so soon that their stores are over when they are loaded.
-        const auto prepare = [&](long long pair) {
-            if (!keeps_rows || pair >= rows.pairs)
-                return;
-            const ptrdiff_t samples =
-                first + width == rows.pixels ? width : width + adjusted_runs::following;
-            const source_rows upper = rows.source(pair, 0), lower = rows.source(pair, 2);
-            runs.y(2 * pair, upper.y + first, samples);
-            runs.uv(pair, upper.u + first / 2, upper.v + first / 2, samples / 2);
-            runs.y(2 * pair + 1, lower.y + first, samples);
-        };
-        prepare(0);
-        for (long long pair = 0; pair < rows.pairs; ++pair) {
-            const bool last = pair + 1 == rows.pairs;
-            prepare(pair + 1);
-            if (in_pairs) {
-                emit_row(pair, 0, rows_made::both, false);
-            } else {
-                emit_row(pair, 0, rows_made::itself, false);
-                emit_row(pair, 1, rows_made::between, false);
-            }
-            if (in_pairs && !last) {
-                emit_row(pair, 2, rows_made::both, true);
-            } else {
-                emit_row(pair, 2, rows_made::itself, !last);
-                emit_row(pair, 3, last ? rows_made::itself : rows_made::between, !last);
-            }
-        }
+        samples.begin(n, at_end);
+        in_runs(all, samples.most(), [&](ptrdiff_t pair, ptrdiff_t count) {
+            const bool last = pair + count == all;
+            const pair_rows from = rows.at(pair).after(0, x);
+            const auto make = [&](const sample_rows &to) {
+                if (by) {
+                    plane_rows luma{from.y + to.first_y * from.y_below, to.y};
+                    luma.by = &by->y;
+                    luma.count = to.y_count, luma.src_next = from.y_below, luma.dst_next = to.pitch;
+                    machine.rows.emit_plane(luma, to.pixels);
+                }
+                const ptrdiff_t chroma = to.first_uv * from.chroma_below;
+                machine.rows.interleave_chroma({from.u + chroma, from.v + chroma, to.uv, by,
+                                                to.uv_count, from.chroma_below, to.pitch},
+                                               to.pixels);
+            };
+            pair_rows at = samples.take(count, last, make, machine.rows);
+            if (!by)
+                at.y = from.y, at.y_below = from.y_below, at.y_to_lower = from.y_to_lower,
+                at.y_next = from.y_next;
+            doubled.emit(rows.surface(pair, 0) + 4 * x, at, count, n, at_end, last);
+        });
     });
 }
 

@@ -4,6 +4,7 @@
 #include "picture/geometry.h"
 #include "picture/stores.h"
 #include "picture/strip.h"
+#include "stretch/doubled_pairs.h"
 #include "stretch/recent_rows.h"
 
 namespace lumalane {
@@ -219,6 +220,8 @@ private:
         return lumalane::order_can_be_observed(written, read);
     }
 
+    const unsigned char *row_at(ptrdiff_t row) const { return p.src + row * p.src_pitch; }
+
     unsigned char *surface(ptrdiff_t row) const { return p.dst + 2 * row * p.dst_pitch; }
 
     void double_column(ptrdiff_t x) const {
@@ -226,7 +229,7 @@ private:
         recent_rows<2, 2 * column> rows;
         const auto row = [&](ptrdiff_t number) {
             return rows.row(number, [&](unsigned char *line) {
-                const unsigned char *const from = p.src + number * p.src_pitch + x;
+                const unsigned char *const from = row_at(number) + x;
                 store_without_low_bits(line, from, x == 0 ? lost_bits : 0);
                 line[column] = from[at_end ? column - 1 : column];
             });
@@ -247,7 +250,9 @@ private:
         }
     }
 
+    // Some rows at a time, while those that are cleared afterwards are still in the cache.
     void double_rows(store_policy stores) const {
+        const ptrdiff_t at_once = doubled_pairs::most(samples), last = height - 1;
         // Non-temporal stores leave out what is cleared afterwards.
         const ptrdiff_t head = stores == store_policy::non_temporal && samples > 64 ? 64 : samples;
         const auto make = [&](stretched_rows r, ptrdiff_t from, ptrdiff_t to, store_policy policy) {
@@ -256,26 +261,27 @@ private:
             if (from < to)
                 machine.rows.double_plane(r, to - from);
         };
-        for (ptrdiff_t number = 0; number < height; ++number) {
-            stretched_rows r{p.src + number * p.src_pitch, surface(number)};
-            const bool last = number + 1 == height;
-            if (!last)
-                r.made = rows_made::both, r.src_below = p.src_pitch, r.dst_below = p.dst_pitch;
+        in_runs(last, at_once, [&](ptrdiff_t first, ptrdiff_t count) {
+            stretched_rows r{row_at(first), surface(first), rows_made::both};
+            r.src_below = p.src_pitch, r.dst_below = p.dst_pitch;
+            r.count = count, r.src_next = p.src_pitch, r.dst_next = 2 * p.dst_pitch;
             make(r, 0, head, store_policy::cached);
             make(r, head, samples, stores);
-            if (last) {
-                clear_column(r.dst, r.src[column], r.src[column]);
-                r.dst += 2 * p.dst_pitch;
-                make(r, 0, samples - column, store_policy::cached);
-                clear_column(r.dst, r.src[column], r.src[column]);
-                r.dst -= p.dst_pitch;
-                make(r, samples - column, samples, store_policy::cached);
-            } else {
-                const unsigned char next = r.src[column], below = r.src[p.src_pitch + column];
-                clear_column(r.dst, next, next);
-                clear_column(r.dst + p.dst_pitch, next, below);
+            for (ptrdiff_t row = first; row < first + count; ++row) {
+                const unsigned char next = row_at(row)[column], below = row_at(row + 1)[column];
+                clear_column(surface(row), next, next);
+                clear_column(surface(row) + p.dst_pitch, next, below);
             }
-        }
+        });
+        stretched_rows r{row_at(last), surface(last)};
+        const unsigned char next = r.src[column];
+        make(r, 0, samples, store_policy::cached);
+        clear_column(r.dst, next, next);
+        r.dst += 2 * p.dst_pitch;
+        make(r, 0, samples - column, store_policy::cached);
+        clear_column(r.dst, next, next);
+        r.dst -= p.dst_pitch;
+        make(r, samples - column, samples, store_policy::cached);
     }
 
     // The first column of a row without all bits, between rows with those samples after it.

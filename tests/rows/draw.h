@@ -27,8 +27,10 @@ row_call draw_planar_to_surface(const wanted_call &,
 row_call draw_packed_to_surface(const wanted_call &,
                                 member<lumalane::row_kernel::packed_to_surface>);
 row_call draw_plane_to_surface(const wanted_call &, member<lumalane::row_kernel::plane_to_surface>);
-row_call draw_deinterleaving(const wanted_call &, member<lumalane::row_kernel::deinterleaving>);
-row_call draw_between_rows(const wanted_call &, member<lumalane::row_kernel::between_rows>);
+row_call draw_chroma_interleaving(const wanted_call &,
+                                  member<lumalane::row_kernel::chroma_interleaving>);
+row_call draw_yuy2_unpacking(const wanted_call &, member<lumalane::row_kernel::yuy2_unpacking>);
+row_call draw_between_two_rows(const wanted_call &, member<lumalane::row_kernel::between_two_rows>);
 row_call draw_plane_stretching(const wanted_call &, member<lumalane::row_kernel::plane_stretching>);
 row_call draw_doubled_to_surface(const wanted_call &,
                                  member<lumalane::row_kernel::doubled_to_surface>);

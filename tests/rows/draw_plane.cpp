@@ -1,4 +1,7 @@
 // Kernels that make a row of one plane of another, and those that touch no row.
+#include <algorithm>
+#include <cstdint>
+
 #include "tests/rows/draw.h"
 
 namespace row_tests {
@@ -8,6 +11,23 @@ namespace {
 using lumalane::plane_adjustment;
 using lumalane::row_kernels;
 using lumalane::store_policy;
+
+// For two calls of three.
+std::shared_ptr<const lumalane::adjustment> draw_samples_adjustment(const wanted_call &wanted) {
+    if (wanted.number / 3 % 3 == 0)
+        return nullptr;
+    return std::make_shared<const lumalane::adjustment>(draw_adjustment(wanted.randomness));
+}
+
+// The formula of plane_adjustment.
+unsigned char adjusted(int sample, const plane_adjustment *by) {
+    if (!by)
+        return static_cast<unsigned char>(sample);
+    const int product = static_cast<std::int16_t>(static_cast<unsigned>(sample * by->gain));
+    const int rounded = std::min(product + 32, 32767);
+    const int amplified = static_cast<std::uint16_t>(rounded) >> 6;
+    return static_cast<unsigned char>(std::clamp(amplified + by->offset, 0, 255));
+}
 
 } // namespace
 
@@ -54,33 +74,76 @@ row_call draw_plane_to_surface(const wanted_call &wanted,
     return call;
 }
 
-row_call draw_deinterleaving(const wanted_call &wanted,
-                             member<lumalane::row_kernel::deinterleaving> kernel) {
-    const std::ptrdiff_t n = wanted.n;
-    // Both are adjusted, the even ones alone, or none.
-    std::shared_ptr<const plane_adjustment> even_by, odd_by;
-    if (wanted.number % 3 != 0)
-        even_by =
-            std::make_shared<const plane_adjustment>(draw_plane_adjustment(wanted.randomness));
-    if (wanted.number % 3 == 2)
-        odd_by = std::make_shared<const plane_adjustment>(draw_plane_adjustment(wanted.randomness));
+row_call draw_chroma_interleaving(const wanted_call &wanted,
+                                  member<lumalane::row_kernel::chroma_interleaving> kernel) {
+    using lumalane::interleaved_chroma;
+    const std::ptrdiff_t n = wanted.n, count = wanted.randomness.between(1, 3);
+    const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, n / 2, store_policy::cached);
+    const std::ptrdiff_t uv_next = draw_pitch(wanted.randomness, n, store_policy::cached);
+    const auto by = draw_samples_adjustment(wanted);
 
-    enum { src, even, odd };
+    enum { u, v, uv };
     row_call call;
-    call.arguments =
-        (even_by ? "even " + told(*even_by) : "") + (odd_by ? ", odd " + told(*odd_by) : "");
-    call.rows = {{"src", 2 * n}, {"even", n, 1, 0, true}, {"odd", n, 1, 0, true}};
+    call.arguments = std::to_string(count) + " times";
+    if (by)
+        call.arguments += ", " + told(*by);
+    call.rows = {{"u", n / 2, count, src_next},
+                 {"v", n / 2, count, src_next},
+                 {"uv", n, count, uv_next, true}};
     call.run = [=](const row_kernels &target, const addresses &at) {
-        (target.*kernel)(at[even], at[odd], at[src], n, even_by.get(), odd_by.get());
+        (target.*kernel)({at[u], at[v], at[uv], by.get(), count, src_next, uv_next}, n);
         return 0;
     };
-    call.expect = [=](const row_kernels &reference, contents &held) {
-        const bytes samples = held.read(src);
-        bytes first(n), second(n);
-        (reference.*kernel)(first.data(), second.data(), samples.data(), n, even_by.get(),
-                            odd_by.get());
-        held.write(even, first);
-        held.write(odd, second);
+    call.expect = [=](const row_kernels &, contents &held) {
+        for (std::ptrdiff_t i = 0; i < count; ++i) {
+            const bytes uu = held.read(u, i), vv = held.read(v, i);
+            bytes made(n);
+            for (std::ptrdiff_t x = 0; x < n; ++x)
+                made[x] = x % 2 == 0 ? adjusted(uu[x / 2], by ? &by->u : nullptr)
+                                     : adjusted(vv[x / 2], by ? &by->v : nullptr);
+            held.write(uv, made, i);
+        }
+        return 0;
+    };
+    return call;
+}
+
+row_call draw_yuy2_unpacking(const wanted_call &wanted,
+                             member<lumalane::row_kernel::yuy2_unpacking> kernel) {
+    using lumalane::unpacked_yuy2;
+    const std::ptrdiff_t n = wanted.n, count = wanted.randomness.between(1, 3);
+    const bool chroma = wanted.number % 3 != 0;
+    const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, 2 * n, store_policy::cached);
+    const std::ptrdiff_t y_next = draw_pitch(wanted.randomness, n, store_policy::cached);
+    const std::ptrdiff_t uv_next = draw_pitch(wanted.randomness, n, store_policy::cached);
+    const auto by = draw_samples_adjustment(wanted);
+
+    enum { src, y, uv };
+    row_call call;
+    call.arguments = std::to_string(count) + (chroma ? " times" : " times, luma alone");
+    if (by)
+        call.arguments += ", " + told(*by);
+    call.rows = {{"src", 2 * n, count, src_next},
+                 {"y", n, count, y_next, true},
+                 {"uv", chroma ? n : 0, count, uv_next, true}};
+    call.run = [=](const row_kernels &target, const addresses &at) {
+        (target.*kernel)(
+            {at[src], at[y], chroma ? at[uv] : nullptr, by.get(), count, src_next, y_next, uv_next},
+            n);
+        return 0;
+    };
+    call.expect = [=](const row_kernels &, contents &held) {
+        for (std::ptrdiff_t i = 0; i < count; ++i) {
+            const bytes packed = held.read(src, i);
+            bytes luma(n), pairs(n);
+            for (std::ptrdiff_t x = 0; x < n; ++x) {
+                luma[x] = adjusted(packed[2 * x], by ? &by->y : nullptr);
+                pairs[x] = adjusted(packed[2 * x + 1], by ? x % 2 == 0 ? &by->u : &by->v : nullptr);
+            }
+            if (chroma)
+                held.write(uv, pairs, i);
+            held.write(y, luma, i);
+        }
         return 0;
     };
     return call;

@@ -7,12 +7,18 @@ namespace row_tests {
 
 namespace {
 
+using lumalane::pair_made;
 using lumalane::row_kernels;
 using lumalane::rows_made;
 using lumalane::store_policy;
 
 std::string told(rows_made made) {
     constexpr const char *names[] = {"the row", "between the rows", "both"};
+    return names[static_cast<int>(made)];
+}
+
+std::string told(pair_made made) {
+    constexpr const char *names[] = {"the row", "between the rows", "all four"};
     return names[static_cast<int>(made)];
 }
 
@@ -31,31 +37,39 @@ surroundings surroundings_of(std::string_view name) {
 
 } // namespace
 
-row_call draw_between_rows(const wanted_call &wanted,
-                           member<lumalane::row_kernel::between_rows> kernel) {
+row_call draw_between_two_rows(const wanted_call &wanted,
+                               member<lumalane::row_kernel::between_two_rows> kernel) {
     const std::ptrdiff_t n = wanted.n;
     const surroundings read = surroundings_of(wanted.facts.name);
     const std::ptrdiff_t size = n == 0 ? 0 : read.before + n + read.after;
     const std::ptrdiff_t pitch = draw_pitch(wanted.randomness, size, store_policy::cached);
+    const std::ptrdiff_t count = wanted.randomness.between(1, 3), rows_next = wanted.number % 3;
+    const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, n, store_policy::cached);
 
     enum { src, dst };
     row_call call;
-    call.rows = {{"src", size, read.rows, pitch}, {"dst", n, 1, 0, true}};
+    call.arguments = std::to_string(count) + " times, " + std::to_string(rows_next) + " rows on";
+    call.rows = {{"src", size, read.rows + (count - 1) * rows_next, pitch},
+                 {"dst", n, count, dst_next, true}};
     call.run = [=](const row_kernels &target, const addresses &at) {
-        (target.*kernel)(at[dst], at[src] + read.rows_above * pitch + read.before, pitch, n);
+        (target.*kernel)({at[dst], at[src] + read.rows_above * pitch + read.before, pitch, count,
+                          rows_next * pitch, dst_next},
+                         n);
         return 0;
     };
     call.expect = [=](const row_kernels &reference, contents &held) {
-        bytes rows;
-        for (int i = 0; i < read.rows; ++i) {
-            const bytes row = held.read(src, i);
-            rows.insert(rows.end(), row.begin(), row.end());
+        for (std::ptrdiff_t k = 0; k < count; ++k) {
+            bytes rows;
+            for (int i = 0; i < read.rows; ++i) {
+                const bytes row = held.read(src, k * rows_next + i);
+                rows.insert(rows.end(), row.begin(), row.end());
+            }
+            bytes made(n);
+            if (n != 0)
+                (reference.*kernel)(
+                    {made.data(), rows.data() + read.rows_above * size + read.before, size}, n);
+            held.write(dst, made, k);
         }
-        bytes made(n);
-        if (n != 0)
-            (reference.*kernel)(made.data(), rows.data() + read.rows_above * size + read.before,
-                                size, n);
-        held.write(dst, made);
         return 0;
     };
     return call;
@@ -89,7 +103,6 @@ row_call draw_plane_stretching(const wanted_call &wanted,
                  {"dst", row_bytes, drawn.count, dst_next, true},
                  {"dst below", both ? row_bytes : 0, drawn.count, dst_next, true}};
     call.non_temporal = drawn.stores == store_policy::non_temporal;
-    call.reads_again = call.non_temporal && both;
     call.run = [=](const row_kernels &target, const addresses &at) {
         stretched_rows rows{at[src], at[dst]};
         rows.made = made;
@@ -132,65 +145,82 @@ row_call draw_plane_stretching(const wanted_call &wanted,
 row_call draw_doubled_to_surface(const wanted_call &wanted,
                                  member<lumalane::row_kernel::doubled_to_surface> kernel) {
     using lumalane::doubled_rows;
+    const bool doubles_width = wanted.facts.destination_bytes == 4;
     const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.destination_bytes;
-    const auto made = static_cast<rows_made>(wanted.number / 2 % 3);
-    const bool both = made == rows_made::both, reads_below = made != rows_made::itself;
-    const bool repeats_last = wanted.number / 6 % 2 == 1, two_of_chroma = wanted.number / 12 % 2;
-    const std::ptrdiff_t more = n != 0 && !repeats_last;
+    const auto made = static_cast<pair_made>(wanted.number / 2 % 3);
+    const bool all = made == pair_made::all;
+    const bool repeats_last = doubles_width && wanted.number / 6 % 2 == 1;
+    const bool lower_has_own = wanted.number / 12 % 2 == 1;
+    const bool two_of_chroma = all || wanted.number / 24 % 2 == 1;
     const store_policy stores = policy(wanted.number);
-    const std::ptrdiff_t chroma_below = draw_pitch(
-        wanted.randomness, std::max<std::ptrdiff_t>(n / 2 + more, 1), store_policy::cached);
+    random &r = wanted.randomness;
+    const std::ptrdiff_t count = r.between(1, 3);
+    const std::ptrdiff_t luma_bytes = n == 0 ? 0 : n + (doubles_width && !repeats_last);
+    const std::ptrdiff_t chroma_bytes = n == 0 ? 0 : doubles_width ? n + 2 : n / 2;
+    const std::ptrdiff_t pitch = draw_pitch(r, luma_bytes, store_policy::cached);
+    const std::ptrdiff_t chroma_pitch = draw_pitch(r, chroma_bytes, store_policy::cached);
+    const std::ptrdiff_t dst_pitch = draw_pitch(r, row_bytes, stores);
+    const int luma_rows = all ? 3 : made == pair_made::between ? 2 : 1, dst_rows = all ? 4 : 1;
+    const int chroma_rows = two_of_chroma ? 2 : 1;
 
-    enum { y, y_below, u, v, dst, dst_below };
+    enum { y, u, v, dst };
     row_call call;
-    call.arguments = told(made) + (repeats_last ? ", the last one again" : "") +
-                     (two_of_chroma ? ", two rows of chroma" : "") + ", " + told(stores);
-    call.rows = {{"y", n + more},
-                 {"y below", reads_below ? n + more : 0},
-                 {"u", n / 2 + more, two_of_chroma ? 2 : 1, chroma_below},
-                 {"v", n / 2 + more, two_of_chroma ? 2 : 1, chroma_below},
-                 {"dst", row_bytes, 1, 0, true},
-                 {"dst below", both ? row_bytes : 0, 1, 0, true}};
+    call.arguments = std::to_string(count) + " times " + told(made) +
+                     (repeats_last ? ", the last one again" : "") +
+                     (two_of_chroma ? ", two rows of chroma" : "") +
+                     (lower_has_own ? ", the lower row with its own" : "") + ", " + told(stores);
+    call.rows = {{"y", luma_bytes, luma_rows + count - 1, pitch},
+                 {"u", chroma_bytes, chroma_rows + count - 1, chroma_pitch},
+                 {"v", doubles_width ? 0 : chroma_bytes, chroma_rows + count - 1, chroma_pitch},
+                 {"dst", row_bytes, dst_rows * count, dst_pitch, true}};
     call.non_temporal = stores == store_policy::non_temporal;
-    call.reads_again = call.non_temporal && both;
     call.run = [=](const row_kernels &target, const addresses &at) {
-        doubled_rows rows{at[y], at[u], at[v], at[dst]};
+        doubled_rows rows{at[y], at[u], doubles_width ? nullptr : at[v], at[dst]};
         rows.made = made;
         rows.repeats_last = repeats_last;
         rows.stores = stores;
-        if (reads_below)
-            rows.y_below = at[y_below] - at[y];
-        if (both)
-            rows.dst_below = at[dst_below] - at[dst];
-        if (two_of_chroma)
-            rows.chroma_below = chroma_below;
+        rows.y_below = pitch, rows.dst_below = dst_pitch;
+        rows.chroma_below = two_of_chroma ? chroma_pitch : 0;
+        rows.lower_has_own_chroma = lower_has_own;
+        rows.count = count;
+        rows.y_next = pitch, rows.chroma_next = chroma_pitch, rows.dst_next = dst_rows * dst_pitch;
         (target.*kernel)(rows, n);
         return 0;
     };
     call.expect = [=](const row_kernels &reference, contents &held) {
-        const auto appended = [](bytes row, const bytes &below) {
-            row.insert(row.end(), below.begin(), below.end());
-            return row;
-        };
-        const auto chroma = [&](std::size_t plane) {
-            return two_of_chroma ? appended(held.read(plane), held.read(plane, 1))
-                                 : held.read(plane);
-        };
-        const bytes luma = appended(held.read(y), held.read(y_below));
-        const bytes uu = chroma(u), vv = chroma(v);
-        const auto row = [&](rows_made one) {
-            bytes result(row_bytes);
-            doubled_rows rows{luma.data(), uu.data(), vv.data(), result.data()};
-            rows.made = one;
-            rows.repeats_last = repeats_last;
-            rows.y_below = n + more;
-            rows.chroma_below = two_of_chroma ? n / 2 + more : 0;
-            (reference.*kernel)(rows, n);
-            return result;
-        };
-        held.write(dst, row(both ? rows_made::itself : made));
-        if (both)
-            held.write(dst_below, row(rows_made::between));
+        for (std::ptrdiff_t i = 0; i < count; ++i) {
+            bytes luma[3], uu[2], vv[2];
+            for (int k = 0; k < luma_rows; ++k)
+                luma[k] = held.read(y, i + k);
+            for (int k = 0; k < chroma_rows; ++k)
+                uu[k] = held.read(u, i + k), vv[k] = held.read(v, i + k);
+            // One row, of `upper` or of both rows, with the first row's chroma or with both.
+            const auto row = [&](int upper, bool between, bool both_of_chroma) {
+                const auto appended = [](bytes a, const bytes &b) {
+                    a.insert(a.end(), b.begin(), b.end());
+                    return a;
+                };
+                const bytes ys = between ? appended(luma[upper], luma[upper + 1]) : luma[upper];
+                const bytes us = both_of_chroma ? appended(uu[0], uu[1]) : uu[0];
+                const bytes vs = both_of_chroma ? appended(vv[0], vv[1]) : vv[0];
+                bytes result(row_bytes);
+                doubled_rows one{ys.data(), us.data(), vs.data(), result.data()};
+                one.made = between ? pair_made::between : pair_made::row;
+                one.repeats_last = repeats_last;
+                one.y_below = luma_bytes;
+                one.chroma_below = both_of_chroma ? chroma_bytes : 0;
+                (reference.*kernel)(one, n);
+                return result;
+            };
+            if (!all) {
+                held.write(dst, row(0, made == pair_made::between, two_of_chroma), i);
+                continue;
+            }
+            held.write(dst, row(0, false, false), 4 * i);
+            held.write(dst, row(0, true, false), 4 * i + 1);
+            held.write(dst, row(1, false, !lower_has_own), 4 * i + 2);
+            held.write(dst, row(1, true, true), 4 * i + 3);
+        }
         return 0;
     };
     return call;

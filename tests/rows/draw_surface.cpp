@@ -13,7 +13,8 @@ using lumalane::row_kernels;
 using lumalane::store_policy;
 
 std::string told(lower_row lower) {
-    constexpr const char *names[] = {"no lower row", "lower row itself", "lower row average"};
+    constexpr const char *names[] = {"no lower row", "lower row itself", "lower row average",
+                                     "lower row by four taps"};
     return names[static_cast<int>(lower)];
 }
 
@@ -32,10 +33,67 @@ repetition<adjustment> draw_repetition(const wanted_call &wanted) {
     return drawn;
 }
 
+// Pairs of YUY2 whose lower row is made of the four rows around it.
+row_call draw_filtered_pairs(const wanted_call &wanted,
+                             member<lumalane::row_kernel::planar_to_surface> kernel) {
+    const std::ptrdiff_t n = wanted.n, row_bytes = 2 * n;
+    const repetition<adjustment> drawn = draw_repetition(wanted);
+    const std::ptrdiff_t pitch = draw_pitch(wanted.randomness, n, store_policy::cached);
+    const std::ptrdiff_t chroma_next = draw_pitch(wanted.randomness, n / 2, store_policy::cached);
+    const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, row_bytes, drawn.stores);
+
+    enum { y, u, v, dst, dst_below };
+    row_call call;
+    call.arguments = told(lower_row::four_taps) + ", " + drawn.told();
+    call.rows = {{"y", n, drawn.count + 3, pitch},
+                 {"u", n / 2, drawn.count, chroma_next},
+                 {"v", n / 2, drawn.count, chroma_next},
+                 {"dst", row_bytes, drawn.count, dst_next, true},
+                 {"lower dst", row_bytes, drawn.count, dst_next, true}};
+    call.non_temporal = drawn.stores == store_policy::non_temporal;
+    call.run = [=](const row_kernels &target, const addresses &at) {
+        planar_rows rows{at[y] + pitch, at[u], at[v], at[dst]};
+        rows.lower = lower_row::four_taps;
+        rows.y_below = pitch, rows.dst_below = at[dst_below] - at[dst];
+        rows.stores = drawn.stores;
+        rows.by = drawn.by.get();
+        rows.count = drawn.count;
+        rows.y_next = pitch, rows.chroma_next = chroma_next, rows.dst_next = dst_next;
+        (target.*kernel)(rows, n);
+        return 0;
+    };
+    call.expect = [=](const row_kernels &reference, contents &held) {
+        for (std::ptrdiff_t i = 0; i < drawn.count; ++i) {
+            const bytes uu = held.read(u, i), vv = held.read(v, i);
+            const auto write = [&](std::size_t to, const bytes &luma) {
+                bytes made(row_bytes);
+                planar_rows row{luma.data(), uu.data(), vv.data(), made.data()};
+                row.by = drawn.by.get();
+                (reference.*kernel)(row, n);
+                held.write(to, made, i);
+            };
+            const bytes upper = held.read(y, i + 1);
+            write(dst, upper);
+            bytes four, between(n);
+            for (int k = 0; k < 4; ++k) {
+                const bytes row = k == 1 ? upper : held.read(y, i + k);
+                four.insert(four.end(), row.begin(), row.end());
+            }
+            if (n != 0)
+                reference.four_taps({between.data(), four.data() + n, n}, n);
+            write(dst_below, between);
+        }
+        return 0;
+    };
+    return call;
+}
+
 } // namespace
 
 row_call draw_planar_to_surface(const wanted_call &wanted,
                                 member<lumalane::row_kernel::planar_to_surface> kernel) {
+    if (wanted.facts.name == "emit_yuy2" && wanted.number / 12 % 4 == 0)
+        return draw_filtered_pairs(wanted, kernel);
     const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.destination_bytes;
     const bool gaps = wanted.facts.gaps, mono = wanted.facts.mono;
     repetition<adjustment> drawn = draw_repetition(wanted);
@@ -45,6 +103,7 @@ row_call draw_planar_to_surface(const wanted_call &wanted,
         gaps ? lower_row::itself : static_cast<lower_row>(wanted.number / 4 % 3);
     const bool pair = lower != lower_row::none;
     const std::ptrdiff_t y_next = draw_pitch(wanted.randomness, n, store_policy::cached);
+    const std::ptrdiff_t below_next = draw_pitch(wanted.randomness, n, store_policy::cached);
     const std::ptrdiff_t chroma_next = draw_pitch(wanted.randomness, n / 2, store_policy::cached);
     const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, row_bytes, drawn.stores);
 
@@ -52,18 +111,18 @@ row_call draw_planar_to_surface(const wanted_call &wanted,
     row_call call;
     call.arguments = told(lower) + ", " + drawn.told();
     call.rows = {{"y", n, drawn.count, y_next},
-                 {"lower y", pair ? n : 0, drawn.count, y_next},
+                 {"lower y", pair ? n : 0, drawn.count, below_next},
                  {"u", mono ? 0 : n / 2, drawn.count, chroma_next},
                  {"v", mono ? 0 : n / 2, drawn.count, chroma_next},
                  {"dst", row_bytes, drawn.count, dst_next, true},
                  {"lower dst", pair ? row_bytes : 0, drawn.count, dst_next, true}};
     call.non_temporal = drawn.stores == store_policy::non_temporal;
-    call.reads_again = call.non_temporal && pair && !gaps;
     call.run = [=](const row_kernels &target, const addresses &at) {
         planar_rows rows{at[y], at[u], at[v], at[dst]};
         rows.lower = lower;
         if (pair)
             rows.y_below = at[y_below] - at[y], rows.dst_below = at[dst_below] - at[dst];
+        rows.y_below_next = below_next - y_next;
         rows.stores = drawn.stores;
         rows.by = drawn.by.get();
         rows.count = drawn.count;
@@ -117,7 +176,6 @@ row_call draw_packed_to_surface(const wanted_call &wanted,
                  {"dst", row_bytes, drawn.count, dst_next, true},
                  {"lower dst", pair ? row_bytes : 0, drawn.count, dst_next, true}};
     call.non_temporal = drawn.stores == store_policy::non_temporal;
-    call.reads_again = call.non_temporal && pair;
     call.run = [=](const row_kernels &target, const addresses &at) {
         packed_rows rows{at[src], own_chroma ? at[src] : at[chroma], at[dst]};
         if (pair) {
