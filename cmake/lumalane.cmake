@@ -79,6 +79,12 @@ foreach(line IN LISTS lines)
     string(APPEND shipped_lines "${line}\n")
   endif()
 endforeach()
+# What is not shipped need not be small.
+foreach(target IN LISTS targets)
+  if(NOT target IN_LIST shipped_targets)
+    list(REMOVE_ITEM target_flags_${target} -Oz)
+  endif()
+endforeach()
 file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/all/targets_built.inc CONTENT "${target_lines}" @ONLY)
 file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/shipped/targets_built.inc CONTENT "${shipped_lines}" @ONLY)
 
@@ -115,6 +121,8 @@ target_compile_options(
   lumalane_row_options
   INTERFACE # No calls of memcpy or memset in place of our loops.
             $<$<CXX_COMPILER_ID:GNU>:-fno-tree-loop-distribute-patterns>
+            # Vectors wider than registers pass between our own functions, compiled alike.
+            -Wno-psabi
             # Nor a copy of a loop, or of a function, for each value of what is the same throughout it.
             $<$<CXX_COMPILER_ID:GNU>:-fno-unswitch-loops$<SEMICOLON>-fno-ipa-cp-clone>
             # With it g++ 12 drops stores before calls of functions that it has merged (seen with -Oz).

@@ -14,7 +14,7 @@ namespace {
 template <class Pixels, class Adjusted>
 struct packed_to_rgb {
     static constexpr int bytes_per_pixel = Pixels::bytes_per_pixel, least = 16, most = widest;
-    static constexpr bool fetches_ahead = true;
+    static constexpr bool fetches_ahead = !small_code;
 
     Adjusted adjusted;
 

@@ -1,54 +1,61 @@
-// Vectors in plain C++: the definition of every operation, and the target that runs anywhere.
+// The compilers' own vectors: the definition of every operation, and the target that runs anywhere.
 //
 // bytes<n> are n unsigned 8-bit lanes, words<n> are n signed 16-bit lanes; lane 0 is the first in
 // memory. Operations that move lanes work within blocks of 16 bytes (8 words), as the wide
 // registers of x86 do; a vector of 16 bytes or fewer is one block.
 #pragma once
 
-// Left to the compiler here: loops over lanes all pulled into one function take it minutes.
-#undef LUMALANE_INLINE
-#define LUMALANE_INLINE inline
-#undef LUMALANE_INLINE_LAMBDA
-#define LUMALANE_INLINE_LAMBDA
+#include "simd/lanes.h"
+
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__);
 
 namespace lumalane::LUMALANE_TARGET_NAME {
 
 template <int n>
 struct bytes {
-    unsigned char lane[n];
+    lanes<unsigned char, n> lane;
 };
 
 template <int n>
 struct words {
-    short lane[n];
+    lanes<short, n> lane;
 };
 
 // Lanes of the widest bytes<> that the target works with.
 inline constexpr int widest = 16;
+
+// Words as unsigned ones, whose arithmetic is modulo 2^16.
+template <int n>
+LUMALANE_INLINE lanes<unsigned short, n> as_unsigned(words<n> a) {
+    return (lanes<unsigned short, n>)a.lane;
+}
+
+template <int n>
+LUMALANE_INLINE words<n> as_signed(lanes<unsigned short, n> a) {
+    return {(lanes<short, n>)a};
+}
 
 // ---- Memory ------------------------------------------------------------------------------------
 
 template <int n>
 LUMALANE_INLINE bytes<n> load(const unsigned char *from) {
     bytes<n> r;
-    for (int i = 0; i < n; ++i)
-        r.lane[i] = from[i];
+    __builtin_memcpy(&r, from, n);
     return r;
 }
 
 // The lower half of the lanes from one place, the upper half from another.
 template <int n>
 LUMALANE_INLINE bytes<n> load_halves(const unsigned char *low, const unsigned char *high) {
-    bytes<n> r;
-    for (int i = 0; i < n; ++i)
-        r.lane[i] = i < n / 2 ? low[i] : high[i - n / 2];
-    return r;
+    unsigned char lane[n];
+    __builtin_memcpy(lane, low, n / 2);
+    __builtin_memcpy(lane + n / 2, high, n / 2);
+    return load<n>(lane);
 }
 
 template <int n>
 LUMALANE_INLINE void store(unsigned char *to, bytes<n> a) {
-    for (int i = 0; i < n; ++i)
-        to[i] = a.lane[i];
+    __builtin_memcpy(to, &a, n);
 }
 
 // Stores around the cache where the processor can; `to` is aligned to n bytes.
@@ -60,125 +67,96 @@ LUMALANE_INLINE void stream(unsigned char *to, bytes<n> a) {
 // Makes streamed stores visible before any later one.
 LUMALANE_INLINE void stream_fence() {}
 
+// ---- Moving lanes ------------------------------------------------------------------------------
+
+// n lanes, of which the i-th is the index(i)-th of those of `a` and then of `b`.
+template <int n, class Index>
+LUMALANE_INLINE bytes<n> pick(bytes<n> a, bytes<n> b, Index index) {
+    return {pick<n>(a.lane, b.lane, index)};
+}
+
+template <int n, class Index>
+LUMALANE_INLINE words<n> pick(words<n> a, words<n> b, Index index) {
+    return {pick<n>(a.lane, b.lane, index)};
+}
+
 // ---- One lane at a time ------------------------------------------------------------------------
-
-template <int n, class Operation>
-LUMALANE_INLINE words<n> each(words<n> a, Operation operation) {
-    for (int i = 0; i < n; ++i)
-        a.lane[i] = static_cast<short>(operation(a.lane[i]));
-    return a;
-}
-
-template <int n, class Operation>
-LUMALANE_INLINE bytes<n> each(bytes<n> a, Operation operation) {
-    for (int i = 0; i < n; ++i)
-        a.lane[i] = static_cast<unsigned char>(operation(a.lane[i]));
-    return a;
-}
-
-template <int n, class Operation>
-LUMALANE_INLINE words<n> each(words<n> a, words<n> b, Operation operation) {
-    words<n> r;
-    for (int i = 0; i < n; ++i)
-        r.lane[i] = static_cast<short>(operation(a.lane[i], b.lane[i]));
-    return r;
-}
-
-template <int n, class Operation>
-LUMALANE_INLINE bytes<n> each(bytes<n> a, bytes<n> b, Operation operation) {
-    bytes<n> r;
-    for (int i = 0; i < n; ++i)
-        r.lane[i] = static_cast<unsigned char>(operation(a.lane[i], b.lane[i]));
-    return r;
-}
-
-LUMALANE_INLINE int clamp(int value, int low, int high) {
-    return value < low ? low : value > high ? high : value;
-}
 
 template <int n>
 LUMALANE_INLINE words<n> fill_words(int value) {
-    words<n> r;
-    for (int i = 0; i < n; ++i)
-        r.lane[i] = static_cast<short>(value);
-    return r;
+    return {lanes<short, n>{} + static_cast<short>(value)};
 }
 
 // Even lanes, odd lanes.
 template <int n>
 LUMALANE_INLINE words<n> fill_word_pairs(int even, int odd) {
-    words<n> r;
-    for (int i = 0; i < n; ++i)
-        r.lane[i] = static_cast<short>(i % 2 ? odd : even);
-    return r;
+    return pick(
+        fill_words<n>(even), fill_words<n>(odd), [](int i) constexpr { return i % 2 * n + i; });
 }
 
 template <int n>
 LUMALANE_INLINE bytes<n> fill_bytes(int value) {
-    bytes<n> r;
-    for (int i = 0; i < n; ++i)
-        r.lane[i] = static_cast<unsigned char>(value);
-    return r;
+    return {lanes<unsigned char, n>{} + static_cast<unsigned char>(value)};
 }
 
 template <int n>
 LUMALANE_INLINE words<n> add(words<n> a, words<n> b) {
-    return each(a, b, [](int x, int y) { return x + y; });
+    return as_signed<n>(as_unsigned(a) + as_unsigned(b));
 }
 
 template <int n>
 LUMALANE_INLINE words<n> subtract(words<n> a, words<n> b) {
-    return each(a, b, [](int x, int y) { return x - y; });
-}
-
-// Clamped to the range of a signed 16-bit lane.
-template <int n>
-LUMALANE_INLINE words<n> add_saturate(words<n> a, words<n> b) {
-    return each(a, b, [](int x, int y) { return clamp(x + y, -32768, 32767); });
+    return as_signed<n>(as_unsigned(a) - as_unsigned(b));
 }
 
 template <int n>
 LUMALANE_INLINE words<n> maximum(words<n> a, words<n> b) {
-    return each(a, b, [](int x, int y) { return x > y ? x : y; });
+    return {select(a.lane > b.lane, a.lane, b.lane)};
+}
+
+template <int n>
+LUMALANE_INLINE words<n> minimum(words<n> a, words<n> b) {
+    return {select(a.lane < b.lane, a.lane, b.lane)};
+}
+
+// Clamped to the range of a signed 16-bit lane: where the sum has neither summand's sign, it is too
+// large for two positive ones, too small for two negative ones.
+template <int n>
+LUMALANE_INLINE words<n> add_saturate(words<n> a, words<n> b) {
+    const lanes<short, n> sum = add(a, b).lane;
+    const lanes<short, n> limit = (a.lane >> 15) ^ 0x7fff;
+    return {select(((a.lane ^ sum) & (b.lane ^ sum)) < 0, limit, sum)};
 }
 
 // Of lanes taken as unsigned, clamped to 65535.
 template <int n>
 LUMALANE_INLINE words<n> add_saturate_unsigned(words<n> a, words<n> b) {
-    return each(a, b, [](int x, int y) { return clamp((x & 0xffff) + (y & 0xffff), 0, 0xffff); });
-}
-
-template <int n>
-LUMALANE_INLINE words<n> minimum(words<n> a, words<n> b) {
-    return each(a, b, [](int x, int y) { return x < y ? x : y; });
+    const lanes<unsigned short, n> sum = as_unsigned(a) + as_unsigned(b);
+    return {(lanes<short, n>)sum | (lanes<short, n>)(sum < as_unsigned(a))};
 }
 
 template <int n>
 LUMALANE_INLINE bytes<n> absolute_difference(bytes<n> a, bytes<n> b) {
-    return each(a, b, [](int x, int y) { return x < y ? y - x : x - y; });
+    return {select(a.lane > b.lane, a.lane - b.lane, b.lane - a.lane)};
 }
 
 // The lower and the upper half of the signed 32-bit product.
 template <int n>
 LUMALANE_INLINE words<n> multiply_low(words<n> a, words<n> b) {
-    return each(a, b, [](int x, int y) { return x * y; });
+    return as_signed<n>(as_unsigned(a) * as_unsigned(b));
 }
 
 template <int n>
 LUMALANE_INLINE words<n> multiply_high(words<n> a, words<n> b) {
-    return each(a, b, [](int x, int y) { return (x * y) >> 16; });
+    return {convert<short, n>((convert<int, n>(a.lane) * convert<int, n>(b.lane)) >> 16)};
 }
 
 // The upper half of the product of lanes taken as unsigned.
 template <int n>
 LUMALANE_INLINE words<n> multiply_high_unsigned(words<n> a, words<n> b) {
-    return each(a, b, [](unsigned x, unsigned y) { return ((x & 0xffff) * (y & 0xffff)) >> 16; });
-}
-
-// The lower byte of each lane times `lower` plus the upper one times `upper`, modulo 2^16.
-template <int lower, int upper, int n>
-LUMALANE_INLINE words<n> multiply_bytes(words<n> a) {
-    return each(a, [](int x) { return (x & 0xff) * lower + (x >> 8 & 0xff) * upper; });
+    const lanes<unsigned, n> product =
+        convert<unsigned, n>(as_unsigned(a)) * convert<unsigned, n>(as_unsigned(b));
+    return {convert<short, n>(product >> 16)};
 }
 
 // The product divided by 2^15, rounded to the nearest. Worth its while only where it is one
@@ -187,300 +165,282 @@ inline constexpr bool multiplies_rounded = false;
 
 template <int n>
 LUMALANE_INLINE words<n> multiply_rounded(words<n> a, words<n> b) {
-    return each(a, b, [](int x, int y) { return (x * y + 0x4000) >> 15; });
+    const lanes<int, n> product = convert<int, n>(a.lane) * convert<int, n>(b.lane);
+    return {convert<short, n>((product + 0x4000) >> 15)};
 }
 
 template <int count, int n>
 LUMALANE_INLINE words<n> shift_left(words<n> a) {
-    return each(a, [](int x) { return static_cast<int>(static_cast<unsigned>(x) << count); });
+    return as_signed<n>(as_unsigned(a) << count);
 }
 
 // Rounds towards minus infinity.
 template <int count, int n>
 LUMALANE_INLINE words<n> shift_right_arithmetic(words<n> a) {
-    return each(a, [](int x) { return x >> count; });
+    return {a.lane >> count};
 }
 
 // Zeros come in from the left.
 template <int count, int n>
 LUMALANE_INLINE words<n> shift_right_logical(words<n> a) {
-    return each(a, [](int x) { return (x & 0xffff) >> count; });
+    return as_signed<n>(as_unsigned(a) >> count);
 }
 
 // Bits do not pass from one byte to the next.
 template <int count, int n>
 LUMALANE_INLINE bytes<n> shift_left(bytes<n> a) {
-    return each(a, [](int x) { return x << count; });
+    return {a.lane << count};
 }
 
 template <int count, int n>
 LUMALANE_INLINE bytes<n> shift_right_logical(bytes<n> a) {
-    return each(a, [](int x) { return x >> count; });
+    return {a.lane >> count};
 }
 
 template <int n>
 LUMALANE_INLINE bytes<n> operator&(bytes<n> a, bytes<n> b) {
-    return each(a, b, [](int x, int y) { return x & y; });
+    return {a.lane & b.lane};
 }
 
 template <int n>
 LUMALANE_INLINE bytes<n> operator|(bytes<n> a, bytes<n> b) {
-    return each(a, b, [](int x, int y) { return x | y; });
+    return {a.lane | b.lane};
 }
 
 template <int n>
 LUMALANE_INLINE words<n> operator&(words<n> a, words<n> b) {
-    return each(a, b, [](int x, int y) { return x & y; });
+    return {a.lane & b.lane};
 }
 
 template <int n>
 LUMALANE_INLINE words<n> operator|(words<n> a, words<n> b) {
-    return each(a, b, [](int x, int y) { return x | y; });
+    return {a.lane | b.lane};
 }
 
 // All bits set where it is so, none elsewhere.
 template <int n>
 LUMALANE_INLINE words<n> equal(words<n> a, words<n> b) {
-    return each(a, b, [](int x, int y) { return x == y ? -1 : 0; });
+    return {a.lane == b.lane};
 }
 
 template <int n>
 LUMALANE_INLINE bytes<n> equal(bytes<n> a, bytes<n> b) {
-    return each(a, b, [](int x, int y) { return x == y ? 255 : 0; });
+    return {(lanes<unsigned char, n>)(a.lane == b.lane)};
 }
 
 // The same of lanes that are 1..127.
 template <int n>
 LUMALANE_INLINE bytes<n> in_1_to_127(bytes<n> a) {
-    return each(a, [](int x) { return 1 <= x && x <= 127 ? 255 : 0; });
+    return {(lanes<unsigned char, n>)((lanes<signed char, n>)a.lane > 0)};
 }
 
 // `chosen` where a lane of `where` is 255, `otherwise` where it is 0.
 template <int n>
 LUMALANE_INLINE bytes<n> choose(bytes<n> where, bytes<n> chosen, bytes<n> otherwise) {
-    bytes<n> r;
-    for (int i = 0; i < n; ++i)
-        r.lane[i] = where.lane[i] ? chosen.lane[i] : otherwise.lane[i];
-    return r;
+    return {(where.lane & chosen.lane) | (~where.lane & otherwise.lane)};
 }
 
-// Of such lanes: whether it is so everywhere. (all_zero() tells whether it is so nowhere.)
+template <int n>
+LUMALANE_INLINE bool all_zero(bytes<n> a) {
+    const auto fours = (lanes<unsigned, n / 4>)a.lane;
+    unsigned any = 0;
+    for (int i = 0; i < n / 4; ++i)
+        any |= fours[i];
+    return any == 0;
+}
+
+// Of lanes that are 255 or 0: whether all are 255.
 template <int n>
 LUMALANE_INLINE bool all(bytes<n> where) {
-    for (int i = 0; i < n; ++i)
-        if (where.lane[i] == 0)
-            return false;
-    return true;
+    return all_zero(bytes<n>{~where.lane});
 }
 
-// Averages rounded up.
+// Averages rounded up: a | b are the bits of both and those that differ, of which half too many.
 template <int n>
 LUMALANE_INLINE bytes<n> average(bytes<n> a, bytes<n> b) {
-    return each(a, b, [](int x, int y) { return (x + y + 1) >> 1; });
+    return {(a.lane | b.lane) - ((a.lane ^ b.lane) >> 1)};
 }
 
 // The same of lanes that are not negative.
 template <int n>
 LUMALANE_INLINE words<n> average(words<n> a, words<n> b) {
-    return each(a, b, [](int x, int y) { return (x + y + 1) >> 1; });
-}
-
-template <int n>
-LUMALANE_INLINE bool all_zero(bytes<n> a) {
-    int any = 0;
-    for (int i = 0; i < n; ++i)
-        any |= a.lane[i];
-    return any == 0;
+    return as_signed<n>((as_unsigned(a) + as_unsigned(b) + 1) >> 1);
 }
 
 // ---- Between bytes and words -------------------------------------------------------------------
 
 template <int n>
 LUMALANE_INLINE bytes<n / 2> lower_half(bytes<n> a) {
-    return load<n / 2>(a.lane);
+    return load<n / 2>(reinterpret_cast<const unsigned char *>(&a));
 }
 
 template <int n>
 LUMALANE_INLINE bytes<n / 2> upper_half(bytes<n> a) {
-    return load<n / 2>(a.lane + n / 2);
+    return load<n / 2>(reinterpret_cast<const unsigned char *>(&a) + n / 2);
 }
 
 // As the lower half, with anything above it.
 template <int n>
 LUMALANE_INLINE bytes<2 * n> extend(bytes<n> a) {
     bytes<2 *n> r = {};
-    for (int i = 0; i < n; ++i)
-        r.lane[i] = a.lane[i];
+    __builtin_memcpy(&r, &a, n);
     return r;
 }
 
 // The same bits: of each word the lower byte, then the upper one.
 template <int n>
 LUMALANE_INLINE words<n / 2> as_words(bytes<n> a) {
-    words<n / 2> r;
-    for (int i = 0; i < n / 2; ++i)
-        r.lane[i] = static_cast<short>(a.lane[2 * i] | a.lane[2 * i + 1] << 8);
-    return r;
+    return {(lanes<short, n / 2>)a.lane};
 }
 
 template <int n>
 LUMALANE_INLINE bytes<2 * n> as_bytes(words<n> a) {
-    bytes<2 * n> r;
-    for (int i = 0; i < 2 * n; ++i)
-        r.lane[i] = static_cast<unsigned char>(a.lane[i / 2] >> (i % 2 * 8));
-    return r;
+    return {(lanes<unsigned char, 2 * n>)a.lane};
 }
 
-// All lanes, in order.
+// The lower and the upper 8 lanes of every block of `upper`, each above the one of `lower`.
 template <int n>
-LUMALANE_INLINE words<n> widen(bytes<n> a) {
-    words<n> r;
-    for (int i = 0; i < n; ++i)
-        r.lane[i] = a.lane[i];
-    return r;
+LUMALANE_INLINE words<n / 2> widen_low(bytes<n> upper, bytes<n> lower) {
+    return as_words(pick(
+        lower, upper, [](int i) constexpr { return i / 16 * 16 + i % 16 / 2 + i % 2 * n; }));
 }
 
-// The lower and the upper 8 lanes of every block; narrow_saturate() takes them back.
+template <int n>
+LUMALANE_INLINE words<n / 2> widen_high(bytes<n> upper, bytes<n> lower) {
+    return as_words(pick(
+        lower, upper, [](int i) constexpr { return i / 16 * 16 + 8 + i % 16 / 2 + i % 2 * n; }));
+}
+
+// The same with zeros above.
 template <int n>
 LUMALANE_INLINE words<n / 2> widen_low(bytes<n> a) {
-    words<n / 2> r;
-    for (int i = 0; i < n / 2; ++i)
-        r.lane[i] = a.lane[i / 8 * 16 + i % 8];
-    return r;
+    return widen_low(bytes<n>{}, a);
 }
 
 template <int n>
 LUMALANE_INLINE words<n / 2> widen_high(bytes<n> a) {
-    words<n / 2> r;
-    for (int i = 0; i < n / 2; ++i)
-        r.lane[i] = a.lane[i / 8 * 16 + 8 + i % 8];
-    return r;
+    return widen_high(bytes<n>{}, a);
 }
 
-// The same lanes in 8.8 fixed point: whole + fraction / 256, unsigned.
+// All lanes, in order; narrow() takes back what is 0..255.
 template <int n>
-LUMALANE_INLINE words<n / 2> widen_low(bytes<n> whole, bytes<n> fraction) {
-    return each(widen_low(whole), widen_low(fraction), [](int x, int y) { return x << 8 | y; });
+LUMALANE_INLINE words<n> widen(bytes<n> a) {
+    const auto index = [](int i) constexpr { return i / 2 + i % 2 * n; };
+    return {(lanes<short, n>)pick<2 * n>(a.lane, bytes<n>{}.lane, index)};
 }
 
 template <int n>
-LUMALANE_INLINE words<n / 2> widen_high(bytes<n> whole, bytes<n> fraction) {
-    return each(widen_high(whole), widen_high(fraction), [](int x, int y) { return x << 8 | y; });
+LUMALANE_INLINE bytes<n> narrow(words<n> a) {
+    const auto index = [](int i) constexpr { return 2 * i; };
+    return {pick<n>(as_bytes(a).lane, as_bytes(a).lane, index)};
 }
 
 // Lanes 0, 2, 4 ... and lanes 1, 3, 5 ...
 template <int n>
 LUMALANE_INLINE words<n / 2> even(bytes<n> a) {
-    words<n / 2> r;
-    for (int i = 0; i < n / 2; ++i)
-        r.lane[i] = a.lane[2 * i];
-    return r;
+    return {as_words(a).lane & 0xff};
 }
 
 template <int n>
 LUMALANE_INLINE words<n / 2> odd(bytes<n> a) {
-    words<n / 2> r;
-    for (int i = 0; i < n / 2; ++i)
-        r.lane[i] = a.lane[2 * i + 1];
-    return r;
+    return shift_right_logical<8>(as_words(a));
 }
 
 // The same lanes times `factor`, a power of two up to 64.
 template <int factor, int n>
 LUMALANE_INLINE words<n / 2> even_times(bytes<n> a) {
-    return each(even(a), even(a), [](int x, int) { return x * factor; });
+    return {even(a).lane * factor};
 }
 
 template <int factor, int n>
 LUMALANE_INLINE words<n / 2> odd_times(bytes<n> a) {
-    return each(odd(a), odd(a), [](int x, int) { return x * factor; });
+    return {odd(a).lane * factor};
 }
 
-// Clamped to 0..255; in every block the 8 lanes of `a`, then the 8 lanes of `b`.
+template <int n>
+LUMALANE_INLINE words<n> weighted(words<n> a, words<n> b, int p, int q) {
+    return add(multiply_low(a, fill_words<n>(p)), multiply_low(b, fill_words<n>(q)));
+}
+
+// The lower byte of each lane times `lower` plus the upper one times `upper`, modulo 2^16.
+template <int lower, int upper, int n>
+LUMALANE_INLINE words<n> multiply_bytes(words<n> a) {
+    return weighted(even(as_bytes(a)), odd(as_bytes(a)), lower, upper);
+}
+
+template <int n>
+LUMALANE_INLINE words<n> clamp_to_byte(words<n> a) {
+    return minimum(maximum(a, fill_words<n>(0)), fill_words<n>(255));
+}
+
+// Clamped to 0..255, in order.
+template <int n>
+LUMALANE_INLINE bytes<n> narrow_saturate(words<n> a) {
+    return narrow(clamp_to_byte(a));
+}
+
+// Clamped to 0..255; in every block the 8 lanes of `a`, then the 8 lanes of `b`: of their bytes the
+// lower ones.
 template <int n>
 LUMALANE_INLINE bytes<2 * n> narrow_saturate(words<n> a, words<n> b) {
-    bytes<2 * n> r;
-    for (int i = 0; i < 2 * n; ++i) {
-        const short *half = i % 16 < 8 ? a.lane : b.lane;
-        r.lane[i] = static_cast<unsigned char>(clamp(half[i / 16 * 8 + i % 8], 0, 255));
-    }
-    return r;
+    return pick(
+        as_bytes(clamp_to_byte(a)), as_bytes(clamp_to_byte(b)),
+        [](int i) constexpr { return i / 16 * 16 + i % 8 * 2 + i % 16 / 8 * 2 * n; });
 }
 
-// Clamped to 0..255, lanes of `a` and `b` in turn.
-template <int n>
-LUMALANE_INLINE bytes<2 * n> narrow_interleaved(words<n> a, words<n> b) {
-    bytes<2 * n> r;
-    for (int i = 0; i < n; ++i) {
-        r.lane[2 * i] = static_cast<unsigned char>(clamp(a.lane[i], 0, 255));
-        r.lane[2 * i + 1] = static_cast<unsigned char>(clamp(b.lane[i], 0, 255));
-    }
-    return r;
-}
-
-// The same of lanes that are 0..255 already.
+// Lanes of `even` and `odd` in turn, which are 0..255.
 template <int n>
 LUMALANE_INLINE bytes<2 * n> join(words<n> even, words<n> odd) {
-    return narrow_interleaved(even, odd);
+    return as_bytes(even | shift_left<8>(odd));
+}
+
+// The same of any lanes, clamped to 0..255.
+template <int n>
+LUMALANE_INLINE bytes<2 * n> narrow_interleaved(words<n> a, words<n> b) {
+    return join(clamp_to_byte(a), clamp_to_byte(b));
 }
 
 // p * a + q * b of the lanes that widen_low() and widen_high() take; p and q are 0..63.
 template <int p, int q, int n>
 LUMALANE_INLINE words<n / 2> weighted_low(bytes<n> a, bytes<n> b) {
-    return each(widen_low(a), widen_low(b), [](int x, int y) { return p * x + q * y; });
+    return weighted(widen_low(a), widen_low(b), p, q);
 }
 
 template <int p, int q, int n>
 LUMALANE_INLINE words<n / 2> weighted_high(bytes<n> a, bytes<n> b) {
-    return each(widen_high(a), widen_high(b), [](int x, int y) { return p * x + q * y; });
+    return weighted(widen_high(a), widen_high(b), p, q);
 }
 
 // A mask over groups of four bytes: set where the first word of the group's two is above `limit`.
 // Words and limit are not negative.
 template <int n>
 LUMALANE_INLINE bytes<2 * n> groups_above(words<n> a, int limit) {
-    bytes<2 * n> r;
-    for (int i = 0; i < 2 * n; ++i)
-        r.lane[i] = a.lane[i / 4 * 2] > limit ? 0xff : 0;
-    return r;
+    return {(lanes<unsigned char, 2 * n>)(((lanes<int, n / 2>)a.lane << 16) > (limit << 16))};
 }
 
 // Averages of lanes 2i and 2i + 1, rounded up.
 template <int n>
 LUMALANE_INLINE words<n / 2> average_neighbours(bytes<n> a) {
-    words<n / 2> r;
-    for (int i = 0; i < n / 2; ++i)
-        r.lane[i] = static_cast<short>((a.lane[2 * i] + a.lane[2 * i + 1] + 1) >> 1);
-    return r;
+    return average(even(a), odd(a));
 }
 
-// The same where the lanes are pairs: of lanes 4i and 4i + 2, and of lanes 4i + 1 and 4i + 3.
+// Of each four lanes the first two, and the second two.
 template <int n>
-LUMALANE_INLINE words<n / 2> average_neighbour_pairs(bytes<n> a) {
-    words<n / 2> r;
-    for (int i = 0; i < n / 2; ++i) {
-        const int first = i / 2 * 4 + i % 2;
-        r.lane[i] = static_cast<short>((a.lane[first] + a.lane[first + 2] + 1) >> 1);
-    }
-    return r;
+LUMALANE_INLINE words<n / 2> first_pairs(bytes<n> a) {
+    const auto fours = (lanes<unsigned, n / 4>)a.lane;
+    return {(lanes<short, n / 2>)((fours & 0xff) | (fours << 8 & 0xff0000))};
 }
 
-// Lanes 4i + 2 and 4i + 3: of two pairs the second.
 template <int n>
 LUMALANE_INLINE words<n / 2> second_pairs(bytes<n> a) {
-    words<n / 2> r;
-    for (int i = 0; i < n / 2; ++i)
-        r.lane[i] = a.lane[i / 2 * 4 + 2 + i % 2];
-    return r;
+    const auto fours = (lanes<unsigned, n / 4>)a.lane;
+    return first_pairs(bytes<n>{(lanes<unsigned char, n>)(fours >> 16)});
 }
 
-// Clamped to 0..255, in order.
+// The averages of the two, rounded up.
 template <int n>
-LUMALANE_INLINE bytes<n> narrow_saturate(words<n> a) {
-    bytes<n> r;
-    for (int i = 0; i < n; ++i)
-        r.lane[i] = static_cast<unsigned char>(clamp(a.lane[i], 0, 255));
-    return r;
+LUMALANE_INLINE words<n / 2> average_neighbour_pairs(bytes<n> a) {
+    return average(first_pairs(a), second_pairs(a));
 }
 
 // ---- Blending ----------------------------------------------------------------------------------
@@ -488,12 +448,8 @@ LUMALANE_INLINE bytes<n> narrow_saturate(words<n> a) {
 // below * (16 - weight) + above * weight; weights of more than 16 count as 16.
 template <int n>
 LUMALANE_INLINE words<n> blend_words(words<n> below, words<n> above, words<n> weight) {
-    words<n> r;
-    for (int i = 0; i < n; ++i) {
-        const int w = weight.lane[i] < 16 ? weight.lane[i] : 16;
-        r.lane[i] = static_cast<short>(below.lane[i] * (16 - w) + above.lane[i] * w);
-    }
-    return r;
+    const lanes<short, n> w = minimum(weight, fill_words<n>(16)).lane;
+    return {below.lane * (16 - w) + above.lane * w};
 }
 
 template <int n>
@@ -540,140 +496,139 @@ LUMALANE_INLINE bytes<n> load_pairs_permuted(const unsigned char *u, const unsig
 // rounded up; permuted like pixels.
 template <int count, int n>
 LUMALANE_INLINE bytes<n> load_even(const unsigned char *from) {
-    return narrow_saturate(even(load<2 * n>(from)));
+    return pick(
+        load<n>(from), load<n>(from + n), [](int i) constexpr { return 2 * i; });
 }
 
 template <int count, int n>
 LUMALANE_INLINE bytes<n> load_odd(const unsigned char *from) {
-    return narrow_saturate(odd(load<2 * n>(from)));
+    return pick(
+        load<n>(from), load<n>(from + n), [](int i) constexpr { return 2 * i + 1; });
 }
 
 template <int count, int n>
 LUMALANE_INLINE bytes<n> load_averages(const unsigned char *from) {
-    return narrow_saturate(average_neighbours(load<2 * n>(from)));
+    return average(load_even<count, n>(from), load_odd<count, n>(from));
 }
 
 // In the order of pairs that comes cheapest.
 inline constexpr pairs packed_order = pairs::in_order;
 
+template <int n>
+LUMALANE_INLINE packed_pixels<n> even_and_odd_pairs(words<n / 2> a, words<n / 2> b) {
+    return {as_bytes(pick(
+                a, b, [](int i) constexpr { return 2 * i; })),
+            as_bytes(pick(
+                a, b, [](int i) constexpr { return 2 * i + 1; }))};
+}
+
 template <int count, int n>
 LUMALANE_INLINE packed_pixels<n> load_packed(const unsigned char *from) {
-    packed_pixels<n> r;
-    for (int i = 0; i < n; ++i) {
-        r.even.lane[i] = from[i / 2 * 4 + i % 2];
-        r.odd.lane[i] = from[i / 2 * 4 + 2 + i % 2];
-    }
-    return r;
+    return even_and_odd_pairs<n>(as_words(load<n>(from)), as_words(load<n>(from + n)));
 }
 
-// Which pixel of its block a lane holds, even and odd ones apart.
-LUMALANE_INLINE constexpr int pixel_of_lane(int lane) { return lane % 8 * 2 + lane / 8; }
-
-template <int count>
-LUMALANE_INLINE vectors<count, 16> interleave_lanes(const bytes<16> (&channels)[count]) {
-    vectors<count, 16> r;
-    for (int c = 0; c < count; ++c)
-        for (int i = 0; i < 16; ++i) {
-            const int at = count * pixel_of_lane(i) + c;
-            r.part[at / 16].lane[at % 16] = channels[c].lane[i];
-        }
-    return r;
+// Groups of `size` bytes in turn: those of the lower halves, then those of the upper halves.
+template <int size>
+LUMALANE_INLINE vectors<2, 16> interleave_groups(bytes<16> first, bytes<16> second) {
+    return {pick(
+                first, second,
+                [](int i) constexpr { return i / size / 2 * size + i % size + i / size % 2 * 16; }),
+            pick(
+                first, second, [](int i) constexpr {
+                    return 8 + i / size / 2 * size + i % size + i / size % 2 * 16;
+                })};
 }
 
-// 2 bytes per pixel: first, second. (Targets need to know but their own packed_order.)
-template <pairs = pairs::in_order>
-LUMALANE_INLINE vectors<2, 16> interleave_channels(bytes<16> first, bytes<16> second) {
-    return interleave_lanes<2>({first, second});
-}
-
-// The same of pixels that are in order.
+// 2 bytes per pixel of pixels that are in order: first, second.
 LUMALANE_INLINE vectors<2, 16> interleave(bytes<16> first, bytes<16> second) {
-    vectors<2, 16> r;
-    for (int i = 0; i < 16; ++i) {
-        r.part[i / 8].lane[i % 8 * 2] = first.lane[i];
-        r.part[i / 8].lane[i % 8 * 2 + 1] = second.lane[i];
-    }
-    return r;
+    return interleave_groups<1>(first, second);
 }
 
 // The same of short vectors, whose result is one.
 template <int n>
 LUMALANE_INLINE bytes<2 * n> interleave_lower(bytes<n> first, bytes<n> second) {
-    bytes<2 * n> r;
-    for (int i = 0; i < n; ++i) {
-        r.lane[2 * i] = first.lane[i];
-        r.lane[2 * i + 1] = second.lane[i];
-    }
-    return r;
+    return join(widen(first), widen(second));
 }
 
 // The same of pairs of bytes.
 LUMALANE_INLINE vectors<2, 16> interleave_pairs(bytes<16> first, bytes<16> second) {
-    vectors<2, 16> r;
-    for (int i = 0; i < 16; ++i) {
-        r.part[i / 8].lane[i % 8 / 2 * 4 + i % 2] = first.lane[i];
-        r.part[i / 8].lane[i % 8 / 2 * 4 + 2 + i % 2] = second.lane[i];
-    }
-    return r;
+    return interleave_groups<2>(first, second);
 }
 
 // Lanes 1, 2, 3 ..., and the last one once more.
 template <int n>
 LUMALANE_INLINE bytes<n> next_lanes(bytes<n> a) {
-    bytes<n> r;
-    for (int i = 0; i < n; ++i)
-        r.lane[i] = a.lane[i + 1 < n ? i + 1 : i];
-    return r;
+    unsigned char lane[n + 1];
+    store(lane, a);
+    lane[n] = lane[n - 1];
+    return load<n>(lane + 1);
 }
 
 // The even ones of the first 16 bytes in place of the second 8. (Of vectors wider than 64 bytes in each
 // 64.)
 template <int n>
 LUMALANE_INLINE bytes<n> even_bytes_in_second_8(bytes<n> a) {
-    bytes<n> r = a;
-    for (int i = 0; i < n; ++i)
-        if (i % 64 / 8 == 1)
-            r.lane[i] = a.lane[i / 64 * 64 + i % 8 * 2];
-    return r;
+    unsigned char lane[n];
+    store(lane, a);
+    for (int block = 0; block < n; block += 64)
+        store(lane + block + 8, narrow(even(load<16>(lane + block))));
+    return load<n>(lane);
 }
 
 // Stores all but the first 8 of every 32 bytes.
 LUMALANE_INLINE void store_after_8(unsigned char *to, const vectors<2, 16> &parts) {
-    for (int i = 8; i < 16; ++i)
-        to[i] = parts.part[0].lane[i];
+    store(to + 8, upper_half(parts.part[0]));
     store(to + 16, parts.part[1]);
 }
 
-// 3 bytes per pixel: first, second, third.
+// 2 bytes per pixel, of even and odd pixels apart: first, second. (Targets need to know but their own
+// packed_order.)
 template <pairs = pairs::in_order>
-LUMALANE_INLINE vectors<3, 16> interleave_channels(bytes<16> first, bytes<16> second,
-                                                   bytes<16> third) {
-    return interleave_lanes<3>({first, second, third});
+LUMALANE_INLINE vectors<2, 16> interleave_channels(bytes<16> first, bytes<16> second) {
+    const vectors<2, 16> even_odd = interleave(first, second);
+    return interleave_pairs(even_odd.part[0], even_odd.part[1]);
 }
 
 // 4 bytes per pixel: first, second, third, 0.
 template <pairs = pairs::in_order>
 LUMALANE_INLINE vectors<4, 16> interleave_channels_padded(bytes<16> first, bytes<16> second,
                                                           bytes<16> third) {
-    return interleave_lanes<4>({first, second, third, fill_bytes<16>(0)});
+    const vectors<2, 16> lower = interleave_channels(first, second);
+    const vectors<2, 16> upper = interleave_channels(third, fill_bytes<16>(0));
+    const vectors<2, 16> low = interleave_pairs(lower.part[0], upper.part[0]);
+    const vectors<2, 16> high = interleave_pairs(lower.part[1], upper.part[1]);
+    return {low.part[0], low.part[1], high.part[0], high.part[1]};
+}
+
+// 3 bytes per pixel: first, second, third. Each pixel takes the place of the fourth byte before it.
+template <pairs = pairs::in_order>
+LUMALANE_INLINE vectors<3, 16> interleave_channels(bytes<16> first, bytes<16> second,
+                                                   bytes<16> third) {
+    const vectors<4, 16> padded = interleave_channels_padded(first, second, third);
+    const auto *const from = reinterpret_cast<const unsigned char *>(&padded);
+    unsigned char to[3 * 16 + 1];
+    for (int i = 0; i < 16; ++i)
+        __builtin_memcpy(to + 3 * i, from + 4 * i, 4);
+    return {load<16>(to), load<16>(to + 16), load<16>(to + 32)};
 }
 
 // One byte of every `size`, beginning with the one at offset `channel`, of the n * size bytes at
 // `from`, all of which are read.
 template <int size, int channel, int n>
 LUMALANE_INLINE bytes<n> load_channel(const unsigned char *from) {
-    bytes<n> r;
+    unsigned char lane[n];
     for (int i = 0; i < n; ++i)
-        r.lane[i] = from[size * i + channel];
-    return r;
+        lane[i] = from[size * i + channel];
+    return load<n>(lane);
 }
 
 // The n bytes at `from`, each followed by size - 1 zeros, in order.
 template <int size, int n>
 LUMALANE_INLINE vectors<size, n> load_spread(const unsigned char *from) {
     vectors<size, n> r;
+    auto *const to = reinterpret_cast<unsigned char *>(&r);
     for (int i = 0; i < size * n; ++i)
-        r.part[i / n].lane[i % n] = i % size == 0 ? from[i / size] : 0;
+        to[i] = i % size == 0 ? from[i / size] : 0;
     return r;
 }
 
@@ -685,59 +640,56 @@ LUMALANE_INLINE vectors<size, n> load_spread(const unsigned char *from) {
 // Reads n / 2 pixels of `size` bytes.
 template <int size, int n>
 LUMALANE_INLINE half_interleaved<n> load_half_interleaved(const unsigned char *from) {
-    half_interleaved<n> r;
+    unsigned char bg[n], rx[n];
     for (int i = 0; i < n / 2; ++i) {
         const unsigned char *const pixel = from + size * (i / 2 + i % 2 * (n / 4));
-        r.bg.lane[i] = static_cast<short>(pixel[0] | pixel[1] << 8);
-        r.rx.lane[i] = static_cast<short>(size == 4 ? pixel[2] | pixel[3] << 8 : pixel[2] << 8);
+        bg[2 * i] = pixel[0];
+        bg[2 * i + 1] = pixel[1];
+        rx[2 * i] = size == 4 ? pixel[2] : 0;
+        rx[2 * i + 1] = pixel[size - 1];
     }
-    return r;
+    return {as_words(load<n>(bg)), as_words(load<n>(rx))};
 }
 
-// Lanes of the lower and of the upper half in turn.
+// Lanes of the lower and of the upper half in turn, and back.
 template <int n>
 LUMALANE_INLINE words<n> half_interleave(words<n> a) {
-    words<n> r;
-    for (int i = 0; i < n; ++i)
-        r.lane[i] = a.lane[i / 2 + i % 2 * (n / 2)];
-    return r;
+    return pick(
+        a, a, [](int i) constexpr { return i / 2 + i % 2 * (n / 2); });
+}
+
+template <int n>
+LUMALANE_INLINE words<n> half_deinterleave(words<n> a) {
+    return pick(
+        a, a, [](int i) constexpr { return i % (n / 2) * 2 + i / (n / 2); });
 }
 
 // In every block words 0, 1, 4 and 5 of `a`, then of `b`.
 template <int n>
 LUMALANE_INLINE words<n> even_pairs_of_words(words<n> a, words<n> b) {
-    words<n> r;
-    for (int i = 0; i < n; ++i) {
-        const int from = i / 8 * 8 + i % 4 / 2 * 4 + i % 2;
-        r.lane[i] = i % 8 < 4 ? a.lane[from] : b.lane[from];
-    }
-    return r;
+    return pick(
+        a, b, [](int i) constexpr { return i / 8 * 8 + i % 4 / 2 * 4 + i % 2 + i % 8 / 4 * n; });
 }
 
 // The upper bytes in the order that the pixels had: those of `a`, then those of `b`.
 template <int n>
 LUMALANE_INLINE bytes<2 * n> deinterleave_upper_bytes(words<n> a, words<n> b) {
-    bytes<2 * n> r;
-    for (int i = 0; i < n; ++i) {
-        const int from = i % (n / 2) * 2 + i / (n / 2);
-        r.lane[i] = static_cast<unsigned char>(a.lane[from] >> 8);
-        r.lane[n + i] = static_cast<unsigned char>(b.lane[from] >> 8);
-    }
-    return r;
+    return pick(
+        as_bytes(half_deinterleave(a)), as_bytes(half_deinterleave(b)),
+        [](int i) constexpr { return 2 * i + 1; });
 }
 
 // The same of what even_pairs_of_words() left, the two apart.
 template <int n>
 LUMALANE_INLINE halves<n> deinterleave_upper_bytes_of_even(words<n> a, words<n> b) {
-    halves<n> r;
-    for (int i = 0; i < n; ++i) {
-        const int quarter = i / (n / 4), half_interleave = i % (n / 4);
-        const int from =
-            half_interleave / 2 * 8 + quarter / 2 * 4 + half_interleave % 2 * 2 + quarter % 2;
-        r.lower.lane[i] = static_cast<unsigned char>(a.lane[from] >> 8);
-        r.upper.lane[i] = static_cast<unsigned char>(b.lane[from] >> 8);
-    }
-    return r;
+    const auto upper_bytes = [](words<n> of) {
+        return narrow(shift_right_logical<8>(pick(
+            of, of, [](int i) constexpr {
+                const int quarter = i / (n / 4), in_quarter = i % (n / 4);
+                return in_quarter / 2 * 8 + quarter / 2 * 4 + in_quarter % 2 * 2 + quarter % 2;
+            })));
+    };
+    return {upper_bytes(a), upper_bytes(b)};
 }
 
 } // namespace lumalane::LUMALANE_TARGET_NAME

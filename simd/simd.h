@@ -19,6 +19,13 @@
 
 namespace lumalane::LUMALANE_TARGET_NAME {
 
+// Whether code is to be small rather than fast.
+#ifdef __OPTIMIZE_SIZE__
+inline constexpr bool small_code = true;
+#else
+inline constexpr bool small_code = false;
+#endif
+
 // x86 has 16 vector registers with 64 bits and 8 with 32 bits.
 inline constexpr int vector_registers = sizeof(void *) == 8 ? 16 : 8;
 
