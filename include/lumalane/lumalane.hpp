@@ -1,0 +1,10 @@
+// Everything that Lumalane offers to C++17: the functions of lumalane.h and its companions. They are
+// header-only, and need neither a heap nor exceptions nor any other header than <stddef.h>.
+#ifndef LUMALANE_HPP
+#define LUMALANE_HPP
+
+#include <lumalane.h>
+
+#include <lumalane/errors.h>
+
+#endif
