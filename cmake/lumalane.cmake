@@ -204,6 +204,7 @@ endfunction()
 
 include(GNUInstallDirs)
 install(FILES include/lumalane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY include/lumalane DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/lumalane)
 install(EXPORT lumalane NAMESPACE lumalane:: FILE lumalane-config.cmake DESTINATION ${package_dir})
 include(CMakePackageConfigHelpers)

@@ -6,5 +6,6 @@
 #include <lumalane.h>
 
 #include <lumalane/errors.h>
+#include <lumalane/footprint.h>
 
 #endif

@@ -1,8 +1,19 @@
 #include "tests/model/memory.h"
 
+#include <algorithm>
+
 namespace model {
 
-std::uint8_t *memory::touch(address where) {
+extent memory::footprint(std::size_t number) const {
+    const extent &read = buffers[number].read, &written = buffers[number].written;
+    if (read.empty())
+        return written;
+    if (written.empty())
+        return read;
+    return {std::min(read.first, written.first), std::max(read.end, written.end)};
+}
+
+std::uint8_t *memory::touch(address where, extent buffer::*how) {
     const auto holds = [&](const buffer &b) {
         return b.bytes.first <= where && where < b.bytes.end;
     };
@@ -11,12 +22,13 @@ std::uint8_t *memory::touch(address where) {
         buffer &b = buffers[latest];
         if (!holds(b))
             continue;
-        if (b.touched.empty())
-            b.touched = {where, where + 1};
-        else if (where < b.touched.first)
-            b.touched.first = where;
-        else if (where >= b.touched.end)
-            b.touched.end = where + 1;
+        extent &touched = b.*how;
+        if (touched.empty())
+            touched = {where, where + 1};
+        else if (where < touched.first)
+            touched.first = where;
+        else if (where >= touched.end)
+            touched.end = where + 1;
         return reinterpret_cast<std::uint8_t *>(where);
     }
     throw stray_access{where};

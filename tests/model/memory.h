@@ -32,10 +32,10 @@ struct stray_access {
 class memory {
 public:
     // Lets the model touch the bytes of one more buffer. Buffers are numbered 0, 1 ...
-    void add(extent bytes) { buffers.push_back({bytes, {}}); }
+    void add(extent bytes) { buffers.push_back({bytes, {}, {}}); }
 
-    std::uint8_t load(address where) { return *touch(where); }
-    void store(address where, std::uint8_t value) { *touch(where) = value; }
+    std::uint8_t load(address where) { return *touch(where, &buffer::read); }
+    void store(address where, std::uint8_t value) { *touch(where, &buffer::written) = value; }
 
     // Runs of bytes, from the first to the last.
     template <std::size_t count>
@@ -62,16 +62,18 @@ public:
                   std::bit_cast<std::array<std::uint8_t, sizeof(T)>>(value));
     }
 
-    // From the lowest to the highest byte of the buffer that was read or written.
-    extent footprint(std::size_t number) const { return buffers[number].touched; }
+    // From the lowest to the highest byte of the buffer that was read, written, or either.
+    extent read(std::size_t number) const { return buffers[number].read; }
+    extent written(std::size_t number) const { return buffers[number].written; }
+    extent footprint(std::size_t number) const;
 
 private:
     struct buffer {
         extent bytes;
-        extent touched;
+        extent read, written;
     };
 
-    std::uint8_t *touch(address where);
+    std::uint8_t *touch(address where, extent buffer::*how);
 
     std::vector<buffer> buffers;
     std::size_t latest = 0; // the buffer of the latest access: most often that of the next one
