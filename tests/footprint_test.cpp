@@ -1,6 +1,4 @@
 // What footprint_of() says about calls drawn at random, against what the models read and write.
-#include <sys/mman.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -12,6 +10,7 @@
 
 #include <lumalane/footprint.h>
 
+#include "tests/call_memory.h"
 #include "tests/differential/drawn_call.h"
 #include "tests/recorded_call.h"
 
@@ -21,6 +20,7 @@ using lumalane::byte_range;
 using lumalane::footprint;
 using lumalane::footprint_of;
 using lumalane::pointer;
+using tests::call_memory;
 namespace functions = lumalane::functions;
 
 // ---- Examples, made by the compiler --------------------------------------------------------------
@@ -64,41 +64,6 @@ static_assert(equal(footprint_of(functions::get_contrast_data)[pointer::params].
 
 // ---- Drawn calls ---------------------------------------------------------------------------------
 
-// Where the buffers of a call lie, each in the middle of a slot so large that nothing strays into
-// another one.
-class memory_of_call {
-public:
-    static constexpr std::size_t most_buffers = 14, slot_bytes = std::size_t{64} << 20;
-    static constexpr std::ptrdiff_t half = 3 << 18;
-
-    memory_of_call()
-        : slots(static_cast<std::uint8_t *>(
-              mmap(nullptr, most_buffers * slot_bytes, PROT_READ | PROT_WRITE,
-                   MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0))) {
-        differential::random r(1);
-        for (std::size_t i = 0; i < most_buffers; ++i)
-            for (std::ptrdiff_t at = -half; at < half; ++at)
-                origin(i)[at] = static_cast<std::uint8_t>(r.next());
-    }
-    ~memory_of_call() { munmap(slots, most_buffers * slot_bytes); }
-    memory_of_call(const memory_of_call &) = delete;
-    memory_of_call &operator=(const memory_of_call &) = delete;
-
-    std::uint8_t *origin(std::size_t buffer) const {
-        return slots + buffer * slot_bytes + slot_bytes / 2;
-    }
-
-    std::size_t buffer_of(const std::uint8_t *address) const {
-        return static_cast<std::size_t>(address - slots) / slot_bytes;
-    }
-
-    // Bytes counted from the origin of a buffer that a call may touch.
-    static bool holds(const byte_range &bytes) { return bytes.begin >= -half && bytes.end <= half; }
-
-private:
-    std::uint8_t *slots;
-};
-
 struct comparison {
     bool strays = false; // out of its buffers, by the formulas and in the model
     bool before_a_pointer = false;
@@ -116,17 +81,11 @@ byte_range united(const byte_range &a, const byte_range &b) {
                        : byte_range{std::min(a.begin, b.begin), std::max(a.end, b.end)};
 }
 
-comparison compare(const differential::drawn_call &drawn, const memory_of_call &memory) {
-    differential::placement places;
+comparison compare(const differential::drawn_call &drawn, const call_memory &memory) {
+    const differential::placement places = memory.place(drawn);
     model::memory m;
-    for (std::size_t i = 0; i < drawn.buffers.size(); ++i) {
-        const model::address origin = model::address_of(memory.origin(i));
-        places.origins.push_back(origin);
-        m.add({origin - memory_of_call::half, origin + memory_of_call::half});
-    }
-    for (std::size_t i = 0; i < drawn.buffers.size(); ++i)
-        if (drawn.buffers[i].fill)
-            drawn.buffers[i].fill(memory.origin(i), places);
+    for (const model::address origin : places.origins)
+        m.add({origin - call_memory::half, origin + call_memory::half});
 
     // What the buffers see of all pointers that lie in them, counted from their origins.
     comparison result;
@@ -144,7 +103,7 @@ comparison compare(const differential::drawn_call &drawn, const memory_of_call &
             };
             read[buffer] = united(read[buffer], moved(bytes.read));
             written[buffer] = united(written[buffer], moved(bytes.written));
-            result.strays |= !memory_of_call::holds(moved(bytes.touched()));
+            result.strays |= !call_memory::holds(moved(bytes.touched()));
             result.before_a_pointer |= bytes.touched().begin < 0;
         }
 
@@ -181,7 +140,7 @@ class footprint_test : public testing::TestWithParam<differential::subject> {};
 
 TEST_P(footprint_test, is_what_the_model_reads_and_writes) {
     constexpr int cases = 300;
-    static const memory_of_call memory;
+    static const call_memory memory;
     differential::random r(13);
     int compared = 0, strays = 0, before_a_pointer = 0;
     while (compared < cases && strays < 20 * cases) {

@@ -23,13 +23,14 @@ enum class error {
     height_too_small,     ///< the height is below the least one
     height_odd,           ///< the height is odd, for which the function writes nothing
     size_too_large,       ///< a width, height or stride is above largest_size
-    stride_too_small,     ///< rows overlap: the stride is less than the bytes of a row
+    stride_too_small,     ///< the stride is less than the bytes of a row, in whole steps
     stride_unsupported,   ///< the stride is odd or negative, which the function does not allow
     unknown_rgb16_layout, ///< the RGB16 layout is none of the four
     unknown_plane_number, ///< the plane number is not 1, 2 or 3
 
     // The memory of its buffers.
     buffer_too_small, ///< bytes that the call reads or writes lie outside of the buffer
+    planes_overlap,   ///< planes of one surface would overlap
     buffers_overlap,  ///< bytes that the call writes lie in another of its buffers, too
 };
 
@@ -53,7 +54,7 @@ constexpr const char *message_of(error e) {
     case error::size_too_large:
         return "the width, the height or a stride is too large";
     case error::stride_too_small:
-        return "rows overlap: the stride is less than the bytes of a row";
+        return "the stride is less than the bytes of a row, in whole steps";
     case error::stride_unsupported:
         return "the stride is odd or negative, which the function does not allow";
     case error::unknown_rgb16_layout:
@@ -62,6 +63,8 @@ constexpr const char *message_of(error e) {
         return "the plane number is not 1, 2 or 3";
     case error::buffer_too_small:
         return "the buffer is too small";
+    case error::planes_overlap:
+        return "planes of the surface would overlap";
     case error::buffers_overlap:
         return "bytes that are written belong to another buffer, too";
     }
@@ -82,7 +85,7 @@ struct byte_range {
 constexpr size_t status_text_size = 200;
 
 /// Whether a call was made, and if not, why.
-struct status {
+struct [[nodiscard]] status {
     error code = error::none;
     const char *argument = nullptr; ///< the name of the buffer or number that is refused, or null
     const char *other = nullptr;    ///< buffers_overlap: the name of the other buffer

@@ -540,6 +540,16 @@ constexpr void records_of(const frame_stretch_function &, const frame_stretch_ca
 template <class Function, class Call, class Receiver>
 constexpr void records_of(const Function &, const Call &, Receiver &) {}
 
+constexpr void widen(byte_range &range, const row_set &rows) {
+    if (rows.empty())
+        return;
+    const long long begin = rows.begin(), end = rows.end();
+    if (range.empty())
+        range = {begin, end};
+    else
+        range = {begin < range.begin ? begin : range.begin, end > range.end ? end : range.end};
+}
+
 // Keeps the first and the last byte.
 struct footprint_receiver {
     footprint found;
@@ -551,19 +561,6 @@ struct footprint_receiver {
         widen(found.of[static_cast<int>(p)].written, rows);
     }
     constexpr void writes_again(pointer p, const row_set &rows) { writes(p, rows); }
-
-private:
-    static constexpr void widen(byte_range &range, const row_set &rows) {
-        if (rows.empty())
-            return;
-        const byte_range more{rows.begin(), rows.end()};
-        if (range.empty()) {
-            range = more;
-            return;
-        }
-        range = {range.begin < more.begin ? range.begin : more.begin,
-                 range.end > more.end ? range.end : more.end};
-    }
 };
 
 template <class Function, class Call>

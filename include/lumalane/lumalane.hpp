@@ -5,6 +5,7 @@
 
 #include <lumalane.h>
 
+#include <lumalane/checked.h>
 #include <lumalane/errors.h>
 #include <lumalane/footprint.h>
 

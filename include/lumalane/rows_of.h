@@ -8,7 +8,7 @@
 //
 //     void reads(pointer, const row_set &);
 //     void writes(pointer, const row_set &);
-//     void writes_again(pointer, const row_set &);   // over rows of the same pointer, on purpose
+//     void writes_again(pointer, const row_set &);   // over other rows of the same pointer, perhaps
 //
 // for any size that the preconditions in lumalane.h allow.
 #ifndef LUMALANE_ROWS_OF_H
@@ -65,6 +65,56 @@ private:
     static constexpr long long least(long long x) { return x < 0 ? x : 0; }
     static constexpr long long most(long long x) { return x > 0 ? x : 0; }
 };
+
+// ---- Rows that overlap ---------------------------------------------------------------------------
+
+namespace detail {
+
+constexpr long long magnitude(long long a) { return a < 0 ? -a : a; }
+
+// Of numbers that are not negative. (32-bit compilers call a library for what is wider than an
+// address.)
+constexpr long long remainder(long long a, long long b) {
+    if (a < b)
+        return a;
+    return static_cast<long long>(static_cast<uintptr_t>(a) % static_cast<uintptr_t>(b));
+}
+
+} // namespace detail
+
+/// The same rows from another place on: that of a pointer, for sets of several pointers.
+constexpr row_set moved(row_set rows, long long by) {
+    rows.first += by;
+    return rows;
+}
+
+/// Columns that lie side by side as rows.
+constexpr row_set joined(row_set rows) {
+    if (rows.columns > 1 && rows.column_pitch == rows.bytes) {
+        rows.bytes *= rows.columns;
+        rows.columns = 1, rows.column_pitch = 0;
+    }
+    return rows;
+}
+
+/// Rows have no byte in common with one another. (Columns that are not joined count as one.)
+constexpr bool rows_apart(const row_set &rows) {
+    return rows.rows <= 1 || detail::magnitude(rows.pitch) >= rows.bytes;
+}
+
+/// Two sets, joined and counted from the same place, have no byte in common: also known where rows
+/// of one lie between rows of the other. (Not known of columns that cannot be joined.)
+constexpr bool apart(const row_set &a, const row_set &b) {
+    if (a.empty() || b.empty() || a.end() <= b.begin() || b.end() <= a.begin())
+        return true;
+    const long long pitch = detail::magnitude(a.pitch), distance = b.begin() - a.begin();
+    if (pitch == 0 || detail::magnitude(b.pitch) != pitch || a.columns > 1 || b.columns > 1)
+        return false;
+    // All rows of one have the same place between two rows of the other.
+    const long long behind = distance >= 0 ? detail::remainder(distance, pitch)
+                                           : pitch - 1 - detail::remainder(-distance - 1, pitch);
+    return behind >= a.bytes && behind + b.bytes <= pitch;
+}
 
 // ---- What of a call decides on its rows ----------------------------------------------------------
 //
@@ -498,9 +548,10 @@ constexpr void rows_of_adjusted_plane(pointer from, number start, const plane_st
     to.reads(from, {0, w, h - 1, next});
     to.reads(from, {S, w, h - 1, next});
     to.reads(from, {(h - 1) * next - S, W, 2, next - S});
-    to.writes(pointer::dst, {start, times * W});
     to.writes(pointer::dst, {start + D, times == 2 ? 2 * w - w % 16 : w, 2 * h - 3, D});
-    to.writes(pointer::dst, {start + (2 * h - 2) * D, times * W});
+    // Whole steps, where the others may end within one.
+    to.writes_again(pointer::dst, {start, times * W});
+    to.writes_again(pointer::dst, {start + (2 * h - 2) * D, times * W});
     to.writes_again(pointer::dst, {start + (2 * h - 2) * D + times * w, times * W});
 }
 

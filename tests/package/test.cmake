@@ -16,6 +16,8 @@ run(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR} -B ${scratch}/build -G ${gener
 run(${CMAKE_COMMAND} --build ${scratch}/build)
 run(${scratch}/build/with_lumalane)
 run(${scratch}/build/with_static)
+run(${scratch}/build/companion_with_lumalane)
+run(${scratch}/build/companion_with_static)
 
 # The tree is moved first: the file must not know where it was installed.
 file(RENAME ${installed} ${scratch}/moved)
