@@ -1,7 +1,7 @@
 #include "load/row_pairs.h"
 
-#include "picture/geometry.h"
 #include "picture/strip.h"
+#include "picture/told_rows.h"
 
 namespace lumalane {
 
@@ -21,18 +21,14 @@ struct row_pairs {
     ptrdiff_t y_to_lower, y_to_next;
     ptrdiff_t chroma_to_lower, chroma_to_next;
     ptrdiff_t dst_to_lower, dst_to_next;
-    bool reads_chroma;
 
     row_pairs(const call::picture &, int bytes_per_pixel, pair_order, chroma_is);
-
-    bool order_can_be_observed() const;
 };
 
 row_pairs::row_pairs(const call::picture &p, int bytes_per_pixel, pair_order order,
                      chroma_is chroma)
     : y(p.src), u(p.src_u), v(p.src_v), dst(p.dst), pairs(steps_of(p.height, 2)),
-      pixels(whole_steps(p.width, step_pixels)), row_bytes(pixels * bytes_per_pixel),
-      reads_chroma(chroma == chroma_is::read) {
+      pixels(whole_steps(p.width, step_pixels)), row_bytes(pixels * bytes_per_pixel) {
     const int dst_width = product(p.width, bytes_per_pixel);
     if (order == pair_order::both_rows_by_steps) {
         y_to_lower = p.src_pitch, y_to_next = pixels + difference(twice(p.src_pitch), p.width);
@@ -46,27 +42,26 @@ row_pairs::row_pairs(const call::picture &p, int bytes_per_pixel, pair_order ord
         dst_to_next = 2 * dst_to_lower;
     }
     chroma_to_next = chroma_to_lower + pixels / 2 + (difference(p.src_pitch, p.width) >> 1);
-    if (!reads_chroma)
+    if (chroma == chroma_is::unread)
         chroma_to_lower = chroma_to_next = 0;
 }
 
-bool row_pairs::order_can_be_observed() const {
-    const byte_rows written[] = {{dst, pairs, dst_to_next, row_bytes},
-                                 {dst + dst_to_lower, pairs, dst_to_next, row_bytes}};
-    const byte_rows luma[] = {{y, pairs, y_to_next, pixels},
-                              {y + y_to_lower, pairs, y_to_next, pixels}};
-    const byte_rows chroma[] = {{u, pairs, chroma_to_next, pixels / 2},
-                                {u + chroma_to_lower, pairs, chroma_to_next, pixels / 2},
-                                {v, pairs, chroma_to_next, pixels / 2},
-                                {v + chroma_to_lower, pairs, chroma_to_next, pixels / 2}};
-    return lumalane::order_can_be_observed(written, luma) ||
-           (reads_chroma && lumalane::order_can_be_observed(written, chroma));
+bool order_can_be_observed(const call::picture &p, int bytes_per_pixel, pair_order order,
+                           chroma_is chroma) {
+    call_rows rows = rows_at(p);
+    if (order == pair_order::both_rows_by_steps)
+        detail::rows_of_planar_pairs(sizes_of(p), bytes_per_pixel, 0, rows);
+    else
+        detail::rows_of_planar_rows(sizes_of(p), bytes_per_pixel, chroma == chroma_is::read, rows);
+    return rows.order_can_be_observed();
 }
 
 // Adjusted unless `by` is null.
-void load(const machine &machine, const row_pairs &p, pair_order order,
-          const planar_to_surface &surface, const adjustment *by) {
-    const bool in_order = machine.in_order || p.order_can_be_observed();
+void load(const machine &machine, const call::picture &picture, pair_order order,
+          const planar_to_surface &surface, const adjustment *by, chroma_is chroma) {
+    const row_pairs p(picture, surface.bytes_per_pixel, order, chroma);
+    const bool in_order =
+        machine.in_order || order_can_be_observed(picture, surface.bytes_per_pixel, order, chroma);
     const surface_stores stores(machine, p.dst, p.dst_to_lower | p.dst_to_next,
                                 2LL * p.pairs * p.row_bytes, in_order, surface.bound);
     const ptrdiff_t run = in_order ? step_pixels : p.pixels;
@@ -107,13 +102,12 @@ void load(const machine &machine, const row_pairs &p, pair_order order,
 
 void load_row_pairs(const machine &machine, const call::picture &p, pair_order order,
                     const planar_to_surface &surface) {
-    load(machine, {p, surface.bytes_per_pixel, order, chroma_is::read}, order, surface, nullptr);
+    load(machine, p, order, surface, nullptr, chroma_is::read);
 }
 
 void load_row_pairs(const machine &machine, const call::picture &p, pair_order order,
                     const planar_to_surface &surface, const adjustment &by, chroma_is chroma) {
-    load(machine, {p, surface.bytes_per_pixel, order, chroma}, order, surface,
-         by.neutral() ? nullptr : &by);
+    load(machine, p, order, surface, by.neutral() ? nullptr : &by, chroma);
 }
 
 } // namespace lumalane

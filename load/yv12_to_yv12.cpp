@@ -4,6 +4,7 @@
 #include "picture/geometry.h"
 #include "picture/stores.h"
 #include "picture/strip.h"
+#include "picture/told_rows.h"
 
 namespace lumalane {
 
@@ -16,19 +17,14 @@ struct plane {
     int src_pitch, dst_pitch;
 };
 
-plane luma_of(const call::picture &p) {
-    return {p.src, p.dst, p.width, p.height, p.src_pitch, p.dst_pitch};
-}
-
 plane chroma_of(const call::picture &p, const unsigned char *src, unsigned char *dst) {
     return {src, dst, p.width >> 1, p.height >> 1, p.src_pitch >> 1, p.dst_pitch >> 1};
 }
 
 // The rows of a plane through `emit`, adjusted unless `by` is neutral. Rows have whole steps of 8
 // destination bytes, each from `times` source bytes.
-void load_plane(const machine &machine, byte_rows dst, byte_rows src, int times,
-                row_kernel::plane_to_surface *emit, const plane_adjustment &by) {
-    const bool in_order = machine.in_order || order_can_be_observed<1, 1>({dst}, {src});
+void load_plane(const machine &machine, const byte_rows &dst, const byte_rows &src, int times,
+                row_kernel::plane_to_surface *emit, const plane_adjustment &by, bool in_order) {
     const surface_stores stores(machine, dst.first, dst.pitch, dst.count * dst.bytes, in_order);
     const ptrdiff_t run = in_order ? 8 : static_cast<ptrdiff_t>(dst.bytes);
     const ptrdiff_t rows_at_once = in_order ? 1 : static_cast<ptrdiff_t>(dst.count);
@@ -48,59 +44,35 @@ void load_plane(const machine &machine, byte_rows dst, byte_rows src, int times,
 
 // ---- The same width ----------------------------------------------------------------------------
 
-namespace {
-
-void adjust_plane(const machine &machine, const plane &p, const plane_adjustment &by) {
-    const ptrdiff_t bytes = whole_steps(p.width, 8);
-    const long long rows = steps_of(p.height, 1);
-    // Source rows are one continuous run, whatever the source's pitch.
-    load_plane(machine, {p.dst, rows, bytes + difference(p.dst_pitch, p.width), bytes},
-               {p.src, rows, bytes, bytes}, 1, machine.rows.emit_plane, by);
-}
-
-} // namespace
-
 void loadimage_yv12_ajust(const machine &machine, const call::picture &p) {
-    const int surface_bytes = product(p.info->surface_height, p.dst_pitch);
-    const int bytes_to_plane_end = product(p.info->rows_to_plane_end, p.dst_pitch);
-    unsigned char *const dst_v =
-        p.dst + bytes_to_plane_end + (difference(surface_bytes, bytes_to_plane_end) >> 2);
-    unsigned char *const dst_u = dst_v + (surface_bytes >> 2);
+    picture_call sizes = sizes_of(p);
+    sizes.surface_height = p.info->surface_height;
+    sizes.rows_to_plane_end = p.info->rows_to_plane_end;
+    call_rows rows = rows_at(p);
+    detail::rows_of_adjusted_copy(sizes, rows);
+    const bool in_order = machine.in_order || rows.order_can_be_observed();
     const adjustment by = current_adjustment();
-    adjust_plane(machine, luma_of(p), by.y);
     // quirk: V gets the offset of U, and U that of V
-    adjust_plane(machine, chroma_of(p, p.src_v, dst_v), by.u);
-    adjust_plane(machine, chroma_of(p, p.src_u, dst_u), by.v);
+    const plane_adjustment *const by_plane[] = {&by.y, &by.u, &by.v};
+    for (int plane = 0; plane < 3; ++plane)
+        load_plane(machine, rows.written[plane], rows.read[plane], 1, machine.rows.emit_plane,
+                   *by_plane[plane], in_order);
 }
 
 // ---- Half the width ----------------------------------------------------------------------------
 
 namespace {
 
-void halve_luma(const machine &machine, const plane &p, const plane_adjustment &by) {
-    const ptrdiff_t bytes = whole_steps(p.width, 16);
-    const long long rows = steps_of(p.height, 1);
-    load_plane(machine, {p.dst, rows, bytes / 2 + difference(p.dst_pitch, p.width >> 1), bytes / 2},
-               {p.src, rows, bytes + difference(p.src_pitch, p.width), bytes}, 2,
-               machine.rows.emit_half_plane, by);
-}
-
 // quirk: unlike luma's, rows do not drift; what is left after whole steps gets one more step that
 // ends where the row does, over the end of the step before (and before the beginning of a row that
 // is shorter than a step, which gets its one whole step as well)
-void halve_chroma(const machine &machine, const plane &p, const plane_adjustment &by) {
+void halve_chroma(const machine &machine, const plane &p, const plane_adjustment &by,
+                  bool in_order) {
     const ptrdiff_t whole = whole_steps(p.width & -16, 16);
     const bool one_more = p.width % 16 != 0;
     const ptrdiff_t last = one_more ? p.width - 16 : 0,
                     last_dst = one_more ? (p.width >> 1) - 8 : 0;
-    const ptrdiff_t begin = last < 0 ? last : 0, begin_dst = last_dst < 0 ? last_dst : 0;
-    const ptrdiff_t end = one_more && last + 16 > whole ? last + 16 : whole;
-    const ptrdiff_t end_dst = one_more && last_dst + 8 > whole / 2 ? last_dst + 8 : whole / 2;
     const long long rows = steps_of(p.height, 1);
-    const byte_rows src{p.src + begin, rows, p.src_pitch, end - begin};
-    const byte_rows dst{p.dst + begin_dst, rows, p.dst_pitch, end_dst - begin_dst};
-
-    const bool in_order = machine.in_order || order_can_be_observed<1, 1>({dst}, {src});
     const ptrdiff_t run = in_order ? 8 : whole / 2;
     const ptrdiff_t rows_at_once = in_order ? 1 : static_cast<ptrdiff_t>(rows);
     for (ptrdiff_t row = 0; row < rows; row += rows_at_once) {
@@ -125,10 +97,14 @@ void halve_chroma(const machine &machine, const plane &p, const plane_adjustment
 void loadimage_half_yv12_ajust(const machine &machine, const call::picture &p) {
     unsigned char *const dst_v = p.dst + product(p.height, p.dst_pitch);
     unsigned char *const dst_u = dst_v + product(p.dst_pitch >> 1, p.height >> 1);
+    call_rows rows = rows_at(p);
+    detail::rows_of_halved_copy(sizes_of(p), rows);
+    const bool in_order = machine.in_order || rows.order_can_be_observed();
     const adjustment by = current_adjustment();
-    halve_luma(machine, luma_of(p), by.y);
-    halve_chroma(machine, chroma_of(p, p.src_v, dst_v), by.v);
-    halve_chroma(machine, chroma_of(p, p.src_u, dst_u), by.u);
+    load_plane(machine, rows.written[0], rows.read[0], 2, machine.rows.emit_half_plane, by.y,
+               in_order);
+    halve_chroma(machine, chroma_of(p, p.src_v, dst_v), by.v, in_order);
+    halve_chroma(machine, chroma_of(p, p.src_u, dst_u), by.u, in_order);
 }
 
 // ---- Plain copy --------------------------------------------------------------------------------
@@ -171,22 +147,14 @@ struct copied_planes {
 // only what remains in the end is copied where nothing else tells the order of the stores. It can be
 // observed where rows drift, halves of pitches are rounded, the rows of a pass overlap, or something
 // is read that was written.
-bool order_of_copy_can_be_observed(const call::picture &p, const copied_planes &to) {
+bool order_of_copy_can_be_observed(const call::picture &p) {
     if (p.width <= 0 || p.width % 16 != 0 || p.height <= 0 || p.height % 2 != 0 ||
         p.src_pitch < p.width || p.src_pitch % 8 != 0 || p.dst_pitch < p.width ||
         p.dst_pitch % 2 != 0)
         return true;
-    const byte_rows written[] = {{to.y, 1, 0, to.y_to_lower + to.passes * to.width},
-                                 {to.v, 2 * to.passes, to.uv_to_lower, to.half_width},
-                                 {to.u, 2 * to.passes, to.uv_to_lower, to.half_width}};
-    const byte_rows read[] = {{to.src_y, to.passes, to.src_y_to_next, 2 * to.width},
-                              {to.src_u, 2 * to.passes, to.src_uv_to_lower, to.half_width},
-                              {to.src_v, 2 * to.passes, to.src_uv_to_lower, to.half_width}};
-    for (const byte_rows &w : written)
-        for (const byte_rows &r : read)
-            if (!apart(w, r))
-                return true;
-    return false;
+    call_rows rows = rows_at(p);
+    detail::rows_of_copy(sizes_of(p), rows);
+    return rows.reads_what_it_writes();
 }
 
 void copy_in_order(const row_kernels &kernels, const copied_planes &p) {
@@ -238,7 +206,7 @@ void copy_what_remains(const row_kernels &kernels, const copied_planes &p) {
 
 void loadimage_yv12(const machine &machine, const call::picture &picture) {
     const copied_planes p(picture);
-    if (machine.in_order || order_of_copy_can_be_observed(picture, p))
+    if (machine.in_order || order_of_copy_can_be_observed(picture))
         copy_in_order(machine.rows, p);
     else
         copy_what_remains(machine.rows, p);

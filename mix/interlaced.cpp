@@ -4,6 +4,7 @@
 #include "picture/calls.h"
 #include "picture/geometry.h"
 #include "picture/stores.h"
+#include "picture/told_rows.h"
 
 namespace lumalane {
 
@@ -25,38 +26,6 @@ struct mix_groups {
           pixels(pixels_), row{mix.video_pitch, mix.video_pitch >> 1, mix.sub_pitch,
                                mix.sub_pitch >> 1, mix.dst_pitch} {
         next = {2 * row.luma, row.chroma, 4 * row.sub, 4 * row.sub_chroma, 4 * row.dst};
-    }
-
-    // Of the last group the row of luma and of chroma below it are not read.
-    bool order_can_be_observed() const {
-        const ptrdiff_t row_bytes = pixels * bytes_per_pixel;
-        const auto rows_of = [&](const unsigned char *plane, ptrdiff_t to_row, ptrdiff_t to_next,
-                                 ptrdiff_t bytes) {
-            return byte_rows{plane + to_row, groups, to_next, bytes};
-        };
-        const byte_rows written[] = {rows_of(first.dst, 0, next.dst, row_bytes),
-                                     rows_of(first.dst, row.dst, next.dst, row_bytes),
-                                     rows_of(first.dst, 2 * row.dst, next.dst, row_bytes),
-                                     rows_of(first.dst, 3 * row.dst, next.dst, row_bytes)};
-        const byte_rows video[] = {rows_of(first.y, 0, next.luma, pixels),
-                                   rows_of(first.y, row.luma, next.luma, pixels),
-                                   rows_of(first.y, 2 * row.luma, next.luma, pixels),
-                                   rows_of(first.u, 0, next.chroma, pixels / 2),
-                                   rows_of(first.u, row.chroma, next.chroma, pixels / 2),
-                                   rows_of(first.v, 0, next.chroma, pixels / 2),
-                                   rows_of(first.v, row.chroma, next.chroma, pixels / 2)};
-        if (lumalane::order_can_be_observed(written, video))
-            return true;
-        for (int i = 0; i < 4; ++i) {
-            const ptrdiff_t chroma = i * row.sub_chroma;
-            const byte_rows sub[] = {rows_of(first.alpha, i * row.sub, next.sub, pixels),
-                                     rows_of(first.sub_y, i * row.sub, next.sub, pixels),
-                                     rows_of(first.sub_u, chroma, next.sub_chroma, pixels / 2),
-                                     rows_of(first.sub_v, chroma, next.sub_chroma, pixels / 2)};
-            if (lumalane::order_can_be_observed(written, sub))
-                return true;
-        }
-        return false;
     }
 
     // A field row, its average with the next one, the next row, its average with the one after it;
@@ -141,8 +110,10 @@ void mix_onto_rgb(const machine &machine, const tagMIX_INFO &mix,
     const ptrdiff_t pixels = mix.width <= 0 ? step : whole_steps(mix.width, step);
     const mix_groups p(mix, surface.bytes_per_pixel, pixels);
     const mix_distance rewind = rewind_of(mix);
+    call_rows rows = rows_at(mix);
+    detail::rows_of_mix_columns(sizes_of(mix), surface.bytes_per_pixel, rows);
     const bool in_order =
-        machine.in_order || !equal(p.groups * p.next, rewind) || p.order_can_be_observed();
+        machine.in_order || !equal(p.groups * p.next, rewind) || rows.order_can_be_observed();
     const surface_stores stores(machine, p.first.dst, mix.dst_pitch,
                                 4LL * p.groups * pixels * p.bytes_per_pixel, in_order);
     const adjustment by = current_adjustment();
@@ -186,7 +157,9 @@ void mix_ayuy2_yuy2_i_ajust(const machine &machine, const call::mix &call) {
               difference(twice(twice(mix.dst_pitch)), product(mix.width, p.bytes_per_pixel))};
     p.next = p.next + along_row(p.pixels, p.bytes_per_pixel);
 
-    const bool in_order = machine.in_order || p.order_can_be_observed();
+    call_rows rows = rows_at(mix);
+    detail::rows_of_mix_groups(sizes_of(mix), rows);
+    const bool in_order = machine.in_order || rows.order_can_be_observed();
     const surface_stores stores(machine, p.first.dst, p.row.dst | p.next.dst,
                                 4LL * p.groups * p.pixels * p.bytes_per_pixel, in_order);
     const adjustment by = current_adjustment();

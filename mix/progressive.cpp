@@ -4,6 +4,7 @@
 #include "picture/calls.h"
 #include "picture/geometry.h"
 #include "picture/stores.h"
+#include "picture/told_rows.h"
 
 namespace lumalane {
 
@@ -37,32 +38,21 @@ struct mix_pairs {
                difference(twice(mix.dst_pitch), product(mix.width, bytes_per_pixel))} {
         next = next + along_row(pixels, bytes_per_pixel);
     }
-
-    bool order_can_be_observed() const {
-        const ptrdiff_t row_bytes = pixels * bytes_per_pixel;
-        const byte_rows written[] = {{first.dst, pairs, next.dst, row_bytes},
-                                     {first.dst + below.dst, pairs, next.dst, row_bytes}};
-        const byte_rows read[] = {
-            {first.y, pairs, next.luma, pixels},
-            {first.y + below.luma, pairs, next.luma, pixels},
-            {first.u, pairs, next.chroma, pixels / 2},
-            {first.v, pairs, next.chroma, pixels / 2},
-            {first.alpha, pairs, next.sub, pixels},
-            {first.alpha + below.sub, pairs, next.sub, pixels},
-            {first.sub_y, pairs, next.sub, pixels},
-            {first.sub_y + below.sub, pairs, next.sub, pixels},
-            {first.sub_u, pairs, next.sub_chroma, pixels / 2},
-            {first.sub_u + below.sub_chroma, pairs, next.sub_chroma, pixels / 2},
-            {first.sub_v, pairs, next.sub_chroma, pixels / 2},
-            {first.sub_v + below.sub_chroma, pairs, next.sub_chroma, pixels / 2}};
-        return lumalane::order_can_be_observed(written, read);
-    }
 };
+
+bool order_can_be_observed(const tagMIX_INFO &mix, int bytes_per_pixel,
+                           const mix_pairs::distances &d) {
+    call_rows rows = rows_at(mix);
+    detail::rows_of_mix_pairs(sizes_of(mix), bytes_per_pixel,
+                              {d.lower_luma, d.lower_sub, d.next_chroma}, rows);
+    return rows.order_can_be_observed();
+}
 
 void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surface &surface,
                    const mix_pairs::distances &d) {
     const mix_pairs p(mix, surface.bytes_per_pixel, d);
-    const bool in_order = machine.in_order || p.order_can_be_observed();
+    const bool in_order =
+        machine.in_order || order_can_be_observed(mix, surface.bytes_per_pixel, d);
     const surface_stores stores(machine, p.first.dst, p.below.dst | p.next.dst,
                                 2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order);
     const adjustment by = current_adjustment();

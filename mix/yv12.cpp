@@ -3,6 +3,7 @@
 #include "picture/calls.h"
 #include "picture/geometry.h"
 #include "picture/stores.h"
+#include "picture/told_rows.h"
 
 namespace lumalane {
 
@@ -52,20 +53,6 @@ struct mixed_plane {
         }
     }
 
-    byte_rows written() const { return {dst, rows, dst_next, samples}; }
-
-    // By what this plane reads.
-    bool order_can_be_observed(const byte_rows (&all_written)[3]) const {
-        const ptrdiff_t pairs = (rows + 1) / 2;
-        const unsigned char *const lower = video + video_to_lower;
-        const byte_rows read[] = {{video, pairs, video_next, samples},
-                                  {lower, rows / 2, video_next, samples},
-                                  {lower + below_lower, rows / 2, video_next, samples},
-                                  {sub, rows, sub_next, samples},
-                                  {alpha, rows, alpha_next, alpha_per_sample * samples}};
-        return lumalane::order_can_be_observed(all_written, read);
-    }
-
     // Makes one row of rows without gaps. Returns the samples of a row.
     ptrdiff_t joined(blended_planes &band) const {
         if (below_lower != 0 || video_to_lower != samples || sub_next != samples ||
@@ -89,12 +76,6 @@ struct mixed_planes {
     mixed_planes(const tagMIX_INFO &mix, video_rows kind)
         : y(luma(mix, kind)), v(chroma(mix, mix.video_v, mix.sub_v, mix.dst_v, kind)),
           u(chroma(mix, mix.video_u, mix.sub_u, mix.dst_u, kind)) {}
-
-    bool order_can_be_observed() const {
-        const byte_rows written[] = {y.written(), v.written(), u.written()};
-        return y.order_can_be_observed(written) || v.order_can_be_observed(written) ||
-               u.order_can_be_observed(written);
-    }
 
 private:
     static mixed_plane luma(const tagMIX_INFO &mix, video_rows kind) {
@@ -206,7 +187,10 @@ void mix_by_bands(const machine &machine, const mixed_planes &p, const adjustmen
 // Y, then V and U with half of the height that the record has.
 void mix(const machine &machine, tagMIX_INFO &record, video_rows kind, const adjustment *by) {
     const mixed_planes p(record, kind);
-    if (machine.in_order || p.order_can_be_observed()) {
+    call_rows rows = rows_at(record);
+    rows.at(pointer::dst_u, record.dst_u), rows.at(pointer::dst_v, record.dst_v);
+    detail::rows_of_mixed_planes(sizes_of(record), kind == video_rows::doubled_field, rows);
+    if (machine.in_order || rows.order_can_be_observed()) {
         mix_in_order(machine.rows, p.y, by ? &by->y : nullptr);
         mix_in_order(machine.rows, p.v, by ? &by->v : nullptr);
         mix_in_order(machine.rows, p.u, by ? &by->u : nullptr);

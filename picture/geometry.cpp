@@ -4,43 +4,32 @@ namespace lumalane {
 
 namespace {
 
-struct extent {
-    long long begin, end; // addresses
-};
-
-extent extent_of(const byte_rows &rows) {
-    const long long first = static_cast<long long>(reinterpret_cast<uintptr_t>(rows.first));
-    const long long last = first + (rows.count - 1) * rows.pitch;
-    return {first < last ? first : last, (first < last ? last : first) + rows.bytes};
-}
-
-long long magnitude(long long a) { return a < 0 ? -a : a; }
-
-// Of numbers that are not negative. (32-bit compilers call a library for what is wider than an
-// address.)
-long long remainder(long long a, long long b) {
-    if (a < b)
-        return a;
-    return static_cast<long long>(static_cast<uintptr_t>(a) % static_cast<uintptr_t>(b));
+row_set at_its_address(const byte_rows &rows) {
+    return {static_cast<long long>(reinterpret_cast<uintptr_t>(rows.first)), rows.bytes, rows.count,
+            rows.pitch};
 }
 
 } // namespace
 
-bool rows_apart(const byte_rows &rows) {
-    return rows.count <= 1 || magnitude(rows.pitch) >= rows.bytes;
+bool call_rows::reads_what_it_writes() const {
+    for (int i = 0; i < writes_told; ++i)
+        for (int j = 0; j < reads_told; ++j)
+            if (!apart(at_its_address(written[i]), at_its_address(read[j])))
+                return true;
+    return false;
 }
 
-bool apart(const byte_rows &a, const byte_rows &b) {
-    const extent of_a = extent_of(a), of_b = extent_of(b);
-    if (of_a.end <= of_b.begin || of_b.end <= of_a.begin)
+bool call_rows::order_can_be_observed() const {
+    if (columns_differ || reads_what_it_writes())
         return true;
-    const long long pitch = magnitude(a.pitch), distance = of_b.begin - of_a.begin;
-    if (pitch == 0 || magnitude(b.pitch) != pitch)
-        return false;
-    // All rows of one have the same place between two rows of the other.
-    const long long behind =
-        distance >= 0 ? remainder(distance, pitch) : pitch - 1 - remainder(-distance - 1, pitch);
-    return behind >= a.bytes && behind + b.bytes <= pitch;
+    for (int i = 0; i < writes_told; ++i) {
+        if (!rows_apart(at_its_address(written[i])))
+            return true;
+        for (int j = i + 1; j < writes_told; ++j)
+            if (!apart(at_its_address(written[i]), at_its_address(written[j])))
+                return true;
+    }
+    return false;
 }
 
 } // namespace lumalane

@@ -5,6 +5,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include <lumalane/rows_of.h>
+
 namespace lumalane {
 
 // ---- 32-bit arithmetic, which wraps ------------------------------------------------------------
@@ -37,34 +39,43 @@ struct byte_rows {
     long long count, pitch, bytes;
 };
 
-// Rows of both have no byte in common: also known where rows of one lie between rows of the other.
-bool apart(const byte_rows &a, const byte_rows &b);
-
-// Rows have no byte in common with one another.
-bool rows_apart(const byte_rows &rows);
-
-// The one decision about the order of stores. It can be observed where two written rows overlap (the
-// later store stays), or where a row that is read overlaps a written one (a load finds what was
-// stored before it).
-template <int writes>
-bool order_can_be_observed(const byte_rows (&written)[writes]) {
-    for (int i = 0; i < writes; ++i) {
-        if (!rows_apart(written[i]))
-            return true;
-        for (int j = i + 1; j < writes; ++j)
-            if (!apart(written[i], written[j]))
-                return true;
+// The rows that a call reads and writes, as a shape of lumalane/rows_of.h tells them, and the one
+// decision about the order of its stores.
+class call_rows {
+public:
+    // Where a pointer of the call points: before its rows are told.
+    void at(pointer p, const void *address) {
+        addresses[static_cast<int>(p)] = static_cast<const unsigned char *>(address);
     }
-    return false;
-}
 
-template <int writes, int reads>
-bool order_can_be_observed(const byte_rows (&written)[writes], const byte_rows (&read)[reads]) {
-    for (const byte_rows &w : written)
-        for (const byte_rows &r : read)
-            if (!apart(w, r))
-                return true;
-    return order_can_be_observed(written);
-}
+    void reads(pointer p, const row_set &rows) { add(read[reads_told++], p, rows); }
+    void writes(pointer p, const row_set &rows) { add(written[writes_told++], p, rows); }
+    void writes_again(pointer p, const row_set &rows) { writes(p, rows); }
+    void replaces(pointer p, const row_set &rows) { writes(p, rows); }
+
+    // The order can be observed where two written rows overlap (the later store stays), or where a
+    // row that is read overlaps a written one (a load finds what was stored before it); and where
+    // columns begin at different heights: they are not rows in another order.
+    bool order_can_be_observed() const;
+
+    // The latter of rows that are read.
+    bool reads_what_it_writes() const;
+
+    // As they were told.
+    static constexpr int most_read = 24, most_written = 12;
+    byte_rows read[most_read], written[most_written];
+    int reads_told = 0, writes_told = 0;
+
+private:
+    void add(byte_rows &to, pointer p, const row_set &told) {
+        const row_set rows = joined(told);
+        columns_differ = columns_differ || rows.columns > 1;
+        to = {addresses[static_cast<int>(p)] + static_cast<ptrdiff_t>(rows.first), rows.rows,
+              rows.pitch, rows.bytes};
+    }
+
+    const unsigned char *addresses[pointer_count]; // of the pointers that have rows
+    bool columns_differ = false;
+};
 
 } // namespace lumalane

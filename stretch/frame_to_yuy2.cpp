@@ -47,29 +47,31 @@ struct frame_rows {
     }
 
     pair_rows at(long long pair) const {
-        return pair_rows{
-            first.y,  first.u,        first.v,           first.y_below, first.chroma_below,
-            row_step, ptrdiff_t{2} * row_step, first.chroma_below}
+        return pair_rows{first.y,
+                         first.u,
+                         first.v,
+                         first.y_below,
+                         first.chroma_below,
+                         row_step,
+                         ptrdiff_t{2} * row_step,
+                         first.chroma_below}
             .after(pair, 0);
     }
 
     unsigned char *surface(long long pair, int k) const {
         return dst + static_cast<ptrdiff_t>(4 * pair + k) * dst_pitch;
     }
-
-    bool order_can_be_observed() const {
-        const byte_rows written[] = {{dst, 4 * pairs, dst_pitch, 2 * pixels}};
-        const long long y_to_next = 2LL * row_step;
-        const byte_rows read[] = {
-            {first.y, pairs, y_to_next, pixels},
-            {first.y + row_step, pairs, y_to_next, pixels},
-            {first.y + first.y_below, pairs, y_to_next, pixels},
-            {first.y + row_step + first.y_below, pairs - 1, y_to_next, pixels},
-            {first.u, pairs, first.chroma_below, pixels / 2},
-            {first.v, pairs, first.chroma_below, pixels / 2}};
-        return lumalane::order_can_be_observed(written, read);
-    }
 };
+
+bool order_can_be_observed(const call::frame_stretch &p) {
+    const tagVideoFrame &frame = *p.frame;
+    call_rows rows;
+    rows.at(pointer::plane_y, frame.plane_y), rows.at(pointer::plane_u, frame.plane_u);
+    rows.at(pointer::plane_v, frame.plane_v), rows.at(pointer::dst, p.dst);
+    detail::rows_of_frame({frame.luma_pitch, frame.field_mode, p.start, p.height, p.dst_pitch},
+                          rows);
+    return rows.order_can_be_observed();
+}
 
 } // namespace
 
@@ -83,7 +85,7 @@ void strech_opt_yuy2_ajust(const machine &machine, const call::frame_stretch &p)
     const adjustment *const by = adjusted.neutral() ? nullptr : &adjusted;
     // Rows of both kinds are as long as each other from 33 pixels on.
     const bool in_order =
-        machine.in_order || rows.pixels != rows.pixels_copied || rows.order_can_be_observed();
+        machine.in_order || rows.pixels != rows.pixels_copied || order_can_be_observed(p);
     const surface_stores stores(machine, p.dst, p.dst_pitch, 8 * rows.pairs * rows.pixels,
                                 in_order);
     const ptrdiff_t run = in_order ? rows_between::step : rows_between::most_pixels;

@@ -42,16 +42,14 @@ struct packed_columns {
         src_to_column = 2 * rows * src_pitch - product(p.row_bytes, p.height) + 2 * step;
         dst_to_column = 4 * rows * dst_pitch - product(twice(p.height), p.dst_pitch) + 4 * step;
     }
-
-    // Columns that begin at different heights are not rows in another order.
-    bool order_can_be_observed() const {
-        if (src_to_column != 2 * step || dst_to_column != 4 * step)
-            return true;
-        const byte_rows written[] = {{dst, 4 * pairs, dst_pitch, 4LL * pixels}};
-        const byte_rows read[] = {{src, 2 * pairs, src_pitch, 2LL * pixels}};
-        return lumalane::order_can_be_observed(written, read);
-    }
 };
+
+bool order_can_be_observed(const call::packed_stretch &p) {
+    call_rows rows;
+    rows.at(pointer::src, p.src), rows.at(pointer::dst, p.dst);
+    detail::rows_of_doubled_packed({p.row_bytes, p.height, p.dst_pitch}, rows);
+    return rows.order_can_be_observed();
+}
 
 // Columns from the left to the right: samples taken apart and adjusted, unless `by` is null, then
 // twice as wide and high.
@@ -133,7 +131,7 @@ private:
 
 void double_both(const machine &machine, const call::packed_stretch &p, const adjustment *by) {
     const packed_columns columns(p);
-    const bool in_order = machine.in_order || columns.order_can_be_observed();
+    const bool in_order = machine.in_order || order_can_be_observed(p);
     const ptrdiff_t pixels = columns.pixels;
     if (in_order) {
         columns_in_order in_turn(machine.rows, columns, by);

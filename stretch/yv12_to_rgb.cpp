@@ -5,6 +5,7 @@
 #include "picture/stores.h"
 #include "picture/strip.h"
 #include "picture/surface.h"
+#include "picture/told_rows.h"
 #include "stretch/between_rows.h"
 #include "stretch/recent_rows.h"
 
@@ -40,19 +41,13 @@ struct columns_of_pairs {
         chroma_to_column = rows * chroma_pitch - (y_rewind >> 2) + step / 2;
         dst_to_column = 4 * rows * dst_pitch - dst_rewind + step * bytes_per_pixel;
     }
-
-    // Columns that begin at different heights are not rows in another order.
-    bool order_can_be_observed() const {
-        if (y_to_column != step || chroma_to_column != step / 2 ||
-            dst_to_column != step * bytes_per_pixel)
-            return true;
-        const byte_rows written[] = {{dst, 4 * pairs, dst_pitch, 1LL * pixels * bytes_per_pixel}};
-        const byte_rows read[] = {{y, 2 * pairs, y_pitch, pixels},
-                                  {u, pairs, chroma_pitch, pixels / 2},
-                                  {v, pairs, chroma_pitch, pixels / 2}};
-        return lumalane::order_can_be_observed(written, read);
-    }
 };
+
+bool order_can_be_observed(const call::picture &p, int bytes_per_pixel) {
+    call_rows rows = rows_at(p);
+    detail::rows_of_doubled_columns(sizes_of(p), bytes_per_pixel, rows);
+    return rows.order_can_be_observed();
+}
 
 // Columns from the left to the right: adjusted samples, averages of them, pixels.
 class columns_in_order {
@@ -222,7 +217,7 @@ void stretch_rows(const row_kernels &kernels, const columns_of_pairs &columns,
 void stretch(const machine &machine, const call::picture &p, const planar_to_surface &surface,
              ptrdiff_t pixels) {
     const columns_of_pairs columns(p, surface.bytes_per_pixel, pixels);
-    const bool in_order = machine.in_order || columns.order_can_be_observed();
+    const bool in_order = machine.in_order || order_can_be_observed(p, surface.bytes_per_pixel);
     const surface_stores stores(machine, p.dst, p.dst_pitch,
                                 4 * columns.pairs * pixels * surface.bytes_per_pixel, in_order);
     const adjustment by = current_adjustment();

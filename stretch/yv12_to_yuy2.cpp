@@ -4,6 +4,7 @@
 #include "picture/geometry.h"
 #include "picture/stores.h"
 #include "picture/surface.h"
+#include "picture/told_rows.h"
 #include "stretch/between_rows.h"
 #include "stretch/doubled_pairs.h"
 
@@ -62,45 +63,14 @@ struct double_height {
     unsigned char *surface(long long pair, int k) const {
         return dst + static_cast<ptrdiff_t>(4 * pair + k) * dst_to_row;
     }
-
-    // Rows are read over as much as they drift to. `filtered`: rows above and two below are read,
-    // from the second pair to the one before the last.
-    bool order_can_be_observed(bool filtered) const {
-        const byte_rows written[] = {{dst, 4 * pairs, dst_to_row, row_bytes}};
-        const unsigned char *const below_upper = y + y_drift + y_below;
-        const unsigned char *const lower = y + y_drift + y_to_lower;
-        const unsigned char *const below_lower = lower + y_drift + y_below;
-        const ptrdiff_t next_chroma = 2 * chroma_drift + chroma_below;
-        const ptrdiff_t chroma_bytes = pixels / 2 + 3 * chroma_drift;
-        const byte_rows read[] = {{y, pairs, y_to_next, pixels + y_drift},
-                                  {below_upper, pairs, y_to_next, pixels},
-                                  {lower, pairs, y_to_next, pixels + y_drift},
-                                  {below_lower, pairs - 1, y_to_next, pixels},
-                                  {u, pairs, chroma_to_next, chroma_bytes},
-                                  {u + next_chroma, pairs - 1, chroma_to_next, chroma_bytes},
-                                  {v, pairs, chroma_to_next, chroma_bytes},
-                                  {v + next_chroma, pairs - 1, chroma_to_next, chroma_bytes}};
-        if (lumalane::order_can_be_observed(written, read))
-            return true;
-        if (!filtered)
-            return false;
-        const long long inner = pairs - 2;
-        const byte_rows outer[] = {
-            {below_upper + y_to_next - 2 * y_below, inner, y_to_next, pixels},
-            {below_upper + y_to_next + y_below, inner, y_to_next, pixels},
-            {below_lower + y_to_next - 2 * y_below, inner, y_to_next, pixels},
-            {below_lower + y_to_next + y_below, inner, y_to_next, pixels},
-            {u + next_chroma + chroma_to_next - 2 * chroma_below, inner, chroma_to_next,
-             chroma_bytes},
-            {u + next_chroma + chroma_to_next + chroma_below, inner - 1, chroma_to_next,
-             chroma_bytes},
-            {v + next_chroma + chroma_to_next - 2 * chroma_below, inner, chroma_to_next,
-             chroma_bytes},
-            {v + next_chroma + chroma_to_next + chroma_below, inner - 1, chroma_to_next,
-             chroma_bytes}};
-        return lumalane::order_can_be_observed(written, outer);
-    }
 };
+
+// `filtered`: rows above and two below are read, from the second pair to the one before the last.
+bool order_can_be_observed(const call::picture &p, int times_width, bool filtered) {
+    call_rows rows = rows_at(p);
+    detail::rows_of_doubled_pairs(sizes_of(p), times_width, filtered, rows);
+    return rows.order_can_be_observed();
+}
 
 // ---- The same width ----------------------------------------------------------------------------
 
@@ -109,7 +79,7 @@ void stretch(const machine &machine, const call::picture &p, bool filtered, cons
     if (p.height < least_height)
         return;
     const double_height rows(p, 1, 2 * whole_steps(p.width >> 1, step / 2));
-    const bool in_order = machine.in_order || rows.order_can_be_observed(filtered);
+    const bool in_order = machine.in_order || order_can_be_observed(p, 1, filtered);
     const surface_stores stores(machine, p.dst, rows.dst_to_row, 4 * rows.pairs * rows.row_bytes,
                                 in_order);
     const bool in_pairs = !in_order && !rows.drifts();
@@ -251,7 +221,7 @@ void double_row_by_row(const row_kernels &kernels, const double_height &rows, co
 void double_both(const machine &machine, const call::picture &p, const adjustment *by) {
     constexpr int step = 16;
     const double_height rows(p, 2, pixels_of_double_width(p.width));
-    const bool in_order = machine.in_order || rows.order_can_be_observed(false);
+    const bool in_order = machine.in_order || order_can_be_observed(p, 2, false);
     const surface_stores stores(machine, p.dst, rows.dst_to_row, 4 * rows.pairs * rows.row_bytes,
                                 in_order);
     if (in_order || rows.drifts() || !rows.at(0).contiguous())

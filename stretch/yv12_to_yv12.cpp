@@ -18,6 +18,16 @@ struct plane {
     ptrdiff_t src_pitch, dst_pitch;
 };
 
+plane_stretch_call sizes_of(const plane &p) {
+    return {p.width, p.height, static_cast<int>(p.src_pitch), static_cast<int>(p.dst_pitch)};
+}
+
+call_rows rows_at(const plane &p) {
+    call_rows rows;
+    rows.at(pointer::src, p.src), rows.at(pointer::dst, p.dst);
+    return rows;
+}
+
 // So many steps of 8 samples as `width` needs, at least one.
 ptrdiff_t whole_steps_of_8(int width) { return width <= 8 ? 8 : whole_steps(width, 8); }
 
@@ -56,17 +66,9 @@ public:
 
 private:
     bool order_can_be_observed() const {
-        // What is left of a width off 16 is done by steps that begin before it.
-        const ptrdiff_t left = beyond != 0 && p.width < 16 ? p.width - 16 : 0;
-        const ptrdiff_t dst_left = left < 0 ? times * whole + beyond - 16 : 0;
-        unsigned char *const last = p.dst + 2 * static_cast<ptrdiff_t>(pairs) * p.dst_pitch;
-        const byte_rows written[] = {
-            {p.dst + dst_left, 2 * pairs + 1, p.dst_pitch, times * samples - dst_left},
-            {last + times * p.width, 1, 0, times * samples}};
-        const byte_rows read[] = {{p.src + left, pairs, to_next_row, samples - left},
-                                  {p.src + left + p.src_pitch, pairs, to_next_row, samples - left},
-                                  {final_row, 2, to_next_row - p.src_pitch, samples}};
-        return lumalane::order_can_be_observed(written, read);
+        call_rows told = rows_at(p);
+        detail::rows_of_adjusted_plane(pointer::src, 0, sizes_of(p), times, told);
+        return told.order_can_be_observed();
     }
 
     stretched_rows rows(unsigned char *dst, const unsigned char *src, rows_made made,
@@ -211,13 +213,9 @@ public:
 
 private:
     bool order_can_be_observed() const {
-        unsigned char *const last = surface(height - 1);
-        const byte_rows written[] = {
-            {p.dst, 2LL * height - 1, p.dst_pitch, 2 * samples},
-            {last + p.dst_pitch + 2 * (samples - column), 1, 0, 2 * column},
-            {last + 2 * p.dst_pitch, 1, 0, 2 * (samples - column)}};
-        const byte_rows read[] = {{p.src, height, p.src_pitch, samples}};
-        return lumalane::order_can_be_observed(written, read);
+        call_rows rows = rows_at(p);
+        detail::rows_of_plain_plane(sizes_of(p), rows);
+        return rows.order_can_be_observed();
     }
 
     const unsigned char *row_at(ptrdiff_t row) const { return p.src + row * p.src_pitch; }

@@ -6,47 +6,35 @@ namespace lumalane {
 
 namespace {
 
-// quirk: the row advance of alpha comes from the pitch of the video
-// [alpha_transfer.the_steps_of_alpha_come_from_half_of_video_pitch_beyond_the_width]
-byte_rows alpha_rows(const tagMIX_INFO &mix, ptrdiff_t pixels) {
-    return rows_with_advance(mix.alpha_plane, rows_of(mix.height), pixels,
-                             difference(mix.video_pitch, mix.width) >> 1);
-}
-
-byte_rows drawn_surface(const tagMIX_INFO &mix, ptrdiff_t pixels, int bytes_per_pixel) {
-    return surface_rows(mix.dst, rows_of(mix.height), pixels, mix.width, mix.dst_pitch,
-                        bytes_per_pixel);
-}
-
-void transfer(const machine &machine, const row_by_row<1, 1> &p, ptrdiff_t step,
-              row_kernel::plane_to_surface *kernel) {
+void transfer(const machine &machine, const call_rows &p, ptrdiff_t pixels, bool in_order,
+              ptrdiff_t step, row_kernel::plane_to_surface *kernel) {
     const byte_rows &dst = p.written[0], &src = p.read[0];
-    const bool in_order = machine.in_order || p.order_can_be_observed();
-    const surface_stores stores(machine, dst.first, dst.pitch, p.most_bytes(), in_order);
-    for_rows(p, in_order, step, [&](const rows_run &run) {
+    const surface_stores stores(machine, dst.first, dst.pitch, most_bytes(p), in_order);
+    for_rows(p, pixels, in_order, step, [&](const rows_run &run) {
         kernel({source_row(src, run.row), destination_row(dst, run.row), stores, nullptr, run.count,
                 run.next(src), run.next(dst)},
                run.n);
     });
 }
 
-// `from` is how far on the surface the first byte is that is read.
+// `from` is how far on the surface the first byte is that is taken.
 template <int step>
 void restore_alpha(const machine &machine, const tagMIX_INFO &mix, int bytes_per_pixel, int from,
                    row_kernel::plane_to_surface *kernel) {
-    const ptrdiff_t pixels = whole_steps(mix.width, step);
-    byte_rows surface = drawn_surface(mix, pixels, bytes_per_pixel);
-    surface.first += from;
-    transfer(machine, {{alpha_rows(mix, pixels)}, {surface}, pixels}, step, kernel);
+    call_rows rows = rows_at(mix);
+    detail::rows_of_restored_alpha(sizes_of(mix), step, bytes_per_pixel, from, rows);
+    const bool in_order = machine.in_order || rows.order_can_be_observed();
+    rows.read[0].first += from, rows.read[0].bytes -= from;
+    transfer(machine, rows, whole_steps(mix.width, step), in_order, step, kernel);
 }
 
 void load_alpha(const machine &machine, const tagMIX_INFO &mix, int bytes_per_pixel,
                 row_kernel::plane_to_surface *kernel) {
     constexpr int step = 16;
-    const ptrdiff_t pixels = whole_steps(mix.width, step);
-    transfer(machine,
-             {{drawn_surface(mix, pixels, bytes_per_pixel)}, {alpha_rows(mix, pixels)}, pixels},
-             step, kernel);
+    call_rows rows = rows_at(mix);
+    detail::rows_of_loaded_alpha(sizes_of(mix), step, bytes_per_pixel, rows);
+    const bool in_order = machine.in_order || rows.order_can_be_observed();
+    transfer(machine, rows, whole_steps(mix.width, step), in_order, step, kernel);
 }
 
 } // namespace

@@ -37,32 +37,22 @@ constexpr int step_pixels = 16;
 // quirk: the pitch of the video is the width, and the planes have no gaps: a row of them is as long
 // as what is converted of it
 // [subpicture_load.video_pitch_counts_the_pixels_and_the_planes_are_one_run]
-row_by_row<1, 4> rows_of_subpicture(const tagMIX_INFO &mix, int bytes_per_pixel) {
-    const int width = mix.video_pitch;
-    const ptrdiff_t pixels = whole_steps(width, step_pixels);
-    const long long count = rows_of(mix.height);
-    const auto plane = [=](const unsigned char *first, ptrdiff_t bytes) {
-        return rows_with_advance(first, count, bytes, 0);
-    };
-    return {{surface_rows(mix.dst, count, pixels, width, mix.dst_pitch, bytes_per_pixel)},
-            {plane(mix.sub_y, pixels), plane(mix.sub_u, pixels / 2), plane(mix.sub_v, pixels / 2),
-             plane(mix.alpha_plane, pixels)},
-            pixels};
-}
-
 void load(const machine &machine, const tagMIX_INFO &mix, const keyed_surface &surface,
           const adjustment *by = nullptr) {
-    const row_by_row<1, 4> p = rows_of_subpicture(mix, surface.bytes_per_pixel);
-    const byte_rows &dst = p.written[0];
+    call_rows p = rows_at(mix);
+    detail::rows_of_subpicture(sizes_of(mix), surface.bytes_per_pixel, p);
     const bool in_order = machine.in_order || p.order_can_be_observed();
-    const surface_stores stores(machine, dst.first, dst.pitch, p.most_bytes(), in_order);
+    const byte_rows &dst = p.written[0];
+    const surface_stores stores(machine, dst.first, dst.pitch, most_bytes(p), in_order);
     const byte_rows &y = p.read[0], &u = p.read[1], &v = p.read[2], &alpha = p.read[3];
-    for_rows(p, in_order, step_pixels, [&](const rows_run &run) {
-        surface.emit({source_row(y, run.row), source_row(u, run.row), source_row(v, run.row),
-                      source_row(alpha, run.row), destination_row(dst, run.row), stores, by,
-                      run.count, run.next(y), run.next(u), run.next(dst)},
-                     run.n, surface.key);
-    });
+    for_rows(p, whole_steps(mix.video_pitch, step_pixels), in_order, step_pixels,
+             [&](const rows_run &run) {
+                 surface.emit({source_row(y, run.row), source_row(u, run.row),
+                               source_row(v, run.row), source_row(alpha, run.row),
+                               destination_row(dst, run.row), stores, by, run.count, run.next(y),
+                               run.next(u), run.next(dst)},
+                              run.n, surface.key);
+             });
 }
 
 void load_adjusted(const machine &machine, const tagMIX_INFO &mix, const keyed_surface &surface) {

@@ -12,11 +12,11 @@ void fill_rectangle(const machine &machine, const call::key_fill &p, int bytes_p
                     const pattern &with) {
     if (p.height == 0)
         return;
-    const ptrdiff_t pixels = whole_steps(p.width, 16);
-    const byte_rows upper = surface_rows(p.surface, steps_of(p.height, 2), pixels, p.width,
-                                         twice(p.pitch), bytes_per_pixel);
-    const byte_rows lower{upper.first + p.pitch, upper.count, upper.pitch, upper.bytes};
-    const bool in_order = machine.in_order || order_can_be_observed<2>({upper, lower});
+    call_rows rows;
+    rows.at(pointer::surface, p.surface);
+    detail::rows_of_key_fill({p.width, p.height, p.pitch}, bytes_per_pixel, rows);
+    const byte_rows &upper = rows.written[0], &lower = rows.written[1];
+    const bool in_order = machine.in_order || rows.order_can_be_observed();
     const long long all_bytes = 2 * upper.count * upper.bytes;
     const surface_stores stores(machine, upper.first, upper.pitch | p.pitch, all_bytes, in_order);
     const auto fill = [&](unsigned char *dst, ptrdiff_t n) {
@@ -57,16 +57,14 @@ void LoadColorKeyRgb16(const machine &machine, const call::key_fill &p) {
 void RelaceMaskWithColorKey(const machine &machine, const call::mask &p) {
     constexpr int step = 16;
     const ptrdiff_t pixels = whole_steps(p.width, step);
-    const long long count = rows_of(p.height);
-    const row_by_row<1, 1> rows{{surface_rows(p.dst, count, pixels, p.width, p.pitch, 1)},
-                                {surface_rows(p.mask, count, pixels, p.width, p.pitch, 1)},
-                                pixels};
-    const byte_rows &dst = rows.written[0];
+    call_rows rows;
+    rows.at(pointer::dst, p.dst), rows.at(pointer::mask, p.mask);
+    detail::rows_of_mask({p.width, p.pitch, p.height}, rows);
     const bool in_order = machine.in_order || rows.order_can_be_observed();
-    const byte_rows &mask = rows.read[0];
+    const byte_rows &dst = rows.written[0], &mask = rows.read[0];
     const auto marker = static_cast<unsigned char>(p.mask_value);
     const auto key = static_cast<unsigned char>(p.key_value);
-    for_rows(rows, in_order, step, [&](const rows_run &run) {
+    for_rows(rows, pixels, in_order, step, [&](const rows_run &run) {
         machine.rows.replace_marker({source_row(mask, run.row), destination_row(dst, run.row),
                                      store_policy::cached, nullptr, run.count, run.next(mask),
                                      run.next(dst)},

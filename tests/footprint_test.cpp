@@ -8,8 +8,9 @@
 
 #include <gtest/gtest.h>
 
-#include <lumalane/footprint.h>
+#include <lumalane/checked.h>
 
+#include "picture/geometry.h"
 #include "tests/call_memory.h"
 #include "tests/differential/drawn_call.h"
 #include "tests/recorded_call.h"
@@ -90,7 +91,11 @@ comparison compare(const differential::drawn_call &drawn, const call_memory &mem
     // What the buffers see of all pointers that lie in them, counted from their origins.
     comparison result;
     std::vector<byte_range> read(drawn.buffers.size()), written(drawn.buffers.size());
-    for (const tests::recorded_call &call : tests::record(drawn, places))
+    for (const tests::recorded_call &call : tests::record(drawn, places)) {
+        // There is room for all rows.
+        EXPECT_LE(call.sets_read, lumalane::call_rows::most_read);
+        EXPECT_LE(call.sets_written, lumalane::call_rows::most_written);
+        EXPECT_LE(call.sets_read + call.sets_written, lumalane::detail::row_list::most);
         for (int p = 0; p < lumalane::pointer_count; ++p) {
             const lumalane::pointer_footprint &bytes = call.bytes.of[p];
             if (bytes.touched().empty())
@@ -106,6 +111,7 @@ comparison compare(const differential::drawn_call &drawn, const call_memory &mem
             result.strays |= !call_memory::holds(moved(bytes.touched()));
             result.before_a_pointer |= bytes.touched().begin < 0;
         }
+    }
 
     bool model_strays = false;
     try {

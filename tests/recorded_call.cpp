@@ -7,7 +7,26 @@ namespace {
 using lumalane::footprint_of;
 using lumalane::pointer;
 
+// Counts sets of rows.
+struct counting_receiver {
+    int read = 0, written = 0;
+
+    void reads(pointer, const lumalane::row_set &) { ++read; }
+    void writes(pointer, const lumalane::row_set &) { ++written; }
+    void writes_again(pointer, const lumalane::row_set &) { ++written; }
+    void replaces(pointer, const lumalane::row_set &) { ++written; }
+};
+
 recorded_call latest;
+
+template <class Function, class Call>
+void record_bytes(const Function &f, const Call &c) {
+    counting_receiver sets;
+    lumalane::rows_of(f, c, sets);
+    latest.bytes = footprint_of(f, c);
+    latest.sets_read = sets.read, latest.sets_written = sets.written;
+}
+
 std::vector<recorded_call> all;
 
 void call(const lumalane::parameters_function &f, LUMALANE_PARAMETERS_parameters) {
@@ -16,17 +35,17 @@ void call(const lumalane::parameters_function &f, LUMALANE_PARAMETERS_parameters
 }
 
 void call(const lumalane::picture_function &f, LUMALANE_PARAMETERS_picture) {
-    latest.bytes = footprint_of(f, {width, height, src_pitch, dst_pitch, info->rgb16_layout,
-                                    info->surface_height, info->rows_to_plane_end});
+    record_bytes(f, lumalane::picture_call{width, height, src_pitch, dst_pitch, info->rgb16_layout,
+                                           info->surface_height, info->rows_to_plane_end});
     latest.at(pointer::src, src), latest.at(pointer::src_u, src_u);
     latest.at(pointer::src_v, src_v), latest.at(pointer::dst, dst);
     latest.at(pointer::info, info);
 }
 
 void call(const lumalane::mix_function &f, LUMALANE_PARAMETERS_mix) {
-    latest.bytes =
-        footprint_of(f, {mix->video_pitch, mix->sub_pitch, mix->dst_pitch, mix->width, mix->height,
-                         f.reads_layout ? mix->adjust_info->rgb16_layout : 0});
+    record_bytes(f, lumalane::mix_call{mix->video_pitch, mix->sub_pitch, mix->dst_pitch, mix->width,
+                                       mix->height,
+                                       f.reads_layout ? mix->adjust_info->rgb16_layout : 0});
     latest.at(pointer::video_y, mix->video_y), latest.at(pointer::video_v, mix->video_v);
     latest.at(pointer::video_u, mix->video_u), latest.at(pointer::alpha_plane, mix->alpha_plane);
     latest.at(pointer::sub_y, mix->sub_y), latest.at(pointer::sub_v, mix->sub_v);
@@ -37,18 +56,18 @@ void call(const lumalane::mix_function &f, LUMALANE_PARAMETERS_mix) {
 
 void call(const lumalane::key_fill_function &f, LUMALANE_PARAMETERS_key_fill) {
     (void)key;
-    latest.bytes = footprint_of(f, {width, height, pitch});
+    record_bytes(f, lumalane::key_fill_call{width, height, pitch});
     latest.at(pointer::surface, surface);
 }
 
 void call(const lumalane::mask_function &f, LUMALANE_PARAMETERS_mask) {
     (void)mask_value, (void)key_value;
-    latest.bytes = footprint_of(f, {width, pitch, height});
+    record_bytes(f, lumalane::mask_call{width, pitch, height});
     latest.at(pointer::dst, dst), latest.at(pointer::mask, mask);
 }
 
 void call(const lumalane::packed_stretch_function &f, LUMALANE_PARAMETERS_packed_stretch_ajust) {
-    latest.bytes = footprint_of(f, {row_bytes, height, dst_pitch});
+    record_bytes(f, lumalane::packed_stretch_call{row_bytes, height, dst_pitch});
     latest.at(pointer::src, src), latest.at(pointer::dst, dst);
 }
 
@@ -57,7 +76,7 @@ void call(const lumalane::packed_stretch_function &f, LUMALANE_PARAMETERS_packed
 }
 
 void call(const lumalane::plane_stretch_function &f, LUMALANE_PARAMETERS_plane_stretch) {
-    latest.bytes = footprint_of(f, {width, height, src_pitch, dst_pitch});
+    record_bytes(f, lumalane::plane_stretch_call{width, height, src_pitch, dst_pitch});
     latest.at(pointer::src, src), latest.at(pointer::dst, dst);
 }
 
@@ -67,8 +86,8 @@ void call(const lumalane::plane_stretch_function &f, LUMALANE_PARAMETERS_plane_s
 }
 
 void call(const lumalane::frame_stretch_function &f, LUMALANE_PARAMETERS_frame_stretch) {
-    latest.bytes =
-        footprint_of(f, {frame->luma_pitch, frame->field_mode, start, height, dst_pitch});
+    record_bytes(f, lumalane::frame_stretch_call{frame->luma_pitch, frame->field_mode, start,
+                                                 height, dst_pitch});
     latest.at(pointer::plane_y, frame->plane_y), latest.at(pointer::plane_u, frame->plane_u);
     latest.at(pointer::plane_v, frame->plane_v), latest.at(pointer::dst, dst);
     latest.at(pointer::frame, frame);

@@ -12,6 +12,7 @@ namespace tests {
 struct recorded_call {
     const void *pointers[lumalane::pointer_count] = {};
     lumalane::footprint bytes;
+    int sets_read = 0, sets_written = 0; // of rows
 
     void at(lumalane::pointer p, const void *address) { pointers[static_cast<int>(p)] = address; }
 };

@@ -259,6 +259,7 @@ struct row_list {
     constexpr void reads(pointer p, const row_set &rows) { add({p, false, false, rows}); }
     constexpr void writes(pointer p, const row_set &rows) { add({p, true, false, rows}); }
     constexpr void writes_again(pointer p, const row_set &rows) { add({p, true, true, rows}); }
+    constexpr void replaces(pointer p, const row_set &rows) { writes(p, rows); }
 
 private:
     constexpr void add(const entry &e) {

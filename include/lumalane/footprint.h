@@ -561,6 +561,10 @@ struct footprint_receiver {
         widen(found.of[static_cast<int>(p)].written, rows);
     }
     constexpr void writes_again(pointer p, const row_set &rows) { writes(p, rows); }
+    constexpr void replaces(pointer p, const row_set &rows) {
+        reads(p, rows);
+        writes(p, rows);
+    }
 };
 
 template <class Function, class Call>

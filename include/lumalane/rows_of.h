@@ -9,6 +9,7 @@
 //     void reads(pointer, const row_set &);
 //     void writes(pointer, const row_set &);
 //     void writes_again(pointer, const row_set &);   // over other rows of the same pointer, perhaps
+//     void replaces(pointer, const row_set &);       // reads and writes, each byte in one step
 //
 // for any size that the preconditions in lumalane.h allow.
 #ifndef LUMALANE_ROWS_OF_H
@@ -177,6 +178,9 @@ constexpr number unsigned_half(number x) { return static_cast<uint32_t>(x) >> 1;
 // A product of a height and a pitch wraps.
 constexpr number wrapped(number x) { return static_cast<int32_t>(static_cast<uint32_t>(x)); }
 
+// Rows of functions that count them down to 0 and look after each: a height of 0 means all 2^32.
+constexpr number counted_down(int height) { return number{static_cast<uint32_t>(height) - 1u} + 1; }
+
 // Row pairs, and groups of four rows of which two come from each row of a field.
 constexpr number row_pairs_of(number height) { return up(height, 2) / 2; }
 constexpr number field_groups_of(int height) { return height < 8 ? 1 : (number{height} + 3) / 4; }
@@ -217,7 +221,7 @@ constexpr void rows_of_adjusted_copy(const picture_call &p, Receiver &to) {
     const number V = below + (wrapped(surface - below) >> 2), U = V + (surface >> 2);
     const auto plane = [&](pointer from, number start, int width, int height, number pitch) {
         const number W = whole(width, 8), R = larger(as_unsigned(height), 1);
-        to.reads(from, {0, R * W});
+        to.reads(from, {0, W, R, W});
         to.writes(pointer::dst, {start, W, R, pitch + W - width});
     };
     plane(pointer::src, 0, p.width, p.height, D);
@@ -295,7 +299,10 @@ constexpr void rows_of_packed_pairs(const picture_call &p, number step, number B
 // read. Only whole groups of 8 pixels are converted.
 template <class Receiver>
 constexpr void rows_of_conversion(const mix_call &c, number B, number beyond, Receiver &to) {
-    const number G = c.width / 8, R = c.height, rest = c.width % 8;
+    const number G = c.width < 0 ? 0 : c.width / 8, R = counted_down(c.height);
+    const number rest = c.width - 8 * G;
+    // quirk: the advance of chroma is halved as an unsigned number
+    // [conversion.a_pitch_below_the_width_moves_chroma_by_2_gigabytes]
     const number chroma_next = 4 * G + unsigned_half(number{c.sub_pitch} - c.width);
     to.reads(pointer::dst, {0, 8 * B * G + beyond, R, c.dst_pitch - B * rest});
     to.writes(pointer::sub_y, {0, 8 * G, R, c.sub_pitch - rest});
@@ -304,13 +311,16 @@ constexpr void rows_of_conversion(const mix_call &c, number B, number beyond, Re
 }
 
 // Alpha and a drawing surface, rows of both. `beyond`: as above.
+//
+// quirk: the row advance of alpha comes from the pitch of the video
+// [alpha_transfer.the_steps_of_alpha_come_from_half_of_video_pitch_beyond_the_width]
 constexpr row_set alpha_rows(const mix_call &c, number step) {
     const number W = whole(c.width, step);
-    return {0, W, c.height, W + half(number{c.video_pitch} - c.width)};
+    return {0, W, counted_down(c.height), W + half(number{c.video_pitch} - c.width)};
 }
 constexpr row_set drawn_rows(const mix_call &c, number step, number B, number beyond) {
     const number W = whole(c.width, step);
-    return {0, B * W + beyond, c.height, c.dst_pitch + B * (W - c.width)};
+    return {0, B * W + beyond, counted_down(c.height), c.dst_pitch + B * (W - c.width)};
 }
 
 template <class Receiver>
@@ -329,11 +339,11 @@ constexpr void rows_of_loaded_alpha(const mix_call &c, number step, number B, Re
 // A subpicture to a drawing surface. video_pitch counts the pixels; the planes have no gaps.
 template <class Receiver>
 constexpr void rows_of_subpicture(const mix_call &c, number B, Receiver &to) {
-    const number W = whole(c.video_pitch, 16), R = c.height;
-    to.reads(pointer::alpha_plane, {0, R * W});
-    to.reads(pointer::sub_y, {0, R * W});
-    to.reads(pointer::sub_v, {0, R * (W / 2)});
-    to.reads(pointer::sub_u, {0, R * (W / 2)});
+    const number W = whole(c.video_pitch, 16), R = counted_down(c.height);
+    to.reads(pointer::sub_y, {0, W, R, W});
+    to.reads(pointer::sub_u, {0, W / 2, R, W / 2});
+    to.reads(pointer::sub_v, {0, W / 2, R, W / 2});
+    to.reads(pointer::alpha_plane, {0, W, R, W});
     to.writes(pointer::dst, {0, B * W, R, c.dst_pitch + B * (W - c.video_pitch)});
 }
 
@@ -350,10 +360,9 @@ constexpr void rows_of_key_fill(const key_fill_call &c, number B, Receiver &to) 
 template <class Receiver>
 constexpr void rows_of_mask(const mask_call &c, Receiver &to) {
     const number W = whole(c.width, 16);
-    const row_set rows{0, W, c.height, c.pitch + W - c.width};
+    const row_set rows{0, W, counted_down(c.height), c.pitch + W - c.width};
     to.reads(pointer::mask, rows);
-    to.reads(pointer::dst, rows);
-    to.writes(pointer::dst, rows);
+    to.replaces(pointer::dst, rows);
 }
 
 // ---- Mixes ---------------------------------------------------------------------------------------
@@ -544,11 +553,15 @@ constexpr void rows_of_adjusted_plane(pointer from, number start, const plane_st
                                       number times, Receiver &to) {
     const number w = c.width, h = c.height, S = c.src_pitch, D = c.dst_pitch;
     const number W = whole(c.width, 8), next = times == 2 ? w : S;
+    // What whole steps of 16 leave is a step that ends where the row does; of narrower rows it begins
+    // before the row.
+    const number left = w % 16 != 0 && w < 16 ? w - 16 : 0;
     to.reads(from, {0, W});
-    to.reads(from, {0, w, h - 1, next});
-    to.reads(from, {S, w, h - 1, next});
+    to.reads(from, {left, w - left, h - 1, next});
+    to.reads(from, {left + S, w - left, h - 1, next});
     to.reads(from, {(h - 1) * next - S, W, 2, next - S});
-    to.writes(pointer::dst, {start + D, times == 2 ? 2 * w - w % 16 : w, 2 * h - 3, D});
+    const number made = times == 2 ? 2 * w - w % 16 : w;
+    to.writes(pointer::dst, {start + D + left, made - left, 2 * h - 3, D});
     // Whole steps, where the others may end within one.
     to.writes_again(pointer::dst, {start, times * W});
     to.writes_again(pointer::dst, {start + (2 * h - 2) * D, times * W});

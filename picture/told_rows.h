@@ -1,0 +1,33 @@
+// A call as the shapes of lumalane/rows_of.h see it: its sizes, and where its pointers point.
+#pragma once
+
+#include "picture/calls.h"
+#include "picture/geometry.h"
+
+namespace lumalane {
+
+inline picture_call sizes_of(const call::picture &p) {
+    return {p.width, p.height, p.src_pitch, p.dst_pitch};
+}
+
+inline call_rows rows_at(const call::picture &p) {
+    call_rows rows;
+    rows.at(pointer::src, p.src), rows.at(pointer::src_u, p.src_u);
+    rows.at(pointer::src_v, p.src_v), rows.at(pointer::dst, p.dst);
+    return rows;
+}
+
+inline mix_call sizes_of(const tagMIX_INFO &mix) {
+    return {mix.video_pitch, mix.sub_pitch, mix.dst_pitch, mix.width, mix.height};
+}
+
+inline call_rows rows_at(const tagMIX_INFO &mix) {
+    call_rows rows;
+    rows.at(pointer::video_y, mix.video_y), rows.at(pointer::video_v, mix.video_v);
+    rows.at(pointer::video_u, mix.video_u), rows.at(pointer::alpha_plane, mix.alpha_plane);
+    rows.at(pointer::sub_y, mix.sub_y), rows.at(pointer::sub_v, mix.sub_v);
+    rows.at(pointer::sub_u, mix.sub_u), rows.at(pointer::dst, mix.dst);
+    return rows;
+}
+
+} // namespace lumalane
