@@ -27,6 +27,8 @@ enum class error {
     stride_unsupported,   ///< the stride is odd or negative, which the function does not allow
     unknown_rgb16_layout, ///< the RGB16 layout is none of the four
     unknown_plane_number, ///< the plane number is not 1, 2 or 3
+    unsupported_formats,  ///< no function makes the one format of the other
+    sizes_differ,         ///< the destination has not the size that it should have
 
     // The memory of its buffers.
     buffer_too_small, ///< bytes that the call reads or writes lie outside of the buffer
@@ -61,6 +63,10 @@ constexpr const char *message_of(error e) {
         return "the RGB16 layout is none of the four";
     case error::unknown_plane_number:
         return "the plane number is not 1, 2 or 3";
+    case error::unsupported_formats:
+        return "no function makes this format of that one";
+    case error::sizes_differ:
+        return "the destination has not the size that it should have";
     case error::buffer_too_small:
         return "the buffer is too small";
     case error::planes_overlap:
