@@ -137,15 +137,14 @@ public:
             refuse(error::unknown_rgb16_layout, "rgb16_layout");
     }
 
-    constexpr void refuse(error code, const char *name) {
-        if (found.code == error::none)
-            found.code = code, found.argument = name;
-    }
-
-private:
     constexpr void not_above_largest(const char *name, int value) {
         if (magnitude(value) > largest_size)
             refuse(error::size_too_large, name);
+    }
+
+    constexpr void refuse(error code, const char *name) {
+        if (found.code == error::none)
+            found.code = code, found.argument = name;
     }
 };
 
@@ -231,7 +230,7 @@ constexpr status check_numbers(const frame_stretch_function &, const frame_stret
     number_checks check;
     check.width("luma_pitch", c.luma_pitch);
     check.height(c.height, least_frame_height);
-    check.stride("start", c.start, 0);
+    check.not_above_largest("start", c.start);
     check.stride("dst_pitch", c.dst_pitch, 2 * number{c.luma_pitch});
     return check.found;
 }

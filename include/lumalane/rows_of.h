@@ -3,15 +3,13 @@
 // be observed; footprint.h makes the first and the last byte of them, checked.h compares them with
 // what buffers hold.
 //
-// Sizes and strides are those of the arguments of the call, of a magnitude of largest_size at most.
-// Each shape tells its rows to a receiver, which has
+// Sizes and strides are those of the arguments of the call, for which the preconditions of lumalane.h
+// hold, of a magnitude of largest_size at most. Each shape tells its rows to a receiver, which has
 //
 //     void reads(pointer, const row_set &);
 //     void writes(pointer, const row_set &);
 //     void writes_again(pointer, const row_set &);   // over other rows of the same pointer, perhaps
 //     void replaces(pointer, const row_set &);       // reads and writes, each byte in one step
-//
-// for any size that the preconditions in lumalane.h allow.
 #ifndef LUMALANE_ROWS_OF_H
 #define LUMALANE_ROWS_OF_H
 
@@ -180,6 +178,13 @@ constexpr number wrapped(number x) { return static_cast<int32_t>(static_cast<uin
 
 // Rows of functions that count them down to 0 and look after each: a height of 0 means all 2^32.
 constexpr number counted_down(int height) { return number{static_cast<uint32_t>(height) - 1u} + 1; }
+
+// From column to column: a terabyte stands for more, which no memory has and a product with the number
+// of columns might not hold.
+constexpr number to_column(number distance) {
+    constexpr number most = number{1} << 40;
+    return distance > most ? most : distance < -most ? -most : distance;
+}
 
 // Row pairs, and groups of four rows of which two come from each row of a field.
 constexpr number row_pairs_of(number height) { return up(height, 2) / 2; }
@@ -440,14 +445,15 @@ constexpr void rows_of_mix_columns(const mix_call &c, number B, Receiver &to) {
     const number K = up(c.width, 16) / 16, Q = field_groups_of(c.height);
     const number luma_back = wrapped(V * h) >> 1, sub_back = wrapped(S * h),
                  dst_back = wrapped(D * h);
-    to.reads(pointer::video_y, {0, 16, 2 * Q, V, K, 16 + 2 * Q * V - luma_back});
+    to.reads(pointer::video_y, {0, 16, 2 * Q, V, K, to_column(16 + 2 * Q * V - luma_back)});
     for (const pointer plane : video_chroma)
-        to.reads(plane, {0, 8, Q, half(V), K, 8 + Q * half(V) - (luma_back >> 2)});
+        to.reads(plane, {0, 8, Q, half(V), K, to_column(8 + Q * half(V) - (luma_back >> 2))});
     for (const pointer plane : alpha_and_luma)
-        to.reads(plane, {0, 16, 4 * Q, S, K, 16 + 4 * Q * S - sub_back});
+        to.reads(plane, {0, 16, 4 * Q, S, K, to_column(16 + 4 * Q * S - sub_back)});
     for (const pointer plane : sub_chroma)
-        to.reads(plane, {0, 8, 4 * Q, half(S), K, 8 + 4 * Q * half(S) - (sub_back >> 1)});
-    to.writes(pointer::dst, {0, 16 * B, 4 * Q, D, K, 16 * B + 4 * Q * D - dst_back});
+        to.reads(plane,
+                 {0, 8, 4 * Q, half(S), K, to_column(8 + 4 * Q * half(S) - (sub_back >> 1))});
+    to.writes(pointer::dst, {0, 16 * B, 4 * Q, D, K, to_column(16 * B + 4 * Q * D - dst_back)});
 }
 
 // Plane by plane, onto YV12. `doubled`: the lower row of two lies between two rows of a field.
@@ -525,8 +531,8 @@ constexpr void rows_of_doubled_pairs(const picture_call &p, number times, bool f
 template <class Receiver>
 constexpr void rows_of_doubled_packed(const packed_stretch_call &c, Receiver &to) {
     const number L = c.row_bytes, D = c.dst_pitch, K = L / 32, P = row_pairs_of(c.height);
-    const number src_next = 32 + 2 * P * L - wrapped(L * c.height);
-    const number dst_next = 64 + 4 * P * D - wrapped(2 * D * c.height);
+    const number src_next = to_column(32 + 2 * P * L - wrapped(L * c.height));
+    const number dst_next = to_column(64 + 4 * P * D - wrapped(2 * D * c.height));
     to.reads(pointer::src, {0, 32, 2 * P, L, K, src_next});
     // The first samples of the next column, where they belong to no column.
     if (src_next != 32)
@@ -540,10 +546,10 @@ constexpr void rows_of_doubled_columns(const picture_call &p, number B, Receiver
     const number S = p.src_pitch, D = p.dst_pitch, h = p.height;
     const number K = up(p.width, 16) / 16, P = row_pairs_of(h);
     const number back = wrapped(h * S), dst_back = wrapped(2 * h * D);
-    to.reads(pointer::src, {0, 16, 2 * P, S, K, 16 + 2 * P * S - back});
+    to.reads(pointer::src, {0, 16, 2 * P, S, K, to_column(16 + 2 * P * S - back)});
     for (const pointer plane : src_chroma)
-        to.reads(plane, {0, 8, P, half(S), K, 8 + P * half(S) - (back >> 2)});
-    to.writes(pointer::dst, {0, 16 * B, 4 * P, D, K, 16 * B + 4 * P * D - dst_back});
+        to.reads(plane, {0, 8, P, half(S), K, to_column(8 + P * half(S) - (back >> 2))});
+    to.writes(pointer::dst, {0, 16 * B, 4 * P, D, K, to_column(16 * B + 4 * P * D - dst_back)});
 }
 
 // One plane to twice the height, `times` as wide, `start` bytes behind dst. The last row comes once
