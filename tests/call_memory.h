@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include <lumalane/errors.h>
 
@@ -57,10 +58,21 @@ public:
         return places;
     }
 
-    // Whether the buffers can be read and written; a touch of them faults otherwise.
-    void open(bool they_are) const {
-        for (std::size_t i = 0; i < most_buffers; ++i)
-            mprotect(origin(i) - half, 2 * half, they_are ? PROT_READ | PROT_WRITE : PROT_NONE);
+    // Whether the pages of these bytes of the buffers can be read and written; a touch of them faults
+    // otherwise.
+    void open(const std::vector<lumalane::byte_range> &windows, bool they_are) const {
+        constexpr std::uintptr_t page = 4096;
+        for (std::size_t i = 0; i < windows.size(); ++i) {
+            if (windows[i].empty())
+                continue;
+            const auto address = [&](long long offset) {
+                return reinterpret_cast<std::uintptr_t>(origin(i)) +
+                       static_cast<std::uintptr_t>(offset);
+            };
+            const std::uintptr_t first = address(windows[i].begin) & ~(page - 1);
+            mprotect(reinterpret_cast<void *>(first), address(windows[i].end) - first,
+                     they_are ? PROT_READ | PROT_WRITE : PROT_NONE);
+        }
     }
 
 private:

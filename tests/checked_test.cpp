@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,7 +41,8 @@ struct offer {
     byte_range bytes[lumalane::pointer_count];
     const void *elsewhere[lumalane::pointer_count] = {};
     bool null[lumalane::pointer_count] = {};
-    const call_memory *closed = nullptr; // while the call is made
+    // Whether the memory can be touched while the call is made.
+    std::function<void(bool)> open = [](bool) {};
 
     byte_range &operator[](pointer p) { return bytes[static_cast<int>(p)]; }
 
@@ -68,11 +70,9 @@ tag_ajust_contrast_info *copied(const tag_ajust_contrast_info *info) {
 
 template <class Call>
 void make(Call call) {
-    if (offered.closed)
-        offered.closed->open(false);
+    offered.open(false);
     result = call();
-    if (offered.closed)
-        offered.closed->open(true);
+    offered.open(true);
 }
 
 template <class F>
@@ -261,7 +261,7 @@ public:
     status refused(const offer &o) const {
         restore();
         offered = o;
-        offered.closed = &memory;
+        offered.open = [this](bool it_is) { memory.open(windows, it_is); };
         drawn.on_function(checked_calls, places);
         EXPECT_NE(result.code, error::none) << drawn.arguments;
         return result;

@@ -10,9 +10,9 @@
 // computed by the compiler.
 //
 // Ranges are exact: a call reads and writes the first byte and the last byte of a range and none
-// beyond, where the preconditions in lumalane.h are met, sizes are not negative, and neither sizes nor
-// strides above largest_size. Between them bytes may remain untouched. (Of a subpicture, video, alpha and
-// subpicture are counted as if all of it was visible.)
+// beyond, where the preconditions in lumalane.h are met, sizes are not negative, and neither sizes
+// nor strides above largest_size. Between them bytes may remain untouched. (Of mixes, video, alpha
+// and subpicture are counted as if all of them was visible.)
 #ifndef LUMALANE_FOOTPRINT_H
 #define LUMALANE_FOOTPRINT_H
 
