@@ -4,6 +4,7 @@
 #include "picture/calls.h"
 #include "picture/geometry.h"
 #include "picture/stores.h"
+#include "picture/strip.h"
 #include "picture/told_rows.h"
 
 namespace lumalane {
@@ -11,6 +12,8 @@ namespace lumalane {
 namespace {
 
 constexpr int step = 16;
+
+constexpr ptrdiff_t few_pixels = 4096;
 
 // Where the groups of four rows are.
 struct mix_groups {
@@ -21,7 +24,7 @@ struct mix_groups {
     mix_distance next; // from group to group
 
     mix_groups(const tagMIX_INFO &mix, int bytes_per_pixel_, ptrdiff_t pixels_)
-        : first(mix), bytes_per_pixel(bytes_per_pixel_),
+        : first(start_of(mix)), bytes_per_pixel(bytes_per_pixel_),
           groups(mix.height < 8 ? 1 : static_cast<ptrdiff_t>(steps_of(mix.height, 4))),
           pixels(pixels_), row{mix.video_pitch, mix.video_pitch >> 1, mix.sub_pitch,
                                mix.sub_pitch >> 1, mix.dst_pitch} {
@@ -65,10 +68,17 @@ mix_place mix_by_groups(const row_mixer &mixer, const mix_groups &p, bool in_ord
         for (ptrdiff_t left = p.groups; left > 0; --left) {
             for (ptrdiff_t x = 0; x < p.pixels; x += step)
                 mix_step(mixer, p, group + along_row(x, p.bytes_per_pixel), left == 1);
-            group += p.next;
+            group = group + p.next;
         }
     } else {
-        mixer.mix(p.upper_pair(p.first), p.lower_pair(p.first), p.next, p.groups - 1, p.pixels);
+        // Both pairs of a group, or of as many groups as have few pixels, in turn: what they share is
+        // in the cache.
+        const ptrdiff_t band = p.pixels < few_pixels ? few_pixels / p.pixels : 1;
+        in_runs(p.groups - 1, band, [&](ptrdiff_t from, ptrdiff_t groups) {
+            const mix_place group = p.first + from * p.next;
+            mixer.mix(p.upper_pair(group), p.next, groups, p.pixels);
+            mixer.mix(p.lower_pair(group), p.next, groups, p.pixels);
+        });
         mixer.mix(p.upper_pair(last), p.next, 1, p.pixels);
         mixer.mix(p.last_pair(last), p.next, 1, p.pixels);
     }
@@ -96,10 +106,9 @@ void mix_by_columns(const row_mixer &mixer, const mix_groups &p, const mix_dista
     for (ptrdiff_t x = 0; x < p.pixels; x += step) {
         for (ptrdiff_t left = p.groups; left > 0; --left) {
             mix_step(mixer, p, at, left == 1);
-            at += p.next;
+            at = at + p.next;
         }
-        at += -1 * rewind;
-        at += along_row(step, p.bytes_per_pixel);
+        at = at + -1 * rewind + along_row(step, p.bytes_per_pixel);
     }
 }
 
@@ -117,7 +126,7 @@ void mix_onto_rgb(const machine &machine, const tagMIX_INFO &mix,
     const surface_stores stores(machine, p.first.dst, mix.dst_pitch,
                                 4LL * p.groups * pixels * p.bytes_per_pixel, in_order);
     const adjustment by = current_adjustment();
-    const row_mixer mixer(machine, {surface, nullptr}, machine.rows.blend_chroma_pair_by_averages,
+    const row_mixer mixer(machine, {surface, machine.rows.mix_pairs_by_averages, true},
                           by.neutral() ? nullptr : &by, stores);
     if (in_order)
         mix_by_columns(mixer, p, rewind);
@@ -163,8 +172,8 @@ void mix_ayuy2_yuy2_i_ajust(const machine &machine, const call::mix &call) {
     const surface_stores stores(machine, p.first.dst, p.row.dst | p.next.dst,
                                 4LL * p.groups * p.pixels * p.bytes_per_pixel, in_order);
     const adjustment by = current_adjustment();
-    const row_mixer mixer(machine, {surface, machine.rows.emit_blended_yuy2},
-                          machine.rows.blend_chroma_pair, by.neutral() ? nullptr : &by, stores);
+    const row_mixer mixer(machine, {surface, machine.rows.mix_pairs_to_yuy2, false},
+                          by.neutral() ? nullptr : &by, stores);
     consume(mix, mix_by_groups(mixer, p, in_order), 0);
 }
 

@@ -28,7 +28,7 @@ struct mix_pairs {
     };
 
     mix_pairs(const tagMIX_INFO &mix, int bytes_per_pixel_, const distances &d)
-        : first(mix), bytes_per_pixel(bytes_per_pixel_),
+        : first(start_of(mix)), bytes_per_pixel(bytes_per_pixel_),
           pairs(mix.height > 0 ? static_cast<ptrdiff_t>(steps_of(mix.height, 2)) : 1),
           pixels(whole_steps(mix.width, step)), below{d.lower_luma, 0, d.lower_sub,
                                                       mix.sub_pitch >> 1, mix.dst_pitch},
@@ -56,8 +56,7 @@ void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surf
     const surface_stores stores(machine, p.first.dst, p.below.dst | p.next.dst,
                                 2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order);
     const adjustment by = current_adjustment();
-    const row_mixer mixer(machine, surface, machine.rows.blend_chroma_pair,
-                          by.neutral() ? nullptr : &by, stores);
+    const row_mixer mixer(machine, surface, by.neutral() ? nullptr : &by, stores);
     if (in_order) {
         for (ptrdiff_t i = 0; i < p.pairs; ++i)
             for (ptrdiff_t x = 0; x < p.pixels; x += step)
@@ -75,7 +74,7 @@ void mix_onto_rgb(const machine &machine, tagMIX_INFO &mix, const planar_to_surf
     // [mixes.rgb_second_rows_of_odd_pitches_start_one_byte_early].
     const ptrdiff_t chroma_pitch = mix.video_pitch >> 1, sub_chroma_pitch = mix.sub_pitch >> 1;
     if (surface.emit)
-        mix_row_pairs(machine, mix, {surface, nullptr},
+        mix_row_pairs(machine, mix, {surface, machine.rows.mix_pairs, false},
                       {2 * chroma_pitch, 2 * sub_chroma_pitch, chroma_pitch});
 }
 
@@ -96,7 +95,8 @@ void mix_ayuy2_rgb16_p_ajust(const machine &machine, const call::mix &p) {
 
 void mix_ayuy2_yuy2_p_ajust(const machine &machine, const call::mix &p) {
     tagMIX_INFO &mix = *p.record;
-    mix_row_pairs(machine, mix, {planar_to_yuy2(machine.rows), machine.rows.emit_blended_yuy2},
+    mix_row_pairs(machine, mix,
+                  {planar_to_yuy2(machine.rows), machine.rows.mix_pairs_to_yuy2, false},
                   {mix.video_pitch, mix.sub_pitch, mix.video_pitch >> 1});
 }
 
@@ -104,10 +104,11 @@ void mix_ayuy2_half_yuy2_p_ajust(const machine &machine, const call::mix &p) {
     tagMIX_INFO &mix = *p.record;
     // quirk: the lower row of the video's luma and its chroma rows lie at the subpicture's pitch
     // [mixes.yuy2_half_reads_the_second_row_and_the_next_chroma_at_the_subpictures_pitch].
-    mix_row_pairs(
-        machine, mix,
-        {{machine.rows.emit_odd_yuy2, 1, bound_by::stores}, machine.rows.emit_blended_odd_yuy2},
-        {mix.sub_pitch, mix.sub_pitch, mix.sub_pitch >> 1});
+    mix_row_pairs(machine, mix,
+                  {{machine.rows.emit_odd_yuy2, 1, bound_by::stores},
+                   machine.rows.mix_pairs_to_odd_yuy2,
+                   false},
+                  {mix.sub_pitch, mix.sub_pitch, mix.sub_pitch >> 1});
 }
 
 } // namespace lumalane

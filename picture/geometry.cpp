@@ -12,10 +12,23 @@ row_set at_its_address(const byte_rows &rows) {
 } // namespace
 
 bool call_rows::reads_what_it_writes() const {
-    for (int i = 0; i < writes_told; ++i)
-        for (int j = 0; j < reads_told; ++j)
-            if (!apart(at_its_address(written[i]), at_its_address(read[j])))
+    long long begin = 0, end = 0;
+    for (int i = 0; i < writes_told; ++i) {
+        const row_set rows = at_its_address(written[i]);
+        if (rows.empty())
+            continue;
+        begin = end == 0 || rows.begin() < begin ? rows.begin() : begin;
+        end = end == 0 || rows.end() > end ? rows.end() : end;
+    }
+    for (int i = 0; i < reads_told; ++i) {
+        // As a rule a picture is read somewhere else altogether.
+        const row_set rows = at_its_address(read[i]);
+        if (rows.empty() || rows.end() <= begin || end <= rows.begin())
+            continue;
+        for (int j = 0; j < writes_told; ++j)
+            if (!apart(at_its_address(written[j]), rows))
                 return true;
+    }
     return false;
 }
 

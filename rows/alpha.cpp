@@ -1,55 +1,9 @@
-// Alpha planes: counted, and to and from the first byte of a surface's pixels.
+// Alpha planes: to and from the first byte of a surface's pixels.
 #include "rows/row.h"
 
 namespace lumalane::LUMALANE_TARGET_NAME {
 
 namespace {
-
-constexpr int counted_group = 64;
-static_assert(counted_group % widest == 0);
-
-template <bool two_rows>
-struct counted_rows {
-    const unsigned char *alpha;
-    ptrdiff_t below;
-
-    LUMALANE_INLINE bool group_is_clear(ptrdiff_t x) const {
-        bytes<widest> any = load<widest>(alpha + x);
-        for (int i = 0; i < counted_group; i += widest) {
-            if (i > 0)
-                any = any | load<widest>(alpha + x + i);
-            if constexpr (two_rows)
-                any = any | load<widest>(alpha + below + x + i);
-        }
-        return all_zero(any);
-    }
-
-    // `count` is less than a group.
-    LUMALANE_INLINE bool rest_is_clear(ptrdiff_t x, ptrdiff_t count) const {
-        bool clear = true;
-        along_row<8>(count, [&](auto group, ptrdiff_t i) LUMALANE_INLINE_LAMBDA {
-            clear = clear && all_zero(load<group.size>(alpha + x + i)) &&
-                    (!two_rows || all_zero(load<group.size>(alpha + below + x + i)));
-        });
-        return clear;
-    }
-
-    // Up to the first group that is clear, or the first one that is not.
-    template <bool clear>
-    LUMALANE_INLINE ptrdiff_t count(ptrdiff_t n) const {
-        ptrdiff_t x = 0;
-        for (; x + counted_group <= n; x += counted_group)
-            if (group_is_clear(x) == clear)
-                return x;
-        return x < n && rest_is_clear(x, n - x) == clear ? x : n;
-    }
-};
-
-template <bool clear>
-LUMALANE_INLINE ptrdiff_t count(const unsigned char *alpha, ptrdiff_t below, ptrdiff_t n) {
-    return below == 0 ? counted_rows<false>{alpha, 0}.count<clear>(n)
-                      : counted_rows<true>{alpha, below}.count<clear>(n);
-}
 
 // `make.operator()<m>(src)` makes what m pixels become: one vector or several. A pixel has so many
 // bytes at the source and at the destination.
@@ -77,14 +31,6 @@ LUMALANE_INLINE void load_alpha(const plane_rows &rows, ptrdiff_t n) {
 }
 
 } // namespace
-
-ptrdiff_t count_clear(const unsigned char *alpha, ptrdiff_t below, ptrdiff_t n) {
-    return count<false>(alpha, below, n);
-}
-
-ptrdiff_t count_drawn(const unsigned char *alpha, ptrdiff_t below, ptrdiff_t n) {
-    return count<true>(alpha, below, n);
-}
 
 void restore_alpha_rgb32(const plane_rows &rows, ptrdiff_t n) {
     transfer<8, 4, 1>(rows, n, []<int m>(const unsigned char *src) LUMALANE_INLINE_LAMBDA {

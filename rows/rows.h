@@ -59,6 +59,7 @@ struct planar_rows {
     unsigned char *dst;
     lower_row lower = lower_row::none;
     ptrdiff_t y_below = 0, dst_below = 0; // from the upper to the lower row
+    ptrdiff_t chroma_below = 0; // to the row with which chroma is averaged; 0: with none
     store_policy stores = store_policy::cached;
     const adjustment *by = nullptr; // null: none
 
@@ -215,32 +216,34 @@ struct plane_rows {
     ptrdiff_t src_next = 0, dst_next = 0; // from one to the next
 };
 
-// Both rows of a pair of the video's luma under rows of a subpicture, into a strip.
-struct blended_pair {
+// A pixel of the video, of a subpicture over it and of a surface; and how far it is from one such
+// place to another, in bytes: of luma and of chroma, of the subpicture's luma and alpha, of its
+// chroma, and of the surface.
+struct mix_place {
+    const unsigned char *y, *u, *v;
+    const unsigned char *alpha, *sub_y, *sub_u, *sub_v;
     unsigned char *dst;
-    const unsigned char *video, *sub, *alpha;
-    const plane_adjustment *by;               // null: none
-    ptrdiff_t dst_next, sub_next, video_next; // to the lower row
-    ptrdiff_t below_lower; // from there to the row with which it is averaged; 0: with none
+};
+struct mix_distance {
+    ptrdiff_t luma, chroma, sub, sub_chroma, dst;
 };
 
-// The same of chroma, which both rows of the video have in common. The weights come from the alpha
-// of pixels.
-struct blended_chroma {
-    unsigned char *u, *v;
-    const unsigned char *video_u, *video_v, *sub_u, *sub_v, *alpha;
-    ptrdiff_t below;      // to the row with which the video's is averaged; 0: with none
-    const adjustment *by; // null: none
-    ptrdiff_t dst_next, sub_next, alpha_next; // to the lower row
-};
+// Pairs of rows of the video under a subpicture, on their way to a surface.
+struct mixed_pairs {
+    mix_place upper;
+    // To the lower row. The chroma of both is that of the upper row, averaged with the one so much
+    // further on (0: as it is).
+    mix_distance below;
+    lower_row lower; // its own luma, or averaged
 
-// Both rows of a pair on their way to a surface: luma that is blended, chroma that is not yet.
-struct blended_to_surface {
-    unsigned char *dst;
-    const unsigned char *y;
-    const blended_chroma *chroma; // with a strip, which may be written or not
-    ptrdiff_t dst_next, y_next;   // to the lower row
+    void (*emit)(const planar_rows &, ptrdiff_t n); // of the surface
+    int bytes_per_pixel;
     store_policy stores;
+    const adjustment *by; // null: none
+
+    // So many pairs, one after the other.
+    ptrdiff_t count;
+    mix_distance next; // from one to the next
 };
 
 // Rows of one plane, or of U and V, of the video under rows of a subpicture. They come in pairs.
@@ -270,15 +273,12 @@ using surface_to_planes = void(const drawn_rows &, ptrdiff_t n, unsigned key,
 using filling = void(unsigned char *dst, ptrdiff_t bytes, const pattern &with, store_policy stores);
 using marker_to_key = void(const plane_rows &mask, ptrdiff_t n, unsigned char marker,
                            unsigned char key);
-using alpha_counting = ptrdiff_t(const unsigned char *alpha, ptrdiff_t below, ptrdiff_t n);
 using between_two_rows = void(const between_rows &, ptrdiff_t n);
 using plane_stretching = void(const stretched_rows &, ptrdiff_t n);
 using doubled_to_surface = void(const doubled_rows &, ptrdiff_t n);
 using chroma_interleaving = void(const interleaved_chroma &, ptrdiff_t n);
 using yuy2_unpacking = void(const unpacked_yuy2 &, ptrdiff_t n);
-using blending_pair = void(const blended_pair &, ptrdiff_t n);
-using blending_chroma = void(const blended_chroma &, ptrdiff_t n);
-using blending_to_surface = void(const blended_to_surface &, ptrdiff_t n);
+using mixing_pairs = void(const mixed_pairs &, ptrdiff_t n);
 using blending_planes = void(const blended_planes &, ptrdiff_t n);
 using finishing = void();
 

@@ -34,16 +34,12 @@ row_call draw_between_two_rows(const wanted_call &, member<lumalane::row_kernel:
 row_call draw_plane_stretching(const wanted_call &, member<lumalane::row_kernel::plane_stretching>);
 row_call draw_doubled_to_surface(const wanted_call &,
                                  member<lumalane::row_kernel::doubled_to_surface>);
-row_call draw_alpha_counting(const wanted_call &, member<lumalane::row_kernel::alpha_counting>);
 row_call draw_keyed_to_surface(const wanted_call &, member<lumalane::row_kernel::keyed_to_surface>);
 row_call draw_surface_to_planes(const wanted_call &,
                                 member<lumalane::row_kernel::surface_to_planes>);
 row_call draw_filling(const wanted_call &, member<lumalane::row_kernel::filling>);
 row_call draw_marker_to_key(const wanted_call &, member<lumalane::row_kernel::marker_to_key>);
-row_call draw_blending_pair(const wanted_call &, member<lumalane::row_kernel::blending_pair>);
-row_call draw_blending_chroma(const wanted_call &, member<lumalane::row_kernel::blending_chroma>);
-row_call draw_blending_to_surface(const wanted_call &,
-                                  member<lumalane::row_kernel::blending_to_surface>);
+row_call draw_mixing_pairs(const wanted_call &, member<lumalane::row_kernel::mixing_pairs>);
 row_call draw_blending_planes(const wanted_call &, member<lumalane::row_kernel::blending_planes>);
 row_call draw_finishing(const wanted_call &, member<lumalane::row_kernel::finishing>);
 

@@ -8,10 +8,9 @@ namespace row_tests {
 namespace {
 
 using lumalane::adjustment;
-using lumalane::blended_chroma;
-using lumalane::blended_pair;
 using lumalane::blended_planes;
-using lumalane::blended_to_surface;
+using lumalane::lower_row;
+using lumalane::mixed_pairs;
 using lumalane::plane_adjustment;
 using lumalane::row_kernels;
 using lumalane::store_policy;
@@ -63,168 +62,97 @@ const plane_adjustment *v_of(const std::shared_ptr<const adjustment> &by) {
 
 } // namespace
 
-row_call draw_blending_pair(const wanted_call &wanted,
-                            member<lumalane::row_kernel::blending_pair> kernel) {
+row_call draw_mixing_pairs(const wanted_call &wanted,
+                           member<lumalane::row_kernel::mixing_pairs> kernel) {
+    struct surface {
+        const char *name;
+        member<lumalane::row_kernel::planar_to_surface> emit;
+        int bytes_per_pixel;
+    };
+    static constexpr surface surfaces[] = {{"rgb32", &row_kernels::emit_rgb32, 4},
+                                           {"rgb24", &row_kernels::emit_rgb24, 3},
+                                           {"rgb16", &row_kernels::emit_rgb16_565, 2},
+                                           {"yuy2", &row_kernels::emit_yuy2, 2},
+                                           {"odd yuy2", &row_kernels::emit_odd_yuy2, 1}};
+    random &r = wanted.randomness;
     const std::ptrdiff_t n = wanted.n;
+    const int bytes_per_pixel = wanted.facts.destination_bytes;
+    const surface to = bytes_per_pixel == 4   ? surfaces[r.between(0, 3)]
+                       : bytes_per_pixel == 2 ? surfaces[3]
+                                              : surfaces[4];
+    const std::ptrdiff_t row_bytes = n * to.bytes_per_pixel;
     const auto by = draw_by(wanted);
-    const bool averaged = wanted.number / 4 % 2 == 1;
-
-    enum { video, lower_video, video_below, sub, alpha, dst, lower_dst };
-    row_call call;
-    // Alpha lies from row to row as the subpicture's luma.
-    const std::ptrdiff_t pitch = draw_pitch(wanted.randomness, n, store_policy::cached);
-    call.arguments = told(by) + (averaged ? ", lower row averaged" : "");
-    call.reads_again = by && !by->y.product_fits_15_bits; // a rare gain: what it stored
-    call.rows = {{"video", n},
-                 {"lower video", n},
-                 {"video below", averaged ? n : 0},
-                 {"sub", n, 2, pitch},
-                 {"alpha", n, 2, pitch, false, draw_alpha(wanted.randomness, n)},
-                 {"dst", n, 1, 0, true},
-                 {"lower dst", n, 1, 0, true}};
-    call.run = [=](const row_kernels &target, const addresses &at) {
-        (target.*kernel)({at[dst], at[video], at[sub], at[alpha], by ? &by->y : nullptr,
-                          at[lower_dst] - at[dst], pitch, at[lower_video] - at[video],
-                          averaged ? at[video_below] - at[lower_video] : 0},
-                         n);
-        return 0;
-    };
-    call.expect = [=](const row_kernels &reference, contents &held) {
-        const plane_adjustment *const luma_by = by ? &by->y : nullptr;
-        held.write(dst, blended_row(reference, held.read(video), {}, held.read(sub, 0),
-                                    held.read(alpha, 0), luma_by));
-        held.write(lower_dst, blended_row(reference, held.read(lower_video), held.read(video_below),
-                                          held.read(sub, 1), held.read(alpha, 1), luma_by));
-        return 0;
-    };
-    return call;
-}
-
-namespace {
-
-// What the kernels for the chroma of pairs have in common.
-struct drawn_chroma {
-    std::shared_ptr<const adjustment> by;
-    bool averaged;
-    std::ptrdiff_t sub_next, alpha_next;
-
-    enum { video_u, video_v, sub_u, sub_v, alpha, rows };
-
-    explicit drawn_chroma(const wanted_call &wanted)
-        : by(draw_by(wanted)), averaged(wanted.number / 4 % 2 == 1),
-          sub_next(draw_pitch(wanted.randomness, wanted.n / 2, store_policy::cached)),
-          alpha_next(draw_pitch(wanted.randomness, wanted.n, store_policy::cached)) {}
-
-    // The averaged rows lie as far below U as below V: both in one stretch.
-    std::vector<row> rows_of(const wanted_call &wanted) const {
-        const std::ptrdiff_t n = wanted.n / 2;
-        const std::ptrdiff_t read = averaged ? 2 : 1;
-        return {{"video u", n, read, n},
-                {"video v", n, read, n},
-                {"sub u", n, 2, sub_next},
-                {"sub v", n, 2, sub_next},
-                {"alpha", wanted.n, 2, alpha_next, false, draw_alpha(wanted.randomness, wanted.n)}};
-    }
-
-    blended_chroma at(const addresses &at, std::ptrdiff_t n) const {
-        return {nullptr,   nullptr,   at[video_u], at[video_v],
-                at[sub_u], at[sub_v], at[alpha],   averaged ? n / 2 : 0,
-                by.get(),  0,         sub_next,    alpha_next};
-    }
-
-    bytes u(const row_kernels &reference, const contents &held, const bytes &video, int row,
-            bool by_averages) const {
-        return blended_row(reference, video, {}, held.read(sub_u, row),
-                           chroma_weights(held.read(alpha, row), by_averages), u_of(by));
-    }
-    bytes v(const row_kernels &reference, const contents &held, const bytes &video, int row,
-            bool by_averages) const {
-        return blended_row(reference, video, {}, held.read(sub_v, row),
-                           chroma_weights(held.read(alpha, row), by_averages), v_of(by));
-    }
-
-    bytes video(const contents &held, std::size_t plane) const {
-        bytes samples = held.read(plane, 0);
-        if (!averaged)
-            return samples;
-        const bytes below = held.read(plane, 1);
-        for (std::size_t i = 0; i < samples.size(); ++i)
-            samples[i] = static_cast<unsigned char>((samples[i] + below[i] + 1) >> 1);
-        return samples;
-    }
-};
-
-} // namespace
-
-row_call draw_blending_chroma(const wanted_call &wanted,
-                              member<lumalane::row_kernel::blending_chroma> kernel) {
-    const std::ptrdiff_t n = wanted.n;
-    const drawn_chroma drawn(wanted);
-    const bool by_averages = wanted.facts.name == "blend_chroma_pair_by_averages";
-    const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, n / 2, store_policy::cached);
-
-    enum { dst_u = drawn_chroma::rows, dst_v };
-    row_call call;
-    call.arguments = told(drawn.by) + (drawn.averaged ? ", averaged" : "");
-    call.reads_again = drawn.by && !drawn.by->u.product_fits_15_bits;
-    call.rows = drawn.rows_of(wanted);
-    call.rows.push_back({"u", n / 2, 2, dst_next, true});
-    call.rows.push_back({"v", n / 2, 2, dst_next, true});
-    call.run = [=](const row_kernels &target, const addresses &at) {
-        blended_chroma pair = drawn.at(at, n);
-        pair.u = at[dst_u], pair.v = at[dst_v], pair.dst_next = dst_next;
-        (target.*kernel)(pair, n);
-        return 0;
-    };
-    call.expect = [=](const row_kernels &reference, contents &held) {
-        const bytes video_u = drawn.video(held, drawn.video_u);
-        const bytes video_v = drawn.video(held, drawn.video_v);
-        for (int row = 0; row < 2; ++row) {
-            const bytes u = drawn.u(reference, held, video_u, row, by_averages);
-            const bytes v = drawn.v(reference, held, video_v, row, by_averages);
-            held.write(dst_u, u, row);
-            held.write(dst_v, v, row);
-        }
-        return 0;
-    };
-    return call;
-}
-
-row_call draw_blending_to_surface(const wanted_call &wanted,
-                                  member<lumalane::row_kernel::blending_to_surface> kernel) {
-    const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.destination_bytes;
-    const drawn_chroma drawn(wanted);
     const store_policy stores = policy(wanted.number);
-    const bool odd = wanted.facts.destination_bytes == 1;
-    const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, row_bytes, stores);
-    const std::ptrdiff_t y_next = draw_pitch(wanted.randomness, n, store_policy::cached);
+    const bool averaged = wanted.number / 4 % 2 == 1;
+    const bool between = to.bytes_per_pixel > 1 && wanted.number / 8 % 3 == 0;
+    const bool by_averages = wanted.facts.name == "mix_pairs_by_averages";
+    const std::ptrdiff_t count = r.between(1, 3), chroma_rows = between ? 2 : 1;
+    const std::ptrdiff_t y_next = draw_pitch(r, n, store_policy::cached);
+    const std::ptrdiff_t chroma_next = draw_pitch(r, n / 2, store_policy::cached);
+    const std::ptrdiff_t sub_next = draw_pitch(r, n, store_policy::cached);
+    const std::ptrdiff_t sub_chroma_next = draw_pitch(r, n / 2, store_policy::cached);
+    const std::ptrdiff_t dst_next = draw_pitch(r, row_bytes, stores);
+    // Rows of their own, and some pairs without the subpicture.
+    bytes held_alpha;
+    for (std::ptrdiff_t i = 0; i < count; ++i) {
+        const bool clear = r.one_in(3);
+        for (int row = 0; row < 2; ++row) {
+            const bytes drawn = clear ? bytes(n) : draw_alpha(r, n);
+            held_alpha.insert(held_alpha.end(), drawn.begin(), drawn.end());
+            held_alpha.resize((2 * i + row + 1) * sub_next, 255);
+        }
+    }
+    held_alpha.resize((2 * count - 1) * sub_next + n);
 
-    enum { y = drawn_chroma::rows, dst };
+    enum { y, u, v, alpha, sub_y, sub_u, sub_v, dst };
     row_call call;
-    call.arguments =
-        told(drawn.by) + (drawn.averaged ? ", averaged, " : ", ") + row_tests::told(stores);
-    call.rows = drawn.rows_of(wanted);
-    call.rows.push_back({"y", n, 2, y_next});
-    call.rows.push_back({"dst", row_bytes, 2, dst_next, true});
+    call.arguments = std::to_string(count) + " times to " + to.name + ", " + told(by) +
+                     (averaged ? ", lower row averaged" : "") +
+                     (between ? ", chroma averaged, " : ", ") + row_tests::told(stores);
+    call.rows = {{"y", n, 2 * count, y_next},
+                 {"u", n / 2, chroma_rows * count, chroma_next},
+                 {"v", n / 2, chroma_rows * count, chroma_next},
+                 {"alpha", static_cast<std::ptrdiff_t>(held_alpha.size()), 1, 0, false, held_alpha},
+                 {"sub y", n, 2 * count, sub_next},
+                 {"sub u", n / 2, 2 * count, sub_chroma_next},
+                 {"sub v", n / 2, 2 * count, sub_chroma_next},
+                 {"dst", row_bytes, 2 * count, dst_next, true}};
     call.non_temporal = stores == store_policy::non_temporal;
     call.run = [=](const row_kernels &target, const addresses &at) {
-        bytes u(n), v(n); // a strip, which may be written or not
-        blended_chroma pair = drawn.at(at, n);
-        pair.u = u.data(), pair.v = v.data(), pair.dst_next = n / 2;
-        (target.*kernel)({at[dst], at[y], &pair, dst_next, y_next, stores}, n);
+        (target.*
+         kernel)({{at[y], at[u], at[v], at[alpha], at[sub_y], at[sub_u], at[sub_v], at[dst]},
+                  {y_next, between ? chroma_next : 0, sub_next, sub_chroma_next, dst_next},
+                  averaged ? lower_row::average : lower_row::itself,
+                  target.*to.emit,
+                  to.bytes_per_pixel,
+                  stores,
+                  by.get(),
+                  count,
+                  {2 * y_next, chroma_rows * chroma_next, 2 * sub_next, 2 * sub_chroma_next,
+                   2 * dst_next}},
+                 n);
         return 0;
     };
     call.expect = [=](const row_kernels &reference, contents &held) {
-        const bytes video_u = drawn.video(held, drawn.video_u);
-        const bytes video_v = drawn.video(held, drawn.video_v);
-        for (int row = 0; row < 2; ++row) {
-            const bytes luma = held.read(y, row);
-            const bytes u = drawn.u(reference, held, video_u, row, false);
-            const bytes v = drawn.v(reference, held, video_v, row, false);
+        const bytes all_alpha = held.read(alpha);
+        for (std::ptrdiff_t i = 0; i < 2 * count; ++i) {
+            const std::ptrdiff_t of_pair = i / 2 * chroma_rows;
+            const auto row_of_alpha = all_alpha.begin() + i * sub_next;
+            const bytes row_alpha(row_of_alpha, row_of_alpha + n);
+            const bytes weights = chroma_weights(row_alpha, by_averages);
+            const auto chroma = [&](std::size_t video, std::size_t sub,
+                                    const plane_adjustment *map) {
+                return blended_row(reference, held.read(video, of_pair),
+                                   between ? held.read(video, of_pair + 1) : bytes(),
+                                   held.read(sub, i), weights, map);
+            };
+            const bytes row_u = chroma(u, sub_u, u_of(by)), row_v = chroma(v, sub_v, v_of(by));
+            const bytes row_y = blended_row(reference, held.read(y, i),
+                                            averaged && i % 2 == 1 ? held.read(y, i - 1) : bytes(),
+                                            held.read(sub_y, i), row_alpha, by ? &by->y : nullptr);
             bytes made(row_bytes);
-            const auto emit = odd ? reference.emit_odd_yuy2 : reference.emit_yuy2;
-            emit({luma.data(), u.data(), v.data(), made.data()}, n);
-            held.write(dst, made, row);
+            (reference.*to.emit)({row_y.data(), row_u.data(), row_v.data(), made.data()}, n);
+            held.write(dst, made, i);
         }
         return 0;
     };

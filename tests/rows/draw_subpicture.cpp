@@ -29,36 +29,6 @@ bytes drawn_bytes(random &r, std::ptrdiff_t size) {
 
 } // namespace
 
-row_call draw_alpha_counting(const wanted_call &wanted,
-                             member<lumalane::row_kernel::alpha_counting> kernel) {
-    const std::ptrdiff_t n = wanted.n;
-    enum { alpha, below };
-    row_call call;
-    // In half of the calls the second row begins as the first one does, or has nothing at all.
-    bytes first = draw_alpha(wanted.randomness, n), second = draw_alpha(wanted.randomness, n);
-    if (wanted.randomness.one_in(2)) {
-        const int same = wanted.randomness.between(0, static_cast<int>(n));
-        std::copy_n(first.begin(), same, second.begin());
-    } else if (wanted.randomness.one_in(2)) {
-        std::fill(second.begin(), second.end(), static_cast<unsigned char>(0));
-    }
-    const bool two_rows = wanted.number % 3 != 0;
-    call.arguments = two_rows ? "two rows" : "one row";
-    call.rows = {{"alpha", n, 1, 0, false, first},
-                 {"alpha below", two_rows ? n : 0, 1, 0, false, second}};
-    call.run = [=](const row_kernels &target, const addresses &at) {
-        return static_cast<long long>(
-            (target.*kernel)(at[alpha], two_rows ? at[below] - at[alpha] : 0, n));
-    };
-    call.expect = [=](const row_kernels &reference, contents &held) {
-        bytes rows = held.read(alpha);
-        const bytes lower = held.read(below);
-        rows.insert(rows.end(), lower.begin(), lower.end());
-        return static_cast<long long>((reference.*kernel)(rows.data(), two_rows ? n : 0, n));
-    };
-    return call;
-}
-
 row_call draw_keyed_to_surface(const wanted_call &wanted,
                                member<lumalane::row_kernel::keyed_to_surface> kernel) {
     const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.destination_bytes;

@@ -102,6 +102,8 @@ row_call draw_planar_to_surface(const wanted_call &wanted,
     const lower_row lower =
         gaps ? lower_row::itself : static_cast<lower_row>(wanted.number / 4 % 3);
     const bool pair = lower != lower_row::none;
+    const bool between = wanted.facts.between && wanted.number / 12 % 2 == 1;
+    const std::ptrdiff_t chroma_rows = between ? 2 : 1;
     const std::ptrdiff_t y_next = draw_pitch(wanted.randomness, n, store_policy::cached);
     const std::ptrdiff_t below_next = draw_pitch(wanted.randomness, n, store_policy::cached);
     const std::ptrdiff_t chroma_next = draw_pitch(wanted.randomness, n / 2, store_policy::cached);
@@ -109,14 +111,16 @@ row_call draw_planar_to_surface(const wanted_call &wanted,
 
     enum { y, y_below, u, v, dst, dst_below };
     row_call call;
-    call.arguments = told(lower) + ", " + drawn.told();
+    call.arguments = told(lower) + (between ? ", chroma averaged, " : ", ") + drawn.told();
     call.rows = {{"y", n, drawn.count, y_next},
                  {"lower y", pair ? n : 0, drawn.count, below_next},
-                 {"u", mono ? 0 : n / 2, drawn.count, chroma_next},
-                 {"v", mono ? 0 : n / 2, drawn.count, chroma_next},
+                 {"u", mono ? 0 : n / 2, chroma_rows * drawn.count, chroma_next},
+                 {"v", mono ? 0 : n / 2, chroma_rows * drawn.count, chroma_next},
                  {"dst", row_bytes, drawn.count, dst_next, true},
                  {"lower dst", pair ? row_bytes : 0, drawn.count, dst_next, true}};
     call.non_temporal = drawn.stores == store_policy::non_temporal;
+    // Chroma that is averaged may be so for several rows before the first one is stored.
+    call.reads_again = between && drawn.count > 1;
     call.run = [=](const row_kernels &target, const addresses &at) {
         planar_rows rows{at[y], at[u], at[v], at[dst]};
         rows.lower = lower;
@@ -126,13 +130,19 @@ row_call draw_planar_to_surface(const wanted_call &wanted,
         rows.stores = drawn.stores;
         rows.by = drawn.by.get();
         rows.count = drawn.count;
-        rows.y_next = y_next, rows.chroma_next = chroma_next, rows.dst_next = dst_next;
+        rows.chroma_below = between ? chroma_next : 0;
+        rows.y_next = y_next, rows.dst_next = dst_next;
+        rows.chroma_next = chroma_rows * chroma_next;
         (target.*kernel)(rows, n);
         return 0;
     };
     call.expect = [=](const row_kernels &reference, contents &held) {
         for (std::ptrdiff_t i = 0; i < drawn.count; ++i) {
-            const bytes upper = held.read(y, i), uu = held.read(u, i), vv = held.read(v, i);
+            const auto chroma = [&](std::size_t plane) {
+                const bytes row = held.read(plane, chroma_rows * i);
+                return between ? averaged(row, held.read(plane, chroma_rows * i + 1)) : row;
+            };
+            const bytes upper = held.read(y, i), uu = chroma(u), vv = chroma(v);
             const auto made_of = [&](const bytes &luma) {
                 bytes made(row_bytes);
                 planar_rows row{luma.data(), uu.data(), vv.data(), made.data()};

@@ -14,16 +14,17 @@ struct kernel_facts {
     int destination_bytes; // per n
     bool gaps = false;     // of row pairs, whose lower row keeps the first 8 of every 32 bytes
     bool mono = false;     // chroma is not read
+    bool between = false;  // chroma may be averaged with that of another row
 };
 
 inline constexpr kernel_facts all_facts[] = {
-    {"emit_rgb32", 16, 16, 1, 4},
-    {"emit_rgb24", 16, 16, 1, 3},
-    {"emit_rgb16_565", 16, 16, 1, 2},
-    {"emit_rgb16_555", 16, 16, 1, 2},
-    {"emit_rgb16_664", 16, 16, 1, 2},
-    {"emit_rgb16_655", 16, 16, 1, 2},
-    {"emit_yuy2", 8, 16, 1, 2},
+    {"emit_rgb32", 16, 16, 1, 4, false, false, true},
+    {"emit_rgb24", 16, 16, 1, 3, false, false, true},
+    {"emit_rgb16_565", 16, 16, 1, 2, false, false, true},
+    {"emit_rgb16_555", 16, 16, 1, 2, false, false, true},
+    {"emit_rgb16_664", 16, 16, 1, 2, false, false, true},
+    {"emit_rgb16_655", 16, 16, 1, 2, false, false, true},
+    {"emit_yuy2", 8, 16, 1, 2, false, false, true},
     {"emit_mono_yuy2", 8, 16, 1, 2, false, true},
     {"emit_yuy2_with_gaps", 16, 16, 1, 2, true},
     {"emit_half_yuy2", 16, 16, 1, 1},
@@ -46,8 +47,6 @@ inline constexpr kernel_facts all_facts[] = {
     {"double_plane", 8, 16, 1, 2},
     {"emit_yuy2_of_double_height", 16, 16, 1, 2},
     {"emit_doubled_yuy2", 16, 16, 1, 4},
-    {"count_clear", 8, 8, 1, 0},
-    {"count_drawn", 8, 8, 1, 0},
     {"restore_alpha_rgb32", 8, 16, 4, 1},
     {"restore_alpha_rgb24", 8, 16, 3, 1},
     {"restore_alpha_rgb16", 16, 16, 2, 1},
@@ -62,11 +61,10 @@ inline constexpr kernel_facts all_facts[] = {
     {"convert_rgb16_565", 8, 8, 2, 1},
     {"fill", 16, 16, 0, 1},
     {"replace_marker", 16, 16, 1, 1},
-    {"blend_pair", 8, 16, 1, 1},
-    {"blend_chroma_pair", 16, 32, 1, 1},
-    {"blend_chroma_pair_by_averages", 16, 32, 1, 1},
-    {"emit_blended_yuy2", 16, 0, 1, 2},
-    {"emit_blended_odd_yuy2", 16, 0, 1, 1},
+    {"mix_pairs", 16, 0, 1, 4},
+    {"mix_pairs_by_averages", 16, 0, 1, 4},
+    {"mix_pairs_to_yuy2", 16, 0, 1, 2},
+    {"mix_pairs_to_odd_yuy2", 16, 0, 1, 1},
     {"blend_plane", 8, 16, 1, 1},
     {"blend_chroma_planes", 16, 32, 1, 1},
     {"finish_stores", 8, 8, 0, 0},
