@@ -1,0 +1,76 @@
+// The picture adjustment of convert(), blend() and stretch().
+//
+// The library has one adjustment for the whole process (get_contrast_data()), and cannot be asked
+// what it is. So a call with an adjustment of its own takes a lock, sets it, and puts back what was
+// last set by set_adjustment(): before the first time all gains and offsets of 0, with which the
+// library starts. That means:
+//
+//   - Calls with an adjustment take turns, on whichever threads and for whichever players in one
+//     process they are made. Each has the adjustment that it was given. Calls without one run beside
+//     each other and beside those.
+//   - Who calls functions with _ajust or _adjust of lumalane.h as well sets their adjustment by
+//     set_adjustment(), not by get_contrast_data(): what that sets lasts until the next call with an
+//     adjustment here.
+//   - Such a function that runs while another thread is in a call with an adjustment has that
+//     thread's adjustment. Two players in one process are right if both use convert(), blend() and
+//     stretch() alone.
+//   - On Windows every module (EXE, DLL) that includes this header has a lock of its own.
+#ifndef LUMALANE_ADJUST_H
+#define LUMALANE_ADJUST_H
+
+#include <lumalane.h>
+
+#include <mutex>
+
+namespace lumalane {
+
+/// Gains in 1/64 and offsets, as contrast_data has them; made anew it changes nothing. Each of U and
+/// V has its own offset in every format.
+struct adjustment {
+    int y_gain = 64;
+    int uv_gain = 64;
+    int y_offset = 0;
+    int u_offset = 0;
+    int v_offset = 0;
+};
+
+namespace detail {
+
+struct process_adjustment {
+    std::mutex lock;
+    adjustment last_set{0, 0, 0, 0, 0};
+};
+
+inline process_adjustment the_process_adjustment;
+
+inline void apply(const adjustment &a) {
+    contrast_data values{a.y_gain, a.uv_gain, a.y_offset, a.u_offset, a.v_offset, 0, 0, 0};
+    get_contrast_data(&values);
+}
+
+// In force for as long as it exists.
+class own_adjustment {
+public:
+    explicit own_adjustment(const adjustment &own) : locked(the_process_adjustment.lock) {
+        apply(own);
+    }
+    ~own_adjustment() { apply(the_process_adjustment.last_set); }
+    own_adjustment(const own_adjustment &) = delete;
+    own_adjustment &operator=(const own_adjustment &) = delete;
+
+private:
+    std::lock_guard<std::mutex> locked;
+};
+
+} // namespace detail
+
+/// Sets the adjustment of the process: that of the functions of lumalane.h with _ajust or _adjust.
+inline void set_adjustment(const adjustment &a) {
+    const std::lock_guard<std::mutex> locked(detail::the_process_adjustment.lock);
+    detail::the_process_adjustment.last_set = a;
+    detail::apply(a);
+}
+
+} // namespace lumalane
+
+#endif
