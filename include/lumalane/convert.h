@@ -4,6 +4,7 @@
 
 #include <lumalane/adjust.h>
 #include <lumalane/format.h>
+#include <lumalane/strip.h>
 
 namespace lumalane {
 
@@ -26,10 +27,313 @@ namespace lumalane {
 /// Refuses: null_plane, width_too_small, height_too_small, size_too_large, stride_too_small,
 /// sizes_differ, unsupported_formats, buffers_overlap (of source and destination, from their first
 /// to their last bytes). Needs 32 KB of stack.
-status convert(const const_picture &source, const picture &destination);
+inline status convert(const const_picture &source, const picture &destination);
 
 /// The same with an adjustment, which this call alone has: see <lumalane/adjust.h>.
-status convert(const const_picture &source, const picture &destination, const adjustment &own);
+inline status convert(const const_picture &source, const picture &destination,
+                      const adjustment &own);
+
+// ---- How ---------------------------------------------------------------------------------------
+
+namespace detail {
+
+// Rows that go at a time where columns are left for the strip: few enough to find both in the cache.
+constexpr int band_rows = 64;
+
+// ---- To RGB and YUY2
+
+struct loader {
+    void (*function)(unsigned char *, unsigned char *, unsigned char *, unsigned char *, int, int,
+                     int, int, tag_ajust_contrast_info *); // null: there is none
+    layout from;
+    layout to;
+    int step;
+    int least_rows;
+    bool leaves_gaps;
+};
+
+inline loader loader_of(format from, format to, bool adjusts) {
+    const layout made = layout_of(to);
+    loader l{nullptr, layout_of(from), made, 16, 2, false};
+    if (l.from == layout::yuv420) {
+        switch (made) {
+        case layout::rgb32:
+            l.function = adjusts ? loadimage_rgb32_ajust : loadimage_rgb32;
+            break;
+        case layout::rgb24:
+            l.function = adjusts ? loadimage_rgb24_ajust : loadimage_rgb24;
+            break;
+        case layout::rgb16:
+            l.function = adjusts ? loadimage_rgb16_ajust : loadimage_rgb16;
+            break;
+        case layout::yuy2:
+            l.function = adjusts ? loadimage_yuy2_ajust : loadimage_yuy2;
+            l.least_rows = adjusts ? 10 : 2;
+            l.leaves_gaps = !adjusts;
+            break;
+        default:
+            break;
+        }
+    } else if (l.from == layout::yuy2) {
+        switch (made) {
+        case layout::rgb32:
+            l.function = adjusts ? LoadYUY2_RGB32_adjust : LoadYUY2_RGB32;
+            break;
+        case layout::rgb24:
+            l.function = adjusts ? LoadYUY2_RGB24_adjust : LoadYUY2_RGB24;
+            break;
+        case layout::rgb16:
+            l.function = adjusts ? LoadYUY2_RGB16_adjust : LoadYUY2_RGB16;
+            break;
+        case layout::yuy2:
+            l.function = adjusts ? LoadYUY2_YUY2_adjust : LoadYUY2_YUY2;
+            break;
+        default:
+            break;
+        }
+    }
+    return l;
+}
+
+// The first 4 of each 16 pixels of lower rows, which loadimage_yuy2() leaves out.
+inline void fill_gaps(const view &s, const view &d, int width, int height) {
+    for (int row = 1; row < height; row += 2) {
+        const unsigned char *y = s.data[0] + static_cast<std::ptrdiff_t>(row) * s.stride[0];
+        const unsigned char *u = s.data[1] + static_cast<std::ptrdiff_t>(row / 2) * s.stride[1];
+        const unsigned char *v = s.data[2] + static_cast<std::ptrdiff_t>(row / 2) * s.stride[2];
+        unsigned char *to = d.data[0] + static_cast<std::ptrdiff_t>(row) * d.stride[0];
+        for (int x = 0; x < width; x += 16, y += 16, u += 8, v += 8, to += 32) {
+            const unsigned char pixels[8] = {y[0], u[0], y[1], v[0], y[2], u[1], y[3], v[1]};
+            std::memcpy(to, pixels, sizeof pixels);
+        }
+    }
+}
+
+// A picture of whole steps and, but for the pitches of 0 below, of an even height.
+inline void call(const loader &l, tag_ajust_contrast_info &info, const view &s, const view &d,
+                 int width, int height, int stride, int dst_stride) {
+    // Packed sources count their pitch in pixels.
+    l.function(s.data[0], s.data[1], s.data[2], d.data[0], width, height,
+               l.from == layout::yuy2 ? stride / 2 : stride, dst_stride, &info);
+}
+
+// Whole steps of any height, in as few calls as there can be.
+inline void load_steps(const loader &l, tag_ajust_contrast_info &info, const view &s, const view &d,
+                       int width, int height, bool in_one_call) {
+    const int even = down(height, 2);
+    const int rows = in_one_call ? even : 2;
+    for (int y = 0; y < even; y += rows)
+        call(l, info, s.at(l.from, 0, y), d.at(l.to, 0, y), width, rows, s.stride[0], d.stride[0]);
+    if (l.leaves_gaps)
+        fill_gaps(s, d, width, even);
+    // Pitches of 0 repeat the last row, in the source and on the surface.
+    if (height > even)
+        call(l, info, s.at(l.from, 0, even), d.at(l.to, 0, even), width, l.least_rows, 0, 0);
+}
+
+// Any columns and rows.
+inline void load_by_strip(const loader &l, tag_ajust_contrast_info &info, const view &s,
+                          const view &d, const rectangle &part) {
+    constexpr int pixels = 2048;
+    strip<2 * pixels> read;
+    strip<4 * pixels> written;
+    const int columns = least(128, up(part.width, 16)), rows = down(pixels / columns, 2);
+    for (int y = part.y; y < part.bottom(); y += rows)
+        for (int x = part.x; x < part.right(); x += columns) {
+            const int n = least(columns, part.right() - x), m = least(rows, part.bottom() - y);
+            const int width = up(n, l.step), height = most(up(m, 2), l.least_rows);
+            const bool straight = n == width && m == height;
+            const view from = read.lay_out(l.from, width, height), to = d.at(l.to, x, y);
+            const view made = straight ? to : written.lay_out(l.to, width, height);
+            copy_padded(l.from, from, width, height, s.at(l.from, x, y), n, m);
+            call(l, info, from, made, width, height, from.stride[0], made.stride[0]);
+            if (l.leaves_gaps)
+                fill_gaps(from, made, width, height);
+            if (!straight)
+                copy(l.to, to, made, n, m);
+        }
+}
+
+inline void load(const loader &l, tag_ajust_contrast_info &info, const view &s, const view &d,
+                 int width, int height) {
+    const bool packed = l.from == layout::yuy2;
+    const bool in_one_call = packed ? s.stride[0] % 2 == 0 : s.chroma_has_half_the_stride();
+    // One row pair does not depend on where the next one is.
+    const bool in_pairs = !packed && l.least_rows == 2;
+    const int even = down(height, 2);
+    const bool direct = even == 0 || (in_one_call ? even >= l.least_rows : in_pairs);
+    const int whole = direct ? down(width, l.step) : 0;
+    if (whole == 0) {
+        load_by_strip(l, info, s, d, {0, 0, width, height});
+        return;
+    }
+    const bool at_once = whole == width && !l.leaves_gaps;
+    for (int y = 0, rows; y < height; y += rows) {
+        rows = at_once || height - y < 2 * band_rows ? height - y : band_rows;
+        load_steps(l, info, s.at(l.from, 0, y), d.at(l.to, 0, y), whole, rows, in_one_call);
+        if (whole < width)
+            load_by_strip(l, info, s, d, {whole, y, width - whole, rows});
+    }
+}
+
+// ---- To YV12
+
+struct mixer {
+    void (*function)(tagMIX_INFO *); // null: there is none
+    layout to;
+};
+
+// The alpha of no subpicture, and the rest of it.
+constexpr int longest_row_without_alpha = 4096;
+inline constexpr unsigned char no_alpha[longest_row_without_alpha] = {};
+
+// A picture of whole steps under a subpicture, of which one row is enough for a pitch of 0.
+inline void call(const mixer &m, tag_ajust_contrast_info &info, const view &video,
+                 const const_plane &alpha, const view &over, const view &d, int width, int height) {
+    tagMIX_INFO record{};
+    record.video_pitch = video.stride[0];
+    record.sub_pitch = alpha.stride;
+    record.dst_pitch = d.stride[0];
+    record.width = width;
+    record.height = height;
+    record.video_y = video.data[0];
+    record.video_u = video.data[1];
+    record.video_v = video.data[2];
+    record.alpha_plane = const_cast<unsigned char *>(alpha.data);
+    record.sub_y = over.data[0];
+    record.sub_u = over.data[1];
+    record.sub_v = over.data[2];
+    record.dst = d.data[0];
+    record.dst_u = d.data[1];
+    record.dst_v = d.data[2];
+    record.adjust_info = &info;
+    m.function(&record);
+}
+
+// Adjusts whole steps of 16 samples. (loadimage_yv12_ajust() has no pitch for its source.)
+inline void adjust_steps(const view &s, const view &d, int width, int height) {
+    tag_ajust_contrast_info info{};
+    const mixer m{mix_ayv12_yv12_p_ajust, layout::yuv420};
+    unsigned char *const nothing = const_cast<unsigned char *>(no_alpha);
+    const view no_subpicture{{nothing, nothing, nothing}, {0, 0, 0}};
+    const int even = down(height, 2);
+    const int rows = s.chroma_has_half_the_stride() && d.chroma_has_half_the_stride() ? even : 2;
+    for (int x = 0, n; x < width; x += n) {
+        n = least(width - x, longest_row_without_alpha);
+        const auto adjust = [&](int y, int count) {
+            call(m, info, s.at(m.to, x, y), {nothing, 0}, no_subpicture, d.at(m.to, x, y), n,
+                 count);
+        };
+        for (int y = 0; y < even; y += rows)
+            adjust(y, rows);
+        if (height > even)
+            adjust(even, 1);
+    }
+}
+
+inline void adjust_by_strip(const view &s, const view &d, const rectangle &part) {
+    constexpr int rows = band_rows, most_columns = 16;
+    strip<2 * rows * most_columns> read, written;
+    for (int y = part.y; y < part.bottom(); y += rows) {
+        const int m = least(rows, part.bottom() - y), height = up(m, 2);
+        const view from = read.lay_out(layout::yuv420, most_columns, height);
+        const view made = written.lay_out(layout::yuv420, most_columns, height);
+        copy_padded(layout::yuv420, from, most_columns, height, s.at(layout::yuv420, part.x, y),
+                    part.width, m);
+        adjust_steps(from, made, most_columns, height);
+        copy(layout::yuv420, d.at(layout::yuv420, part.x, y), made, part.width, m);
+    }
+}
+
+// Adjusts planes that lie as loadimage_yv12_ajust() has them, or returns false. That crosses the
+// offsets of U and V; so it gets U for V.
+inline bool adjust_without_gaps(const view &s, const view &d, int width, int height) {
+    if (width % 16 != 0 || height % 2 != 0 || s.stride[0] != width || s.stride[1] != width / 2 ||
+        s.stride[2] != width / 2 || d.stride[0] < width || !d.chroma_has_half_the_stride())
+        return false;
+    // The least surface height H and rows E to its plane's end, of pitch D, for which
+    // H * D >> 2 and E * D + ((H * D - E * D) >> 2) are where the planes are.
+    const auto distance = [](const unsigned char *from, const unsigned char *to) {
+        return static_cast<long long>(reinterpret_cast<std::intptr_t>(to)) -
+               static_cast<long long>(reinterpret_cast<std::intptr_t>(from));
+    };
+    constexpr long long farthest = 1 << 28;
+    const long long to_first = distance(d.data[0], d.data[1]),
+                    to_second = distance(d.data[1], d.data[2]), pitch = d.stride[0];
+    if (to_first > farthest || to_first < -farthest || to_second > farthest ||
+        to_second < -farthest)
+        return false;
+    const auto divided_up = [](long long a, long long b) { return a / b + (a % b > 0); };
+    const long long surface = divided_up(4 * to_second, pitch) * pitch;
+    const long long plane = divided_up(4 * to_first - surface, 3 * pitch) * pitch;
+    if (surface >> 2 != to_second || plane + ((surface - plane) >> 2) != to_first)
+        return false;
+    tag_ajust_contrast_info info{};
+    info.surface_height = static_cast<int>(surface / pitch);
+    info.rows_to_plane_end = static_cast<int>(plane / pitch);
+    loadimage_yv12_ajust(s.data[0], s.data[2], s.data[1], d.data[0], width, height, s.stride[0],
+                         d.stride[0], &info);
+    return true;
+}
+
+inline void adjust(const view &s, const view &d, int width, int height) {
+    if (adjust_without_gaps(s, d, width, height))
+        return;
+    const int whole = down(width, 16);
+    for (int y = 0, rows; y < height; y += rows) {
+        rows = whole == width || height - y < 2 * band_rows ? height - y : band_rows;
+        if (whole > 0)
+            adjust_steps(s.at(layout::yuv420, 0, y), d.at(layout::yuv420, 0, y), whole, rows);
+        if (whole < width)
+            adjust_by_strip(s, d, {whole, y, width - whole, rows});
+    }
+}
+
+// ---- All of them
+
+inline bool converts(format from, format to) {
+    return (is_planar(from) && is_planar(to)) || loader_of(from, to, false).function;
+}
+
+inline void convert_views(format from, const view &s, format to, const view &d, int width,
+                          int height, bool adjusts) {
+    if (!is_planar(to)) {
+        tag_ajust_contrast_info info = info_of(to);
+        load(loader_of(from, to, adjusts), info, s, d, width, height);
+    } else if (adjusts) {
+        adjust(s, d, width, height);
+    } else {
+        copy(layout::yuv420, d, s, width, height);
+    }
+}
+
+inline status check_conversion(const const_picture &source, const picture &destination) {
+    const status s = check(source, destination);
+    return s && !converts(source.format, destination.format)
+               ? refused(error::unsupported_formats, "destination")
+               : s;
+}
+
+} // namespace detail
+
+inline status convert(const const_picture &source, const picture &destination) {
+    const status s = detail::check_conversion(source, destination);
+    if (s)
+        detail::convert_views(source.format, detail::view_of(source), destination.format,
+                              detail::view_of(destination), source.width, source.height, false);
+    return s;
+}
+
+inline status convert(const const_picture &source, const picture &destination,
+                      const adjustment &own) {
+    const status s = detail::check_conversion(source, destination);
+    if (!s)
+        return s;
+    const detail::own_adjustment in_force(own);
+    detail::convert_views(source.format, detail::view_of(source), destination.format,
+                          detail::view_of(destination), source.width, source.height, true);
+    return s;
+}
 
 } // namespace lumalane
 

@@ -1,0 +1,104 @@
+// convert() against the models of the functions, on pictures between unmapped pages.
+#include "tests/companion/expected.h"
+
+#include <gtest/gtest.h>
+
+namespace companion {
+namespace {
+
+using lumalane::format;
+
+#ifdef LUMALANE_SANITIZED
+constexpr bool sanitized = true;
+#else
+constexpr bool sanitized = false;
+#endif
+
+constexpr lumalane::adjustment some{75, 90, -7, 12, -20};
+const optional_adjustment adjustments[] = {std::nullopt, some};
+
+lumalane::status convert(const lumalane::const_picture &source, const lumalane::picture &to,
+                         const optional_adjustment &by) {
+    return by ? lumalane::convert(source, to, *by) : lumalane::convert(source, to);
+}
+
+class conversion : public testing::TestWithParam<std::tuple<format, format>> {
+protected:
+    guarded_planes source_memory, destination_memory;
+    std::minstd_rand random{1};
+
+    void compare(const rows_of_pixels &pixels, const rows_of_pixels &expected,
+                 const optional_adjustment &by, placement source_at, placement destination_at) {
+        const lumalane::picture source =
+            source_memory.lay_out(pixels.format, pixels.width, pixels.height, source_at);
+        store(pixels, source);
+        const lumalane::picture destination = destination_memory.lay_out(
+            expected.format, pixels.width, pixels.height, destination_at);
+        const lumalane::status status = convert(source, destination, by);
+        ASSERT_TRUE(status) << message_of(status.code);
+        const auto description = [&] {
+            std::ostringstream text;
+            text << pixels.width << "x" << pixels.height << (by ? " adjusted" : "") << ", source "
+                 << source_at << ", destination " << destination_at;
+            return text.str();
+        };
+        ASSERT_TRUE(load(destination) == expected) << description();
+        ASSERT_TRUE(gaps_are_untouched(destination)) << description();
+    }
+};
+
+TEST_P(conversion, makes_the_pixels_of_the_function_and_touches_nothing_else) {
+    const auto [from, to] = GetParam();
+    for (const optional_adjustment &by : adjustments)
+        for (int width = 1; width <= 70; width += sanitized ? 3 : 1)
+            for (int height = 1; height <= 9; ++height) {
+                const rows_of_pixels pixels = random_pixels(from, width, height, random);
+                const auto expected = expected_conversion(pixels, to, by);
+                ASSERT_TRUE(expected);
+                for (const int gap : {0, 1, 18})
+                    for (const bool source_bottom_up : {false, true})
+                        for (const bool bottom_up : {false, true}) {
+                            const bool at_end = (width + height + gap + bottom_up) % 2 == 0;
+                            compare(pixels, *expected, by, {gap, source_bottom_up, at_end},
+                                    {gap, bottom_up, !source_bottom_up});
+                            if (HasFatalFailure())
+                                return;
+                        }
+            }
+}
+
+// Rows whose chroma has half the stride of luma and others, more rows than go at a time.
+TEST_P(conversion, makes_the_pixels_of_the_function_of_larger_pictures) {
+    const auto [from, to] = GetParam();
+    for (int i = 0; i < (sanitized ? 3 : 12); ++i) {
+        const int width = 1 + random() % 520, height = 1 + random() % 300;
+        const rows_of_pixels pixels = random_pixels(from, width, height, random);
+        const optional_adjustment &by = adjustments[i % 2];
+        const auto expected = expected_conversion(pixels, to, by);
+        ASSERT_TRUE(expected);
+        for (const bool bottom_up : {false, true}) {
+            compare(pixels, *expected, by, {int(random() % 3 * 16), bottom_up, i % 4 < 2},
+                    {int(random() % 40), random() % 2 == 0, i % 3 == 0});
+            if (HasFatalFailure())
+                return;
+        }
+    }
+}
+
+std::vector<std::tuple<format, format>> served_pairs() {
+    std::vector<std::tuple<format, format>> pairs;
+    for (const format from : {format::yv12, format::i420, format::yuy2})
+        for (const format to : formats)
+            if (from != format::yuy2 || to >= format::yuy2)
+                pairs.push_back({from, to});
+    return pairs;
+}
+
+INSTANTIATE_TEST_SUITE_P(pairs, conversion, testing::ValuesIn(served_pairs()),
+                         [](const auto &pair) {
+                             return std::string(name_of(std::get<0>(pair.param))) + "_to_" +
+                                    name_of(std::get<1>(pair.param));
+                         });
+
+} // namespace
+} // namespace companion
