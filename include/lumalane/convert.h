@@ -40,6 +40,12 @@ namespace detail {
 // Rows that go at a time where columns are left for the strip: few enough to find both in the cache.
 constexpr int band_rows = 64;
 
+// Where the columns begin that are left after whole steps: 15 or 16 of them, of which some were in a
+// step, are copied faster than any other number.
+constexpr int columns_left(int width, int whole) {
+    return whole > 0 && whole < width ? up(width, 2) - 16 : whole;
+}
+
 // ---- To RGB and YUY2
 
 struct loader {
@@ -103,8 +109,16 @@ inline void fill_gaps(const view &s, const view &d, int width, int height) {
         const unsigned char *v = s.data[2] + static_cast<std::ptrdiff_t>(row / 2) * s.stride[2];
         unsigned char *to = d.data[0] + static_cast<std::ptrdiff_t>(row) * d.stride[0];
         for (int x = 0; x < width; x += 16, y += 16, u += 8, v += 8, to += 32) {
-            const unsigned char pixels[8] = {y[0], u[0], y[1], v[0], y[2], u[1], y[3], v[1]};
-            std::memcpy(to, pixels, sizeof pixels);
+            const auto byte = [](unsigned char sample, int i) {
+                return std::uint64_t{sample} << 8 * i;
+            };
+            std::uint32_t luma;
+            std::memcpy(&luma, y, sizeof luma);
+            std::uint64_t pixels = luma;
+            pixels = (pixels | pixels << 16) & 0x0000ffff0000ffff;
+            pixels = (pixels | pixels << 8) & 0x00ff00ff00ff00ff;
+            pixels |= byte(u[0], 1) | byte(v[0], 3) | byte(u[1], 5) | byte(v[1], 7);
+            std::memcpy(to, &pixels, sizeof pixels);
         }
     }
 }
@@ -131,27 +145,30 @@ inline void load_steps(const loader &l, tag_ajust_contrast_info &info, const vie
         call(l, info, s.at(l.from, 0, even), d.at(l.to, 0, even), width, l.least_rows, 0, 0);
 }
 
-// Any columns and rows.
+// Any columns and rows. Row groups of the least height stand side by side in the strip, so that it
+// has long rows for any part.
 inline void load_by_strip(const loader &l, tag_ajust_contrast_info &info, const view &s,
                           const view &d, const rectangle &part) {
     constexpr int pixels = 2048;
     strip<2 * pixels> read;
     strip<4 * pixels> written;
-    const int columns = least(128, up(part.width, 16)), rows = down(pixels / columns, 2);
-    for (int y = part.y; y < part.bottom(); y += rows)
-        for (int x = part.x; x < part.right(); x += columns) {
-            const int n = least(columns, part.right() - x), m = least(rows, part.bottom() - y);
-            const int width = up(n, l.step), height = most(up(m, 2), l.least_rows);
-            const bool straight = n == width && m == height;
-            const view from = read.lay_out(l.from, width, height), to = d.at(l.to, x, y);
-            const view made = straight ? to : written.lay_out(l.to, width, height);
-            copy_padded(l.from, from, width, height, s.at(l.from, x, y), n, m);
-            call(l, info, from, made, width, height, from.stride[0], made.stride[0]);
+    const int columns = least(128, up(part.width, 16)), rows = l.least_rows;
+    const int most_groups = pixels / (columns * rows);
+    for (int x = part.x; x < part.right(); x += columns) {
+        const int n = least(columns, part.right() - x);
+        for (int y = part.y, groups; y < part.bottom(); y += groups * rows) {
+            const int left = part.bottom() - y;
+            groups = least(most_groups, up(left, rows) / rows);
+            const int width = groups * columns, known = least(left, groups * rows);
+            const view from = read.lay_out(l.from, width, rows);
+            const view made = written.lay_out(l.to, width, rows);
+            gather(l.from, from, groups, columns, rows, s.at(l.from, x, y), n, known);
+            call(l, info, from, made, width, rows, from.stride[0], made.stride[0]);
             if (l.leaves_gaps)
-                fill_gaps(from, made, width, height);
-            if (!straight)
-                copy(l.to, to, made, n, m);
+                fill_gaps(from, made, width, rows);
+            scatter(l.to, d.at(l.to, x, y), rows, n, known, made, columns);
         }
+    }
 }
 
 inline void load(const loader &l, tag_ajust_contrast_info &info, const view &s, const view &d,
@@ -168,11 +185,12 @@ inline void load(const loader &l, tag_ajust_contrast_info &info, const view &s, 
         return;
     }
     const bool at_once = whole == width && !l.leaves_gaps;
+    const int left = columns_left(width, whole);
     for (int y = 0, rows; y < height; y += rows) {
         rows = at_once || height - y < 2 * band_rows ? height - y : band_rows;
         load_steps(l, info, s.at(l.from, 0, y), d.at(l.to, 0, y), whole, rows, in_one_call);
         if (whole < width)
-            load_by_strip(l, info, s, d, {whole, y, width - whole, rows});
+            load_by_strip(l, info, s, d, {left, y, width - left, rows});
     }
 }
 
@@ -231,18 +249,16 @@ inline void adjust_steps(const view &s, const view &d, int width, int height) {
     }
 }
 
+// At most 16 columns and 2 * band_rows rows: row pairs side by side.
 inline void adjust_by_strip(const view &s, const view &d, const rectangle &part) {
-    constexpr int rows = band_rows, most_columns = 16;
-    strip<2 * rows * most_columns> read, written;
-    for (int y = part.y; y < part.bottom(); y += rows) {
-        const int m = least(rows, part.bottom() - y), height = up(m, 2);
-        const view from = read.lay_out(layout::yuv420, most_columns, height);
-        const view made = written.lay_out(layout::yuv420, most_columns, height);
-        copy_padded(layout::yuv420, from, most_columns, height, s.at(layout::yuv420, part.x, y),
-                    part.width, m);
-        adjust_steps(from, made, most_columns, height);
-        copy(layout::yuv420, d.at(layout::yuv420, part.x, y), made, part.width, m);
-    }
+    constexpr layout planes = layout::yuv420;
+    constexpr int columns = 16;
+    strip<2 * columns * 2 * band_rows> read, written;
+    const int groups = up(part.height, 2) / 2, width = columns * groups;
+    const view from = read.lay_out(planes, width, 2), made = written.lay_out(planes, width, 2);
+    gather(planes, from, groups, columns, 2, s.at(planes, part.x, part.y), part.width, part.height);
+    adjust_steps(from, made, width, 2);
+    scatter(planes, d.at(planes, part.x, part.y), 2, part.width, part.height, made, columns);
 }
 
 // Adjusts planes that lie as loadimage_yv12_ajust() has them, or returns false. That crosses the
@@ -279,13 +295,13 @@ inline bool adjust_without_gaps(const view &s, const view &d, int width, int hei
 inline void adjust(const view &s, const view &d, int width, int height) {
     if (adjust_without_gaps(s, d, width, height))
         return;
-    const int whole = down(width, 16);
+    const int whole = down(width, 16), left = columns_left(width, whole);
     for (int y = 0, rows; y < height; y += rows) {
         rows = whole == width || height - y < 2 * band_rows ? height - y : band_rows;
         if (whole > 0)
             adjust_steps(s.at(layout::yuv420, 0, y), d.at(layout::yuv420, 0, y), whole, rows);
         if (whole < width)
-            adjust_by_strip(s, d, {whole, y, width - whole, rows});
+            adjust_by_strip(s, d, {left, y, width - left, rows});
     }
 }
 
@@ -303,7 +319,9 @@ inline void convert_views(format from, const view &s, format to, const view &d, 
     } else if (adjusts) {
         adjust(s, d, width, height);
     } else {
-        copy(layout::yuv420, d, s, width, height);
+        for (int i = 0; i < 3; ++i)
+            copy_rows({d.data[i], d.stride[i], 0}, {s.data[i], s.stride[i], 0}, height,
+                      rows_of(layout::yuv420, i, height), bytes_of_row(layout::yuv420, i, width));
     }
 }
 

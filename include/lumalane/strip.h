@@ -224,49 +224,124 @@ struct strip {
     }
 };
 
-// Fills `width` pixels of a row with `known` ones and repetitions of the last.
-inline void copy_row(layout l, int plane, unsigned char *to, const unsigned char *from, int known,
-                     int width) {
+// Rows of a plane: from one to the next, and from group to group where groups of rows stand side by
+// side.
+struct grouped_rows {
+    unsigned char *first;
+    std::ptrdiff_t next_row;
+    std::ptrdiff_t next_group;
+};
+
+// The rows of plane `i` in groups of `columns` x `rows` pixels.
+inline grouped_rows side_by_side(layout l, const view &v, int i, int columns) {
+    return {v.data[i], v.stride[i], bytes_of_row(l, i, columns)};
+}
+
+// The same of a picture, where they follow each other.
+inline grouped_rows one_below_the_other(layout l, const view &v, int i, int rows) {
+    return {v.data[i], v.stride[i], static_cast<std::ptrdiff_t>(rows_of(l, i, rows)) * v.stride[i]};
+}
+
+template <class Count>
+inline void copy_rows_of(grouped_rows to, grouped_rows from, int rows_in_group, int rows,
+                         Count bytes) {
+    for (int left = rows; left > 0; left -= rows_in_group) {
+        for (int y = 0; y < least(left, rows_in_group); ++y)
+            std::memcpy(to.first + y * to.next_row, from.first + y * from.next_row,
+                        static_cast<std::size_t>(bytes));
+        to.first += to.next_group;
+        from.first += from.next_group;
+    }
+}
+
+template <int bytes>
+struct constant_count {
+    constexpr operator std::size_t() const { return bytes; }
+};
+
+// 15 and 16 pixels of every format without a call per row: they are what pictures off the step have.
+inline void copy_rows(const grouped_rows &to, const grouped_rows &from, int rows_in_group, int rows,
+                      std::ptrdiff_t bytes) {
+    switch (bytes) {
+    case 8:
+        return copy_rows_of(to, from, rows_in_group, rows, constant_count<8>());
+    case 15:
+        return copy_rows_of(to, from, rows_in_group, rows, constant_count<15>());
+    case 16:
+        return copy_rows_of(to, from, rows_in_group, rows, constant_count<16>());
+    case 30:
+        return copy_rows_of(to, from, rows_in_group, rows, constant_count<30>());
+    case 32:
+        return copy_rows_of(to, from, rows_in_group, rows, constant_count<32>());
+    case 45:
+        return copy_rows_of(to, from, rows_in_group, rows, constant_count<45>());
+    case 48:
+        return copy_rows_of(to, from, rows_in_group, rows, constant_count<48>());
+    case 60:
+        return copy_rows_of(to, from, rows_in_group, rows, constant_count<60>());
+    case 64:
+        return copy_rows_of(to, from, rows_in_group, rows, constant_count<64>());
+    default:
+        return copy_rows_of(to, from, rows_in_group, rows, bytes);
+    }
+}
+
+// Repeats the last one of `known` pixels up to `width`.
+inline void pad_row(layout l, unsigned char *row, std::ptrdiff_t known, std::ptrdiff_t width) {
     if (l == layout::yuy2) {
-        const int whole = known / 2 * 4;
-        std::memcpy(to, from, static_cast<std::size_t>(whole));
-        if (known == width)
-            return;
-        const int odd = known % 2;
-        const unsigned char *const last = odd ? from + whole : from + whole - 4;
-        const unsigned char y = last[odd ? 0 : 2];
-        const unsigned char pixels[4] = {y, last[1], y, last[3]};
-        for (int x = whole; x < 2 * width; ++x)
-            to[x] = pixels[x % 4];
-        return;
-    }
-    const std::ptrdiff_t have = bytes_of_row(l, plane, known), want = bytes_of_row(l, plane, width);
-    std::memcpy(to, from, static_cast<std::size_t>(have));
-    if (have < want)
-        std::memset(to + have, from[have - 1], static_cast<std::size_t>(want - have));
-}
-
-// Fills a picture of `width` x `height` with the first pixels of another one, of which there are
-// `known_width` x `known_height`, and repetitions of their last column and row.
-inline void copy_padded(layout l, const view &to, int width, int height, const view &from,
-                        int known_width, int known_height) {
-    for (int i = 0; i < planes_of(l); ++i) {
-        const int rows = rows_of(l, i, height), last = rows_of(l, i, known_height) - 1;
-        for (int y = 0; y < rows; ++y)
-            copy_row(l, i, to.data[i] + static_cast<std::ptrdiff_t>(y) * to.stride[i],
-                     from.data[i] + static_cast<std::ptrdiff_t>(least(y, last)) * from.stride[i],
-                     known_width, width);
+        // The second luma of the last pair is no pixel if their number is odd.
+        const unsigned char *const last = row + (known - 1) / 2 * 4;
+        const unsigned char pixels[4] = {last[known % 2 == 0 ? 2 : 0], last[1],
+                                         last[known % 2 == 0 ? 2 : 0], last[3]};
+        for (std::ptrdiff_t x = known / 2 * 4; x < 2 * width; ++x)
+            row[x] = pixels[x % 4];
+    } else {
+        for (std::ptrdiff_t x = known; x < width; ++x)
+            row[x] = row[known - 1];
     }
 }
 
-// Copies a picture of `width` x `height`.
-inline void copy(layout l, const view &to, const view &from, int width, int height) {
+// Fills `groups` of `columns` x `rows` pixels, an even number of rows, that stand side by side in
+// `to`, with what is one below the other in `from`. Of that there are `known_columns` and
+// `known_rows`; the last column and the last row are repeated.
+inline void gather(layout l, const view &to, int groups, int columns, int rows, const view &from,
+                   int known_columns, int known_rows) {
     for (int i = 0; i < planes_of(l); ++i) {
-        const std::size_t bytes = static_cast<std::size_t>(bytes_of_row(l, i, width));
-        for (int y = 0; y < rows_of(l, i, height); ++y)
-            std::memcpy(to.data[i] + static_cast<std::ptrdiff_t>(y) * to.stride[i],
-                        from.data[i] + static_cast<std::ptrdiff_t>(y) * from.stride[i], bytes);
+        const int in_group = rows_of(l, i, rows), known = rows_of(l, i, known_rows);
+        const grouped_rows strip_rows = side_by_side(l, to, i, columns);
+        // The byte of the second luma that is no pixel is not read.
+        const std::ptrdiff_t bytes = bytes_of_row(l, i, known_columns) -
+                                     (l == layout::yuy2 && known_columns % 2 != 0 ? 4 : 0);
+        copy_rows(strip_rows, one_below_the_other(l, from, i, rows), in_group, known, bytes);
+        const std::ptrdiff_t samples = i > 0 ? bytes : known_columns,
+                             width = i > 0 ? bytes_of_row(l, i, columns) : columns;
+        const auto row = [&](int y) {
+            return strip_rows.first + y / in_group * strip_rows.next_group +
+                   y % in_group * strip_rows.next_row;
+        };
+        if (samples < width)
+            for (int y = 0; y < known; ++y) {
+                if (l == layout::yuy2 && known_columns % 2 != 0) {
+                    const unsigned char *const last =
+                        from.data[0] + static_cast<std::ptrdiff_t>(y) * from.stride[0] + bytes;
+                    unsigned char *const pair = row(y) + bytes;
+                    pair[0] = last[0], pair[1] = last[1], pair[3] = last[3];
+                }
+                pad_row(l, row(y), samples, width);
+            }
+        for (int y = known; y < groups * in_group; ++y)
+            std::memcpy(row(y), row(known - 1),
+                        static_cast<std::size_t>(bytes_of_row(l, i, columns)));
     }
+}
+
+// The way back, of what is known.
+inline void scatter(layout l, const view &to, int rows, int known_columns, int known_rows,
+                    const view &from, int columns) {
+    for (int i = 0; i < planes_of(l); ++i)
+        copy_rows(one_below_the_other(l, to, i, rows), side_by_side(l, from, i, columns),
+                  rows_of(l, i, rows), rows_of(l, i, known_rows),
+                  bytes_of_row(l, i, known_columns));
 }
 
 } // namespace detail
