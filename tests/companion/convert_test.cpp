@@ -8,12 +8,6 @@ namespace {
 
 using lumalane::format;
 
-#ifdef LUMALANE_SANITIZED
-constexpr bool sanitized = true;
-#else
-constexpr bool sanitized = false;
-#endif
-
 constexpr lumalane::adjustment some{75, 90, -7, 12, -20};
 const optional_adjustment adjustments[] = {std::nullopt, some};
 

@@ -121,4 +121,129 @@ std::optional<rows_of_pixels> expected_conversion(const rows_of_pixels &source, 
     return resized(made, source.width, source.height);
 }
 
+std::optional<rows_of_pixels> expected_blend(const rows_of_pixels &video,
+                                             const subpicture_rows &over, int x, int y, format to,
+                                             const optional_adjustment &by) {
+    if (!lumalane::is_planar(video.format))
+        return {};
+    const int width = up(video.width, 16), height = up(video.height, 2);
+    const rows_of_pixels padded = resized(video, width, height);
+
+    // As large as the picture; what is not under it is not to be seen.
+    bytes alpha(width * height), sub_y(width * height, 99), sub_u(width / 2 * height, 99),
+        sub_v = sub_u;
+    const auto inside = [&](int column, int row) {
+        return 0 <= column - x && column - x < over.width && 0 <= row - y && row - y < over.height;
+    };
+    for (int row = 0; row < height; ++row)
+        for (int column = 0; column < width; ++column) {
+            if (!inside(column, row))
+                continue;
+            const int from = (row - y) * over.width + (column - x);
+            alpha[row * width + column] = over.alpha[from];
+            sub_y[row * width + column] = over.y[from];
+            if (column % 2 == 0)
+                continue;
+            const int chroma = (row - y) * over.chroma_width() + (column - x) / 2;
+            sub_u[(row * width + column) / 2] = over.u[chroma];
+            sub_v[(row * width + column) / 2] = over.v[chroma];
+        }
+
+    model_call call(by.value_or(neutral));
+    rows_of_pixels made(to, width, height);
+    tagMIX_INFO mix{};
+    mix.video_pitch = mix.sub_pitch = mix.width = width;
+    mix.dst_pitch = static_cast<int>(made.row_bytes(0));
+    mix.height = height;
+    mix.video_y = call.add(padded.planes[0]);
+    mix.video_u = call.add(padded.planes[1]);
+    mix.video_v = call.add(padded.planes[2]);
+    mix.alpha_plane = call.add(alpha);
+    mix.sub_y = call.add(sub_y);
+    mix.sub_u = call.add(sub_u);
+    mix.sub_v = call.add(sub_v);
+    mix.dst = call.add(made.planes[0]);
+    mix.adjust_info = call.info(to);
+    call.add(&mix, sizeof mix);
+    if (lumalane::is_planar(to)) {
+        mix.dst_u = call.add(made.planes[1]);
+        mix.dst_v = call.add(made.planes[2]);
+        (by ? model::mix_ayv12_yv12_p_ajust : model::mix_ayv12_yv12_p)(call.memory, &mix);
+    } else {
+        (to == format::rgb32   ? model::mix_ayuy2_rgb32_p_ajust
+         : to == format::rgb24 ? model::mix_ayuy2_rgb24_p_ajust
+         : to == format::yuy2  ? model::mix_ayuy2_yuy2_p_ajust
+                               : model::mix_ayuy2_rgb16_p_ajust)(call.memory, &mix);
+    }
+    return resized(made, video.width, video.height);
+}
+
+std::optional<rows_of_pixels> expected_stretch(const rows_of_pixels &source, format to,
+                                               lumalane::stretching how,
+                                               const optional_adjustment &by) {
+    using lumalane::stretching;
+    const bool planar = lumalane::is_planar(source.format);
+    const int times = how == stretching::twice_both ? 2 : 1;
+    const bool to_rgb = to > format::yuy2;
+    if (source.format > format::yuy2 || (how != stretching::twice_height && to_rgb) ||
+        (how == stretching::along_edges && to != format::yuy2) ||
+        (!planar && (to != format::yuy2 || how != stretching::twice_both)))
+        return {};
+    const bool planes = lumalane::is_planar(to);
+    // The least sizes of all functions are too large for some; what is below and beside the picture
+    // would come out differently then.
+    const int least_height = planes                     ? 4
+                             : to_rgb                   ? 12
+                             : times == 1               ? 8
+                             : planar == by.has_value() ? 16
+                                                        : 8;
+    const int step = planes ? 32 : 16;
+    const int least_width = how == stretching::along_edges ? 48 : 32;
+    const int width = std::max(up(source.width, step), least_width);
+    const int height = std::max(up(source.height, 2), least_height);
+    const rows_of_pixels padded = resized(source, width, height);
+
+    model_call call(by.value_or(neutral));
+    unsigned char *const y = call.add(padded.planes[0]);
+    unsigned char *const u = planar ? call.add(padded.planes[1]) : nullptr;
+    unsigned char *const v = planar ? call.add(padded.planes[2]) : nullptr;
+    rows_of_pixels made(to, times * width, 2 * height);
+    tag_ajust_contrast_info *const info = call.info(to);
+    if (planes) {
+        // The model crosses the offsets of U and V: it gets them exchanged.
+        bytes surface(times * width * 2 * height * 3 / 2);
+        (times == 2 ? model::strech_picture_2X2_yv12_ajust : model::strech_picture_1X2_yv12_ajust)(
+            call.memory, y, v, u, call.add(surface), width, height, width, times * width, info);
+        made = planes_of(surface, to, times * width, 2 * height);
+        std::swap(made.planes[1], made.planes[2]);
+        return resized(made, times * source.width, 2 * source.height);
+    }
+    unsigned char *const dst = call.add(made.planes[0]);
+    const int pitch = static_cast<int>(made.row_bytes(0));
+    tagVideoFrame frame{};
+    if (how == stretching::along_edges) {
+        frame.plane_y = y, frame.plane_u = u, frame.plane_v = v;
+        frame.luma_pitch = width;
+        call.add(&frame, sizeof frame);
+        model::strech_opt_yuy2_ajust(call.memory, &frame, 0, height, dst, pitch, info);
+    } else if (!planar && by) {
+        model::yuy2_strech_picture_2X2_yuy2_ajust(call.memory, y, nullptr, nullptr, dst, 2 * width,
+                                                  height, pitch, info);
+    } else if (!planar) {
+        model::yuy2_strech_picture_2X2_yuy2(call.memory, y, nullptr, nullptr, dst, 2 * width,
+                                            height, pitch);
+    } else {
+        picture_model *const stretch =
+            times == 2
+                ? (by ? model::strech_picture_2X2_yuy2_ajust : model::strech_picture_2X2_yuy2)
+            : to == format::yuy2
+                ? (by ? model::strech_picture_1X2_yuy2_ajust : model::strech_picture_1X2_yuy2)
+            : to == format::rgb32 ? model::strech_picture_1X2_yuy2_ajust_rgb32
+            : to == format::rgb24 ? model::strech_picture_1X2_yuy2_ajust_rgb24
+                                  : model::strech_picture_1X2_yuy2_ajust_rgb16;
+        stretch(call.memory, y, u, v, dst, width, height, width, pitch, info);
+    }
+    return resized(made, times * source.width, 2 * source.height);
+}
+
 } // namespace companion

@@ -16,6 +16,13 @@ namespace companion {
 
 using bytes = std::vector<unsigned char>;
 
+// There are fewer cases then.
+#ifdef LUMALANE_SANITIZED
+constexpr bool sanitized = true;
+#else
+constexpr bool sanitized = false;
+#endif
+
 constexpr lumalane::format formats[] = {
     lumalane::format::yv12,   lumalane::format::i420,   lumalane::format::yuy2,
     lumalane::format::rgb32,  lumalane::format::rgb24,  lumalane::format::rgb565,

@@ -1,0 +1,114 @@
+// stretch() against the models of the functions, on pictures between unmapped pages.
+#include "tests/companion/expected.h"
+
+#include <gtest/gtest.h>
+
+namespace companion {
+namespace {
+
+using lumalane::format;
+using lumalane::stretching;
+
+constexpr lumalane::adjustment some{75, 90, -7, 12, -20};
+const optional_adjustment adjustments[] = {std::nullopt, some};
+
+struct served {
+    format from, to;
+    stretching how;
+};
+
+class stretched : public testing::TestWithParam<served> {
+protected:
+    guarded_planes source_memory, destination_memory;
+    std::minstd_rand random{1};
+
+    // Smooth, or the edges of noise would all be the same.
+    rows_of_pixels draw(int width, int height) {
+        rows_of_pixels pixels = random_pixels(GetParam().from, width, height, random);
+        for (bytes &plane : pixels.planes)
+            for (unsigned char &sample : plane)
+                sample = static_cast<unsigned char>(random() % 3 == 0 ? sample : sample / 8 + 100);
+        return pixels;
+    }
+
+    void compare(const rows_of_pixels &pixels, const rows_of_pixels &expected,
+                 const optional_adjustment &by, placement source_at, placement destination_at) {
+        const stretching how = GetParam().how;
+        const lumalane::picture source =
+            source_memory.lay_out(pixels.format, pixels.width, pixels.height, source_at);
+        store(pixels, source);
+        const lumalane::picture to = destination_memory.lay_out(expected.format, expected.width,
+                                                                expected.height, destination_at);
+        const lumalane::status status =
+            by ? lumalane::stretch(source, to, how, *by) : lumalane::stretch(source, to, how);
+        ASSERT_TRUE(status) << message_of(status.code);
+        const auto description = [&] {
+            std::ostringstream text;
+            text << pixels.width << "x" << pixels.height << (by ? " adjusted" : "") << ", source "
+                 << source_at << ", destination " << destination_at;
+            return text.str();
+        };
+        ASSERT_TRUE(load(to) == expected) << description();
+        ASSERT_TRUE(gaps_are_untouched(to)) << description();
+    }
+};
+
+TEST_P(stretched, makes_the_pixels_of_the_function_and_touches_nothing_else) {
+    for (const optional_adjustment &by : adjustments)
+        for (int width = 1; width <= 70; width += sanitized ? 7 : 1)
+            for (int height = 1; height <= 21; height += height < 9 ? 1 : 3) {
+                const rows_of_pixels pixels = draw(width, height);
+                const auto expected = expected_stretch(pixels, GetParam().to, GetParam().how, by);
+                ASSERT_TRUE(expected);
+                for (const int gap : {0, 1, 18})
+                    for (const bool bottom_up : {false, true}) {
+                        const bool at_end = (width + height + gap + bottom_up) % 2 == 0;
+                        compare(pixels, *expected, by, {gap, bottom_up, at_end},
+                                {gap, (width + height) % 3 == 0, !bottom_up});
+                        if (HasFatalFailure())
+                            return;
+                    }
+            }
+}
+
+// On the step and off it, more than a strip has.
+TEST_P(stretched, makes_the_pixels_of_the_function_of_larger_pictures) {
+    for (int i = 0; i < (sanitized ? 4 : 16); ++i) {
+        int width = 1 + random() % 330, height = 1 + random() % 130;
+        if (i % 4 == 0)
+            width = 48 + width / 16 * 16, height = 16 + height / 2 * 2;
+        const rows_of_pixels pixels = draw(width, height);
+        const optional_adjustment &by = adjustments[i / 4 % 2];
+        const auto expected = expected_stretch(pixels, GetParam().to, GetParam().how, by);
+        ASSERT_TRUE(expected);
+        for (const int gap : {0, 32, 5}) {
+            compare(pixels, *expected, by, {gap, i % 3 == 0, i % 2 == 0},
+                    {i % 4 == 0 ? 0 : int(random() % 40), i % 3 == 1, i % 5 < 2});
+            if (HasFatalFailure())
+                return;
+        }
+    }
+}
+
+std::vector<served> all_served() {
+    std::vector<served> found;
+    for (const format from : {format::yv12, format::i420})
+        for (const format to : formats)
+            found.push_back({from, to, stretching::twice_height});
+    for (const format to : {format::yv12, format::i420, format::yuy2})
+        found.push_back({format::yv12, to, stretching::twice_both});
+    found.push_back({format::yuy2, format::yuy2, stretching::twice_both});
+    found.push_back({format::i420, format::yuy2, stretching::along_edges});
+    return found;
+}
+
+std::string title(const served &s) {
+    constexpr const char *how[] = {"_twice_height", "_twice_both", "_along_edges"};
+    return std::string(name_of(s.from)) + "_to_" + name_of(s.to) + how[static_cast<int>(s.how)];
+}
+
+INSTANTIATE_TEST_SUITE_P(pairs, stretched, testing::ValuesIn(all_served()),
+                         [](const auto &served) { return title(served.param); });
+
+} // namespace
+} // namespace companion
