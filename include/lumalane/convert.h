@@ -110,17 +110,17 @@ inline loader loader_of(format from, format to, bool adjusts) {
     return l;
 }
 
+// Of whole steps: there are more samples of chroma than the two that are taken.
 inline void interleave_4_pixels(unsigned char *to, const unsigned char *y, const unsigned char *u,
                                 const unsigned char *v) {
-#ifdef __SSE2__ // a fifth of the time
-    std::int32_t luma;
-    std::uint16_t two_u, two_v;
-    std::memcpy(&luma, y, sizeof luma);
-    std::memcpy(&two_u, u, sizeof two_u);
-    std::memcpy(&two_v, v, sizeof two_v);
-    const __m128i chroma = _mm_unpacklo_epi8(_mm_cvtsi32_si128(two_u), _mm_cvtsi32_si128(two_v));
-    _mm_storel_epi64(reinterpret_cast<__m128i *>(to),
-                     _mm_unpacklo_epi8(_mm_cvtsi32_si128(luma), chroma));
+#ifdef __SSE2__ // several times as fast
+    const auto four = [](const unsigned char *samples) {
+        std::int32_t bytes;
+        std::memcpy(&bytes, samples, sizeof bytes);
+        return _mm_cvtsi32_si128(bytes);
+    };
+    const __m128i chroma = _mm_unpacklo_epi8(four(u), four(v));
+    _mm_storel_epi64(reinterpret_cast<__m128i *>(to), _mm_unpacklo_epi8(four(y), chroma));
 #else
     const unsigned char pixels[8] = {y[0], u[0], y[1], v[0], y[2], u[1], y[3], v[1]};
     std::memcpy(to, pixels, sizeof pixels);
