@@ -24,7 +24,7 @@
 
 namespace lumalane {
 
-/// Gains in 1/64 and offsets, as contrast_data has them; made anew it changes nothing. Each of U and
+/// Gains in 1/64 and offsets, as contrast_data has them; as it is constructed it changes nothing. Each of U and
 /// V has its own offset in every format.
 struct adjustment {
     int y_gain = 64;

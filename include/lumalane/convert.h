@@ -30,7 +30,7 @@ namespace lumalane {
 ///
 /// Refuses: null_plane, width_too_small, height_too_small, size_too_large, stride_too_small,
 /// sizes_differ, unsupported_formats, buffers_overlap (of source and destination, from their first
-/// to their last bytes). Needs 32 KB of stack.
+/// to their last bytes).
 inline status convert(const const_picture &source, const picture &destination);
 
 /// The same with an adjustment, which this call alone has: see <lumalane/adjust.h>.

@@ -5,8 +5,9 @@
 //     if (!s)
 //         fail(lumalane::message_of(s.code));
 //
-// Header-only, C++17, without heap and exceptions. Nothing is printed; what is refused has written
-// nothing.
+// Header-only, C++17, without heap and exceptions; a call needs at most 40 KB of stack. Nothing is
+// printed; what is refused has written nothing. Calls may run on several threads at once: see
+// <lumalane/adjust.h> for those with an adjustment.
 #ifndef LUMALANE_PICTURE_H
 #define LUMALANE_PICTURE_H
 
