@@ -1,5 +1,6 @@
 // Everything that Lumalane offers to C++17: the functions of lumalane.h and its companions. They are
-// header-only, and need neither a heap nor exceptions nor any other header than <stddef.h>.
+// header-only, and need neither a heap nor exceptions nor, but for picture.h, any other header than
+// <stddef.h>.
 #ifndef LUMALANE_HPP
 #define LUMALANE_HPP
 
@@ -8,5 +9,6 @@
 #include <lumalane/checked.h>
 #include <lumalane/errors.h>
 #include <lumalane/footprint.h>
+#include <lumalane/picture.h>
 
 #endif

@@ -1,4 +1,4 @@
-// How pictures lie in memory.
+// How pictures of any size lie in memory. What is made of them is tested in companion/.
 #include <lumalane/format.h>
 
 #include <gtest/gtest.h>
