@@ -55,7 +55,7 @@ LUMALANE_INLINE void store_all(unsigned char *to, const vectors<count, n> &v) {
 // Where computing takes much more code than storing: one loop for both policies.
 template <int count, int n>
 LUMALANE_INLINE void store_all(store_policy stores, unsigned char *to, const vectors<count, n> &v) {
-    if (stores == store_policy::non_temporal)
+    if (streams && stores == store_policy::non_temporal)
         store_all<non_temporal>(to, v);
     else
         store_all<cached>(to, v);
@@ -64,7 +64,7 @@ LUMALANE_INLINE void store_all(store_policy stores, unsigned char *to, const vec
 // Runs `run(cached{})` or `run(non_temporal{})`.
 template <class Run>
 LUMALANE_INLINE void with_stores(store_policy stores, const Run &run) {
-    if (stores == store_policy::non_temporal)
+    if (streams && stores == store_policy::non_temporal)
         run(non_temporal{});
     else
         run(cached{});

@@ -58,7 +58,9 @@ LUMALANE_INLINE void store(unsigned char *to, bytes<n> a) {
     __builtin_memcpy(to, &a, n);
 }
 
-// Stores around the cache where the processor can; `to` is aligned to n bytes.
+// Stores around the cache where `streams`: elsewhere as any other store. `to` is aligned to n bytes.
+inline constexpr bool streams = false;
+
 template <int n>
 LUMALANE_INLINE void stream(unsigned char *to, bytes<n> a) {
     store(to, a);

@@ -71,6 +71,8 @@ LUMALANE_INLINE void store(unsigned char *to, bytes<4> a) {
     __builtin_memcpy(to, &bits, sizeof bits);
 }
 
+inline constexpr bool streams = true;
+
 LUMALANE_INLINE void stream(unsigned char *to, bytes<16> a) {
     _mm_stream_si128(reinterpret_cast<__m128i *>(to), a.v);
 }
