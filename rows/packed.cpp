@@ -101,9 +101,15 @@ LUMALANE_INLINE void emit_pair_group(const Surface &surface, const packed_rows &
     unsigned char *const dst = rows.dst + x * Surface::bytes_per_pixel;
     const auto upper = surface.template fetch<n>(src);
     const auto chroma = surface.chroma(upper);
-    store_all(rows.stores, dst, surface.pixels(upper, chroma));
+    store_all<cached>(dst, surface.pixels(upper, chroma));
     const auto lower = surface.template fetch<n>(src + rows.src_below);
-    store_all(rows.stores, dst + rows.dst_below, surface.pixels(lower, chroma));
+    store_all<cached>(dst + rows.dst_below, surface.pixels(lower, chroma));
+}
+
+// A record of its own for a call: what is only in registers stays there.
+LUMALANE_INLINE packed_rows own(const packed_rows &rows) {
+    return {rows.src,       rows.chroma,    rows.dst,    rows.lower,
+            rows.src_below, rows.dst_below, rows.stores, rows.by};
 }
 
 // What the widest vectors leave of a row. (Once for both loops: it is as long as they are.)
@@ -136,15 +142,14 @@ LUMALANE_INLINE ptrdiff_t emit_pair_ahead(const Surface &surface, const packed_r
     auto upper = surface.template fetch<most>(rows.src);
     auto lower = surface.template fetch<most>(src_below);
     ptrdiff_t x = 0;
-    for (; x + 2 * most <= n; x += most) {
+    for (; x + most <= n; x += most) {
         const auto chroma = surface.chroma(upper);
-        const unsigned char *const next = rows.src + 2 * (x + most);
+        // The last one is fetched again.
+        const unsigned char *const next = rows.src + 2 * (x + 2 * most <= n ? x + most : x);
         const auto next_upper = surface.template fetch<most>(next);
-        store_all(rows.stores, rows.dst + x * Surface::bytes_per_pixel,
-                  surface.pixels(upper, chroma));
+        store_all<cached>(rows.dst + x * Surface::bytes_per_pixel, surface.pixels(upper, chroma));
         const auto next_lower = surface.template fetch<most>(next + rows.src_below);
-        store_all(rows.stores, dst_below + x * Surface::bytes_per_pixel,
-                  surface.pixels(lower, chroma));
+        store_all<cached>(dst_below + x * Surface::bytes_per_pixel, surface.pixels(lower, chroma));
         upper = next_upper, lower = next_lower;
     }
     return x;
@@ -160,7 +165,7 @@ LUMALANE_INLINE void emit_pair(const Surface &surface, typename Surface::format 
         for (; x + Surface::most <= n; x += Surface::most)
             emit_pair_group<Surface::most>(surface, rows, x);
     if (x < n)
-        emit_rest<Surface>(rows, format, true, n, x);
+        emit_rest<Surface>(own(rows), format, true, n, x);
 }
 
 template <class Surface>
@@ -172,7 +177,7 @@ LUMALANE_INLINE void emit_row(const Surface &surface, typename Surface::format f
         emit_row_group<most>(surface, rows, x);
     if constexpr (Surface::most > Surface::least)
         if (x < n)
-            emit_rest<Surface>(rows, format, false, n, x);
+            emit_rest<Surface>(own(rows), format, false, n, x);
 }
 
 template <class Surface>
@@ -182,11 +187,20 @@ LUMALANE_INLINE void emit_rows(const packed_rows &told, ptrdiff_t n,
     packed_rows rows{told.src,       told.chroma,    told.dst,     told.lower,
                      told.src_below, told.dst_below, told.stores,  told.by,
                      told.count,     told.src_next,  told.dst_next};
+    const bool pairs = rows.lower != lower_row::none;
+    const bool in_turn = pairs && (!streams || rows.stores == store_policy::cached);
     for (ptrdiff_t left = rows.count; left > 0; --left) {
-        if (rows.lower == lower_row::itself)
+        if (in_turn) {
             emit_pair(surface, format, rows, n);
-        else
-            emit_row(surface, format, rows, n);
+        } else {
+            packed_rows row = rows;
+            for (ptrdiff_t more = pairs ? 1 : 0;; --more) {
+                emit_row(surface, format, row, n);
+                if (more == 0)
+                    break;
+                row.src += rows.src_below, row.dst += rows.dst_below;
+            }
+        }
         rows.src += rows.src_next, rows.chroma += rows.src_next, rows.dst += rows.dst_next;
     }
 }
