@@ -57,7 +57,7 @@ unsigned ask_for_last_level_cache_bytes() {
 }
 
 // Floating-point code of a 32-bit caller works after a call, also if it worked with MMX before.
-void leave_multimedia_state_empty() {
+void leave_baseline_clean() {
 #if defined(__i386__)
     __asm__ volatile("emms");
 #endif
@@ -67,7 +67,7 @@ void leave_multimedia_state_empty() {
 // used them returns, but not everywhere.)
 void leave_upper_halves_clean() {
     __asm__ volatile("vzeroupper");
-    leave_multimedia_state_empty();
+    leave_baseline_clean();
 }
 
 } // namespace lumalane

@@ -51,8 +51,11 @@ endif()
 math(EXPR word_bits "8 * ${CMAKE_SIZEOF_VOID_P}")
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86|x86_64|AMD64|i[3-6]86)$")
   set(processors x86)
+elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64|ARM64)$")
+  set(processors arm64)
 else()
-  message(FATAL_ERROR "Lumalane has no abi/cpu_<family>.cpp for ${CMAKE_SYSTEM_PROCESSOR}")
+  set(processors other)
+  message(STATUS "Nothing is known of ${CMAKE_SYSTEM_PROCESSOR}: portable row kernels alone")
 endif()
 list(APPEND library_files abi/cpu_${processors}.cpp)
 
@@ -137,7 +140,7 @@ target_compile_options(
             $<$<CXX_COMPILER_ID:GNU>:-falign-loops=32>
             # Constants come from memory: made from general registers they would be made again in
             # every turn of a loop.
-            $<$<CXX_COMPILER_ID:GNU>:-mtune-ctrl=^inter_unit_moves_to_vec>
+            $<$<AND:$<CXX_COMPILER_ID:GNU>,$<STREQUAL:${processors},x86>>:-mtune-ctrl=^inter_unit_moves_to_vec>
             # The processor's window is too short to find the parallelism of a step by itself. (With
             # the 8 registers of 32 bits there is nothing to gain.) But nothing may move up over the
             # branch that decides about it.
@@ -156,7 +159,8 @@ function(lumalane_objects library)
   add_library(${library} OBJECT ${ARGN})
   # What kernels are told is stored field by field: copied with wide loads it would wait in the store
   # queue. (Subtitles at 320x240: 1.03 times as fast.)
-  target_compile_options(${library} PRIVATE -O2 -mgeneral-regs-only)
+  target_compile_options(${library} PRIVATE -O2
+                         $<$<IN_LIST:${processors},x86$<SEMICOLON>arm64>:-mgeneral-regs-only>)
   target_link_libraries(${library} PRIVATE lumalane_options)
   set_target_properties(${library} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()
@@ -223,8 +227,10 @@ if(NOT WIN32)
 endif()
 lumalane_install(lumalane_static)
 
-# Sanitized code needs its runtime, which a library without any cannot have.
-if(sanitized)
+# Sanitized code needs its runtime, which a library without any cannot have; and there are platforms
+# for which objects alone can be made here.
+get_property(links_shared GLOBAL PROPERTY TARGET_SUPPORTS_SHARED_LIBS)
+if(sanitized OR NOT links_shared)
   return()
 endif()
 

@@ -55,18 +55,23 @@ struct unadjusted_plane {
 //
 // Where the product fits 15 bits one multiplication does the gain at once: a rounded one,
 // (64 x * 8 g) / 2^15 or (16 x * 32 g) / 2^15, or the upper half of one in 8.8 fixed point,
-// (x + f) * 4 g / 2^8, where the fraction f makes the rounding.
+// (x + f) * 4 g / 2^8, where the fraction f makes the rounding. Or bytes are multiplied as they are.
 template <bool product_fits>
 class adjusted_plane {
 public:
     explicit adjusted_plane(const plane_adjustment &by)
         : gain(rounded ? 8 * by.gain : by.gain), gain_16(32 * by.gain), gain_256(4 * by.gain),
-          fraction(fill_bytes<widest>(by.rounding)), offset(by.offset),
-          biased_offset(by.offset + bias) {}
+          fraction(fill_bytes<widest>(by.rounding)), gain_bytes(fill_bytes<widest>(by.gain)),
+          byte_offset(of_bytes(by.offset)), offset(by.offset), biased_offset(by.offset + bias) {}
 
     template <int n>
     LUMALANE_INLINE bytes<n> operator()(bytes<n> samples) const {
-        return with_offset(samples, offset);
+        return with_offset(samples, byte_offset);
+    }
+
+    // An offset as with_offset() wants it. (Below -512 nothing is left of any sample.)
+    static constexpr int of_bytes(int offset) {
+        return !product_fits || !amplifies_bytes ? offset : offset < -512 ? -32768 : 64 * offset;
     }
 
     // With other offsets.
@@ -74,6 +79,8 @@ public:
     LUMALANE_INLINE bytes<n> with_offset(bytes<n> samples, const filled_words &offsets) const {
         if constexpr (n == 8) {
             return lower_half(with_offset(extend(samples), offsets));
+        } else if constexpr (product_fits && amplifies_bytes) {
+            return amplify(samples, first_lanes<n>(gain_bytes), offsets.template of<n / 2>());
         } else if constexpr (product_fits) {
             const auto half = [&](words<n / 2> x) LUMALANE_INLINE_LAMBDA {
                 return add(multiply_high_unsigned(x, gain_256.template of<n / 2>()),
@@ -152,8 +159,8 @@ private:
     filled_words gain;     // of samples, or for rounded multiplications of samples times 64
     filled_words gain_16;  // of samples times 16, for rounded multiplications
     filled_words gain_256; // of samples in 8.8 fixed point
-    bytes<widest> fraction;
-    filled_words offset, biased_offset;
+    bytes<widest> fraction, gain_bytes;
+    filled_words byte_offset, offset, biased_offset;
 };
 
 // Runs `run(map)` with what adjusts samples as `by` tells; with none for null.
@@ -199,7 +206,8 @@ class adjusted_samples {
 
 public:
     explicit adjusted_samples(const adjustment *by)
-        : y(by->y), u(by->u), v(by->v), uv_offsets(by->u.offset, by->v.offset) {}
+        : y(by->y), u(by->u), v(by->v), uv_offsets(by->u.offset, by->v.offset),
+          uv_byte_offsets(plane::of_bytes(by->u.offset), plane::of_bytes(by->v.offset)) {}
 
     // ---- To YUY2: luma, and U and V in turn, in bytes or in words that are narrowed later. U and V
     // have the same gain.
@@ -216,7 +224,7 @@ public:
 
     template <int n>
     LUMALANE_INLINE bytes<n> chroma(bytes<n> samples) const {
-        return u.with_offset(samples, uv_offsets);
+        return u.with_offset(samples, uv_byte_offsets);
     }
 
     template <int n>
@@ -251,7 +259,7 @@ public:
 
 private:
     plane y, u, v;
-    filled_words uv_offsets;
+    filled_words uv_offsets, uv_byte_offsets;
 };
 
 } // namespace lumalane::LUMALANE_TARGET_NAME

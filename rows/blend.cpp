@@ -218,7 +218,7 @@ struct whole_yuy2 {
     static constexpr int parts = 2, bytes_per_pixel = 2;
 
     template <int n>
-    LUMALANE_INLINE static vectors<2, n> pixels(const unsigned char *y, bytes<n> pairs) {
+    LUMALANE_INLINE static auto pixels(const unsigned char *y, bytes<n> pairs) {
         return interleave(load_permuted<2, n>(y), pairs);
     }
 };

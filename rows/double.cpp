@@ -78,7 +78,7 @@ struct to_yuy2<1, n> {
         return {{load_pairs_permuted<2, n>(at.u + x / 2, at.v + x / 2)}};
     }
 
-    LUMALANE_INLINE static vectors<2, n> pixels(const samples &y, const samples &uv) {
+    LUMALANE_INLINE static auto pixels(const samples &y, const samples &uv) {
         return interleave(y.part[0], uv.part[0]);
     }
 };

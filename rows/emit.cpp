@@ -40,8 +40,7 @@ struct to_rgb_surface {
     }
 
     template <int n>
-    LUMALANE_INLINE vectors<Pixels::vectors_per_group, n>
-    pixels(bytes<n> luma, const chroma_terms<n / 2> &terms) const {
+    LUMALANE_INLINE auto pixels(bytes<n> luma, const chroma_terms<n / 2> &terms) const {
         return packed.interleaved(to_rgb::pixels(adjusted.rgb_luma(luma), terms));
     }
 };

@@ -35,8 +35,7 @@ struct packed_to_rgb {
     }
 
     template <int n>
-    LUMALANE_INLINE vectors<Pixels::vectors_per_group, n>
-    pixels(packed_pixels<n> samples, const chroma_terms<n / 2> &terms) const {
+    LUMALANE_INLINE auto pixels(packed_pixels<n> samples, const chroma_terms<n / 2> &terms) const {
         return packed.interleaved(to_rgb::pixels(adjusted.rgb_luma(samples), terms));
     }
 };

@@ -30,6 +30,9 @@ struct rgb_pixels {
 };
 
 struct to_rgb {
+    // Where products are doubled, half of everything is multiplied.
+    static constexpr int half = doubles_products ? 2 : 1;
+
     // Coefficients as 16-bit fractions of the shifted samples.
     static constexpr int y_to_all = 19071;   // 1.164 of Y - 16, shifted left by 2
     static constexpr int v_to_red = 26149;   // 1.596 of V - 128, shifted left by 2
@@ -49,28 +52,31 @@ struct to_rgb {
 
     template <int n, int bias>
     LUMALANE_INLINE static chroma_terms<n> chroma(chroma_words<n, bias> samples) {
-        return terms(shift_left<3>(subtract(samples.u, fill_words<n>(128 + bias))),
-                     shift_left<2>(subtract(samples.v, fill_words<n>(128 + bias))));
+        return terms(
+            shift_left < doubles_products ? 2
+                                          : 3 > (subtract(samples.u, fill_words<n>(128 + bias))),
+            shift_left < doubles_products ? 1
+                                          : 2 > (subtract(samples.v, fill_words<n>(128 + bias))));
     }
 
     template <int n>
     LUMALANE_INLINE static chroma_terms<n / 2> chroma(packed_pixels<n> samples) {
-        return terms(subtract(odd_times<8>(samples.even), fill_words<n / 2>(8 * 128)),
-                     subtract(odd_times<4>(samples.odd), fill_words<n / 2>(4 * 128)));
+        return terms(subtract(odd_times<8 / half>(samples.even), fill_words<n / 2>(8 / half * 128)),
+                     subtract(odd_times<4 / half>(samples.odd), fill_words<n / 2>(4 / half * 128)));
     }
 
     template <int n>
     LUMALANE_INLINE static rgb_pixels<n> pixels(bytes<2 * n> samples,
                                                 const chroma_terms<n> &terms) {
-        return sums<pairs::in_order>(term(even_times<4>(samples)), term(odd_times<4>(samples)),
-                                     terms);
+        return sums<pairs::in_order>(term(even_times<4 / half>(samples)),
+                                     term(odd_times<4 / half>(samples)), terms);
     }
 
     template <int n>
     LUMALANE_INLINE static rgb_pixels<n / 2, packed_order>
     pixels(packed_pixels<n> samples, const chroma_terms<n / 2> &terms) {
-        return sums<packed_order>(term(even_times<4>(samples.even)),
-                                  term(even_times<4>(samples.odd)), terms);
+        return sums<packed_order>(term(even_times<4 / half>(samples.even)),
+                                  term(even_times<4 / half>(samples.odd)), terms);
     }
 
     template <int n, int bias, pairs order>
@@ -80,25 +86,33 @@ struct to_rgb {
         // in 16-bit fractions.
         const auto term = [](words<n> biased) LUMALANE_INLINE_LAMBDA {
             const words<n> y = subtract(biased, fill_words<n>(16 + bias));
-            return add(y, multiply_high(y, fill_words<n>(4 * y_to_all - 65536)));
+            return add(y, product(y, (4 * y_to_all - 65536) / half));
         };
         return sums<order>(term(samples.even), term(samples.odd), terms);
     }
 
 private:
+    // Of samples that were multiplied by 1 / half.
+    template <int n>
+    LUMALANE_INLINE static words<n> product(words<n> samples, int factor) {
+        if constexpr (doubles_products)
+            return multiply_high_doubled(samples, fill_words<n>(factor));
+        else
+            return multiply_high(samples, fill_words<n>(factor));
+    }
+
     template <int n>
     LUMALANE_INLINE static chroma_terms<n> terms(words<n> u_times_8, words<n> v_times_4) {
         // Sums of terms stay far from the ends of 16 bits: in which order they are added, and
         // whether with saturation, shows nowhere.
-        return {multiply_high(v_times_4, fill_words<n>(v_to_red)),
-                add(multiply_high(u_times_8, fill_words<n>(u_to_green)),
-                    multiply_high(v_times_4, fill_words<n>(v_to_green))),
-                multiply_high(u_times_8, fill_words<n>(u_to_blue))};
+        return {product(v_times_4, v_to_red),
+                add(product(u_times_8, u_to_green), product(v_times_4, v_to_green)),
+                product(u_times_8, u_to_blue)};
     }
 
     template <int n>
     LUMALANE_INLINE static words<n> term(words<n> y_times_4) {
-        return multiply_high(subtract(y_times_4, fill_words<n>(4 * 16)), fill_words<n>(y_to_all));
+        return product(subtract(y_times_4, fill_words<n>(4 / half * 16)), y_to_all);
     }
 
     template <pairs order, int n>
@@ -121,7 +135,7 @@ struct rgb32 {
     static constexpr int bytes_per_pixel = 4, vectors_per_group = 4;
 
     template <int n, pairs order>
-    LUMALANE_INLINE static vectors<4, 2 * n> interleaved(rgb_pixels<n, order> p) {
+    LUMALANE_INLINE static auto interleaved(rgb_pixels<n, order> p) {
         return interleave_channels_padded<order>(p.blue, p.green, p.red);
     }
 };
@@ -130,7 +144,7 @@ struct rgb24 {
     static constexpr int bytes_per_pixel = 3, vectors_per_group = 3;
 
     template <int n, pairs order>
-    LUMALANE_INLINE static vectors<3, 2 * n> interleaved(rgb_pixels<n, order> p) {
+    LUMALANE_INLINE static auto interleaved(rgb_pixels<n, order> p) {
         return interleave_channels<order>(p.blue, p.green, p.red);
     }
 };
@@ -141,7 +155,7 @@ struct rgb16 {
     static constexpr int bytes_per_pixel = 2, vectors_per_group = 2;
 
     template <int n, pairs order>
-    LUMALANE_INLINE static vectors<2, 2 * n> interleaved(rgb_pixels<n, order> p) {
+    LUMALANE_INLINE static auto interleaved(rgb_pixels<n, order> p) {
         // Green lies across the two bytes of the pixel.
         const auto upper_bits = [](bytes<2 * n> channel, int bits) {
             return channel & fill_bytes<2 * n>(0xff00 >> bits);
@@ -161,7 +175,7 @@ struct rare_rgb16 {
     enum { rgb_555, rgb_664, rgb_655 } layout;
 
     template <int n, pairs order>
-    LUMALANE_INLINE vectors<2, 2 * n> interleaved(rgb_pixels<n, order> p) const {
+    LUMALANE_INLINE auto interleaved(rgb_pixels<n, order> p) const {
         switch (layout) {
         case rgb_555:
             return rgb16<5, 5, 5>::interleaved(p);

@@ -53,8 +53,8 @@ LUMALANE_INLINE void store_all(unsigned char *to, const vectors<count, n> &v) {
 }
 
 // Where computing takes much more code than storing: one loop for both policies.
-template <int count, int n>
-LUMALANE_INLINE void store_all(store_policy stores, unsigned char *to, const vectors<count, n> &v) {
+template <class Vectors>
+LUMALANE_INLINE void store_all(store_policy stores, unsigned char *to, const Vectors &v) {
     if (streams && stores == store_policy::non_temporal)
         store_all<non_temporal>(to, v);
     else

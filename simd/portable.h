@@ -161,8 +161,8 @@ LUMALANE_INLINE words<n> multiply_high_unsigned(words<n> a, words<n> b) {
     return {convert<short, n>(product >> 16)};
 }
 
-// The product divided by 2^15, rounded to the nearest. Worth its while only where it is one
-// instruction.
+// The product divided by 2^15, rounded to the nearest, of lanes that are not both -32768. Worth its
+// while only where it is one instruction.
 inline constexpr bool multiplies_rounded = false;
 
 template <int n>
@@ -692,6 +692,33 @@ LUMALANE_INLINE halves<n> deinterleave_upper_bytes_of_even(words<n> a, words<n> 
             })));
     };
     return {upper_bytes(a), upper_bytes(b)};
+}
+
+// ---- What some targets have --------------------------------------------------------------------
+
+// Twice the signed 32-bit product, clamped to it; the upper half. A target has this one or
+// multiply_high().
+inline constexpr bool doubles_products = false;
+
+template <int n>
+LUMALANE_INLINE words<n> multiply_high_doubled(words<n> a, words<n> b) {
+    const lanes<int, n> high = (convert<int, n>(a.lane) * convert<int, n>(b.lane)) >> 15;
+    return {convert<short, n>(high + (high > 0x7fff))};
+}
+
+// Every sample times its gain, modulo 2^16, plus 64 times its offset with signed saturation, divided
+// by 64, rounded to the nearest and clamped to 0..255. Offsets go with the lanes that widen_low() and
+// widen_high() take. Worth its while only where bytes are multiplied to words.
+inline constexpr bool amplifies_bytes = false;
+
+template <int n>
+LUMALANE_INLINE bytes<n> amplify(bytes<n> a, bytes<n> gain, words<n / 2> offset_64) {
+    const auto half = [&](words<n / 2> x, words<n / 2> by) {
+        const words<n / 2> sum = add_saturate(multiply_low(x, by), offset_64);
+        return words<n / 2>{convert<short, n / 2>((convert<int, n / 2>(sum.lane) + 32) >> 6)};
+    };
+    return narrow_saturate(half(widen_low(a), widen_low(gain)),
+                           half(widen_high(a), widen_high(gain)));
 }
 
 } // namespace lumalane::LUMALANE_TARGET_NAME

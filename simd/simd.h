@@ -26,7 +26,7 @@ inline constexpr bool small_code = true;
 inline constexpr bool small_code = false;
 #endif
 
-// x86 has 16 vector registers with 64 bits and 8 with 32 bits.
+// x86 has 8 with 32 bits, and every processor with 64 bits has this many.
 inline constexpr int vector_registers = sizeof(void *) == 8 ? 16 : 8;
 
 // ---- What every target makes of its vectors -------------------------------------------------------
@@ -46,7 +46,8 @@ requires(n == 8) struct sixteenths<n> {
     words<n> low;
 };
 
-// Pixels in memory order.
+// Pixels in memory order. (What interleaves channels may return them otherwise where the store does
+// it; that converts to these.)
 template <int count, int n>
 struct vectors {
     bytes<n> part[count];

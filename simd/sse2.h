@@ -23,6 +23,9 @@ struct words<8> {
     __m128i v;
 };
 
+inline constexpr bool doubles_products = false;
+inline constexpr bool amplifies_bytes = false;
+
 #ifndef LUMALANE_WIDER_TARGET
 inline constexpr int widest = 16;
 inline constexpr bool multiplies_rounded = false;

@@ -76,7 +76,7 @@ TEST(shared_library, is_small) {
     long text = 0;
     std::getline(table, heading) && table >> text;
     EXPECT_GT(text, 0) << heading;
-    EXPECT_LT(text, 700'000);
+    EXPECT_LE(text, LUMALANE_MOST_TEXT);
     std::printf("%ld bytes of text\n", text);
 }
 

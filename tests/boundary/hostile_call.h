@@ -1,5 +1,6 @@
-// Calls functions as badly as a caller of the 32-bit library may, and sees what they leave behind:
-// the stack aligned to 4 bytes and no more, every MMX register in use.
+// Calls functions as badly as a caller of the library may, and sees what they leave behind. On 32-bit
+// x86 the stack is aligned to 4 bytes and no more, and every MMX register in use; on 64-bit ARM every
+// register that a call must keep.
 #pragma once
 
 #include <string>
@@ -9,7 +10,7 @@
 
 namespace boundary {
 
-// Targets that call `functions` in this way: one for each place, 0, 4, 8 and 12 bytes above a
+// Targets that call `functions` in this way: on x86 one for each place, 0, 4, 8 and 12 bytes above a
 // multiple of 16, where the caller's stack may stand. The functions are those of the latest call.
 std::vector<differential::target> hostile_callers(const tests::function_table &functions);
 

@@ -189,14 +189,22 @@ constexpr void add_operations(tests::probe &probe) {
     add_one("maximum", [](w x, w y) { return maximum(x, y); });
     add_one("minimum", [](w x, w y) { return minimum(x, y); });
     add_one("multiply_low", [](w x, w y) { return multiply_low(x, y); });
-    add_one("multiply_high", [](w x, w y) { return multiply_high(x, y); });
+    if constexpr (requires(w x) { multiply_high(x, x); }) // targets have one of the two
+        add_one("multiply_high", [](w x, w y) { return multiply_high(x, y); });
+    if constexpr (requires(w x) { multiply_high_doubled(x, x); })
+        add_one("multiply_high_doubled", [](w x, w y) { return multiply_high_doubled(x, y); });
     add_one("multiply_high_unsigned", [](w x, w y) { return multiply_high_unsigned(x, y); });
     add_one("multiply_bytes<1, 3>", [](w a) { return multiply_bytes<1, 3>(a); });
     add_one("multiply_bytes<25, 129>", [](w a) { return multiply_bytes<25, 129>(a); });
     add_one("multiply_bytes<-18, -94>", [](w a) { return multiply_bytes<-18, -94>(a); });
     add_one("multiply_bytes<112, -75>", [](w a) { return multiply_bytes<112, -75>(a); });
     if constexpr (requires(w x) { multiply_rounded(x, x); }) // targets may do without
-        add_one("multiply_rounded", [](w x, w y) { return multiply_rounded(x, y); });
+        // The least number squared is out of range.
+        add_one("multiply_rounded", [](w x, w y) {
+            return multiply_rounded(x, maximum(y, fill_words<n / 2>(-32767)));
+        });
+    if constexpr (requires(b x, w y) { amplify(x, x, y); })
+        add_one("amplify", [](b x, b gain, w offset) { return amplify(x, gain, offset); });
     for_each_count<1, 15>([&]<int count>() {
         add_one("shift_left", count, [](w a) { return shift_left<count>(a); });
         add_one("shift_right_logical", count, [](w a) { return shift_right_logical<count>(a); });
@@ -451,7 +459,7 @@ constexpr void add_interleavings(tests::probe &probe) {
         store_all<cached>(to, interleave_channels_padded(split(x), split(y), split(z)));
     });
     add_in_4("interleave, interleave_pairs", [](memory to, b x, b y, b z, b w) {
-        const auto xy = interleave(x, y), zw = interleave(z, w);
+        const vectors<2, n> xy = interleave(x, y), zw = interleave(z, w);
         store_all<cached>(to, interleave_pairs(xy.part[0], zw.part[0]));
         store_all<cached>(to + 2 * n, interleave_pairs(xy.part[1], zw.part[1]));
     });
