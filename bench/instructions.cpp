@@ -33,7 +33,7 @@ struct planes {
 
 class runner {
 public:
-    runner() {
+    explicit runner(const row_kernels &of_target) : kernels(of_target) {
         // Samples that differ much from row to row, so that edges are followed; no pixel of them is
         // of the key's colour or has a fourth byte.
         unsigned state = 1;
@@ -116,12 +116,6 @@ public:
         });
     }
 
-    void operator()(const char *name, row_kernel::alpha_counting *kernel) {
-        const unsigned char *const alpha = std::strstr(name, "clear") ? clear : drawn;
-        call(name, "", [&](ptrdiff_t n) { return kernel(alpha, 0, n); });
-        call(name, "two rows", [&](ptrdiff_t n) { return kernel(alpha, 64, n); });
-    }
-
     void operator()(const char *name, row_kernel::between_two_rows *kernel) {
         call(name, "", [&](ptrdiff_t n) {
             kernel({results[0], sources[2], extent}, n);
@@ -169,28 +163,21 @@ public:
         });
     }
 
-    void operator()(const char *name, row_kernel::blending_pair *kernel) {
+    // With the kernel for the surface through which they go: RGB32, where it is left open.
+    void operator()(const char *name, row_kernel::mixing_pairs *kernel) {
+        const bool odd = std::strstr(name, "odd") != nullptr, yuy2 = std::strstr(name, "yuy2");
         for_adjustments(name, [&](const lumalane::adjustment *by, ptrdiff_t n) {
-            kernel({results[0], sources[0], sources[2], drawn, by ? &by->y : nullptr, extent, 64,
-                    extent, 0},
-                   n);
-            return 2 * n;
-        });
-    }
-
-    void operator()(const char *name, row_kernel::blending_chroma *kernel) {
-        for_adjustments(name, [&](const lumalane::adjustment *by, ptrdiff_t n) {
-            kernel(chroma(by), n);
-            return 2 * n;
-        });
-    }
-
-    void operator()(const char *name, row_kernel::blending_to_surface *kernel) {
-        for_adjustments(name, [&](const lumalane::adjustment *by, ptrdiff_t n) {
-            const lumalane::blended_chroma of_both = chroma(by);
-            kernel({results[8], sources[0], &of_both, 4 * extent, extent,
-                    lumalane::store_policy::cached},
-                   n);
+            lumalane::mixed_pairs pairs{};
+            pairs.upper = {sources[0], sources[2], sources[3], drawn,
+                           sources[4], sources[6], sources[8], results[0]};
+            pairs.below = {extent, 0, 64, 64, 8 * extent};
+            pairs.lower = lumalane::lower_row::itself;
+            pairs.emit = odd    ? kernels.emit_odd_yuy2
+                         : yuy2 ? kernels.emit_yuy2
+                                : kernels.emit_rgb32;
+            pairs.bytes_per_pixel = odd ? 1 : yuy2 ? 2 : 4;
+            pairs.by = by, pairs.count = 1;
+            kernel(pairs, n);
             return 2 * n;
         });
     }
@@ -231,11 +218,7 @@ private:
             call(name, "adjusted", [&](ptrdiff_t n) { return make(&adjustment, n); });
     }
 
-    lumalane::blended_chroma chroma(const lumalane::adjustment *by) {
-        return {results[0], results[1], sources[0], sources[1], sources[2], sources[3],
-                drawn,      0,          by,         2 * extent, extent,     64};
-    }
-
+    const row_kernels &kernels;
     planes sources, results;
     unsigned char drawn[extent + 64], clear[4 * extent] = {}, surface_pixels[extent];
     const lumalane::key_colour key{};
@@ -248,8 +231,8 @@ private:
 int main(int, char **arguments) {
     for (const lumalane::target &target : lumalane::targets())
         if (arguments[1] && std::strcmp(target.name, arguments[1]) == 0) {
-            static runner run;
             const row_kernels &rows = target.rows;
+            static runner run(rows);
 #define LUMALANE_ROW_KERNEL(kind, name) run(#name, rows.name);
 #include "rows/rows.inc"
 #undef LUMALANE_ROW_KERNEL
