@@ -134,8 +134,8 @@ target_compile_options(
             -fno-tree-vectorize -fno-tree-slp-vectorize
             # Records are copied by plain moves. (By string instructions, for every row, mixes to RGB32 took
             # 1.1 times as long at 320x240.)
-            $<$<CXX_COMPILER_ID:GNU>:-mmemcpy-strategy=unrolled_loop:256:noalign,libcall:-1:noalign>
-            $<$<CXX_COMPILER_ID:GNU>:-mmemset-strategy=unrolled_loop:256:noalign,libcall:-1:noalign>
+            $<$<AND:$<CXX_COMPILER_ID:GNU>,$<STREQUAL:${processors},x86>>:-mmemcpy-strategy=unrolled_loop:256:noalign,libcall:-1:noalign>
+            $<$<AND:$<CXX_COMPILER_ID:GNU>,$<STREQUAL:${processors},x86>>:-mmemset-strategy=unrolled_loop:256:noalign,libcall:-1:noalign>
             # Where a short loop happens to lie makes up to 1.5 times the difference.
             $<$<CXX_COMPILER_ID:GNU>:-falign-loops=32>
             # Constants come from memory: made from general registers they would be made again in
@@ -151,7 +151,9 @@ function(lumalane_for_target library target)
   add_library(${library} OBJECT ${ARGN})
   target_link_libraries(${library} PRIVATE lumalane_row_options)
   target_compile_definitions(${library} PRIVATE LUMALANE_TARGET_NAME=${target})
-  target_compile_options(${library} PRIVATE ${target_flags_${target}})
+  # At -O3 clang copies a loop for each value of what is the same throughout it.
+  target_compile_options(${library} PRIVATE $<$<CXX_COMPILER_ID:Clang>:-O2>
+                                            ${target_flags_${target}})
   set_target_properties(${library} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()
 

@@ -164,7 +164,6 @@ struct row_start {
     ptrdiff_t y_below, dst_below, chroma_below;
     store_policy stores;
     lower_row lower;
-    bool lower_alone; // of a pair whose rows come one after the other
 };
 
 // Luma of the lower row of a pair, from x on.
@@ -196,8 +195,7 @@ LUMALANE_INLINE void emit_group(const Surface &surface, const row_start &at, ptr
             plain ? load<n>(at.y + at.y_below + x) : lower_luma<Surface>(at, upper, x);
         store_all<cached>(dst + at.dst_below, pixels(lower));
     } else {
-        store_all(at.stores, dst,
-                  pixels(at.lower_alone ? lower_luma<Surface>(at, upper, x) : upper));
+        store_all(at.stores, dst, pixels(upper));
     }
 }
 
@@ -221,11 +219,9 @@ template <bool pair, class Surface>
 LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by,
                                 typename Surface::format format, const row_start at, ptrdiff_t n) {
     ptrdiff_t x = 0;
-    if (Surface::filters && !at.lower_alone &&
-        (at.lower == lower_row::none || at.lower == lower_row::itself || !pair) &&
-        at.chroma_below == 0)
+    if (pair && Surface::filters && at.lower == lower_row::itself && at.chroma_below == 0)
         for (; x + widest <= n; x += widest)
-            emit_group<widest, pair, Surface::filters>(surface, at, x);
+            emit_group<widest, pair, pair && Surface::filters>(surface, at, x);
     else
         for (; x + widest <= n; x += widest)
             emit_group<widest, pair>(surface, at, x);
@@ -234,7 +230,7 @@ LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by,
             // A record of its own: what is only in registers is not copied for each row.
             emit_rest<Surface>(by, format,
                                {at.y, at.u, at.v, at.dst, at.y_below, at.dst_below, at.chroma_below,
-                                at.stores, at.lower, at.lower_alone},
+                                at.stores, at.lower},
                                pair, n, x);
 }
 
@@ -246,25 +242,55 @@ LUMALANE_INLINE void emit_rows(const planar_rows &rows, ptrdiff_t n,
     const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next,
                     y_below_next = rows.y_below_next;
     row_start at{
-        rows.y,      rows.u,     rows.v, rows.dst, rows.y_below, rows.dst_below, rows.chroma_below,
-        rows.stores, rows.lower, false};
-    const bool pairs = rows.lower != lower_row::none;
-    const bool in_turn = pairs && (!streams || rows.stores == store_policy::cached);
+        rows.y,      rows.u,    rows.v, rows.dst, rows.y_below, rows.dst_below, rows.chroma_below,
+        rows.stores, rows.lower};
+    const bool pairs = rows.lower != lower_row::none, in_turn = pairs && rows_in_turn(rows.stores);
     for (ptrdiff_t left = rows.count; left > 0; --left) {
         if (in_turn) {
             emit_along<true>(surface, by, format, at, n);
         } else {
-            // A loop for both rows that asks how to store is slower in the cache, by 2 to 10 %.
+            // (A loop for both rows that asks how to store is slower in the cache, by 2 to 10 %.)
             row_start row = at;
-            for (;;) {
+            for (ptrdiff_t more = pairs ? 1 : 0;; --more) {
                 emit_along<false>(surface, by, format, row, n);
-                if (!pairs || row.lower_alone)
+                if (more == 0)
                     break;
-                row.dst += at.dst_below, row.lower_alone = true;
+                row.y += at.y_below, row.dst += at.dst_below;
             }
         }
         at.y += y_next, at.u += chroma_next, at.v += chroma_next, at.dst += dst_next;
         at.y_below += y_below_next;
+    }
+}
+
+// Whether the lower rows are made in a strip: the loops make them of rows that are stored in turn.
+LUMALANE_INLINE bool makes_lower_rows(const planar_rows &rows) {
+    return (rows.lower == lower_row::average || rows.lower == lower_row::four_taps) &&
+           !rows_in_turn(rows.stores);
+}
+
+[[gnu::noinline]] void emit_with_lower_rows(row_kernel::planar_to_surface *emit,
+                                            int bytes_per_pixel, const planar_rows &rows,
+                                            ptrdiff_t n) {
+    constexpr ptrdiff_t strip = 512;
+    alignas(64) unsigned char between[strip];
+    row_kernel::between_two_rows *const make =
+        rows.lower == lower_row::average ? average_rows : four_taps;
+    planar_rows row{rows.y, rows.u, rows.v, rows.dst};
+    row.stores = rows.stores, row.by = rows.by, row.chroma_below = rows.chroma_below;
+    ptrdiff_t y_below = rows.y_below;
+    for (ptrdiff_t left = rows.count; left > 0; --left) {
+        emit(row, n);
+        for (ptrdiff_t x = 0; x < n; x += strip) {
+            const ptrdiff_t run = n - x < strip ? n - x : strip;
+            make({between, row.y + x, y_below}, run);
+            planar_rows lower = row;
+            lower.y = between, lower.u += x / 2, lower.v += x / 2;
+            lower.dst += rows.dst_below + x * bytes_per_pixel;
+            emit(lower, run);
+        }
+        row.y += rows.y_next, row.u += rows.chroma_next, row.v += rows.chroma_next;
+        row.dst += rows.dst_next, y_below += rows.y_below_next;
     }
 }
 
@@ -341,6 +367,8 @@ LUMALANE_INLINE void emit_rgb(row_kernel::planar_to_surface *itself, const plana
                               ptrdiff_t n, Pixels format = {}) {
     if (rows.chroma_below != 0)
         emit_chroma_between(itself, Pixels::bytes_per_pixel, rows, n);
+    else if (makes_lower_rows(rows))
+        emit_with_lower_rows(itself, Pixels::bytes_per_pixel, rows, n);
     else if (!rows.by)
         emit_rows<to_rgb_surface<Pixels, unadjusted_samples>>(rows, n, format);
     else if (rows.by->product_fits_15_bits())
@@ -355,8 +383,11 @@ LUMALANE_INLINE void emit_rgb(row_kernel::planar_to_surface *itself, const plana
 }
 
 template <template <class> class Surface>
-LUMALANE_INLINE void emit_yuv(const planar_rows &rows, ptrdiff_t n) {
-    if (!rows.by)
+LUMALANE_INLINE void emit_yuv(row_kernel::planar_to_surface *itself, const planar_rows &rows,
+                              ptrdiff_t n) {
+    if (makes_lower_rows(rows))
+        emit_with_lower_rows(itself, Surface<unadjusted_samples>::bytes_per_pixel, rows, n);
+    else if (!rows.by)
         emit_rows<Surface<unadjusted_samples>>(rows, n);
     else if (rows.by->product_fits_15_bits())
         emit_rows<Surface<adjusted_samples<true>>>(rows, n);
@@ -386,22 +417,26 @@ void emit_rgb16_655(const planar_rows &rows, ptrdiff_t n) {
     emit_rare_rgb16(emit_rgb16_655, rows, n, {rare_rgb16::rgb_655});
 }
 
-void emit_yuy2(const planar_rows &rows, ptrdiff_t n) { emit_yuv<to_yuy2>(rows, n); }
+void emit_yuy2(const planar_rows &rows, ptrdiff_t n) { emit_yuv<to_yuy2>(emit_yuy2, rows, n); }
 
 void emit_mono_yuy2(const planar_rows &rows, ptrdiff_t n) {
     planar_rows mono = rows;
     mono.u = mono.v = rows.y; // theirs may be null, to which nothing may be added
-    emit_yuv<to_mono_yuy2>(mono, n);
+    emit_yuv<to_mono_yuy2>(emit_mono_yuy2, mono, n);
 }
 
-void emit_half_yuy2(const planar_rows &rows, ptrdiff_t n) { emit_yuv<to_half_yuy2>(rows, n); }
+void emit_half_yuy2(const planar_rows &rows, ptrdiff_t n) {
+    emit_yuv<to_half_yuy2>(emit_half_yuy2, rows, n);
+}
 
-void emit_odd_yuy2(const planar_rows &rows, ptrdiff_t n) { emit_yuv<to_odd_yuy2>(rows, n); }
+void emit_odd_yuy2(const planar_rows &rows, ptrdiff_t n) {
+    emit_yuv<to_odd_yuy2>(emit_odd_yuy2, rows, n);
+}
 
 void emit_yuy2_with_gaps(const planar_rows &rows, ptrdiff_t n) {
     const to_yuy2<unadjusted_samples> surface(nullptr, {});
     const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next;
-    row_start at{rows.y,         rows.u, rows.v,      rows.dst,  rows.y_below,
+    row_start at{rows.y,         rows.u, rows.v,      rows.dst,   rows.y_below,
                  rows.dst_below, 0,      rows.stores, rows.lower};
     const auto chroma = [&]<int size>(group_of<size>, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
         return surface.chroma<size>(at.u + x / 2, at.v + x / 2, 0);

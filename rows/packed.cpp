@@ -187,7 +187,7 @@ LUMALANE_INLINE void emit_rows(const packed_rows &told, ptrdiff_t n,
                      told.src_below, told.dst_below, told.stores,  told.by,
                      told.count,     told.src_next,  told.dst_next};
     const bool pairs = rows.lower != lower_row::none;
-    const bool in_turn = pairs && (!streams || rows.stores == store_policy::cached);
+    const bool in_turn = pairs && rows_in_turn(rows.stores);
     for (ptrdiff_t left = rows.count; left > 0; --left) {
         if (in_turn) {
             emit_pair(surface, format, rows, n);

@@ -61,6 +61,12 @@ LUMALANE_INLINE void store_all(store_policy stores, unsigned char *to, const Vec
         store_all<cached>(to, v);
 }
 
+// Whether rows of a pair are stored in turn: non-temporal stores would leave lines of the cache half
+// filled.
+LUMALANE_INLINE bool rows_in_turn(store_policy stores) {
+    return !streams || stores == store_policy::cached;
+}
+
 // Runs `run(cached{})` or `run(non_temporal{})`.
 template <class Run>
 LUMALANE_INLINE void with_stores(store_policy stores, const Run &run) {

@@ -284,8 +284,7 @@ private:
 
     // The first column of a row without all bits, between rows with those samples after it.
     static void clear_column(unsigned char *to, unsigned char next, unsigned char next_below) {
-        for (int i = 0; i < 2 * column - 1; ++i)
-            to[i] = 0;
+        __builtin_memset(to, 0, 2 * column - 1);
         const unsigned between = (next + 1u) / 2, between_below = (next_below + 1u) / 2;
         to[2 * column - 1] = static_cast<unsigned char>((between + between_below + 1) / 2);
     }

@@ -120,9 +120,8 @@ row_call draw_planar_to_surface(const wanted_call &wanted,
                  {"dst", row_bytes, drawn.count, dst_next, true},
                  {"lower dst", pair ? row_bytes : 0, drawn.count, dst_next, true}};
     call.non_temporal = drawn.stores == store_policy::non_temporal;
-    call.reads_again = call.non_temporal && pair && !gaps;
     // Chroma that is averaged may be so for several rows before the first one is stored.
-    call.reads_again = between && drawn.count > 1;
+    call.reads_again = (call.non_temporal && pair && !gaps) || (between && drawn.count > 1);
     call.run = [=](const row_kernels &target, const addresses &at) {
         planar_rows rows{at[y], at[u], at[v], at[dst]};
         rows.lower = lower;
