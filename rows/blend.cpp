@@ -215,7 +215,7 @@ struct strip_chroma {
 // `pixels` makes n pixels from luma and from pairs of chroma, permuted for `parts` vectors.
 
 struct whole_yuy2 {
-    static constexpr int parts = 2, bytes_per_pixel = 2;
+    [[maybe_unused]] static constexpr int parts = 2, bytes_per_pixel = 2;
 
     template <int n>
     LUMALANE_INLINE static auto pixels(const unsigned char *y, bytes<n> pairs) {
@@ -225,7 +225,7 @@ struct whole_yuy2 {
 
 // The second of every two pixels and of every two chroma samples.
 struct odd_yuy2 {
-    static constexpr int parts = 1, bytes_per_pixel = 1;
+    [[maybe_unused]] static constexpr int parts = 1, bytes_per_pixel = 1;
 
     template <int n>
     LUMALANE_INLINE static vectors<1, n> pixels(const unsigned char *y, bytes<n> pairs) {
