@@ -1,0 +1,492 @@
+/**
+ * SECTION:element-lumalaneconvert
+ * @title: lumalaneconvert
+ * @short_description: converts, adjusts and deinterlaces video by Lumalane
+ * @see_also: videoconvert, videobalance, deinterlace
+ *
+ * Converts YV12, I420 and YUY2 video of any size to BGRx, BGR, RGB16, YUY2, YV12 and I420 (YUY2 not to
+ * YV12 and I420), adjusts brightness, contrast and saturation on the way, and makes whole frames of
+ * the first fields of interlaced ones. Frames to which there is nothing to do pass through.
+ *
+ * ## Colorimetry
+ *
+ * RGB is full-range, and made of BT.601 of the limited range. The caps say so: of other video,
+ * BT.709 for example, RGB is refused, and a videoconvert before this element makes BT.601 of it.
+ * (Video without colorimetry in its caps is BT.601 up to 576 rows, and BT.709 above.) Between YUV
+ * formats any colorimetry stays as it is. Transfer and primaries are not converted.
+ *
+ * Each chroma sample serves the pixels of its square, without interpolation. RGB and adjusted YUY2
+ * of YUY2 take the chroma of both rows of a pair from the upper one. Products are truncated as the
+ * functions of lumalane.h promise.
+ *
+ * ## Brightness, contrast and saturation
+ *
+ * They have the meaning and the ranges that they have in videobalance:
+ *
+ *     Y' = 16 + contrast * (Y - 16) + brightness * 255
+ *     U' = 128 + saturation * (U - 128), and V' alike
+ *
+ * What is computed has gains in 1/64 and whole offsets. So contrast and saturation are taken at the
+ * nearest 1/64, and brightness at the nearest 1/255: differences from videobalance are at most 3 of
+ * 255 in Y and 2 of 255 in U and V, before the conversion. Values that come to the same as 1, 0 and
+ * 1 change nothing. Black stays black and grey stays grey whatever contrast and saturation are. The
+ * hue cannot be adjusted.
+ *
+ * The properties can be controlled, and are offered as #GstColorBalance channels, too. All
+ * lumalaneconvert elements of a process share one adjustment of the library: frames with an
+ * adjustment take turns, each with its own.
+ *
+ * ## Interlaced video
+ *
+ * With deinterlace=none both fields of a frame stay where they are, and each is converted with
+ * its own chroma. With double and edge the first field of each frame becomes a whole frame, and the
+ * other field is dropped: the frame rate stays. edge is for YV12 and I420 to YUY2 and RGB;
+ * double repeats the rows of YUY2. Frames of mixed streams that are not interlaced are converted
+ * whole.
+ *
+ * ## Example launch lines
+ * |[
+ * gst-launch-1.0 videotestsrc ! lumalaneconvert contrast=1.2 ! video/x-raw,format=BGRx ! ximagesink
+ * ]|
+ * |[
+ * gst-launch-1.0 playbin uri=file:///video.mp4 video-filter="lumalaneconvert saturation=0"
+ * ]|
+ */
+#include "lumalaneconvert.h"
+
+#include "balance.h"
+#include "caps.h"
+#include "conversion.h"
+
+#include <gst/video/colorbalance.h>
+#include <gst/video/gstvideofilter.h>
+#include <gst/video/video.h>
+
+#include <algorithm>
+
+GST_DEBUG_CATEGORY_STATIC(lumalaneconvert_debug);
+#define GST_CAT_DEFAULT lumalaneconvert_debug
+
+using lumalane_gst::balance;
+using lumalane_gst::balance_count;
+using lumalane_gst::balance_ranges;
+using lumalane_gst::changes_nothing;
+using lumalane_gst::deinterlacing;
+
+namespace {
+
+constexpr int least_of_channel = -1000, most_of_channel = 1000;
+
+enum { property_deinterlace = balance_count + 1 }; // behind those of the balance, which begin at 1
+
+// What the element knows beside its parent class.
+struct state {
+    // Guarded by the object's lock.
+    balance adjusted;
+    deinterlacing wanted = deinterlacing::none;
+    bool same_caps = false; // frames without an adjustment may pass
+
+    // Of the streaming thread.
+    deinterlacing how = deinterlacing::none; // that of the caps
+    lumalane_gst::converter converter;
+
+    GList *channels = nullptr;
+};
+
+} // namespace
+
+struct GstLumalaneConvert {
+    GstVideoFilter parent;
+    state *own;
+};
+
+struct GstLumalaneConvertClass {
+    GstVideoFilterClass parent_class;
+};
+
+static void color_balance_init(GstColorBalanceInterface *iface);
+
+G_DEFINE_TYPE_WITH_CODE(GstLumalaneConvert, gst_lumalane_convert, GST_TYPE_VIDEO_FILTER,
+                        G_IMPLEMENT_INTERFACE(GST_TYPE_COLOR_BALANCE, color_balance_init))
+
+GST_ELEMENT_REGISTER_DEFINE_WITH_CODE(
+    lumalaneconvert, "lumalaneconvert", GST_RANK_NONE, gst_lumalane_convert_get_type(),
+    GST_DEBUG_CATEGORY_INIT(lumalaneconvert_debug, "lumalaneconvert", 0, "Lumalane's converter"))
+
+namespace {
+
+state &state_of(gpointer object) { return *reinterpret_cast<GstLumalaneConvert *>(object)->own; }
+
+GType deinterlace_type() {
+    static const GEnumValue values[] = {
+        {static_cast<int>(deinterlacing::none), "Both fields stay", "none"},
+        {static_cast<int>(deinterlacing::doubled),
+         "The first field, with averages of its rows between them", "double"},
+        {static_cast<int>(deinterlacing::edge),
+         "The first field, with rows between its own that follow the edges", "edge"},
+        {0, nullptr, nullptr}};
+    static gsize type = 0;
+    if (g_once_init_enter(&type))
+        g_once_init_leave(&type, g_enum_register_static("GstLumalaneConvertDeinterlace", values));
+    return type;
+}
+
+// ---- What is to be done ------------------------------------------------------------------------
+
+// After a change of the properties or the caps. A frame that stops passing through needs memory, for
+// which the element is negotiated again.
+void update_passthrough(gpointer self) {
+    GstBaseTransform *const transform = GST_BASE_TRANSFORM(self);
+    state &own = state_of(self);
+    GST_OBJECT_LOCK(self);
+    const bool passes = own.same_caps && changes_nothing(adjustment_of(own.adjusted));
+    GST_OBJECT_UNLOCK(self);
+    if (passes == bool(gst_base_transform_is_passthrough(transform)))
+        return;
+    GST_DEBUG_OBJECT(self, "frames %s", passes ? "pass through" : "are converted");
+    gst_base_transform_set_passthrough(transform, passes);
+    gst_base_transform_reconfigure_src(transform);
+}
+
+bool set_balance(gpointer self, int which, double value) {
+    GST_OBJECT_LOCK(self);
+    double &now = state_of(self).adjusted.values[which];
+    const bool changes = now != value;
+    now = value;
+    GST_OBJECT_UNLOCK(self);
+    if (changes) {
+        GST_INFO_OBJECT(self, "%s is %f", balance_ranges[which].property, value);
+        update_passthrough(self);
+    }
+    return changes;
+}
+
+double balance_of(gpointer self, int which) {
+    GST_OBJECT_LOCK(self);
+    const double value = state_of(self).adjusted.values[which];
+    GST_OBJECT_UNLOCK(self);
+    return value;
+}
+
+// ---- Channels of the color balance -------------------------------------------------------------
+
+int to_channel(int which, double value) {
+    const lumalane_gst::balance_range &r = balance_ranges[which];
+    const double part = (value - r.least) / (r.most - r.least);
+    return least_of_channel + static_cast<int>(part * (most_of_channel - least_of_channel) + 0.5);
+}
+
+double from_channel(int which, int value) {
+    const lumalane_gst::balance_range &r = balance_ranges[which];
+    const double part = double(value - least_of_channel) / (most_of_channel - least_of_channel);
+    return r.least + part * (r.most - r.least);
+}
+
+GstColorBalanceChannel *channel(gpointer self, int which) {
+    return GST_COLOR_BALANCE_CHANNEL(g_list_nth_data(state_of(self).channels, which));
+}
+
+// Which one it is, or -1.
+int which_channel(gpointer self, GstColorBalanceChannel *wanted) {
+    return g_list_index(state_of(self).channels, wanted);
+}
+
+const GList *list_channels(GstColorBalance *self) { return state_of(self).channels; }
+
+void set_channel(GstColorBalance *self, GstColorBalanceChannel *wanted, gint value) {
+    const int which = which_channel(self, wanted);
+    g_return_if_fail(which >= 0);
+    const int limited = std::clamp(value, least_of_channel, most_of_channel);
+    if (limited != to_channel(which, balance_of(self, which)))
+        g_object_set(self, balance_ranges[which].property, from_channel(which, limited), nullptr);
+}
+
+gint get_channel(GstColorBalance *self, GstColorBalanceChannel *wanted) {
+    const int which = which_channel(self, wanted);
+    g_return_val_if_fail(which >= 0, 0);
+    return to_channel(which, balance_of(self, which));
+}
+
+GstColorBalanceType balance_type(GstColorBalance *) { return GST_COLOR_BALANCE_SOFTWARE; }
+
+// ---- Properties --------------------------------------------------------------------------------
+
+void set_property(GObject *self, guint id, const GValue *value, GParamSpec *spec) {
+    if (id == property_deinterlace) {
+        state &own = state_of(self);
+        GST_OBJECT_LOCK(self);
+        own.wanted = static_cast<deinterlacing>(g_value_get_enum(value));
+        GST_OBJECT_UNLOCK(self);
+        gst_base_transform_reconfigure_src(GST_BASE_TRANSFORM(self));
+    } else if (id >= 1 && id <= balance_count) {
+        const int which = static_cast<int>(id) - 1;
+        if (set_balance(self, which, g_value_get_double(value)))
+            gst_color_balance_value_changed(GST_COLOR_BALANCE(self), channel(self, which),
+                                            to_channel(which, balance_of(self, which)));
+    } else {
+        G_OBJECT_WARN_INVALID_PROPERTY_ID(self, id, spec);
+    }
+}
+
+deinterlacing wanted_deinterlacing(gpointer self) {
+    GST_OBJECT_LOCK(self);
+    const deinterlacing wanted = state_of(self).wanted;
+    GST_OBJECT_UNLOCK(self);
+    return wanted;
+}
+
+void get_property(GObject *self, guint id, GValue *value, GParamSpec *spec) {
+    if (id == property_deinterlace)
+        g_value_set_enum(value, static_cast<int>(wanted_deinterlacing(self)));
+    else if (id >= 1 && id <= balance_count)
+        g_value_set_double(value, balance_of(self, static_cast<int>(id) - 1));
+    else
+        G_OBJECT_WARN_INVALID_PROPERTY_ID(self, id, spec);
+}
+
+// ---- Negotiation -------------------------------------------------------------------------------
+
+GstCaps *transform_caps(GstBaseTransform *self, GstPadDirection direction, GstCaps *caps,
+                        GstCaps *filter) {
+    GstCaps *made = lumalane_gst::transform_caps(direction, caps, wanted_deinterlacing(self));
+    if (filter) {
+        GstCaps *const both = gst_caps_intersect_full(filter, made, GST_CAPS_INTERSECT_FIRST);
+        gst_caps_unref(made);
+        made = both;
+    }
+    GST_LOG_OBJECT(self, "%" GST_PTR_FORMAT " become %" GST_PTR_FORMAT, caps, made);
+    return made;
+}
+
+GstCaps *fixate_caps(GstBaseTransform *self, GstPadDirection direction, GstCaps *caps,
+                     GstCaps *others) {
+    GstCaps *const fixed = direction == GST_PAD_SINK ? lumalane_gst::fixate_caps(caps, others)
+                                                     : gst_caps_fixate(others);
+    GST_DEBUG_OBJECT(self, "%" GST_PTR_FORMAT " become %" GST_PTR_FORMAT, caps, fixed);
+    return fixed;
+}
+
+// As if they were BT.601.
+GstCaps *as_bt601(GstCaps *caps) {
+    GstCaps *const copy = gst_caps_copy(caps);
+    gst_caps_set_simple(copy, "colorimetry", G_TYPE_STRING, GST_VIDEO_COLORIMETRY_BT601, nullptr);
+    return copy;
+}
+
+GstBaseTransformClass *parent_transform() {
+    return GST_BASE_TRANSFORM_CLASS(gst_lumalane_convert_parent_class);
+}
+
+// Caps that are refused for nothing but their colorimetry come in, so that the element can say so.
+gboolean accept_caps(GstBaseTransform *self, GstPadDirection direction, GstCaps *caps) {
+    if (parent_transform()->accept_caps(self, direction, caps))
+        return TRUE;
+    if (direction != GST_PAD_SINK)
+        return FALSE;
+    GstCaps *const copy = as_bt601(caps);
+    const gboolean accepts = parent_transform()->accept_caps(self, direction, copy);
+    gst_caps_unref(copy);
+    return accepts;
+}
+
+gboolean sink_event(GstBaseTransform *self, GstEvent *event) {
+    GstVideoInfo info;
+    GstCaps *caps = nullptr;
+    bool refusable = false;
+    if (GST_EVENT_TYPE(event) == GST_EVENT_CAPS) {
+        gst_event_parse_caps(event, &caps);
+        refusable = gst_video_info_from_caps(&info, caps) && GST_VIDEO_INFO_IS_YUV(&info) &&
+                    !lumalane_gst::has_bt601(info);
+        gst_caps_ref(caps);
+    }
+    const gboolean done = parent_transform()->sink_event(self, event);
+    if (!done && refusable && !GST_PAD_IS_FLUSHING(self->sinkpad)) {
+        gchar *const has = gst_video_colorimetry_to_string(&info.colorimetry);
+        GST_ELEMENT_ERROR(self, STREAM, FORMAT,
+                          ("RGB is made of limited-range BT.601 video only. This is %s: put "
+                           "videoconvert before lumalaneconvert.",
+                           has ? has : "of unknown colorimetry"),
+                          ("caps: %" GST_PTR_FORMAT, caps));
+        g_free(has);
+    }
+    gst_caps_replace(&caps, nullptr);
+    return done;
+}
+
+gboolean set_info(GstVideoFilter *self, GstCaps *, GstVideoInfo *in, GstCaps *, GstVideoInfo *out) {
+    state &own = state_of(self);
+    const GstVideoFormat from = GST_VIDEO_INFO_FORMAT(in), to = GST_VIDEO_INFO_FORMAT(out);
+    if (lumalane_gst::is_rgb(to) && !lumalane_gst::has_bt601(*in)) {
+        GST_ERROR_OBJECT(self, "RGB of video that is not limited-range BT.601");
+        return FALSE;
+    }
+    // Fields that the caps keep are kept, whatever has been set since.
+    const bool deinterlaces =
+        GST_VIDEO_INFO_IS_INTERLACED(in) && !GST_VIDEO_INFO_IS_INTERLACED(out);
+    own.how = deinterlaces ? wanted_deinterlacing(self) : deinterlacing::none;
+    if (deinterlaces && own.how == deinterlacing::none)
+        return FALSE;
+    GST_OBJECT_LOCK(self);
+    own.same_caps = from == to && !deinterlaces;
+    GST_OBJECT_UNLOCK(self);
+    update_passthrough(self);
+    return TRUE;
+}
+
+// ---- Frames ------------------------------------------------------------------------------------
+
+void before_transform(GstBaseTransform *self, GstBuffer *buffer) {
+    const GstClockTime time =
+        gst_segment_to_stream_time(&self->segment, GST_FORMAT_TIME, GST_BUFFER_TIMESTAMP(buffer));
+    if (GST_CLOCK_TIME_IS_VALID(time))
+        gst_object_sync_values(GST_OBJECT(self), time);
+}
+
+lumalane::picture picture_of(GstVideoFrame *f) {
+    lumalane::picture p{};
+    lumalane_gst::format_of(GST_VIDEO_FRAME_FORMAT(f), p.format);
+    p.width = GST_VIDEO_FRAME_WIDTH(f);
+    p.height = GST_VIDEO_FRAME_HEIGHT(f);
+    for (guint i = 0; i < GST_VIDEO_FRAME_N_PLANES(f); ++i)
+        p.planes[i] = {static_cast<unsigned char *>(GST_VIDEO_FRAME_PLANE_DATA(f, i)),
+                       GST_VIDEO_FRAME_PLANE_STRIDE(f, i)};
+    return p;
+}
+
+bool lower_field_is_first(GstVideoFrame *f) {
+    return !GST_VIDEO_FRAME_IS_TFF(f) &&
+           GST_VIDEO_INFO_FIELD_ORDER(&f->info) != GST_VIDEO_FIELD_ORDER_TOP_FIELD_FIRST;
+}
+
+GstFlowReturn transform_frame(GstVideoFilter *self, GstVideoFrame *in, GstVideoFrame *out) {
+    state &own = state_of(self);
+    GST_OBJECT_LOCK(self);
+    const lumalane::adjustment adjust = adjustment_of(own.adjusted);
+    GST_OBJECT_UNLOCK(self);
+
+    lumalane_gst::frame f{picture_of(in), picture_of(out)};
+    f.interlaced = GST_VIDEO_FRAME_IS_INTERLACED(in);
+    f.first_field = lower_field_is_first(in) ? 1 : 0;
+    f.how = own.how;
+    f.adjust = changes_nothing(adjust) ? nullptr : &adjust;
+    if (own.how != deinterlacing::none)
+        GST_BUFFER_FLAG_UNSET(out->buffer,
+                              GST_VIDEO_BUFFER_FLAG_INTERLACED | GST_VIDEO_BUFFER_FLAG_TFF |
+                                  GST_VIDEO_BUFFER_FLAG_RFF | GST_VIDEO_BUFFER_FLAG_ONEFIELD);
+
+    const bool as_it_is = f.source.format == f.destination.format && !f.adjust &&
+                          !(f.interlaced && own.how != deinterlacing::none);
+    if (as_it_is)
+        return gst_video_frame_copy(out, in) ? GST_FLOW_OK : GST_FLOW_ERROR;
+    if (const lumalane::status done = own.converter.convert(f); !done) {
+        char text[lumalane::status_text_size];
+        GST_ELEMENT_ERROR(self, STREAM, FORMAT, ("A frame cannot be converted."),
+                          ("%s", done.write(text, sizeof text)));
+        return GST_FLOW_ERROR;
+    }
+    return GST_FLOW_OK;
+}
+
+// ---- The class ---------------------------------------------------------------------------------
+
+void finalize(GObject *self) {
+    GstLumalaneConvert *const object = reinterpret_cast<GstLumalaneConvert *>(self);
+    g_list_free_full(object->own->channels, g_object_unref);
+    delete object->own;
+    object->own = nullptr;
+    G_OBJECT_CLASS(gst_lumalane_convert_parent_class)->finalize(self);
+}
+
+GstStaticPadTemplate sink_template =
+    GST_STATIC_PAD_TEMPLATE("sink", GST_PAD_SINK, GST_PAD_ALWAYS,
+                            GST_STATIC_CAPS(GST_VIDEO_CAPS_MAKE(LUMALANE_GST_SINK_FORMATS)));
+GstStaticPadTemplate source_template =
+    GST_STATIC_PAD_TEMPLATE("src", GST_PAD_SRC, GST_PAD_ALWAYS,
+                            GST_STATIC_CAPS(GST_VIDEO_CAPS_MAKE(LUMALANE_GST_SOURCE_FORMATS)));
+
+} // namespace
+
+static void color_balance_init(GstColorBalanceInterface *iface) {
+    iface->list_channels = list_channels;
+    iface->set_value = set_channel;
+    iface->get_value = get_channel;
+    iface->get_balance_type = balance_type;
+}
+
+static void gst_lumalane_convert_init(GstLumalaneConvert *self) {
+    self->own = new state;
+    for (const lumalane_gst::balance_range &r : balance_ranges) {
+        auto *const made =
+            GST_COLOR_BALANCE_CHANNEL(g_object_new(GST_TYPE_COLOR_BALANCE_CHANNEL, nullptr));
+        made->label = g_strdup(r.channel);
+        made->min_value = least_of_channel;
+        made->max_value = most_of_channel;
+        self->own->channels = g_list_append(self->own->channels, made);
+    }
+}
+
+static void gst_lumalane_convert_class_init(GstLumalaneConvertClass *klass) {
+    GObjectClass *const object_class = G_OBJECT_CLASS(klass);
+    GstElementClass *const element_class = GST_ELEMENT_CLASS(klass);
+    GstBaseTransformClass *const transform_class = GST_BASE_TRANSFORM_CLASS(klass);
+    GstVideoFilterClass *const filter_class = GST_VIDEO_FILTER_CLASS(klass);
+
+    object_class->set_property = set_property;
+    object_class->get_property = get_property;
+    object_class->finalize = finalize;
+
+    const auto flags = static_cast<GParamFlags>(G_PARAM_READWRITE | G_PARAM_STATIC_STRINGS |
+                                                GST_PARAM_CONTROLLABLE | GST_PARAM_MUTABLE_PLAYING);
+    const auto install = [&](int which, const char *nick, const char *blurb) {
+        const lumalane_gst::balance_range &r = balance_ranges[which];
+        g_object_class_install_property(
+            object_class, static_cast<guint>(which) + 1,
+            g_param_spec_double(r.property, nick, blurb, r.least, r.most, r.neutral, flags));
+    };
+    /**
+     * lumalaneconvert:contrast:
+     *
+     * How many times as far from black each pixel is; taken at the nearest 1/64.
+     */
+    install(lumalane_gst::contrast, "Contrast", "Contrast, in steps of 1/64");
+    /**
+     * lumalaneconvert:brightness:
+     *
+     * What is added to each pixel; 1 makes black white. Taken at the nearest 1/255.
+     */
+    install(lumalane_gst::brightness, "Brightness", "Brightness, in steps of 1/255");
+    /**
+     * lumalaneconvert:saturation:
+     *
+     * How many times as far from grey each pixel is; taken at the nearest 1/64.
+     */
+    install(lumalane_gst::saturation, "Saturation", "Saturation, in steps of 1/64");
+    /**
+     * lumalaneconvert:deinterlace:
+     *
+     * What becomes of interlaced frames.
+     */
+    g_object_class_install_property(
+        object_class, property_deinterlace,
+        g_param_spec_enum("deinterlace", "Deinterlace", "What becomes of interlaced frames",
+                          deinterlace_type(), static_cast<int>(deinterlacing::none),
+                          static_cast<GParamFlags>(G_PARAM_READWRITE | G_PARAM_STATIC_STRINGS |
+                                                   GST_PARAM_MUTABLE_PLAYING)));
+    gst_type_mark_as_plugin_api(deinterlace_type(), static_cast<GstPluginAPIFlags>(0));
+
+    gst_element_class_set_static_metadata(
+        element_class, "Lumalane video converter", "Filter/Converter/Video/Effect/Deinterlace",
+        "Converts YV12, I420 and YUY2 to RGB and YUV formats, adjusts and deinterlaces on the way",
+        "Lumalane");
+    gst_element_class_add_static_pad_template(element_class, &sink_template);
+    gst_element_class_add_static_pad_template(element_class, &source_template);
+
+    transform_class->transform_caps = transform_caps;
+    transform_class->fixate_caps = fixate_caps;
+    transform_class->accept_caps = accept_caps;
+    transform_class->sink_event = sink_event;
+    transform_class->before_transform = before_transform;
+    transform_class->transform_ip_on_passthrough = FALSE;
+    filter_class->set_info = set_info;
+    filter_class->transform_frame = transform_frame;
+}

@@ -1,0 +1,798 @@
+// The element by itself, in a harness that plays its neighbours.
+#include "balance.h"
+#include "conversion.h"
+#include "lumalaneconvert.h"
+
+#include <gst/check/gstharness.h>
+#include <gst/controller/gstdirectcontrolbinding.h>
+#include <gst/controller/gstinterpolationcontrolsource.h>
+#include <gst/video/colorbalance.h>
+#include <gst/video/video.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+using lumalane::const_picture;
+using lumalane::format;
+using lumalane::picture;
+using std::string;
+
+struct named_format {
+    const char *name;
+    lumalane::format format;
+};
+
+constexpr named_format yv12{"YV12", format::yv12}, i420{"I420", format::i420},
+    yuy2{"YUY2", format::yuy2}, bgrx{"BGRx", format::rgb32}, bgr{"BGR", format::rgb24},
+    rgb16{"RGB16", format::rgb565};
+constexpr named_format sinks[] = {yv12, i420, yuy2};
+constexpr named_format sources[] = {bgrx, bgr, rgb16, yuy2, yv12, i420};
+
+// ---- Pictures ----------------------------------------------------------------------------------
+
+// A picture with memory of its own, of strides that are `gap` bytes longer than the rows and with
+// `gap` bytes before, between and behind its planes.
+struct drawn {
+    std::vector<unsigned char> bytes;
+    picture p;
+    std::vector<gsize> offsets;
+
+    drawn(format f, int width, int height, int gap = 0) : p{f, width, height, {}} {
+        gsize size = gap;
+        for (int i = 0; i < lumalane::plane_count(f); ++i) {
+            p.planes[i].stride = static_cast<int>(lumalane::row_bytes(f, i, width)) + gap;
+            offsets.push_back(size);
+            size += static_cast<gsize>(p.planes[i].stride) * plane_rows(i) + gap;
+        }
+        bytes.resize(size);
+        for (size_t i = 0; i < offsets.size(); ++i)
+            p.planes[i].data = bytes.data() + offsets[i];
+    }
+    drawn(drawn &&) = default; // the memory stays where it is
+
+    int plane_rows(int i) const { return lumalane::plane_height(p.format, i, p.height); }
+};
+
+drawn noise(format f, int width, int height, int gap = 0, unsigned seed = 1) {
+    drawn d(f, width, height, gap);
+    std::mt19937 draw(seed);
+    for (unsigned char &byte : d.bytes)
+        byte = static_cast<unsigned char>(draw());
+    return d;
+}
+
+// The pixels without what is between them.
+std::vector<unsigned char> pixels_of(const const_picture &p) {
+    std::vector<unsigned char> all;
+    for (int i = 0; i < lumalane::plane_count(p.format); ++i)
+        for (int row = 0; row < lumalane::plane_height(p.format, i, p.height); ++row) {
+            const unsigned char *const from =
+                p.planes[i].data + static_cast<std::ptrdiff_t>(row) * p.planes[i].stride;
+            all.insert(all.end(), from, from + lumalane::row_bytes(p.format, i, p.width));
+        }
+    return all;
+}
+
+std::vector<unsigned char> converted(const const_picture &source, format to,
+                                     const lumalane::adjustment *adjust = nullptr) {
+    drawn made(to, source.width, source.height);
+    const lumalane::status s =
+        adjust ? lumalane::convert(source, made.p, *adjust) : lumalane::convert(source, made.p);
+    EXPECT_TRUE(s);
+    return pixels_of(made.p);
+}
+
+// ---- The element between its neighbours --------------------------------------------------------
+
+string caps_of(const named_format &f, int width, int height, const string &more = "") {
+    return string("video/x-raw, format=") + f.name + ", width=" + std::to_string(width) +
+           ", height=" + std::to_string(height) + ", framerate=25/1" +
+           (more.empty() ? "" : ", " + more);
+}
+
+class element : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        gst_init(nullptr, nullptr);
+        ASSERT_TRUE(GST_ELEMENT_REGISTER(lumalaneconvert, nullptr));
+    }
+
+    void SetUp() override { start(); }
+    void TearDown() override { stop(); }
+
+    void start() {
+        harness = gst_harness_new("lumalaneconvert");
+        bus = gst_bus_new();
+        gst_element_set_bus(harness->element, bus);
+    }
+
+    void stop() {
+        gst_element_set_bus(harness->element, nullptr);
+        gst_object_unref(bus);
+        gst_harness_teardown(harness);
+    }
+
+    void restart() {
+        stop();
+        start();
+    }
+
+    void set(const char *property, double value) {
+        g_object_set(harness->element, property, value, nullptr);
+    }
+
+    double get(const char *property) {
+        double value = 0;
+        g_object_get(harness->element, property, &value, nullptr);
+        return value;
+    }
+
+    void deinterlace(const char *how) {
+        gst_util_set_object_arg(G_OBJECT(harness->element), "deinterlace", how);
+    }
+
+    // What the neighbours have; false if that does not come together.
+    bool negotiate(const string &from, const string &to) {
+        gst_harness_set_sink_caps_str(harness, to.c_str());
+        return set_source(from);
+    }
+
+    bool set_source(const string &from) {
+        GstCaps *caps = gst_caps_from_string(from.c_str());
+        gst_harness_play(harness);
+        gst_harness_push_event(harness, gst_event_new_stream_start("test"));
+        gst_harness_push_event(harness, gst_event_new_caps(caps));
+        GstSegment segment;
+        gst_segment_init(&segment, GST_FORMAT_TIME);
+        gst_harness_push_event(harness, gst_event_new_segment(&segment));
+        // That an event is refused shows in nothing but what the pad has then.
+        GstPad *const pad = gst_element_get_static_pad(harness->element, "sink");
+        GstCaps *const has = gst_pad_get_current_caps(pad);
+        const bool taken = has && gst_caps_is_equal(has, caps);
+        gst_caps_replace(&caps, nullptr);
+        if (has)
+            gst_caps_unref(has);
+        gst_object_unref(pad);
+        return taken;
+    }
+
+    // The text of the element's error, or nothing.
+    string error() {
+        string text;
+        while (GstMessage *const message = gst_bus_pop_filtered(bus, GST_MESSAGE_ERROR)) {
+            GError *e = nullptr;
+            gst_message_parse_error(message, &e, nullptr);
+            text = e->message;
+            g_error_free(e);
+            gst_message_unref(message);
+        }
+        return text;
+    }
+
+    GstCaps *made_caps() { return gst_pad_get_current_caps(harness->sinkpad); }
+
+    string made(const char *field) {
+        GstCaps *const caps = made_caps();
+        const char *const text =
+            caps ? gst_structure_get_string(gst_caps_get_structure(caps, 0), field) : nullptr;
+        const string found = text ? text : "";
+        if (caps)
+            gst_caps_unref(caps);
+        return found;
+    }
+
+    // A buffer that says by a video meta where its planes are.
+    static GstBuffer *buffer_of(const drawn &d, GstVideoFormat f, GstClockTime at = 0) {
+        GstBuffer *const buffer = gst_buffer_new_memdup(d.bytes.data(), d.bytes.size());
+        gint strides[GST_VIDEO_MAX_PLANES] = {};
+        gsize offsets[GST_VIDEO_MAX_PLANES] = {};
+        for (size_t i = 0; i < d.offsets.size(); ++i) {
+            strides[i] = d.p.planes[i].stride;
+            offsets[i] = d.offsets[i];
+        }
+        gst_buffer_add_video_meta_full(
+            buffer, GST_VIDEO_FRAME_FLAG_NONE, f, static_cast<guint>(d.p.width),
+            static_cast<guint>(d.p.height), static_cast<guint>(d.offsets.size()), offsets, strides);
+        GST_BUFFER_PTS(buffer) = at;
+        return buffer;
+    }
+
+    // A buffer of GStreamer's own strides, without a meta.
+    static GstBuffer *plain_buffer_of(const drawn &d, const GstVideoInfo &info) {
+        GstBuffer *const buffer = gst_buffer_new_allocate(nullptr, info.size, nullptr);
+        GstVideoFrame f;
+        EXPECT_TRUE(gst_video_frame_map(&f, &info, buffer, GST_MAP_WRITE));
+        for (int i = 0; i < lumalane::plane_count(d.p.format); ++i)
+            for (int row = 0; row < d.plane_rows(i); ++row)
+                std::copy_n(d.p.planes[i].data + row * d.p.planes[i].stride,
+                            lumalane::row_bytes(d.p.format, i, d.p.width),
+                            static_cast<unsigned char *>(GST_VIDEO_FRAME_PLANE_DATA(&f, i)) +
+                                row * GST_VIDEO_FRAME_PLANE_STRIDE(&f, i));
+        gst_video_frame_unmap(&f);
+        GST_BUFFER_PTS(buffer) = 0;
+        return buffer;
+    }
+
+    // The pixels of a buffer that the element made. Takes it.
+    std::vector<unsigned char> pixels(GstBuffer *buffer, format f) {
+        if (!buffer)
+            return {};
+        GstCaps *const caps = made_caps();
+        GstVideoInfo info;
+        EXPECT_TRUE(gst_video_info_from_caps(&info, caps));
+        gst_caps_unref(caps);
+        GstVideoFrame mapped;
+        EXPECT_TRUE(gst_video_frame_map(&mapped, &info, buffer, GST_MAP_READ));
+        const_picture p{f, GST_VIDEO_FRAME_WIDTH(&mapped), GST_VIDEO_FRAME_HEIGHT(&mapped), {}};
+        for (int i = 0; i < lumalane::plane_count(f); ++i)
+            p.planes[i] = {static_cast<unsigned char *>(GST_VIDEO_FRAME_PLANE_DATA(&mapped, i)),
+                           GST_VIDEO_FRAME_PLANE_STRIDE(&mapped, i)};
+        std::vector<unsigned char> all = pixels_of(p);
+        gst_video_frame_unmap(&mapped);
+        gst_buffer_unref(buffer);
+        return all;
+    }
+
+    std::vector<unsigned char> pushed(const drawn &d, const named_format &from,
+                                      const named_format &to, guint flags = 0) {
+        GstBuffer *const buffer = buffer_of(d, gst_video_format_from_string(from.name));
+        GST_BUFFER_FLAG_SET(buffer, flags);
+        return pixels(gst_harness_push_and_pull(harness, buffer), to.format);
+    }
+
+    GstHarness *harness = nullptr;
+    GstBus *bus = nullptr;
+};
+
+bool can_convert(const named_format &from, const named_format &to) {
+    return lumalane_gst::converts(from.format, to.format, lumalane_gst::deinterlacing::none);
+}
+
+// ---- Negotiation -------------------------------------------------------------------------------
+
+TEST_F(element, negotiates_every_pair_of_formats_that_there_is) {
+    for (const named_format &from : sinks)
+        for (const named_format &to : sources) {
+            SCOPED_TRACE(string(from.name) + " to " + to.name);
+            restart();
+            EXPECT_EQ(negotiate(caps_of(from, 64, 48), string("video/x-raw, format=") + to.name),
+                      can_convert(from, to));
+            EXPECT_EQ(made("format"), can_convert(from, to) ? to.name : "");
+            EXPECT_EQ(error(), "");
+        }
+}
+
+TEST_F(element, keeps_size_and_frame_rate_and_states_full_range_rgb) {
+    ASSERT_TRUE(negotiate(caps_of(i420, 853, 479, "pixel-aspect-ratio=8/9, chroma-site=mpeg2"),
+                          "video/x-raw, format=BGRx"));
+    GstCaps *const caps = made_caps();
+    GstCaps *const wanted =
+        gst_caps_from_string("video/x-raw, format=BGRx, width=853, height=479, framerate=25/1, "
+                             "pixel-aspect-ratio=8/9, colorimetry=sRGB");
+    EXPECT_TRUE(gst_caps_is_equal(caps, wanted)) << gst_caps_to_string(caps);
+    gst_caps_unref(caps);
+    gst_caps_unref(wanted);
+}
+
+TEST_F(element, refuses_another_size) {
+    EXPECT_FALSE(negotiate(caps_of(i420, 64, 48), caps_of(bgrx, 64, 49)));
+}
+
+TEST_F(element, prefers_the_format_that_keeps_the_most) {
+    const struct {
+        const named_format &from;
+        const char *choices;
+        const char *taken;
+    } cases[] = {{i420, "{ BGRx, YUY2, YV12, I420 }", "I420"},
+                 {i420, "{ BGRx, YUY2, YV12 }", "YV12"},
+                 {yuy2, "{ RGB16, BGR, BGRx, I420 }", "BGRx"},
+                 {yv12, "{ RGB16, BGR }", "BGR"}};
+    for (const auto &c : cases) {
+        restart();
+        EXPECT_TRUE(negotiate(caps_of(c.from, 64, 48), string("video/x-raw, format=") + c.choices));
+        EXPECT_EQ(made("format"), c.taken);
+    }
+}
+
+TEST_F(element, takes_the_rgb_of_limited_range_bt601_only) {
+    const struct {
+        const char *colorimetry;
+        bool rgb;
+    } cases[] = {{"bt601", true},  {"2:4:5:2", true},  {"2:4:7:1", true}, {"2:4:0:0", true},
+                 {"bt709", false}, {"1:4:0:0", false}, {"bt2020", false}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.colorimetry);
+        const string from = caps_of(yv12, 64, 48, string("colorimetry=") + c.colorimetry);
+        restart();
+        EXPECT_EQ(negotiate(from, "video/x-raw, format={ BGRx, BGR, RGB16 }"), c.rgb);
+        const string text = error();
+        EXPECT_EQ(text.find("limited-range BT.601") != string::npos, !c.rgb) << text;
+        restart();
+        EXPECT_TRUE(negotiate(from, "video/x-raw, format={ BGRx, YUY2 }"));
+        EXPECT_EQ(made("format"), "YUY2");
+        EXPECT_EQ(made("colorimetry"), c.colorimetry);
+    }
+}
+
+TEST_F(element, takes_the_rgb_of_high_video_if_its_colorimetry_is_named) {
+    const struct {
+        int height;
+        const char *more;
+        bool rgb;
+    } cases[] = {{576, "", true}, {578, "", false}, {720, "colorimetry=bt601", true}};
+    for (const auto &c : cases) {
+        restart();
+        EXPECT_EQ(negotiate(caps_of(i420, 64, c.height, c.more), "video/x-raw, format=BGRx"),
+                  c.rgb);
+        EXPECT_EQ(error().empty(), c.rgb);
+    }
+}
+
+TEST_F(element, refuses_rgb_of_a_limited_range) {
+    EXPECT_FALSE(negotiate(caps_of(i420, 64, 48), "video/x-raw, format=BGRx, colorimetry=2:1:7:1"));
+}
+
+TEST_F(element, asks_for_bt601_where_rgb_is_wanted) {
+    gst_harness_set_sink_caps_str(harness, "video/x-raw, format=BGRx, width=64, height=720");
+    gst_harness_play(harness);
+    GstCaps *const caps = gst_pad_peer_query_caps(harness->srcpad, nullptr);
+    const auto takes = [&](const char *text) {
+        GstCaps *const one = gst_caps_from_string(text);
+        const bool can = gst_caps_can_intersect(caps, one);
+        gst_caps_unref(one);
+        return can;
+    };
+    EXPECT_TRUE(takes("video/x-raw, format=I420, height=720, colorimetry=bt601"));
+    EXPECT_TRUE(takes("video/x-raw, format=YUY2, height=720, colorimetry=2:4:5:3"));
+    EXPECT_FALSE(takes("video/x-raw, format=I420, height=720, colorimetry=bt709"));
+    EXPECT_FALSE(takes("video/x-raw, format=I420, height=480, colorimetry=bt601"));
+    gst_caps_unref(caps);
+}
+
+TEST_F(element, is_negotiated_again_in_the_middle_of_a_stream) {
+    ASSERT_TRUE(negotiate(caps_of(i420, 64, 48), "video/x-raw, format=BGRx"));
+    const drawn first = noise(format::i420, 64, 48);
+    EXPECT_EQ(pushed(first, i420, bgrx), converted(first.p, format::rgb32));
+    ASSERT_TRUE(set_source(caps_of(yuy2, 35, 21)));
+    const drawn second = noise(format::yuy2, 35, 21);
+    EXPECT_EQ(pushed(second, yuy2, bgrx), converted(second.p, format::rgb32));
+    gst_harness_set_sink_caps_str(harness, "video/x-raw, format=RGB16");
+    gst_harness_push_upstream_event(harness, gst_event_new_reconfigure());
+    EXPECT_EQ(pushed(second, yuy2, rgb16), converted(second.p, format::rgb565));
+    EXPECT_EQ(made("format"), "RGB16");
+}
+
+// ---- Pixels ------------------------------------------------------------------------------------
+
+constexpr struct {
+    int width, height;
+} sizes[] = {{1, 1}, {2, 1}, {3, 5}, {15, 2}, {16, 16}, {17, 9}, {322, 10}, {321, 7}, {1366, 5}};
+
+TEST_F(element, makes_the_pixels_of_the_library_of_any_size) {
+    for (const named_format &from : sinks)
+        for (const named_format &to : sources)
+            for (const auto &size : sizes) {
+                if (!can_convert(from, to))
+                    continue;
+                SCOPED_TRACE(caps_of(from, size.width, size.height) + " to " + to.name);
+                restart();
+                set("contrast", 1.25);
+                set("saturation", 0.5);
+                ASSERT_TRUE(negotiate(caps_of(from, size.width, size.height),
+                                      string("video/x-raw, format=") + to.name));
+                const lumalane::adjustment adjust = lumalane_gst::adjustment_of({{1.25, 0, 0.5}});
+                const drawn d = noise(from.format, size.width, size.height);
+                EXPECT_EQ(pushed(d, from, to), converted(d.p, to.format, &adjust));
+                set("contrast", 1);
+                set("saturation", 1);
+                if (from.format != to.format)
+                    EXPECT_EQ(pushed(d, from, to), converted(d.p, to.format));
+                else
+                    EXPECT_EQ(pushed(d, from, to), pixels_of(d.p));
+            }
+}
+
+TEST_F(element, takes_strides_from_the_video_meta_or_the_caps) {
+    for (const named_format &from : sinks)
+        for (const int gap : {1, 5, 64}) {
+            SCOPED_TRACE(from.name + std::to_string(gap));
+            restart();
+            ASSERT_TRUE(negotiate(caps_of(from, 322, 9), "video/x-raw, format=BGR"));
+            const drawn d = noise(from.format, 322, 9, gap);
+            EXPECT_EQ(pushed(d, from, bgr), converted(d.p, format::rgb24));
+            GstVideoInfo info;
+            gst_video_info_set_format(&info, gst_video_format_from_string(from.name), 322, 9);
+            EXPECT_EQ(
+                pixels(gst_harness_push_and_pull(harness, plain_buffer_of(d, info)), format::rgb24),
+                converted(d.p, format::rgb24));
+        }
+}
+
+// A neighbour with a pool of buffers that have gaps around their rows.
+GstPadProbeReturn propose_gaps(GstPad *, GstPadProbeInfo *info, gpointer used) {
+    GstQuery *const query = GST_PAD_PROBE_INFO_QUERY(info);
+    if (GST_QUERY_TYPE(query) != GST_QUERY_ALLOCATION)
+        return GST_PAD_PROBE_OK;
+    GstCaps *caps = nullptr;
+    gst_query_parse_allocation(query, &caps, nullptr);
+    GstVideoInfo video;
+    gst_video_info_from_caps(&video, caps);
+    GstVideoAlignment align;
+    gst_video_alignment_reset(&align);
+    align.padding_left = align.padding_top = 3;
+    align.padding_right = align.padding_bottom = 8;
+    GstBufferPool *const pool = gst_video_buffer_pool_new();
+    GstStructure *const config = gst_buffer_pool_get_config(pool);
+    gst_buffer_pool_config_set_params(config, caps, static_cast<guint>(video.size), 1, 0);
+    gst_buffer_pool_config_add_option(config, GST_BUFFER_POOL_OPTION_VIDEO_META);
+    gst_buffer_pool_config_add_option(config, GST_BUFFER_POOL_OPTION_VIDEO_ALIGNMENT);
+    gst_buffer_pool_config_set_video_alignment(config, &align);
+    EXPECT_TRUE(gst_buffer_pool_set_config(pool, config));
+    gst_query_add_allocation_pool(query, pool, static_cast<guint>(video.size), 1, 0);
+    gst_query_add_allocation_meta(query, GST_VIDEO_META_API_TYPE, nullptr);
+    gst_object_unref(pool);
+    *static_cast<bool *>(used) = true;
+    return GST_PAD_PROBE_HANDLED;
+}
+
+TEST_F(element, writes_into_the_memory_that_its_neighbour_proposes) {
+    bool used = false;
+    gst_pad_add_probe(harness->sinkpad, GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM, propose_gaps, &used,
+                      nullptr);
+    for (const named_format &to : {bgrx, yuy2, yv12}) {
+        ASSERT_TRUE(negotiate(caps_of(i420, 61, 7), string("video/x-raw, format=") + to.name));
+        const drawn d = noise(format::i420, 61, 7);
+        GstBuffer *const out =
+            gst_harness_push_and_pull(harness, buffer_of(d, GST_VIDEO_FORMAT_I420));
+        ASSERT_TRUE(out && used);
+        const GstVideoMeta *const meta = gst_buffer_get_video_meta(out);
+        ASSERT_TRUE(meta);
+        EXPECT_GT(meta->stride[0], lumalane::row_bytes(to.format, 0, 61) + 3);
+        EXPECT_GT(meta->offset[0], 0u);
+        EXPECT_EQ(pixels(out, to.format), converted(d.p, to.format));
+    }
+}
+
+TEST_F(element, keeps_times_and_passes_what_there_is_nothing_to_do_to) {
+    ASSERT_TRUE(negotiate(caps_of(yuy2, 34, 6), "video/x-raw, format=YUY2"));
+    const drawn d = noise(format::yuy2, 34, 6);
+    const auto push = [&](GstClockTime at) {
+        GstBuffer *const in = buffer_of(d, GST_VIDEO_FORMAT_YUY2, at);
+        GstBuffer *const out = gst_harness_push_and_pull(harness, in);
+        EXPECT_EQ(GST_BUFFER_PTS(out), at);
+        const bool same = in == out; // compared, not read
+        gst_buffer_unref(out);
+        return same;
+    };
+    EXPECT_TRUE(push(1));
+    set("contrast", 1.001); // the nearest 1/64 is 1
+    EXPECT_TRUE(push(2));
+    set("brightness", 0.5);
+    EXPECT_FALSE(push(3));
+    EXPECT_FALSE(push(4));
+    set("brightness", 0);
+    EXPECT_TRUE(push(5));
+}
+
+// ---- Balance -----------------------------------------------------------------------------------
+
+TEST_F(element, has_properties_of_the_ranges_of_videobalance) {
+    GstElement *const other = gst_element_factory_make("videobalance", nullptr);
+    ASSERT_TRUE(other);
+    for (const char *name : {"brightness", "contrast", "saturation"}) {
+        GParamSpec *const a =
+            g_object_class_find_property(G_OBJECT_GET_CLASS(harness->element), name);
+        GParamSpec *const b = g_object_class_find_property(G_OBJECT_GET_CLASS(other), name);
+        ASSERT_TRUE(a && b);
+        ASSERT_TRUE(G_IS_PARAM_SPEC_DOUBLE(a) && G_IS_PARAM_SPEC_DOUBLE(b));
+        EXPECT_EQ(G_PARAM_SPEC_DOUBLE(a)->minimum, G_PARAM_SPEC_DOUBLE(b)->minimum);
+        EXPECT_EQ(G_PARAM_SPEC_DOUBLE(a)->maximum, G_PARAM_SPEC_DOUBLE(b)->maximum);
+        EXPECT_EQ(G_PARAM_SPEC_DOUBLE(a)->default_value, G_PARAM_SPEC_DOUBLE(b)->default_value);
+        EXPECT_TRUE(a->flags & GST_PARAM_CONTROLLABLE);
+        EXPECT_EQ(get(name), G_PARAM_SPEC_DOUBLE(a)->default_value);
+        set(name, 0.75);
+        EXPECT_EQ(get(name), 0.75);
+    }
+    gst_object_unref(other);
+}
+
+TEST_F(element, adjusts_as_videobalance_does_but_for_roundings) {
+    // Every value of Y, U and V.
+    drawn d(format::i420, 256, 2);
+    for (int x = 0; x < 512; ++x)
+        d.bytes[x] = static_cast<unsigned char>(x);
+    for (int x = 0; x < 128; ++x)
+        d.bytes[512 + x] = d.bytes[640 + x] = static_cast<unsigned char>(2 * x + x / 64);
+    const auto clamped = [](double x) { return std::clamp(std::round(x), 0.0, 255.0); };
+    std::mt19937 draw(3);
+    const auto between = [&](double a, double b) {
+        return std::uniform_real_distribution<double>(a, b)(draw);
+    };
+    ASSERT_TRUE(negotiate(caps_of(i420, 256, 2), "video/x-raw, format=I420"));
+    for (int i = 0; i < 200; ++i) {
+        const double c = i == 0 ? 0 : i == 1 ? 2 : between(0, 2);
+        const double b = i == 0 ? 1 : i == 1 ? -1 : between(-1, 1);
+        const double s = i == 0 ? 2 : i == 1 ? 0 : between(0, 2);
+        SCOPED_TRACE(std::to_string(c) + " " + std::to_string(b) + " " + std::to_string(s));
+        set("contrast", c);
+        set("brightness", b);
+        set("saturation", s);
+        const std::vector<unsigned char> out = pushed(d, i420, i420);
+        ASSERT_EQ(out.size(), 768u);
+        for (int k = 0; k < 768; ++k) {
+            const double x = d.bytes[k];
+            const double meant =
+                k < 512 ? clamped(16 + (x - 16) * c + b * 255) : clamped(128 + (x - 128) * s);
+            // The gain is off by at most 1/128; four numbers are rounded for Y, two for chroma.
+            const double limit = k < 512 ? 2 + std::abs(x - 16) / 128 : 1 + std::abs(x - 128) / 128;
+            ASSERT_LE(std::abs(out[k] - meant), limit) << k << " " << x;
+        }
+    }
+}
+
+TEST_F(element, leaves_black_and_grey) {
+    for (int i = 0; i <= 1000; ++i) {
+        const lumalane::adjustment a = lumalane_gst::adjustment_of({{i / 500.0, 0, i / 500.0}});
+        ASSERT_EQ((16 * a.y_gain + 32) / 64 + a.y_offset, 16);
+        ASSERT_EQ((128 * a.uv_gain + 32) / 64 + a.u_offset, 128);
+        ASSERT_EQ(a.u_offset, a.v_offset);
+    }
+}
+
+void count_change(GstColorBalance *, GstColorBalanceChannel *, gint value, std::vector<int> *seen) {
+    seen->push_back(value);
+}
+
+TEST_F(element, is_a_color_balance) {
+    GstColorBalance *const balance = GST_COLOR_BALANCE(harness->element);
+    EXPECT_EQ(gst_color_balance_get_balance_type(balance), GST_COLOR_BALANCE_SOFTWARE);
+    std::vector<int> seen;
+    g_signal_connect(balance, "value-changed", G_CALLBACK(count_change), &seen);
+    const struct {
+        const char *channel, *property;
+        double low, high;
+    } expected[] = {{"CONTRAST", "contrast", 0, 2},
+                    {"BRIGHTNESS", "brightness", -1, 1},
+                    {"SATURATION", "saturation", 0, 2}};
+    const GList *const channels = gst_color_balance_list_channels(balance);
+    ASSERT_EQ(g_list_length(const_cast<GList *>(channels)), 3u);
+    for (const auto &e : expected) {
+        GstColorBalanceChannel *found = nullptr;
+        for (const GList *c = channels; c; c = c->next)
+            if (string(GST_COLOR_BALANCE_CHANNEL(c->data)->label) == e.channel)
+                found = GST_COLOR_BALANCE_CHANNEL(c->data);
+        ASSERT_TRUE(found);
+        EXPECT_EQ(gst_color_balance_get_value(balance, found), 0);
+        gst_color_balance_set_value(balance, found, found->min_value);
+        EXPECT_EQ(get(e.property), e.low);
+        gst_color_balance_set_value(balance, found, found->max_value);
+        EXPECT_EQ(get(e.property), e.high);
+        set(e.property, e.low + 0.25 * (e.high - e.low));
+        EXPECT_EQ(gst_color_balance_get_value(balance, found), -500);
+        EXPECT_EQ(seen, (std::vector<int>{found->min_value, found->max_value, -500}));
+        seen.clear();
+    }
+}
+
+TEST_F(element, follows_a_control_source) {
+    GstControlSource *const source = gst_interpolation_control_source_new();
+    g_object_set(source, "mode", GST_INTERPOLATION_MODE_LINEAR, nullptr);
+    auto *const values = GST_TIMED_VALUE_CONTROL_SOURCE(source);
+    gst_timed_value_control_source_set(values, 0, 0.5);          // brightness 0
+    gst_timed_value_control_source_set(values, GST_SECOND, 0.6); // and 0.2
+    gst_object_add_control_binding(
+        GST_OBJECT(harness->element),
+        gst_direct_control_binding_new(GST_OBJECT(harness->element), "brightness", source));
+    gst_object_unref(source);
+    ASSERT_TRUE(negotiate(caps_of(i420, 16, 2), "video/x-raw, format=I420"));
+    drawn d(format::i420, 16, 2);
+    std::fill(d.bytes.begin(), d.bytes.end(), 100);
+    for (const auto &[at, luma] : {std::pair<GstClockTime, int>{0, 100},
+                                   {GST_SECOND / 2, 100 + 26}, // 25.5 is rounded up
+                                   {GST_SECOND, 100 + 51}}) {
+        GstBuffer *const in = buffer_of(d, GST_VIDEO_FORMAT_I420, at);
+        EXPECT_NEAR(pixels(gst_harness_push_and_pull(harness, in), format::i420).at(0), luma, 1);
+    }
+}
+
+// ---- Streams -----------------------------------------------------------------------------------
+
+TEST_F(element, passes_the_end_of_the_stream_on) {
+    ASSERT_TRUE(negotiate(caps_of(i420, 18, 4), "video/x-raw, format=BGRx"));
+    const drawn d = noise(format::i420, 18, 4);
+    EXPECT_EQ(pushed(d, i420, bgrx), converted(d.p, format::rgb32));
+    EXPECT_TRUE(gst_harness_push_event(harness, gst_event_new_eos()));
+    bool ended = false;
+    while (GstEvent *const event = gst_harness_try_pull_event(harness)) {
+        ended = ended || GST_EVENT_TYPE(event) == GST_EVENT_EOS;
+        gst_event_unref(event);
+    }
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(gst_harness_push(harness, buffer_of(d, GST_VIDEO_FORMAT_I420)), GST_FLOW_EOS);
+}
+
+TEST_F(element, goes_on_after_flushing) {
+    ASSERT_TRUE(negotiate(caps_of(i420, 18, 4), "video/x-raw, format=BGRx"));
+    const drawn d = noise(format::i420, 18, 4);
+    EXPECT_EQ(pushed(d, i420, bgrx), converted(d.p, format::rgb32));
+    EXPECT_TRUE(gst_harness_push_event(harness, gst_event_new_flush_start()));
+    EXPECT_EQ(gst_harness_push(harness, buffer_of(d, GST_VIDEO_FORMAT_I420)), GST_FLOW_FLUSHING);
+    EXPECT_TRUE(gst_harness_push_event(harness, gst_event_new_flush_stop(TRUE)));
+    GstSegment segment;
+    gst_segment_init(&segment, GST_FORMAT_TIME);
+    EXPECT_TRUE(gst_harness_push_event(harness, gst_event_new_segment(&segment)));
+    EXPECT_EQ(pushed(d, i420, bgrx), converted(d.p, format::rgb32));
+}
+
+TEST_F(element, tells_of_a_frame_that_has_not_the_size_of_the_caps) {
+    ASSERT_TRUE(negotiate(caps_of(i420, 18, 4), "video/x-raw, format=BGRx"));
+    const drawn d = noise(format::i420, 20, 4);
+    EXPECT_EQ(gst_harness_push(harness, buffer_of(d, GST_VIDEO_FORMAT_I420)), GST_FLOW_ERROR);
+    EXPECT_NE(error(), "");
+}
+
+// ---- Fields ------------------------------------------------------------------------------------
+
+constexpr char interleaved[] = "interlace-mode=interleaved";
+constexpr guint upper_first = GST_VIDEO_BUFFER_FLAG_TFF | GST_VIDEO_BUFFER_FLAG_INTERLACED;
+
+// Two fields, each of one colour.
+drawn two_fields(format f, int width, int height) {
+    drawn d(f, width, height);
+    const unsigned char colours[2][3] = {{60, 90, 200}, {180, 140, 40}};
+    for (int i = 0; i < lumalane::plane_count(f); ++i)
+        for (int row = 0; row < d.plane_rows(i); ++row) {
+            const auto &colour = colours[row % 2];
+            unsigned char *const to = d.p.planes[i].data + row * d.p.planes[i].stride;
+            const unsigned char packed[4] = {colour[0], colour[1], colour[0], colour[2]};
+            for (int x = 0; x < lumalane::row_bytes(f, i, width); ++x)
+                to[x] = f == format::yuy2 ? packed[x % 4]
+                                          : colour[f == format::yv12 && i > 0 ? 3 - i : i];
+        }
+    return d;
+}
+
+// A picture of the one colour.
+drawn one_field(format f, int width, int height, int parity) {
+    drawn d(f, width, height);
+    const drawn both = two_fields(f, width, 4);
+    for (int i = 0; i < lumalane::plane_count(f); ++i)
+        for (int row = 0; row < d.plane_rows(i); ++row)
+            std::copy_n(both.p.planes[i].data + parity * both.p.planes[i].stride,
+                        lumalane::row_bytes(f, i, width),
+                        d.p.planes[i].data + row * d.p.planes[i].stride);
+    return d;
+}
+
+TEST_F(element, converts_each_field_with_its_own_chroma) {
+    for (const named_format &from : sinks)
+        for (const named_format &to : {bgrx, rgb16, yuy2})
+            for (const int height : {4, 5, 6, 7, 8, 22}) {
+                if (from.format == to.format)
+                    continue;
+                SCOPED_TRACE(string(from.name) + " to " + to.name + std::to_string(height));
+                restart();
+                ASSERT_TRUE(negotiate(caps_of(from, 37, height, interleaved),
+                                      string("video/x-raw, format=") + to.name));
+                EXPECT_EQ(made("interlace-mode"), "interleaved");
+                const std::vector<unsigned char> out =
+                    pushed(two_fields(from.format, 37, height), from, to);
+                const size_t row = static_cast<size_t>(lumalane::row_bytes(to.format, 0, 37));
+                ASSERT_EQ(out.size(), row * height);
+                for (const int parity : {0, 1}) {
+                    const std::vector<unsigned char> of_field =
+                        converted(one_field(from.format, 37, height, parity).p, to.format);
+                    for (int y = parity; y < height; y += 2)
+                        ASSERT_TRUE(
+                            std::equal(&of_field[row * y], &of_field[row * y] + row, &out[row * y]))
+                            << y;
+                }
+            }
+}
+
+TEST_F(element, makes_a_frame_of_the_first_field) {
+    const auto takes = [](const named_format &from, const named_format &to, const string &how) {
+        return lumalane_gst::converts(from.format, to.format,
+                                      how == "edge" ? lumalane_gst::deinterlacing::edge
+                                                    : lumalane_gst::deinterlacing::doubled);
+    };
+    for (const char *how : {"double", "edge"})
+        for (const named_format &from : sinks)
+            for (const named_format &to : sources)
+                for (const int height : {4, 5, 6, 7, 22, 64})
+                    for (const int parity : {0, 1}) {
+                        if (height != 22 &&
+                            (to.format == format::rgb24 || from.format == format::yv12))
+                            continue; // the sizes have been seen
+                        SCOPED_TRACE(string(how) + from.name + " to " + to.name +
+                                     std::to_string(height) + (parity ? " lower" : " upper"));
+                        restart();
+                        deinterlace(how);
+                        set("saturation", 0.5);
+                        ASSERT_EQ(negotiate(caps_of(from, 37, height, interleaved),
+                                            string("video/x-raw, format=") + to.name),
+                                  takes(from, to, how));
+                        if (!takes(from, to, how))
+                            continue;
+                        EXPECT_EQ(made("interlace-mode"), "progressive");
+                        const lumalane::adjustment adjust =
+                            lumalane_gst::adjustment_of({{1, 0, 0.5}});
+                        EXPECT_EQ(pushed(two_fields(from.format, 37, height), from, to,
+                                         parity ? 0 : upper_first),
+                                  converted(one_field(from.format, 37, height, parity).p, to.format,
+                                            &adjust));
+                    }
+}
+
+TEST_F(element, doubles_and_follows_edges_as_the_library_does) {
+    const drawn d = noise(format::i420, 70, 40);
+    const_picture field = d.p;
+    field.height = 20;
+    for (int i = 0; i < 3; ++i)
+        field.planes[i].stride *= 2;
+    const struct {
+        const char *how;
+        lumalane::stretching stretching;
+    } cases[] = {{"double", lumalane::stretching::twice_height},
+                 {"edge", lumalane::stretching::along_edges}};
+    for (const auto &c : cases) {
+        restart();
+        deinterlace(c.how);
+        ASSERT_TRUE(negotiate(caps_of(i420, 70, 40, interleaved), "video/x-raw, format=YUY2"));
+        drawn expected(format::yuy2, 70, 40);
+        ASSERT_TRUE(lumalane::stretch(field, expected.p, c.stretching));
+        EXPECT_EQ(pushed(d, i420, yuy2, upper_first), pixels_of(expected.p));
+        restart();
+        deinterlace(c.how);
+        ASSERT_TRUE(negotiate(caps_of(i420, 70, 40, interleaved), "video/x-raw, format=BGRx"));
+        std::vector<unsigned char> rgb = converted(expected.p, format::rgb32);
+        if (c.stretching == lumalane::stretching::twice_height) {
+            drawn direct(format::rgb32, 70, 40);
+            ASSERT_TRUE(lumalane::stretch(field, direct.p, c.stretching));
+            rgb = pixels_of(direct.p);
+        }
+        EXPECT_EQ(pushed(d, i420, bgrx, upper_first), rgb);
+    }
+}
+
+TEST_F(element, deinterlaces_what_is_interlaced_in_a_mixed_stream) {
+    deinterlace("double");
+    ASSERT_TRUE(
+        negotiate(caps_of(i420, 37, 12, "interlace-mode=mixed"), "video/x-raw, format=I420"));
+    EXPECT_EQ(made("interlace-mode"), "progressive");
+    const drawn d = two_fields(format::i420, 37, 12);
+    EXPECT_EQ(pushed(d, i420, i420), pixels_of(d.p));
+    GstBuffer *const in = buffer_of(d, GST_VIDEO_FORMAT_I420);
+    GST_BUFFER_FLAG_SET(in, upper_first);
+    GstBuffer *const out = gst_harness_push_and_pull(harness, in);
+    EXPECT_FALSE(GST_BUFFER_FLAG_IS_SET(out, GST_VIDEO_BUFFER_FLAG_INTERLACED));
+    EXPECT_FALSE(GST_BUFFER_FLAG_IS_SET(out, GST_VIDEO_BUFFER_FLAG_TFF));
+    EXPECT_EQ(pixels(out, format::i420), pixels_of(one_field(format::i420, 37, 12, 0).p));
+}
+
+TEST_F(element, leaves_progressive_streams_alone) {
+    deinterlace("edge");
+    ASSERT_TRUE(negotiate(caps_of(yuy2, 37, 12), "video/x-raw, format=YUY2"));
+    const drawn d = noise(format::yuy2, 37, 12);
+    EXPECT_EQ(pushed(d, yuy2, yuy2), pixels_of(d.p));
+}
+
+TEST_F(element, can_be_told_to_deinterlace_while_it_runs) {
+    ASSERT_TRUE(negotiate(caps_of(i420, 37, 12, interleaved), "video/x-raw, format=BGRx"));
+    const drawn d = two_fields(format::i420, 37, 12);
+    pushed(d, i420, bgrx, upper_first);
+    EXPECT_EQ(made("interlace-mode"), "interleaved");
+    deinterlace("double");
+    EXPECT_EQ(pushed(d, i420, bgrx, upper_first),
+              converted(one_field(format::i420, 37, 12, 0).p, format::rgb32));
+    EXPECT_EQ(made("interlace-mode"), "progressive");
+}
+
+} // namespace
