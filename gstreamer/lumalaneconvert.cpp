@@ -333,6 +333,25 @@ gboolean set_info(GstVideoFilter *self, GstCaps *, GstVideoInfo *in, GstCaps *, 
     return TRUE;
 }
 
+// Memory of whole cache lines, unless the neighbour has a pool of its own.
+gboolean decide_allocation(GstBaseTransform *self, GstQuery *query) {
+    constexpr gsize cache_line = 64;
+    GstAllocator *allocator = nullptr;
+    GstAllocationParams params;
+    gst_allocation_params_init(&params);
+    const bool has = gst_query_get_n_allocation_params(query) > 0;
+    if (has)
+        gst_query_parse_nth_allocation_param(query, 0, &allocator, &params);
+    params.align |= cache_line - 1;
+    if (has)
+        gst_query_set_nth_allocation_param(query, 0, allocator, &params);
+    else
+        gst_query_add_allocation_param(query, allocator, &params);
+    if (allocator)
+        gst_object_unref(allocator);
+    return parent_transform()->decide_allocation(self, query);
+}
+
 // ---- Frames ------------------------------------------------------------------------------------
 
 void before_transform(GstBaseTransform *self, GstBuffer *buffer) {
@@ -485,6 +504,7 @@ static void gst_lumalane_convert_class_init(GstLumalaneConvertClass *klass) {
     transform_class->fixate_caps = fixate_caps;
     transform_class->accept_caps = accept_caps;
     transform_class->sink_event = sink_event;
+    transform_class->decide_allocation = decide_allocation;
     transform_class->before_transform = before_transform;
     transform_class->transform_ip_on_passthrough = FALSE;
     filter_class->set_info = set_info;
