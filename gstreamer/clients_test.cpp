@@ -59,8 +59,9 @@ bytes contents_of_png(const fs::path &file) {
     return pixels;
 }
 
-// Without interpolation of chroma (and where rows of a pair of YUY2 have the same), the truncations of the library's products are all that differs: at
-// most 3 of 255 in blue and red and 6 in green.
+// Without interpolation of chroma (and where rows of a pair of YUY2 have the same), arithmetic is all
+// that differs: the library is within 2 of exact BT.601, as the element's own test shows, and the
+// 8-bit products of videoconvert are up to 5 off in green.
 void expect_close(const bytes &a, const bytes &b, size_t bytes_of_pixel) {
     ASSERT_EQ(a.size(), b.size());
     ASSERT_GT(a.size(), 0u);
@@ -69,7 +70,7 @@ void expect_close(const bytes &a, const bytes &b, size_t bytes_of_pixel) {
         if (const size_t channel = i % bytes_of_pixel; channel < 3)
             most[channel] = std::max(most[channel], std::abs(a[i] - b[i]));
     EXPECT_LE(most[0], 3);
-    EXPECT_LE(most[1], 6);
+    EXPECT_LE(most[1], 7);
     EXPECT_LE(most[2], 3);
 }
 
@@ -180,9 +181,11 @@ TEST_F(clients, playbin_has_it_as_a_filter) {
 }
 
 TEST_F(clients, what_is_not_bt601_is_refused_with_a_reason) {
-    const outcome done = run("gst-launch-1.0 filesrc location=/dev/zero num-buffers=40 ! "
-                             "rawvideoparse format=i420 width=64 height=720 ! lumalaneconvert ! "
-                             "video/x-raw,format=BGRx ! fakesink");
+    const fs::path file = scratch / "black.yuv";
+    std::ofstream(file) << string(64 * 720 * 3, '\0'); // two frames
+    const outcome done = run("gst-launch-1.0 filesrc location=" + file.string() +
+                             " ! rawvideoparse format=i420 width=64 height=720 ! "
+                             "lumalaneconvert ! video/x-raw,format=BGRx ! fakesink");
     EXPECT_NE(done.status, 0);
     EXPECT_NE(done.text.find("limited-range BT.601"), string::npos) << done.text;
 }

@@ -17,7 +17,10 @@
  *
  * Each chroma sample serves the pixels of its square, without interpolation. RGB and adjusted YUY2
  * of YUY2 take the chroma of both rows of a pair from the upper one. Products are truncated as the
- * functions of lumalane.h promise.
+ * functions of lumalane.h promise: RGB is within 2 of 255 of exact BT.601.
+ *
+ * The fourth byte of BGRx is 0. A videoconvert behind this element may take it for alpha where it is
+ * not told to make a format without.
  *
  * ## Brightness, contrast and saturation
  *

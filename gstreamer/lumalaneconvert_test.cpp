@@ -399,6 +399,34 @@ TEST_F(element, makes_the_pixels_of_the_library_of_any_size) {
             }
 }
 
+TEST_F(element, makes_rgb_within_2_of_exact_bt601) {
+    ASSERT_TRUE(negotiate(caps_of(i420, 512, 512), "video/x-raw, format=BGRx"));
+    drawn d = noise(format::i420, 512, 512);
+    for (int i = 0; i < 3; ++i)
+        for (int row = 0; row < d.plane_rows(i); ++row)
+            for (int x = 0; x < d.p.planes[i].stride; ++x) {
+                unsigned char &sample = d.p.planes[i].data[row * d.p.planes[i].stride + x];
+                sample = static_cast<unsigned char>(16 + sample % (i == 0 ? 220 : 225));
+            }
+    const std::vector<unsigned char> out = pushed(d, i420, bgrx);
+    ASSERT_EQ(out.size(), 512u * 512 * 4);
+    for (int row = 0; row < 512; ++row)
+        for (int x = 0; x < 512; ++x) {
+            const double y = 255.0 / 219 * (d.p.planes[0].data[row * 512 + x] - 16);
+            const double u = 255.0 / 224 * (d.p.planes[1].data[row / 2 * 256 + x / 2] - 128);
+            const double v = 255.0 / 224 * (d.p.planes[2].data[row / 2 * 256 + x / 2] - 128);
+            const double exact[3] = {y + 2 * (1 - 0.114) * u,
+                                     y - 2 * (1 - 0.114) * 0.114 / 0.587 * u -
+                                         2 * (1 - 0.299) * 0.299 / 0.587 * v,
+                                     y + 2 * (1 - 0.299) * v};
+            for (int k = 0; k < 3; ++k)
+                ASSERT_LE(std::abs(out[(row * 512 + x) * 4 + k] -
+                                   std::round(std::clamp(exact[k], 0.0, 255.0))),
+                          2)
+                    << x << " " << row << " " << k;
+        }
+}
+
 TEST_F(element, takes_strides_from_the_video_meta_or_the_caps) {
     for (const named_format &from : sinks)
         for (const int gap : {1, 5, 64}) {
