@@ -105,10 +105,10 @@ protected:
     static void convert_both(const string &source, const string &ours, const string &others,
                              const string &to) {
         const auto file = [&](const char *name) {
-            return " filesink async=false location=" + (scratch / name).string();
+            return " filesink location=" + (scratch / name).string();
         };
-        launch(source + " ! tee name=t t. ! " + ours + " ! " + to + " !" + file("a") + " t. ! " +
-               others + " ! " + to + " !" + file("b"));
+        launch(source + " ! tee name=t t. ! queue ! " + ours + " ! " + to + " !" + file("a") +
+               " t. ! queue ! " + others + " ! " + to + " !" + file("b"));
     }
 };
 
@@ -156,9 +156,9 @@ TEST_F(clients, balance_is_that_of_videobalance_but_for_roundings) {
 TEST_F(clients, the_clip_becomes_the_same_png_files) {
     const auto branch = [](const string &converter, const char *name) {
         fs::create_directory(scratch / name);
-        return " t. ! " + converter +
+        return " t. ! queue ! " + converter +
                " ! video/x-raw,format=BGRx ! videoconvert ! video/x-raw,format=RGB ! " +
-               "pngenc compression-level=1 ! multifilesink async=false location=" +
+               "pngenc compression-level=1 ! multifilesink location=" +
                (scratch / name / "%d.png").string();
     };
     launch(string("filesrc location=") + LUMALANE_CLIP +
