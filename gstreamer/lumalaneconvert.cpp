@@ -66,6 +66,7 @@
 #include <gst/video/video.h>
 
 #include <algorithm>
+#include <mutex>
 
 GST_DEBUG_CATEGORY_STATIC(lumalaneconvert_debug);
 #define GST_CAT_DEFAULT lumalaneconvert_debug
@@ -94,6 +95,7 @@ struct state {
     lumalane_gst::converter converter;
 
     GList *channels = nullptr;
+    std::mutex turns;
 };
 
 } // namespace
@@ -136,19 +138,20 @@ GType deinterlace_type() {
 
 // ---- What is to be done ------------------------------------------------------------------------
 
-// After a change of the properties or the caps. A frame that stops passing through needs memory, for
-// which the element is negotiated again.
-void update_passthrough(gpointer self) {
+// After a change of the properties or the caps; whether it changes what is done with frames. Changes
+// take turns, so that the last one decides.
+bool update_passthrough(gpointer self) {
     GstBaseTransform *const transform = GST_BASE_TRANSFORM(self);
     state &own = state_of(self);
+    const std::lock_guard<std::mutex> turn(own.turns);
     GST_OBJECT_LOCK(self);
     const bool passes = own.same_caps && changes_nothing(adjustment_of(own.adjusted));
     GST_OBJECT_UNLOCK(self);
     if (passes == bool(gst_base_transform_is_passthrough(transform)))
-        return;
+        return false;
     GST_DEBUG_OBJECT(self, "frames %s", passes ? "pass through" : "are converted");
     gst_base_transform_set_passthrough(transform, passes);
-    gst_base_transform_reconfigure_src(transform);
+    return true;
 }
 
 bool set_balance(gpointer self, int which, double value) {
@@ -159,7 +162,9 @@ bool set_balance(gpointer self, int which, double value) {
     GST_OBJECT_UNLOCK(self);
     if (changes) {
         GST_INFO_OBJECT(self, "%s is %f", balance_ranges[which].property, value);
-        update_passthrough(self);
+        // Frames that stop passing through need memory, which is negotiated.
+        if (update_passthrough(self))
+            gst_base_transform_reconfigure_src(GST_BASE_TRANSFORM(self));
     }
     return changes;
 }
