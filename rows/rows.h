@@ -59,7 +59,7 @@ struct planar_rows {
     unsigned char *dst;
     lower_row lower = lower_row::none;
     ptrdiff_t y_below = 0, dst_below = 0; // from the upper to the lower row
-    ptrdiff_t chroma_below = 0; // to the row with which chroma is averaged; 0: with none
+    ptrdiff_t chroma_below = 0;           // to the row with which chroma is averaged; 0: with none
     store_policy stores = store_policy::cached;
     const adjustment *by = nullptr; // null: none
 
@@ -149,8 +149,8 @@ enum class pair_made : int {
 };
 
 // Rows on their way to a surface of twice the height, or of twice both. n pixels have n / 2 samples of
-// U and of V: in planes, or where the width is doubled in pairs, at `u`. There one sample of luma
-// more is read, or the last one repeated, and one pair more.
+// U and of V: in planes, or where the width is doubled in pairs, at `u` and at `v`. There one sample of
+// luma more is read, or the last one repeated, and one pair more.
 struct doubled_rows {
     const unsigned char *y, *u, *v;
     unsigned char *dst;

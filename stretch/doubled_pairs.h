@@ -50,7 +50,7 @@ public:
             end[0] = end[-2], end[1] = end[-1];
         }
         before = pairs;
-        return {y, uv, nullptr, pitch(), pitch(), pitch(), 2 * pitch(), pitch()};
+        return {y, uv, uv, pitch(), pitch(), pitch(), 2 * pitch(), pitch()};
     }
 
 private:

@@ -47,9 +47,14 @@ struct frame_rows {
     }
 
     pair_rows at(long long pair) const {
-        return pair_rows{
-            first.y,  first.u,        first.v,           first.y_below, first.chroma_below,
-            row_step, ptrdiff_t{2} * row_step, first.chroma_below}
+        return pair_rows{first.y,
+                         first.u,
+                         first.v,
+                         first.y_below,
+                         first.chroma_below,
+                         row_step,
+                         ptrdiff_t{2} * row_step,
+                         first.chroma_below}
             .after(pair, 0);
     }
 

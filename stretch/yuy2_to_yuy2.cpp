@@ -85,7 +85,7 @@ private:
     void emit(long long to, long long row, pair_made made) {
         const long long pair = row / 2;
         const unsigned char *const y = luma_of(row);
-        rows.y = y, rows.u = chroma_of(pair);
+        rows.y = y, rows.u = rows.v = chroma_of(pair);
         rows.dst = at.dst + static_cast<ptrdiff_t>(to) * at.dst_pitch;
         rows.made = made, rows.repeats_last = at_end;
         rows.chroma_below = 0;

@@ -169,7 +169,7 @@ public:
     void emit(unsigned char *dst, const source_rows &at, pair_made made, bool chroma_between,
               ptrdiff_t n, bool at_end) {
         const ptrdiff_t samples = at_end ? n : n + following;
-        doubled_rows row{at.y, uv[0], nullptr, dst};
+        doubled_rows row{at.y, uv[0], uv[0], dst};
         row.made = made, row.repeats_last = at_end, row.stores = stores, row.y_below = at.y_below;
         if (by) {
             plane_rows adjusted{at.y, y[0]};

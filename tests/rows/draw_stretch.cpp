@@ -175,7 +175,7 @@ row_call draw_doubled_to_surface(const wanted_call &wanted,
                  {"dst", row_bytes, dst_rows * count, dst_pitch, true}};
     call.non_temporal = stores == store_policy::non_temporal;
     call.run = [=](const row_kernels &target, const addresses &at) {
-        doubled_rows rows{at[y], at[u], doubles_width ? nullptr : at[v], at[dst]};
+        doubled_rows rows{at[y], at[u], doubles_width ? at[u] : at[v], at[dst]};
         rows.made = made;
         rows.repeats_last = repeats_last;
         rows.stores = stores;
@@ -204,7 +204,8 @@ row_call draw_doubled_to_surface(const wanted_call &wanted,
                 const bytes us = both_of_chroma ? appended(uu[0], uu[1]) : uu[0];
                 const bytes vs = both_of_chroma ? appended(vv[0], vv[1]) : vv[0];
                 bytes result(row_bytes);
-                doubled_rows one{ys.data(), us.data(), vs.data(), result.data()};
+                doubled_rows one{ys.data(), us.data(), doubles_width ? us.data() : vs.data(),
+                                 result.data()};
                 one.made = between ? pair_made::between : pair_made::row;
                 one.repeats_last = repeats_last;
                 one.y_below = luma_bytes;
