@@ -9,7 +9,10 @@
 namespace lumalane {
 
 inline const unsigned char *source_row(const byte_rows &rows, long long row) {
-    return rows.first + static_cast<ptrdiff_t>(row * rows.pitch);
+    // As a number: where there are no pixels a pointer may be null.
+    const uintptr_t first = reinterpret_cast<uintptr_t>(rows.first);
+    return reinterpret_cast<const unsigned char *>(first +
+                                                   static_cast<uintptr_t>(row * rows.pitch));
 }
 
 // A row of the caller's destination, which byte_rows cannot tell from a source.
