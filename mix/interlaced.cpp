@@ -124,7 +124,7 @@ void mix_onto_rgb(const machine &machine, const tagMIX_INFO &mix,
     const bool in_order =
         machine.in_order || !equal(p.groups * p.next, rewind) || rows.order_can_be_observed();
     const surface_stores stores(machine, p.first.dst, mix.dst_pitch,
-                                4LL * p.groups * pixels * p.bytes_per_pixel, in_order);
+                                4LL * p.groups * pixels * p.bytes_per_pixel, in_order, bound_by::arithmetic);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, {surface, machine.rows.mix_pairs_by_averages, true},
                           by.neutral() ? nullptr : &by, stores);
@@ -170,7 +170,7 @@ void mix_ayuy2_yuy2_i_ajust(const machine &machine, const call::mix &call) {
     detail::rows_of_mix_groups(sizes_of(mix), rows);
     const bool in_order = machine.in_order || rows.order_can_be_observed();
     const surface_stores stores(machine, p.first.dst, p.row.dst | p.next.dst,
-                                4LL * p.groups * p.pixels * p.bytes_per_pixel, in_order);
+                                4LL * p.groups * p.pixels * p.bytes_per_pixel, in_order, bound_by::arithmetic);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, {surface, machine.rows.mix_pairs_to_yuy2, false},
                           by.neutral() ? nullptr : &by, stores);

@@ -54,7 +54,7 @@ void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surf
     const bool in_order =
         machine.in_order || order_can_be_observed(mix, surface.bytes_per_pixel, d);
     const surface_stores stores(machine, p.first.dst, p.below.dst | p.next.dst,
-                                2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order);
+                                2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order, bound_by::arithmetic);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, surface, by.neutral() ? nullptr : &by, stores);
     if (in_order) {

@@ -86,8 +86,8 @@ void strech_opt_yuy2_ajust(const machine &machine, const call::frame_stretch &p)
     // Rows of both kinds are as long as each other from 33 pixels on.
     const bool in_order =
         machine.in_order || rows.pixels != rows.pixels_copied || order_can_be_observed(p);
-    const surface_stores stores(machine, p.dst, p.dst_pitch, 8 * rows.pairs * rows.pixels,
-                                in_order);
+    const surface_stores stores(machine, p.dst, p.dst_pitch, 8 * rows.pairs * rows.pixels, in_order,
+                                bound_by::arithmetic);
     const ptrdiff_t run = in_order ? rows_between::step : rows_between::most_pixels;
     const planar_to_surface surface = planar_to_yuy2(machine.rows);
     rows_between between(machine.rows, surface, by, rows.pixels, run, stores);

@@ -30,7 +30,8 @@ void convert(const machine &machine, tagMIX_INFO &mix, int bytes_per_pixel, int 
     });
     // quirk: the record keeps where the conversion stands
     // [conversion.the_record_is_left_where_the_planes_ended]
-    mix.alpha_plane += static_cast<ptrdiff_t>(count * difference(mix.sub_pitch, mix.width));
+    mix.alpha_plane =
+        destination_row({mix.alpha_plane, count, difference(mix.sub_pitch, mix.width), 0}, count);
     mix.sub_y = destination_row(y, count);
     mix.sub_u = destination_row(u, count);
     mix.sub_v = destination_row(v, count);
