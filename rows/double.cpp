@@ -248,14 +248,26 @@ template <int times, class Map>
 template <int times, bool both, class Map>
 LUMALANE_INLINE void stretch_along(const stretched_rows &rows, const stretched_row at, ptrdiff_t n,
                                    const Map &map) {
+    const auto rest = [&](ptrdiff_t x)
+                          LUMALANE_INLINE_LAMBDA { stretch_rest<times>(rows, at, n, map, x); };
     const stretched_rows own_rows = rows; // which no store can change
-    const Map own_map = map;
-    along_doubled_row(
-        n, times == 2 && rows.repeats_last,
-        [=](auto group, ptrdiff_t x, bool at_end) LUMALANE_INLINE_LAMBDA {
-            stretch_group<times, group.size, both>(own_rows, at, x, at_end, own_map);
-        },
-        [&](ptrdiff_t x) LUMALANE_INLINE_LAMBDA { stretch_rest<times>(rows, at, n, map, x); });
+    const bool repeats_last = times == 2 && rows.repeats_last;
+    // With 8 registers the map is in memory anyway, and a copy for every row takes up to 2.6 times as
+    // long as a row of 320 samples.
+    if constexpr (vector_registers < 16)
+        along_doubled_row(
+            n, repeats_last,
+            [&](auto group, ptrdiff_t x, bool at_end) LUMALANE_INLINE_LAMBDA {
+                stretch_group<times, group.size, both>(own_rows, at, x, at_end, map);
+            },
+            rest);
+    else
+        along_doubled_row(
+            n, repeats_last,
+            [=](auto group, ptrdiff_t x, bool at_end) LUMALANE_INLINE_LAMBDA {
+                stretch_group<times, group.size, both>(own_rows, at, x, at_end, map);
+            },
+            rest);
 }
 
 template <int times>
