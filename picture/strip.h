@@ -7,13 +7,6 @@ namespace lumalane {
 
 constexpr ptrdiff_t strip_pixels = 512;
 
-// Of two rows that share chroma.
-struct planar_strip {
-    alignas(64) unsigned char y[2][strip_pixels];
-    alignas(64) unsigned char u[strip_pixels / 2];
-    alignas(64) unsigned char v[strip_pixels / 2];
-};
-
 // Calls `convert_run(x, n)` for the runs of a row of `count` pixels: n is `run`, or what is left of it.
 template <class Convert>
 inline void in_runs(ptrdiff_t count, ptrdiff_t run, const Convert &convert_run) {

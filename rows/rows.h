@@ -149,8 +149,8 @@ enum class pair_made : int {
 };
 
 // Rows on their way to a surface of twice the height, or of twice both. n pixels have n / 2 samples of
-// U and of V: in planes, or where the width is doubled in pairs, at `u` and at `v`. There one sample of
-// luma more is read, or the last one repeated, and one pair more.
+// U and of V: in planes, or where the width is doubled in pairs, at `u` (`v` is not read, but not null).
+// There one sample of luma more is read, or the last one repeated, and one pair more.
 struct doubled_rows {
     const unsigned char *y, *u, *v;
     unsigned char *dst;

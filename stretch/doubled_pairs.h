@@ -6,61 +6,6 @@
 
 namespace lumalane {
 
-// Where rows of samples are to be made.
-struct sample_rows {
-    unsigned char *y, *uv; // luma, and pairs of U and V
-    ptrdiff_t pitch;
-    ptrdiff_t first_y, first_uv; // the number of the first row, counted from the first pair on
-    ptrdiff_t y_count, uv_count; // rows
-    ptrdiff_t pixels;            // of a row
-};
-
-// Samples of some pairs at a time, and of the row below the last one, on the stack.
-class pairs_of_samples {
-public:
-    static constexpr ptrdiff_t most_pixels = 1920;
-    // Of a run that others follow: one sample more is needed, and kernels take 16.
-    static constexpr ptrdiff_t following = 16;
-
-    // Rows of so many pixels come, a multiple of 16, from the first pair on. `at_end`: the row ends
-    // there.
-    void begin(ptrdiff_t pixels_, bool at_end_) {
-        pixels = pixels_, at_end = at_end_, before = 0;
-        most_pairs = (static_cast<ptrdiff_t>(sizeof(samples)) / pitch() - 2) / 3;
-    }
-
-    // How many pairs there is room for.
-    ptrdiff_t most() const { return most_pairs; }
-
-    // The next pairs, made by `make(rows)`. `last`: nothing lies below them.
-    template <class Make>
-    pair_rows take(ptrdiff_t pairs, bool last, const Make &make, const row_kernels &kernels) {
-        unsigned char *const y = samples, *const uv = y + (2 * most_pairs + 1) * pitch();
-        const ptrdiff_t held = before != 0 ? 1 : 0, uv_rows = pairs + (last ? 0 : 1);
-        if (held != 0) {
-            kernels.emit_plane({y + 2 * before * pitch(), y}, pitch());
-            kernels.emit_plane({uv + before * pitch(), uv}, pitch());
-        }
-        make(sample_rows{y + held * pitch(), uv + held * pitch(), pitch(), held, held,
-                         pairs + uv_rows - held, uv_rows - held,
-                         at_end ? pixels : pixels + following});
-        // Of chroma kernels read one pair more at the end as well.
-        for (ptrdiff_t i = held; at_end && i < uv_rows; ++i) {
-            unsigned char *const end = uv + i * pitch() + pixels;
-            end[0] = end[-2], end[1] = end[-1];
-        }
-        before = pairs;
-        return {y, uv, uv, pitch(), pitch(), pitch(), 2 * pitch(), pitch()};
-    }
-
-private:
-    ptrdiff_t pitch() const { return pixels + following; }
-
-    ptrdiff_t pixels = 0, before = 0, most_pairs = 0;
-    bool at_end = false;
-    alignas(64) unsigned char samples[5 * (most_pixels + following)];
-};
-
 class doubled_pairs {
 public:
     // `lower_has_own_chroma`: of a lower row and what lies below it only the latter has the average of

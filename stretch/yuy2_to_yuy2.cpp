@@ -5,6 +5,7 @@
 #include "picture/stores.h"
 #include "picture/strip.h"
 #include "stretch/doubled_pairs.h"
+#include "stretch/pairs_of_samples.h"
 #include "stretch/recent_rows.h"
 
 #include <limits.h>
@@ -104,7 +105,7 @@ private:
                     {at.src + static_cast<ptrdiff_t>(row) * at.src_pitch, y, uv, by},
                     at_end ? step : most);
                 if (uv && at_end)
-                    uv[step] = uv[step - 2], uv[step + 1] = uv[step - 1];
+                    repeat_last_pair(uv + step);
             };
             if (row % 2 == 0)
                 chroma.row(row / 2, unpack);
@@ -140,27 +141,31 @@ void double_both(const machine &machine, const call::packed_stretch &p, const ad
         return;
     }
     const surface_stores stores(machine, columns.dst, columns.dst_pitch,
-                                16 * columns.pairs * columns.pixels, in_order);
+                                16 * columns.pairs * columns.pixels, false);
     const ptrdiff_t pairs = static_cast<ptrdiff_t>(columns.pairs);
     doubled_pairs doubled(machine.rows.emit_doubled_yuy2, columns.dst_pitch, true, stores);
-    pairs_of_samples samples;
+    pairs_of_samples samples(machine.rows, true);
     in_runs(pixels, pairs_of_samples::most_pixels, [&](ptrdiff_t x, ptrdiff_t n) {
         const bool at_end = x + n == pixels;
-        samples.begin(n, at_end);
+        const ptrdiff_t read = at_end ? n : n + pairs_of_samples::following;
+        samples.begin(n);
         in_runs(pairs, samples.most(), [&](ptrdiff_t pair, ptrdiff_t count) {
             const bool last = pair + count == pairs;
             const ptrdiff_t pitch = columns.src_pitch;
             const unsigned char *const src = columns.src + 2 * (pair * pitch + x);
             const auto make = [&](const sample_rows &to) {
-                const ptrdiff_t upper = to.first_y, lower = 1 - upper;
-                machine.rows.unpack_yuy2({src + 2 * upper * pitch, to.y + upper * to.pitch, to.uv,
-                                          by, to.uv_count, 2 * pitch, 2 * to.pitch, to.pitch},
-                                         to.pixels);
+                const ptrdiff_t upper = to.first, lower = 1 - upper;
+                machine.rows.unpack_yuy2({src + 2 * upper * pitch, to.y + upper * to.pitch,
+                                          to.chroma, by, to.chroma_count, 2 * pitch, 2 * to.pitch,
+                                          to.pitch},
+                                         read);
                 machine.rows.unpack_yuy2({src + pitch, to.y + lower * to.pitch, nullptr, by, count,
                                           2 * pitch, 2 * to.pitch},
-                                         to.pixels);
+                                         read);
+                for (ptrdiff_t i = 0; at_end && i < to.chroma_count; ++i)
+                    repeat_last_pair(to.chroma + i * to.pitch + n);
             };
-            const pair_rows at = samples.take(count, last, make, machine.rows);
+            const pair_rows at = samples.take(count, last, make);
             doubled.emit(columns.dst + 4 * (pair * columns.dst_pitch + x), at, count, n, at_end,
                          last);
         });

@@ -7,6 +7,7 @@
 #include "picture/surface.h"
 #include "picture/told_rows.h"
 #include "stretch/between_rows.h"
+#include "stretch/pairs_of_samples.h"
 #include "stretch/recent_rows.h"
 
 #include <limits.h>
@@ -125,59 +126,6 @@ private:
     unsigned char between_u[step / 2], between_v[step / 2];
 };
 
-// Some pairs at a time, adjusted, with the rows below the last one.
-class adjusted_pairs {
-public:
-    adjusted_pairs(const row_kernels &kernels_, const adjustment &by_)
-        : kernels(kernels_), by(by_) {}
-
-    static constexpr ptrdiff_t most_pixels = 2048;
-
-    // Rows of so many pixels follow, a multiple of 16, from the first pair on.
-    void begin(ptrdiff_t pixels_) { pixels = pixels_, pairs_before = 0; }
-
-    // How many pairs there is room for.
-    ptrdiff_t most() const { return (static_cast<ptrdiff_t>(sizeof(samples)) / pixels - 2) / 3; }
-
-    // The next pairs, which are contiguous; `end`: nothing lies below the last one.
-    pair_rows adjust(const pair_rows &from, ptrdiff_t pairs, bool end) {
-        // Luma in 2 pairs + 1 rows and chroma in pairs + 1: the last ones are the first ones of the
-        // next pairs.
-        const ptrdiff_t before = pairs_before, held = before != 0 ? 1 : 0, below = end ? 0 : 1;
-        const ptrdiff_t half = pixels / 2;
-        unsigned char *const y = samples, *const u = y + (2 * most() + 1) * pixels,
-                             *const v = u + (most() + 1) * half;
-        if (held != 0) {
-            copy(y, y + 2 * before * pixels, pixels);
-            copy(u, u + before * half, half);
-            copy(v, v + before * half, half);
-        }
-        const auto adjust_rows = [&](unsigned char *to, const unsigned char *plane, ptrdiff_t n,
-                                     ptrdiff_t pitch, ptrdiff_t count,
-                                     const plane_adjustment &map) {
-            plane_rows rows{plane + held * pitch, to + held * n};
-            rows.by = &map;
-            rows.count = count + below - held, rows.src_next = pitch, rows.dst_next = n;
-            kernels.emit_plane(rows, n);
-        };
-        adjust_rows(y, from.y, pixels, from.y_below, 2 * pairs, by.y);
-        adjust_rows(u, from.u, half, from.chroma_below, pairs, by.u);
-        adjust_rows(v, from.v, half, from.chroma_below, pairs, by.v);
-        pairs_before = pairs;
-        return {y, u, v, pixels, half, pixels, 2 * pixels, half};
-    }
-
-private:
-    void copy(unsigned char *to, const unsigned char *from, ptrdiff_t n) const {
-        kernels.emit_plane({from, to}, n);
-    }
-
-    const row_kernels &kernels;
-    const adjustment &by;
-    ptrdiff_t pixels = 0, pairs_before = 0;
-    alignas(64) unsigned char samples[5 * (most_pixels + 16)];
-};
-
 // Of rows that need not be stored in order.
 void stretch_rows(const row_kernels &kernels, const columns_of_pairs &columns,
                   const planar_to_surface &surface, const adjustment &by, store_policy stores) {
@@ -192,15 +140,28 @@ void stretch_rows(const row_kernels &kernels, const columns_of_pairs &columns,
                         2 * columns.y_pitch,
                         columns.chroma_pitch};
     const ptrdiff_t pairs = static_cast<ptrdiff_t>(columns.pairs), dst_pitch = columns.dst_pitch;
-    adjusted_pairs adjusted(kernels, by);
-    in_runs(columns.pixels, adjusted_pairs::most_pixels, [&](ptrdiff_t x, ptrdiff_t n) {
+    pairs_of_samples samples(kernels, true);
+    in_runs(columns.pixels, pairs_of_samples::most_pixels, [&](ptrdiff_t x, ptrdiff_t n) {
         rows_between between(kernels, surface, nullptr, n, n, stores);
-        adjusted.begin(n);
-        const ptrdiff_t room = adjusted.most(), most = between.most();
+        samples.begin(n);
+        const ptrdiff_t room = samples.most(), most = between.most();
         in_runs(pairs, room < most ? room : most, [&](ptrdiff_t pair, ptrdiff_t count) {
             const bool last = pair + count == pairs;
             const pair_rows from = all.after(pair, x);
-            const pair_rows at = neutral ? from : adjusted.adjust(from, count, last);
+            const auto make = [&](const sample_rows &to) {
+                const auto adjust = [&](unsigned char *dst, const unsigned char *src,
+                                        ptrdiff_t next, ptrdiff_t row_count, ptrdiff_t n_samples,
+                                        const plane_adjustment &map) {
+                    plane_rows rows{src + to.first * next, dst};
+                    rows.by = &map;
+                    rows.count = row_count, rows.src_next = next, rows.dst_next = to.pitch;
+                    kernels.emit_plane(rows, n_samples);
+                };
+                adjust(to.y, from.y, from.y_below, to.y_count, n, by.y);
+                adjust(to.chroma, from.u, from.chroma_below, to.chroma_count, n / 2, by.u);
+                adjust(to.chroma + n / 2, from.v, from.chroma_below, to.chroma_count, n / 2, by.v);
+            };
+            const pair_rows at = neutral ? from : samples.take(count, last, make);
             unsigned char *const dst =
                 columns.dst + x * surface.bytes_per_pixel + 4 * pair * dst_pitch;
             between.upper_rows(dst, dst_pitch, at, average, count);

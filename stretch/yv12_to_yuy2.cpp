@@ -7,6 +7,7 @@
 #include "picture/told_rows.h"
 #include "stretch/between_rows.h"
 #include "stretch/doubled_pairs.h"
+#include "stretch/pairs_of_samples.h"
 
 namespace lumalane {
 
@@ -184,7 +185,7 @@ public:
                                   samples);
         row.chroma_below = chroma_between ? sizeof(uv[0]) : 0;
         for (int i = 0; at_end && i < rows; ++i)
-            uv[i][n] = uv[i][n - 2], uv[i][n + 1] = uv[i][n - 1];
+            repeat_last_pair(uv[i] + n);
         kernels.emit_doubled_yuy2(row, n);
     }
 
@@ -229,26 +230,29 @@ void double_both(const machine &machine, const call::picture &p, const adjustmen
 
     const ptrdiff_t all = static_cast<ptrdiff_t>(rows.pairs);
     doubled_pairs doubled(machine.rows.emit_doubled_yuy2, rows.dst_to_row, false, stores);
-    pairs_of_samples samples;
+    pairs_of_samples samples(machine.rows, by != nullptr);
     in_runs(rows.pixels, pairs_of_samples::most_pixels, [&](ptrdiff_t x, ptrdiff_t n) {
         const bool at_end = x + n == rows.pixels;
-        samples.begin(n, at_end);
+        const ptrdiff_t pixels = at_end ? n : n + pairs_of_samples::following;
+        samples.begin(n);
         in_runs(all, samples.most(), [&](ptrdiff_t pair, ptrdiff_t count) {
             const bool last = pair + count == all;
             const pair_rows from = rows.at(pair).after(0, x);
             const auto make = [&](const sample_rows &to) {
                 if (by) {
-                    plane_rows luma{from.y + to.first_y * from.y_below, to.y};
+                    plane_rows luma{from.y + to.first * from.y_below, to.y};
                     luma.by = &by->y;
                     luma.count = to.y_count, luma.src_next = from.y_below, luma.dst_next = to.pitch;
-                    machine.rows.emit_plane(luma, to.pixels);
+                    machine.rows.emit_plane(luma, pixels);
                 }
-                const ptrdiff_t chroma = to.first_uv * from.chroma_below;
-                machine.rows.interleave_chroma({from.u + chroma, from.v + chroma, to.uv, by,
-                                                to.uv_count, from.chroma_below, to.pitch},
-                                               to.pixels);
+                const ptrdiff_t chroma = to.first * from.chroma_below;
+                machine.rows.interleave_chroma({from.u + chroma, from.v + chroma, to.chroma, by,
+                                                to.chroma_count, from.chroma_below, to.pitch},
+                                               pixels);
+                for (ptrdiff_t i = 0; at_end && i < to.chroma_count; ++i)
+                    repeat_last_pair(to.chroma + i * to.pitch + n);
             };
-            pair_rows at = samples.take(count, last, make, machine.rows);
+            pair_rows at = samples.take(count, last, make);
             if (!by)
                 at.y = from.y, at.y_below = from.y_below, at.y_to_lower = from.y_to_lower,
                 at.y_next = from.y_next;
