@@ -1,4 +1,4 @@
-#include "tests/boundary/hostile_call.h"
+#include "tests/boundary/hostile_functions.h"
 
 #include <bit>
 #include <cstdint>
@@ -13,9 +13,7 @@ using boundary::word;
 constexpr word direction_flag = 1 << 10;
 constexpr word empty_tags = 0xffff;
 
-tests::function_table called;
 word stack_offset = 0;
-boundary::report so_far;
 
 __attribute__((target("avx"))) bool upper_halves_in_use() {
     std::uint64_t halves[2];
@@ -67,15 +65,6 @@ void call(const char *name, Function function, Arguments... arguments) {
         complain(name, "leaves the upper halves of the wide registers in use");
 }
 
-namespace hostile {
-#define LUMALANE_EXPORT(signature, name)                                                           \
-    void name(LUMALANE_PARAMETERS_##signature) {                                                   \
-        call(#name, called.name, LUMALANE_ARGUMENTS_##signature);                                  \
-    }
-#include "abi/exports.inc"
-#undef LUMALANE_EXPORT
-} // namespace hostile
-
 } // namespace
 
 namespace boundary {
@@ -86,18 +75,9 @@ std::vector<differential::target> hostile_callers(const tests::function_table &f
     for (const auto &[name, offset] : {std::pair{"stack at +0", 0u},
                                        {"stack at +4", 4u},
                                        {"stack at +8", 8u},
-                                       {"stack at +12", 12u}}) {
-        const tests::function_table calling = {
-            name,
-#define LUMALANE_EXPORT(signature, name) hostile::name,
-#include "abi/exports.inc"
-#undef LUMALANE_EXPORT
-        };
-        callers.push_back({calling, [offset = offset] { stack_offset = offset; }});
-    }
+                                       {"stack at +12", 12u}})
+        callers.push_back({calling(name), [offset = offset] { stack_offset = offset; }});
     return callers;
 }
-
-const report &calls_so_far() { return so_far; }
 
 } // namespace boundary

@@ -1,5 +1,5 @@
 // Every register that belongs to the caller of a 64-bit ARM library, with something in it.
-#include "tests/boundary/hostile_call.h"
+#include "tests/boundary/hostile_functions.h"
 
 #include <cstdint>
 #include <cstring>
@@ -99,9 +99,6 @@ hostile_call:
     ret
 )");
 
-tests::function_table called;
-boundary::report so_far;
-
 // As it lies in a register, the upper half of an int anything.
 template <class T>
 word as_word(T argument) {
@@ -127,30 +124,13 @@ void call(const char *name, Function function, Arguments... arguments) {
         so_far.complaint = std::string(name) + " changes a register of its caller";
 }
 
-namespace hostile {
-#define LUMALANE_EXPORT(signature, name)                                                           \
-    void name(LUMALANE_PARAMETERS_##signature) {                                                   \
-        call(#name, called.name, LUMALANE_ARGUMENTS_##signature);                                  \
-    }
-#include "abi/exports.inc"
-#undef LUMALANE_EXPORT
-} // namespace hostile
-
 } // namespace
 
 namespace boundary {
 
 std::vector<differential::target> hostile_callers(const tests::function_table &functions) {
     called = functions;
-    const tests::function_table calling = {
-        "registers in use",
-#define LUMALANE_EXPORT(signature, name) hostile::name,
-#include "abi/exports.inc"
-#undef LUMALANE_EXPORT
-    };
-    return {{calling, [] {}}};
+    return {{calling("registers in use"), [] {}}};
 }
-
-const report &calls_so_far() { return so_far; }
 
 } // namespace boundary

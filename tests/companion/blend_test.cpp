@@ -1,15 +1,10 @@
 // blend() against the models of the mixes, on pictures between unmapped pages.
-#include "tests/companion/expected.h"
-
-#include <gtest/gtest.h>
+#include "tests/companion/comparison.h"
 
 namespace companion {
 namespace {
 
 using lumalane::format;
-
-constexpr lumalane::adjustment some{75, 90, -7, 12, -20};
-const optional_adjustment adjustments[] = {std::nullopt, some};
 
 class blended : public testing::TestWithParam<std::tuple<format, format>> {
 protected:
@@ -58,15 +53,11 @@ protected:
         const lumalane::status status = by ? lumalane::blend(video, subpicture, x, y, made, *by)
                                            : lumalane::blend(video, subpicture, x, y, made);
         ASSERT_TRUE(status) << message_of(status.code);
-        const auto description = [&] {
-            std::ostringstream text;
+        expect_made(made, *expected, [&](std::ostream &text) {
             text << width << "x" << height << (by ? " adjusted" : "") << ", subpicture "
                  << over.width << "x" << over.height << " at " << x << ", " << y << "; video "
                  << at[0] << ", subpicture " << at[1] << ", destination " << at[2];
-            return text.str();
-        };
-        ASSERT_TRUE(load(made) == *expected) << description();
-        ASSERT_TRUE(gaps_are_untouched(made)) << description();
+        });
     }
 };
 

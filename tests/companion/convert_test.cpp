@@ -1,43 +1,24 @@
 // convert() against the models of the functions, on pictures between unmapped pages.
-#include "tests/companion/expected.h"
-
-#include <gtest/gtest.h>
+#include "tests/companion/comparison.h"
 
 namespace companion {
 namespace {
 
 using lumalane::format;
 
-constexpr lumalane::adjustment some{75, 90, -7, 12, -20};
-const optional_adjustment adjustments[] = {std::nullopt, some};
-
 lumalane::status convert(const lumalane::const_picture &source, const lumalane::picture &to,
                          const optional_adjustment &by) {
     return by ? lumalane::convert(source, to, *by) : lumalane::convert(source, to);
 }
 
-class conversion : public testing::TestWithParam<std::tuple<format, format>> {
+class conversion : public comparison, public testing::TestWithParam<std::tuple<format, format>> {
 protected:
-    guarded_planes source_memory, destination_memory;
-    std::minstd_rand random{1};
-
     void compare(const rows_of_pixels &pixels, const rows_of_pixels &expected,
                  const optional_adjustment &by, placement source_at, placement destination_at) {
-        const lumalane::picture source =
-            source_memory.lay_out(pixels.format, pixels.width, pixels.height, source_at);
-        store(pixels, source);
-        const lumalane::picture destination = destination_memory.lay_out(
-            expected.format, pixels.width, pixels.height, destination_at);
-        const lumalane::status status = convert(source, destination, by);
-        ASSERT_TRUE(status) << message_of(status.code);
-        const auto description = [&] {
-            std::ostringstream text;
-            text << pixels.width << "x" << pixels.height << (by ? " adjusted" : "") << ", source "
-                 << source_at << ", destination " << destination_at;
-            return text.str();
-        };
-        ASSERT_TRUE(load(destination) == expected) << description();
-        ASSERT_TRUE(gaps_are_untouched(destination)) << description();
+        comparison::compare(pixels, expected, by, source_at, destination_at,
+                            [&](const lumalane::picture &source, const lumalane::picture &to) {
+                                return convert(source, to, by);
+                            });
     }
 };
 

@@ -1,7 +1,5 @@
 // stretch() against the models of the functions, on pictures between unmapped pages.
-#include "tests/companion/expected.h"
-
-#include <gtest/gtest.h>
+#include "tests/companion/comparison.h"
 
 namespace companion {
 namespace {
@@ -9,19 +7,13 @@ namespace {
 using lumalane::format;
 using lumalane::stretching;
 
-constexpr lumalane::adjustment some{75, 90, -7, 12, -20};
-const optional_adjustment adjustments[] = {std::nullopt, some};
-
 struct served {
     format from, to;
     stretching how;
 };
 
-class stretched : public testing::TestWithParam<served> {
+class stretched : public comparison, public testing::TestWithParam<served> {
 protected:
-    guarded_planes source_memory, destination_memory;
-    std::minstd_rand random{1};
-
     // Smooth, or the edges of noise would all be the same.
     rows_of_pixels draw(int width, int height) {
         rows_of_pixels pixels = random_pixels(GetParam().from, width, height, random);
@@ -34,22 +26,11 @@ protected:
     void compare(const rows_of_pixels &pixels, const rows_of_pixels &expected,
                  const optional_adjustment &by, placement source_at, placement destination_at) {
         const stretching how = GetParam().how;
-        const lumalane::picture source =
-            source_memory.lay_out(pixels.format, pixels.width, pixels.height, source_at);
-        store(pixels, source);
-        const lumalane::picture to = destination_memory.lay_out(expected.format, expected.width,
-                                                                expected.height, destination_at);
-        const lumalane::status status =
-            by ? lumalane::stretch(source, to, how, *by) : lumalane::stretch(source, to, how);
-        ASSERT_TRUE(status) << message_of(status.code);
-        const auto description = [&] {
-            std::ostringstream text;
-            text << pixels.width << "x" << pixels.height << (by ? " adjusted" : "") << ", source "
-                 << source_at << ", destination " << destination_at;
-            return text.str();
-        };
-        ASSERT_TRUE(load(to) == expected) << description();
-        ASSERT_TRUE(gaps_are_untouched(to)) << description();
+        comparison::compare(pixels, expected, by, source_at, destination_at,
+                            [&](const lumalane::picture &source, const lumalane::picture &to) {
+                                return by ? lumalane::stretch(source, to, how, *by)
+                                          : lumalane::stretch(source, to, how);
+                            });
     }
 };
 
