@@ -58,6 +58,7 @@ else()
   message(STATUS "Nothing is known of ${CMAKE_SYSTEM_PROCESSOR}: portable row kernels alone")
 endif()
 list(APPEND library_files abi/cpu_${processors}.cpp)
+set(built_processors any ${processors} ${processors}_${word_bits})
 
 # Every target that this processor family has, the narrowest first, with its compiler flags; and
 # those that are shipped: not what is narrower than every processor of this word size is.
@@ -69,7 +70,7 @@ foreach(line IN LISTS lines)
   if(NOT line MATCHES "^LUMALANE_TARGET\\(([a-z0-9_]+), ([a-z0-9_]+), ([0-9]+), \"([^\"]*)\",")
     message(FATAL_ERROR "abi/targets.inc: cannot read ${line}")
   endif()
-  if(CMAKE_MATCH_2 STREQUAL any OR CMAKE_MATCH_2 STREQUAL processors)
+  if(CMAKE_MATCH_2 IN_LIST built_processors)
     set(target ${CMAKE_MATCH_1})
     list(APPEND targets ${target})
     separate_arguments(target_flags_${target} UNIX_COMMAND "${CMAKE_MATCH_4}")
@@ -80,12 +81,6 @@ foreach(line IN LISTS lines)
     list(APPEND shipped_targets ${target})
     string(APPEND target_lines "${line}\n")
     string(APPEND shipped_lines "${line}\n")
-  endif()
-endforeach()
-# What is not shipped need not be small.
-foreach(target IN LISTS targets)
-  if(NOT target IN_LIST shipped_targets)
-    list(REMOVE_ITEM target_flags_${target} -Oz)
   endif()
 endforeach()
 file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/all/targets_built.inc CONTENT "${target_lines}" @ONLY)
@@ -151,9 +146,8 @@ function(lumalane_for_target library target)
   add_library(${library} OBJECT ${ARGN})
   target_link_libraries(${library} PRIVATE lumalane_row_options)
   target_compile_definitions(${library} PRIVATE LUMALANE_TARGET_NAME=${target})
-  # At -O3 clang copies a loop for each value of what is the same throughout it.
-  target_compile_options(${library} PRIVATE $<$<CXX_COMPILER_ID:Clang>:-O2>
-                                            ${target_flags_${target}})
+  # At -O3 compilers copy a loop for each value of what is the same throughout it.
+  target_compile_options(${library} PRIVATE -O2 ${target_flags_${target}})
   set_target_properties(${library} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()
 

@@ -163,12 +163,21 @@ private:
     filled_words byte_offset, offset, biased_offset;
 };
 
+// Whether the loops for products of 15 bits serve. (Small code has those for all gains alone.)
+LUMALANE_INLINE bool fits_15_bits(const plane_adjustment &by) {
+    return !small_code && by.product_fits_15_bits;
+}
+
+LUMALANE_INLINE bool fits_15_bits(const adjustment &by) {
+    return fits_15_bits(by.y) && fits_15_bits(by.u);
+}
+
 // Runs `run(map)` with what adjusts samples as `by` tells; with none for null.
 template <class Run>
 LUMALANE_INLINE void with_adjustment(const plane_adjustment *by, const Run &run) {
     if (!by)
         run(unadjusted_plane{});
-    else if (by->product_fits_15_bits)
+    else if (fits_15_bits(*by))
         run(adjusted_plane<true>(*by));
     else
         run(adjusted_plane<false>(*by));

@@ -36,9 +36,9 @@ struct average_weight {
     }
 };
 
-// Gains that are too rare to have loops of their own: a blend is adjusted where it was stored.
+// Gains that have no loops of their own: a blend is adjusted where it was stored.
 
-bool is_rare(const plane_adjustment *by) { return by && !by->product_fits_15_bits; }
+bool is_rare(const plane_adjustment *by) { return by && !fits_15_bits(*by); }
 
 void adjust_in_place(unsigned char *samples, ptrdiff_t next, ptrdiff_t count, ptrdiff_t n,
                      const plane_adjustment *by) {
@@ -380,7 +380,7 @@ LUMALANE_INLINE void blend_pixels(const mixed_pairs &pairs, const mix_place &at,
     const adjustment *const by = pairs.by;
     if (!by)
         return mix(pairs, n, blend, static_cast<const pair_maps *>(nullptr));
-    if (!by->product_fits_15_bits())
+    if (!fits_15_bits(*by))
         return mix(pairs, n, blend_into_strip, static_cast<const pair_maps *>(nullptr));
     const pair_maps maps(*by);
     mix(pairs, n, blend, &maps);

@@ -11,7 +11,7 @@ template <class Run>
 LUMALANE_INLINE void with_samples_adjusted(const adjustment *by, const Run &run) {
     if (!by)
         run(unadjusted_samples(nullptr));
-    else if (by->product_fits_15_bits())
+    else if (fits_15_bits(*by))
         run(adjusted_samples<true>(by));
     else
         run(adjusted_samples<false>(by));

@@ -294,7 +294,7 @@ LUMALANE_INLINE bool makes_lower_rows(const planar_rows &rows) {
     }
 }
 
-// Adjusts into a strip, for the gains that are too rare to have loops of their own.
+// Adjusts into a strip, for gains that have no loops of their own.
 [[gnu::noinline]] void emit_in_strips(row_kernel::planar_to_surface *emit, int bytes_per_pixel,
                                       planar_rows rows, ptrdiff_t n) {
     constexpr ptrdiff_t strip = 512;
@@ -371,7 +371,7 @@ LUMALANE_INLINE void emit_rgb(row_kernel::planar_to_surface *itself, const plana
         emit_with_lower_rows(itself, Pixels::bytes_per_pixel, rows, n);
     else if (!rows.by)
         emit_rows<to_rgb_surface<Pixels, unadjusted_samples>>(rows, n, format);
-    else if (rows.by->product_fits_15_bits())
+    else if (fits_15_bits(*rows.by))
         emit_rows<to_rgb_surface<Pixels, adjusted_samples<true>>>(rows, n, format);
     else
         emit_in_strips(itself, Pixels::bytes_per_pixel, rows, n);
@@ -389,7 +389,7 @@ LUMALANE_INLINE void emit_yuv(row_kernel::planar_to_surface *itself, const plana
         emit_with_lower_rows(itself, Surface<unadjusted_samples>::bytes_per_pixel, rows, n);
     else if (!rows.by)
         emit_rows<Surface<unadjusted_samples>>(rows, n);
-    else if (rows.by->product_fits_15_bits())
+    else if (fits_15_bits(*rows.by))
         emit_rows<Surface<adjusted_samples<true>>>(rows, n);
     else
         emit_rows<Surface<adjusted_samples<false>>>(rows, n);

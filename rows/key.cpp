@@ -109,7 +109,7 @@ LUMALANE_INLINE void emit_keyed_rows(keyed_rows row, ptrdiff_t n, const key_colo
     }
 }
 
-// Adjusts into a strip, for the gains that are too rare to have loops of their own.
+// Adjusts into a strip, for gains that have no loops of their own.
 template <class Pixels>
 LUMALANE_INLINE void emit_keyed_in_strips(row_kernel::keyed_to_surface *emit, keyed_rows row,
                                           ptrdiff_t n, const key_colour &key) {
@@ -133,7 +133,7 @@ LUMALANE_INLINE void emit_keyed(row_kernel::keyed_to_surface *itself, const keye
                                 ptrdiff_t n, const key_colour &key) {
     if (!row.by)
         emit_keyed_rows<Pixels, unadjusted_samples>(row, n, key);
-    else if (row.by->product_fits_15_bits())
+    else if (fits_15_bits(*row.by))
         emit_keyed_rows<Pixels, adjusted_samples<true>>(row, n, key);
     else
         emit_keyed_in_strips<Pixels>(itself, row, n, key);

@@ -204,7 +204,7 @@ LUMALANE_INLINE void emit_rows(const packed_rows &told, ptrdiff_t n,
     }
 }
 
-// Adjusts into a strip, for the gains that are too rare to have loops of their own.
+// Adjusts into a strip, for gains that have no loops of their own.
 [[gnu::noinline]] void emit_in_strips(row_kernel::packed_to_surface *emit, int bytes_per_pixel,
                                       packed_rows rows, ptrdiff_t n) {
     constexpr ptrdiff_t strip = 512;
@@ -237,7 +237,7 @@ LUMALANE_INLINE void emit_rgb(row_kernel::packed_to_surface *itself, const packe
                               ptrdiff_t n, Pixels format = {}) {
     if (!rows.by)
         emit_rows<packed_to_rgb<Pixels, unadjusted_samples>>(rows, n, format);
-    else if (rows.by->product_fits_15_bits())
+    else if (fits_15_bits(*rows.by))
         emit_rows<packed_to_rgb<Pixels, adjusted_samples<true>>>(rows, n, format);
     else
         emit_in_strips(itself, Pixels::bytes_per_pixel, rows, n);
@@ -277,7 +277,7 @@ void emit_packed_rgb16_655(const packed_rows &rows, ptrdiff_t n) {
 void emit_packed_yuy2(const packed_rows &rows, ptrdiff_t n) {
     if (!rows.by)
         emit_rows<unadjusted_packed>(rows, n);
-    else if (rows.by->product_fits_15_bits())
+    else if (fits_15_bits(*rows.by))
         emit_rows<adjusted_packed<true>>(rows, n);
     else
         emit_rows<adjusted_packed<false>>(rows, n);

@@ -40,8 +40,6 @@ struct adjustment {
 
     // Leaves every sample as it is.
     bool neutral() const { return y.neutral() && u.neutral() && v.neutral(); }
-
-    bool product_fits_15_bits() const { return y.product_fits_15_bits && u.product_fits_15_bits; }
 };
 
 // What a kernel for row pairs makes of the lower row.

@@ -1,26 +1,51 @@
 // Lanes in the 128-bit registers of SSE2; portable.h defines the operations. avx2.h includes this
-// file too, for its vectors of one block.
+// file too, for its vectors of one block, and mmx.h, which has registers of half the size.
 #pragma once
 
+#ifndef LUMALANE_HALF_REGISTERS
 #include <emmintrin.h>
+#endif
 
 namespace lumalane::LUMALANE_TARGET_NAME {
 
+#ifndef LUMALANE_HALF_REGISTERS
+using m128i = __m128i;
+
+// 32-bit lanes w and x of `a`, then y and z of `b`.
+template <int w, int x, int y, int z>
+LUMALANE_INLINE m128i dwords_of_both(m128i a, m128i b) {
+    return _mm_castps_si128(
+        _mm_shuffle_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), _MM_SHUFFLE(z, y, x, w)));
+}
+
+template <int w, int x, int y, int z>
+LUMALANE_INLINE m128i permute_dwords(m128i a) {
+    return _mm_shuffle_epi32(a, _MM_SHUFFLE(z, y, x, w));
+}
+
+// Within each half.
+template <int w, int x, int y, int z>
+LUMALANE_INLINE m128i permute_words(m128i a) {
+    constexpr int order = _MM_SHUFFLE(z, y, x, w);
+    return _mm_shufflehi_epi16(_mm_shufflelo_epi16(a, order), order);
+}
+#endif
+
 template <>
 struct bytes<16> {
-    __m128i v;
+    m128i v;
 };
 template <>
 struct bytes<8> { // in the lower half
-    __m128i v;
+    m128i v;
 };
 template <>
 struct bytes<4> { // in the lowest quarter
-    __m128i v;
+    m128i v;
 };
 template <>
 struct words<8> {
-    __m128i v;
+    m128i v;
 };
 
 inline constexpr bool doubles_products = false;
@@ -38,12 +63,12 @@ LUMALANE_INLINE bytes<n> load(const unsigned char *from);
 
 template <>
 LUMALANE_INLINE bytes<16> load<16>(const unsigned char *from) {
-    return {_mm_loadu_si128(reinterpret_cast<const __m128i *>(from))};
+    return {_mm_loadu_si128(reinterpret_cast<const m128i *>(from))};
 }
 
 template <>
 LUMALANE_INLINE bytes<8> load<8>(const unsigned char *from) {
-    return {_mm_loadl_epi64(reinterpret_cast<const __m128i *>(from))};
+    return {_mm_loadl_epi64(reinterpret_cast<const m128i *>(from))};
 }
 
 template <>
@@ -62,11 +87,11 @@ LUMALANE_INLINE bytes<16> load_halves<16>(const unsigned char *low, const unsign
 }
 
 LUMALANE_INLINE void store(unsigned char *to, bytes<16> a) {
-    _mm_storeu_si128(reinterpret_cast<__m128i *>(to), a.v);
+    _mm_storeu_si128(reinterpret_cast<m128i *>(to), a.v);
 }
 
 LUMALANE_INLINE void store(unsigned char *to, bytes<8> a) {
-    _mm_storel_epi64(reinterpret_cast<__m128i *>(to), a.v);
+    _mm_storel_epi64(reinterpret_cast<m128i *>(to), a.v);
 }
 
 LUMALANE_INLINE void store(unsigned char *to, bytes<4> a) {
@@ -74,11 +99,18 @@ LUMALANE_INLINE void store(unsigned char *to, bytes<4> a) {
     __builtin_memcpy(to, &bits, sizeof bits);
 }
 
+#ifndef LUMALANE_HALF_REGISTERS
 inline constexpr bool streams = true;
 
 LUMALANE_INLINE void stream(unsigned char *to, bytes<16> a) {
-    _mm_stream_si128(reinterpret_cast<__m128i *>(to), a.v);
+    _mm_stream_si128(reinterpret_cast<m128i *>(to), a.v);
 }
+#else
+// It could, for a tenth more code.
+inline constexpr bool streams = false;
+
+LUMALANE_INLINE void stream(unsigned char *to, bytes<16> a) { store(to, a); }
+#endif
 
 LUMALANE_INLINE void stream_fence() { _mm_sfence(); }
 
@@ -246,7 +278,7 @@ LUMALANE_INLINE bytes<8> narrow_saturate(words<8> a) { return {_mm_packus_epi16(
 
 #ifndef LUMALANE_WIDER_TARGET
 LUMALANE_INLINE bytes<16> narrow_interleaved(words<8> a, words<8> b) {
-    const __m128i narrow = _mm_packus_epi16(a.v, b.v);
+    const m128i narrow = _mm_packus_epi16(a.v, b.v);
     return {_mm_unpacklo_epi8(narrow, _mm_unpackhi_epi64(narrow, narrow))};
 }
 #endif
@@ -289,15 +321,15 @@ LUMALANE_INLINE words<n / 2> average_neighbours(bytes<n> a) {
 
 // The averages come in the lower half of each 32-bit lane, a byte each.
 LUMALANE_INLINE words<8> average_neighbour_pairs(bytes<16> a) {
-    const __m128i averages = _mm_avg_epu8(a.v, _mm_srli_epi32(a.v, 16));
-    const __m128i lower = _mm_and_si128(averages, _mm_set1_epi32(0x000000ff));
-    const __m128i upper = _mm_and_si128(averages, _mm_set1_epi32(0x0000ff00));
+    const m128i averages = _mm_avg_epu8(a.v, _mm_srli_epi32(a.v, 16));
+    const m128i lower = _mm_and_si128(averages, _mm_set1_epi32(0x000000ff));
+    const m128i upper = _mm_and_si128(averages, _mm_set1_epi32(0x0000ff00));
     return {_mm_or_si128(lower, _mm_slli_epi32(upper, 8))};
 }
 
 LUMALANE_INLINE words<8> second_pairs(bytes<16> a) {
-    const __m128i lower = _mm_and_si128(_mm_srli_epi32(a.v, 16), _mm_set1_epi32(0x000000ff));
-    const __m128i upper = _mm_and_si128(_mm_srli_epi32(a.v, 8), _mm_set1_epi32(0x00ff0000));
+    const m128i lower = _mm_and_si128(_mm_srli_epi32(a.v, 16), _mm_set1_epi32(0x000000ff));
+    const m128i upper = _mm_and_si128(_mm_srli_epi32(a.v, 8), _mm_set1_epi32(0x00ff0000));
     return {_mm_or_si128(lower, upper)};
 }
 
@@ -392,12 +424,11 @@ inline constexpr pairs packed_order = pairs::in_order;
 
 template <int count, int n>
 LUMALANE_INLINE packed_pixels<n> load_packed(const unsigned char *from) {
-    const auto even_and_odd = [](__m128i a) { // words
-        const __m128i pairs = _mm_shufflehi_epi16(_mm_shufflelo_epi16(a, _MM_SHUFFLE(3, 1, 2, 0)),
-                                                  _MM_SHUFFLE(3, 1, 2, 0));
-        return _mm_shuffle_epi32(pairs, _MM_SHUFFLE(3, 1, 2, 0));
+    const auto even_and_odd = [](m128i a) { // words
+        const m128i pairs = permute_words<0, 2, 1, 3>(a);
+        return permute_dwords<0, 2, 1, 3>(pairs);
     };
-    const __m128i a = even_and_odd(load<16>(from).v), b = even_and_odd(load<16>(from + 16).v);
+    const m128i a = even_and_odd(load<16>(from).v), b = even_and_odd(load<16>(from + 16).v);
     return {{_mm_unpacklo_epi64(a, b)}, {_mm_unpackhi_epi64(a, b)}};
 }
 #endif
@@ -405,15 +436,13 @@ LUMALANE_INLINE packed_pixels<n> load_packed(const unsigned char *from) {
 // Interleaves the even pixels (lower halves) and the odd ones apart, then the two.
 template <pairs order = pairs::in_order>
 LUMALANE_INLINE vectors<2, 16> interleave_channels(bytes<16> first, bytes<16> second) {
-    const __m128i evens = _mm_unpacklo_epi8(first.v, second.v);
-    const __m128i odds = _mm_unpackhi_epi8(first.v, second.v);
-    const __m128i low = _mm_unpacklo_epi16(evens, odds), high = _mm_unpackhi_epi16(evens, odds);
+    const m128i evens = _mm_unpacklo_epi8(first.v, second.v);
+    const m128i odds = _mm_unpackhi_epi8(first.v, second.v);
+    const m128i low = _mm_unpacklo_epi16(evens, odds), high = _mm_unpackhi_epi16(evens, odds);
     if constexpr (order == pairs::in_order) {
         return {{{low}, {high}}};
     } else {
-        const __m128 a = _mm_castsi128_ps(low), b = _mm_castsi128_ps(high);
-        return {{{_mm_castps_si128(_mm_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0)))},
-                 {_mm_castps_si128(_mm_shuffle_ps(a, b, _MM_SHUFFLE(3, 1, 3, 1)))}}};
+        return {{{dwords_of_both<0, 2, 0, 2>(low, high)}, {dwords_of_both<1, 3, 1, 3>(low, high)}}};
     }
 }
 
@@ -434,17 +463,17 @@ LUMALANE_INLINE vectors<2, 16> interleave_pairs(bytes<16> first, bytes<16> secon
 }
 
 LUMALANE_INLINE bytes<16> next_lanes(bytes<16> a) {
-    const __m128i last = _mm_slli_si128(_mm_srli_si128(a.v, 15), 15);
+    const m128i last = _mm_slli_si128(_mm_srli_si128(a.v, 15), 15);
     return {_mm_or_si128(_mm_srli_si128(a.v, 1), last)};
 }
 
 LUMALANE_INLINE bytes<8> next_lanes(bytes<8> a) {
-    const __m128i last = _mm_slli_epi64(_mm_srli_epi64(a.v, 56), 56);
+    const m128i last = _mm_slli_epi64(_mm_srli_epi64(a.v, 56), 56);
     return {_mm_or_si128(_mm_srli_epi64(a.v, 8), last)};
 }
 
 LUMALANE_INLINE bytes<16> even_bytes_in_second_8(bytes<16> a) {
-    const __m128i even = _mm_and_si128(a.v, _mm_set1_epi16(0x00ff));
+    const m128i even = _mm_and_si128(a.v, _mm_set1_epi16(0x00ff));
     return {_mm_unpacklo_epi64(a.v, _mm_packus_epi16(even, even))};
 }
 
@@ -458,7 +487,7 @@ LUMALANE_INLINE vectors<2, 16> spread_words(bytes<16> a) {
 }
 
 LUMALANE_INLINE vectors<4, 16> spread_dwords(bytes<16> a) {
-    const __m128i zero = _mm_setzero_si128(), low = widen_low(a).v, high = widen_high(a).v;
+    const m128i zero = _mm_setzero_si128(), low = widen_low(a).v, high = widen_high(a).v;
     return {{{_mm_unpacklo_epi16(low, zero)},
              {_mm_unpackhi_epi16(low, zero)},
              {_mm_unpacklo_epi16(high, zero)},
@@ -467,13 +496,13 @@ LUMALANE_INLINE vectors<4, 16> spread_dwords(bytes<16> a) {
 
 // The third bytes of four triplets, in each 32-bit lane, of which the lanes of first, second and
 // third are the twelve bytes: --0- -1-- 2--3.
-LUMALANE_INLINE __m128i third_bytes(__m128 first, __m128 second, __m128 third) {
-    const auto taken = [](__m128 from, unsigned bits) {
-        return _mm_and_si128(_mm_castps_si128(from), _mm_set1_epi32(static_cast<int>(bits)));
+LUMALANE_INLINE m128i third_bytes(m128i first, m128i second, m128i third) {
+    const auto taken = [](m128i from, unsigned bits) {
+        return _mm_and_si128(from, _mm_set1_epi32(static_cast<int>(bits)));
     };
-    const __m128i in_place = _mm_or_si128(taken(second, 0x0000ff00), taken(third, 0xff000000));
-    const __m128i moved = _mm_or_si128(_mm_srli_epi32(taken(first, 0x00ff0000), 16),
-                                       _mm_slli_epi32(taken(third, 0x000000ff), 16));
+    const m128i in_place = _mm_or_si128(taken(second, 0x0000ff00), taken(third, 0xff000000));
+    const m128i moved = _mm_or_si128(_mm_srli_epi32(taken(first, 0x00ff0000), 16),
+                                     _mm_slli_epi32(taken(third, 0x000000ff), 16));
     return _mm_or_si128(in_place, moved);
 }
 
@@ -484,30 +513,30 @@ LUMALANE_INLINE bytes<n> load_channel_of_blocks(const unsigned char *from) {
         const auto pixels = [&](int offset) {
             return _mm_and_si128(load<16>(from + offset).v, _mm_set1_epi32(0x000000ff));
         };
-        const __m128i low = _mm_packs_epi32(pixels(0), pixels(16));
+        const m128i low = _mm_packs_epi32(pixels(0), pixels(16));
         if constexpr (n == 8)
             return narrow_saturate(words<8>{low});
         else
             return {_mm_packus_epi16(low, _mm_packs_epi32(pixels(32), pixels(48)))};
     } else {
         static_assert(size == 3 && channel == 2);
-        const auto at = [&](int offset) { return _mm_castsi128_ps(load<16>(from + offset).v); };
+        const auto at = [&](int offset) { return load<16>(from + offset).v; };
         if constexpr (n == 8) {
-            const __m128 a = at(0), b = at(8); // 32-bit lanes 0 to 3 and 2 to 5
-            const __m128 lanes_1_and_4 = _mm_shuffle_ps(a, b, _MM_SHUFFLE(2, 2, 1, 1));
-            const __m128 lanes_2_and_5 = _mm_shuffle_ps(a, b, _MM_SHUFFLE(3, 3, 2, 2));
-            const __m128i thirds = third_bytes(_mm_shuffle_ps(a, a, _MM_SHUFFLE(3, 3, 0, 0)),
-                                               lanes_1_and_4, lanes_2_and_5);
-            return {_mm_shuffle_epi32(thirds, _MM_SHUFFLE(2, 2, 2, 0))};
+            const m128i a = at(0), b = at(8); // 32-bit lanes 0 to 3 and 2 to 5
+            const m128i lanes_1_and_4 = dwords_of_both<1, 1, 2, 2>(a, b);
+            const m128i lanes_2_and_5 = dwords_of_both<2, 2, 3, 3>(a, b);
+            const m128i thirds =
+                third_bytes(dwords_of_both<0, 0, 3, 3>(a, a), lanes_1_and_4, lanes_2_and_5);
+            return {permute_dwords<0, 2, 2, 2>(thirds)};
         } else {
-            const __m128 a = at(0), b = at(16), c = at(32);
-            const __m128 b_2_c_1 = _mm_shuffle_ps(b, c, _MM_SHUFFLE(1, 1, 2, 2));
-            const __m128 a_1_b_0 = _mm_shuffle_ps(a, b, _MM_SHUFFLE(0, 0, 1, 1));
-            const __m128 b_3_c_2 = _mm_shuffle_ps(b, c, _MM_SHUFFLE(2, 2, 3, 3));
-            const __m128 a_2_b_1 = _mm_shuffle_ps(a, b, _MM_SHUFFLE(1, 1, 2, 2));
-            return {third_bytes(_mm_shuffle_ps(a, b_2_c_1, _MM_SHUFFLE(2, 0, 3, 0)),
-                                _mm_shuffle_ps(a_1_b_0, b_3_c_2, _MM_SHUFFLE(2, 0, 2, 0)),
-                                _mm_shuffle_ps(a_2_b_1, c, _MM_SHUFFLE(3, 0, 2, 0)))};
+            const m128i a = at(0), b = at(16), c = at(32);
+            const m128i b_2_c_1 = dwords_of_both<2, 2, 1, 1>(b, c);
+            const m128i a_1_b_0 = dwords_of_both<1, 1, 0, 0>(a, b);
+            const m128i b_3_c_2 = dwords_of_both<3, 3, 2, 2>(b, c);
+            const m128i a_2_b_1 = dwords_of_both<2, 2, 1, 1>(a, b);
+            return {third_bytes(dwords_of_both<0, 3, 0, 2>(a, b_2_c_1),
+                                dwords_of_both<0, 2, 0, 2>(a_1_b_0, b_3_c_2),
+                                dwords_of_both<0, 2, 0, 3>(a_2_b_1, c))};
         }
     }
 }
@@ -521,15 +550,15 @@ LUMALANE_INLINE bytes<n> load_channel(const unsigned char *from) {
 template <pairs = pairs::in_order>
 LUMALANE_INLINE vectors<4, 16> interleave_channels_padded(bytes<16> first, bytes<16> second,
                                                           bytes<16> third) {
-    const __m128i zero = _mm_setzero_si128();
-    const __m128i even_12 = _mm_unpacklo_epi8(first.v, second.v);
-    const __m128i odd_12 = _mm_unpackhi_epi8(first.v, second.v);
-    const __m128i even_30 = _mm_unpacklo_epi8(third.v, zero);
-    const __m128i odd_30 = _mm_unpackhi_epi8(third.v, zero);
-    const __m128i even_0 = _mm_unpacklo_epi16(even_12, even_30);
-    const __m128i even_1 = _mm_unpackhi_epi16(even_12, even_30);
-    const __m128i odd_0 = _mm_unpacklo_epi16(odd_12, odd_30);
-    const __m128i odd_1 = _mm_unpackhi_epi16(odd_12, odd_30);
+    const m128i zero = _mm_setzero_si128();
+    const m128i even_12 = _mm_unpacklo_epi8(first.v, second.v);
+    const m128i odd_12 = _mm_unpackhi_epi8(first.v, second.v);
+    const m128i even_30 = _mm_unpacklo_epi8(third.v, zero);
+    const m128i odd_30 = _mm_unpackhi_epi8(third.v, zero);
+    const m128i even_0 = _mm_unpacklo_epi16(even_12, even_30);
+    const m128i even_1 = _mm_unpackhi_epi16(even_12, even_30);
+    const m128i odd_0 = _mm_unpacklo_epi16(odd_12, odd_30);
+    const m128i odd_1 = _mm_unpackhi_epi16(odd_12, odd_30);
     return {{{_mm_unpacklo_epi32(even_0, odd_0)},
              {_mm_unpackhi_epi32(even_0, odd_0)},
              {_mm_unpacklo_epi32(even_1, odd_1)},
@@ -541,39 +570,34 @@ LUMALANE_INLINE vectors<4, 16> interleave_channels_padded(bytes<16> first, bytes
 template <pairs = pairs::in_order>
 LUMALANE_INLINE vectors<3, 16> interleave_channels(bytes<16> first, bytes<16> second,
                                                    bytes<16> third) {
-    const __m128i words_0 = _mm_unpacklo_epi8(first.v, second.v);
-    const __m128i words_1 = _mm_unpacklo_epi8(third.v, _mm_unpackhi_epi64(first.v, first.v));
-    const __m128i words_2 = _mm_unpackhi_epi8(second.v, third.v);
-    const __m128i next_words_0 = _mm_srli_si128(words_0, 2);
-    const auto low = [](__m128i a, __m128i b) {
-        return _mm_castsi128_ps(_mm_unpacklo_epi16(a, b));
-    };
-    const auto high = [](__m128i a, __m128i b) {
-        return _mm_castsi128_ps(_mm_unpackhi_epi16(a, b));
-    };
+    const m128i words_0 = _mm_unpacklo_epi8(first.v, second.v);
+    const m128i words_1 = _mm_unpacklo_epi8(third.v, _mm_unpackhi_epi64(first.v, first.v));
+    const m128i words_2 = _mm_unpackhi_epi8(second.v, third.v);
+    const m128i next_words_0 = _mm_srli_si128(words_0, 2);
+    const auto low = [](m128i a, m128i b) { return _mm_unpacklo_epi16(a, b); };
+    const auto high = [](m128i a, m128i b) { return _mm_unpackhi_epi16(a, b); };
     // Couples 0 and 1 (then 2 and 3) in lanes 0 and 2 of begin and middle, lanes 1 and 3 of end.
-    const __m128 begin_01 = low(words_0, words_1), begin_23 = high(words_0, words_1);
-    const __m128 middle_01 = low(words_2, next_words_0), middle_23 = high(words_2, next_words_0);
-    const __m128 end_01 = low(words_1, words_2), end_23 = high(words_1, words_2);
+    const m128i begin_01 = low(words_0, words_1), begin_23 = high(words_0, words_1);
+    const m128i middle_01 = low(words_2, next_words_0), middle_23 = high(words_2, next_words_0);
+    const m128i end_01 = low(words_1, words_2), end_23 = high(words_1, words_2);
 
-    const __m128 begin_0_middle_0 = _mm_unpacklo_ps(begin_01, middle_01);
-    const __m128 end_0_begin_1 = _mm_shuffle_ps(end_01, begin_01, _MM_SHUFFLE(2, 2, 1, 1));
-    const __m128 middle_1_end_1 = _mm_unpackhi_ps(middle_01, end_01);
-    const __m128 begin_2_middle_2 = _mm_unpacklo_ps(begin_23, middle_23);
-    const __m128 end_2_begin_3 = _mm_shuffle_ps(end_23, begin_23, _MM_SHUFFLE(2, 2, 1, 1));
-    const __m128 middle_3_end_3 = _mm_unpackhi_ps(middle_23, end_23);
-    const __m128 part_0 = _mm_shuffle_ps(begin_0_middle_0, end_0_begin_1, _MM_SHUFFLE(2, 0, 1, 0));
-    const __m128 part_1 = _mm_shuffle_ps(middle_1_end_1, begin_2_middle_2, _MM_SHUFFLE(1, 0, 3, 0));
-    const __m128 part_2 = _mm_shuffle_ps(end_2_begin_3, middle_3_end_3, _MM_SHUFFLE(3, 0, 2, 0));
-    return {{{_mm_castps_si128(part_0)}, {_mm_castps_si128(part_1)}, {_mm_castps_si128(part_2)}}};
+    const m128i begin_0_middle_0 = _mm_unpacklo_epi32(begin_01, middle_01);
+    const m128i end_0_begin_1 = dwords_of_both<1, 1, 2, 2>(end_01, begin_01);
+    const m128i middle_1_end_1 = _mm_unpackhi_epi32(middle_01, end_01);
+    const m128i begin_2_middle_2 = _mm_unpacklo_epi32(begin_23, middle_23);
+    const m128i end_2_begin_3 = dwords_of_both<1, 1, 2, 2>(end_23, begin_23);
+    const m128i middle_3_end_3 = _mm_unpackhi_epi32(middle_23, end_23);
+    const m128i part_0 = dwords_of_both<0, 1, 0, 2>(begin_0_middle_0, end_0_begin_1);
+    const m128i part_1 = dwords_of_both<0, 3, 0, 1>(middle_1_end_1, begin_2_middle_2);
+    const m128i part_2 = dwords_of_both<0, 2, 0, 3>(end_2_begin_3, middle_3_end_3);
+    return {{{part_0}, {part_1}, {part_2}}};
 }
 
 // Within four bytes of the source, which make three 32-bit lanes 0--1 --2- -3--, bytes 0 and 2 are
 // in place, and bytes 1 and 3 are so after their words change places.
 LUMALANE_INLINE vectors<3, 16> spread_triplets(bytes<16> a) {
-    const __m128i swapped = _mm_shufflehi_epi16(_mm_shufflelo_epi16(a.v, _MM_SHUFFLE(2, 3, 0, 1)),
-                                                _MM_SHUFFLE(2, 3, 0, 1));
-    const auto part = [](__m128i in_place, __m128i moved, int first) -> bytes<16> {
+    const m128i swapped = permute_words<1, 0, 3, 2>(a.v);
+    const auto part = [](m128i in_place, m128i moved, int first) -> bytes<16> {
         // Lanes `first`, first + 1 ... of the three over and over.
         constexpr int kept[] = {0x000000ff, 0x00ff0000, 0};
         constexpr int brought[] = {static_cast<int>(0xff000000), 0, 0x0000ff00};
@@ -583,12 +607,9 @@ LUMALANE_INLINE vectors<3, 16> spread_triplets(bytes<16> a) {
         return {_mm_or_si128(_mm_and_si128(in_place, masks(kept)),
                              _mm_and_si128(moved, masks(brought)))};
     };
-    return {{part(_mm_shuffle_epi32(a.v, _MM_SHUFFLE(1, 0, 0, 0)),
-                  _mm_shuffle_epi32(swapped, _MM_SHUFFLE(1, 0, 0, 0)), 0),
-             part(_mm_shuffle_epi32(a.v, _MM_SHUFFLE(2, 2, 1, 1)),
-                  _mm_shuffle_epi32(swapped, _MM_SHUFFLE(2, 2, 1, 1)), 1),
-             part(_mm_shuffle_epi32(a.v, _MM_SHUFFLE(3, 3, 3, 2)),
-                  _mm_shuffle_epi32(swapped, _MM_SHUFFLE(3, 3, 3, 2)), 2)}};
+    return {{part(permute_dwords<0, 0, 0, 1>(a.v), permute_dwords<0, 0, 0, 1>(swapped), 0),
+             part(permute_dwords<1, 1, 2, 2>(a.v), permute_dwords<1, 1, 2, 2>(swapped), 1),
+             part(permute_dwords<2, 3, 3, 3>(a.v), permute_dwords<2, 3, 3, 3>(swapped), 2)}};
 }
 
 template <int size, int n>
@@ -606,8 +627,7 @@ LUMALANE_INLINE vectors<size, n> load_spread(const unsigned char *from) {
 // ---- Half-interleaved pixels ----------------------------------------------------------------------------
 
 LUMALANE_INLINE words<8> even_pairs_of_words(words<8> a, words<8> b) {
-    return {_mm_castps_si128(
-        _mm_shuffle_ps(_mm_castsi128_ps(a.v), _mm_castsi128_ps(b.v), _MM_SHUFFLE(2, 0, 2, 0)))};
+    return {dwords_of_both<0, 2, 0, 2>(a.v, b.v)};
 }
 
 #ifndef LUMALANE_WIDER_TARGET
@@ -618,15 +638,15 @@ LUMALANE_INLINE words<8> multiply_bytes(words<8> a) {
 }
 
 // Lower words of `a`, upper words of `b`.
-LUMALANE_INLINE words<8> words_of_both(__m128i a, __m128i b) {
-    const __m128i lower = _mm_set1_epi32(0x0000ffff);
+LUMALANE_INLINE words<8> words_of_both(m128i a, m128i b) {
+    const m128i lower = _mm_set1_epi32(0x0000ffff);
     return {_mm_or_si128(_mm_and_si128(lower, a), _mm_andnot_si128(lower, b))};
 }
 
 // The lowest 12 bytes as 4 pixels, with anything in the fourth bytes.
-LUMALANE_INLINE __m128i four_triplets(__m128i triplets) {
-    const __m128i pixels_01 = _mm_unpacklo_epi32(triplets, _mm_srli_si128(triplets, 3));
-    const __m128i pixels_23 =
+LUMALANE_INLINE m128i four_triplets(m128i triplets) {
+    const m128i pixels_01 = _mm_unpacklo_epi32(triplets, _mm_srli_si128(triplets, 3));
+    const m128i pixels_23 =
         _mm_unpacklo_epi32(_mm_srli_si128(triplets, 6), _mm_srli_si128(triplets, 9));
     return _mm_unpacklo_epi64(pixels_01, pixels_23);
 }
@@ -637,8 +657,8 @@ LUMALANE_INLINE half_interleaved<n> load_half_interleaved(const unsigned char *f
         return {words_of_both(load<16>(from).v, load<16>(from + 14).v),
                 words_of_both(load<16>(from + 2).v, load<16>(from + 16).v)};
     } else {
-        const __m128i a = four_triplets(load<16>(from).v);
-        const __m128i b = four_triplets(_mm_srli_si128(load<16>(from + 8).v, 4));
+        const m128i a = four_triplets(load<16>(from).v);
+        const m128i b = four_triplets(_mm_srli_si128(load<16>(from + 8).v, 4));
         return {words_of_both(a, _mm_slli_epi32(b, 16)),
                 shift_left<8>(words_of_both(_mm_srli_epi32(a, 16), b))};
     }
@@ -649,21 +669,17 @@ LUMALANE_INLINE words<8> half_interleave(words<8> a) {
 }
 
 // Lanes 0, 2, 1 and 3 of each half.
-LUMALANE_INLINE __m128i deinterleaved_halves(__m128i a) {
-    return _mm_shufflehi_epi16(_mm_shufflelo_epi16(a, _MM_SHUFFLE(3, 1, 2, 0)),
-                               _MM_SHUFFLE(3, 1, 2, 0));
-}
+LUMALANE_INLINE m128i deinterleaved_halves(m128i a) { return permute_words<0, 2, 1, 3>(a); }
 
 LUMALANE_INLINE halves<8> deinterleave_upper_bytes_of_even(words<8> a, words<8> b) {
-    const __m128i both = _mm_packus_epi16(deinterleaved_halves(_mm_srli_epi16(a.v, 8)),
-                                          deinterleaved_halves(_mm_srli_epi16(b.v, 8)));
+    const m128i both = _mm_packus_epi16(deinterleaved_halves(_mm_srli_epi16(a.v, 8)),
+                                        deinterleaved_halves(_mm_srli_epi16(b.v, 8)));
     return {lower_half(bytes<16>{both}), upper_half(bytes<16>{both})};
 }
 
 LUMALANE_INLINE bytes<16> deinterleave_upper_bytes(words<8> a, words<8> b) {
     const auto deinterleaved = [](words<8> of) {
-        return _mm_shuffle_epi32(deinterleaved_halves(_mm_srli_epi16(of.v, 8)),
-                                 _MM_SHUFFLE(3, 1, 2, 0));
+        return permute_dwords<0, 2, 1, 3>(deinterleaved_halves(_mm_srli_epi16(of.v, 8)));
     };
     return {_mm_packus_epi16(deinterleaved(a), deinterleaved(b))};
 }

@@ -217,6 +217,7 @@ protected:
             for (const window &w : l.windows)
                 std::copy(w.before.begin(), w.before.end(), w.first);
             const long long found = call.run(target->rows, l.at);
+            target->leave_clean();
             ASSERT_EQ(found, expected) << running;
             for (std::size_t i = 0; i < l.windows.size(); ++i)
                 ASSERT_EQ(first_difference(call, l, i), "") << running;
