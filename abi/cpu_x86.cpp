@@ -19,13 +19,18 @@ registers cpuid(unsigned leaf, unsigned subleaf = 0) {
 
 constexpr bool bit(unsigned bits, int index) { return bits >> index & 1; }
 
-// The operating system saves the 256-bit registers.
-bool wide_registers_enabled() {
+// Parts of the registers' state that the operating system saves.
+enum saved_state : unsigned {
+    halves_of_256_bits = 0x06, // 128-bit registers and their upper halves
+    all_of_512_bits = 0xe6     // and masks, the upper halves of 512 bits, and 16 more registers
+};
+
+bool is_saved(saved_state state) {
     if (!bit(cpuid(1).ecx, 27)) // OSXSAVE
         return false;
     unsigned low, high;
     __asm__("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
-    return (low & 6) == 6; // 128-bit registers and their upper halves
+    return (low & state) == state;
 }
 
 // Intel: leaf 4. AMD: leaf 0x8000001d, of the same form.
@@ -49,7 +54,17 @@ bool always() { return true; }
 
 bool has_sse2() { return bit(cpuid(1).edx, 26); }
 
-bool has_avx2() { return wide_registers_enabled() && bit(cpuid(7).ebx, 5); }
+bool has_avx2() { return is_saved(halves_of_256_bits) && bit(cpuid(7).ebx, 5); }
+
+bool has_avx512() {
+    if (!is_saved(all_of_512_bits))
+        return false;
+    const registers features = cpuid(7);
+    const auto both = [](unsigned bits, int a, int b) { return bit(bits, a) && bit(bits, b); };
+    return both(features.ebx, 16, 30) && // F, BW
+           both(features.ebx, 31, 5) &&  // VL, AVX2
+           bit(features.ecx, 1);         // VBMI
+}
 
 unsigned ask_for_last_level_cache_bytes() {
     const unsigned intel = largest_cache(4);

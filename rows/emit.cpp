@@ -28,13 +28,13 @@ struct to_rgb_surface {
 
     template <int n>
     LUMALANE_INLINE static bytes<n> permuted(bytes<n> luma) {
-        return LUMALANE_TARGET_NAME::permuted<Pixels::vectors_per_group>(luma);
+        return LUMALANE_TARGET_NAME::permuted<permuted_for<Pixels, n>>(luma);
     }
 
     template <int n>
     LUMALANE_INLINE chroma_terms<n / 2> chroma(const unsigned char *u, const unsigned char *v,
                                                ptrdiff_t) const {
-        constexpr int vectors = Pixels::vectors_per_group;
+        constexpr int vectors = permuted_for<Pixels, n>;
         return to_rgb::chroma(adjusted.rgb_chroma(chroma_words<n / 2>{
             load_chroma_permuted<vectors, n / 2>(u), load_chroma_permuted<vectors, n / 2>(v)}));
     }
@@ -436,7 +436,7 @@ void emit_odd_yuy2(const planar_rows &rows, ptrdiff_t n) {
 void emit_yuy2_with_gaps(const planar_rows &rows, ptrdiff_t n) {
     const to_yuy2<unadjusted_samples> surface(nullptr, {});
     const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next;
-    row_start at{rows.y,         rows.u, rows.v,      rows.dst,   rows.y_below,
+    row_start at{rows.y,         rows.u, rows.v,      rows.dst,  rows.y_below,
                  rows.dst_below, 0,      rows.stores, rows.lower};
     const auto chroma = [&]<int size>(group_of<size>, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
         return surface.chroma<size>(at.u + x / 2, at.v + x / 2, 0);

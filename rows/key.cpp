@@ -73,7 +73,7 @@ template <int m, int size>
 template <int m, class Pixels, class Adjusted>
 LUMALANE_INLINE ptrdiff_t emit_keyed_groups(const keyed_rows &row, ptrdiff_t x, ptrdiff_t n,
                                             const key_colour &key, const Adjusted &adjusted) {
-    constexpr int size = Pixels::bytes_per_pixel, count = Pixels::vectors_per_group;
+    constexpr int size = Pixels::bytes_per_pixel, count = permuted_for<Pixels, m>;
     while (x + m <= n) {
         const bytes<m> alpha = load<m>(row.alpha + x);
         if (all_zero(alpha)) {

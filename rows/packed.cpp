@@ -26,7 +26,7 @@ struct packed_to_rgb {
 
     template <int n>
     LUMALANE_INLINE static packed_pixels<n> fetch(const unsigned char *from) {
-        return load_packed<Pixels::vectors_per_group, n>(from);
+        return load_packed<permuted_for<Pixels, n>, n>(from);
     }
 
     template <int n>

@@ -149,6 +149,11 @@ struct rgb24 {
     }
 };
 
+// For how many vectors n pixels are to be permuted.
+template <class Pixels, int n>
+inline constexpr int permuted_for =
+    Pixels::vectors_per_group == 4 ? padded_parts<n> : Pixels::vectors_per_group;
+
 // Upper bits of red, green and blue from bit 15 down, then 16 - red - green - blue zero bits.
 template <int red, int green, int blue>
 struct rgb16 {

@@ -12,13 +12,13 @@ struct group_of {
 };
 
 // Calls `step(group_of<n>{}, x)` for the groups of a row of `count`, a multiple of `least`: of the
-// widest vectors, then of 16, then of 8.
+// widest vectors, then of half as many down to 16, then of 8.
 template <int least, int most = widest, class Step>
 LUMALANE_INLINE void along_row(ptrdiff_t count, const Step &step, ptrdiff_t x = 0) {
     for (; x + most <= count; x += most)
         step(group_of<most>{}, x);
     if constexpr (most > 16)
-        along_row<least, 16>(count, step, x);
+        along_row<least, most / 2>(count, step, x);
     else if constexpr (most > least)
         along_row<least, least>(count, step, x);
 }

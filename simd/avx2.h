@@ -1,5 +1,5 @@
 // Lanes in the 256-bit registers of AVX2, two blocks each; portable.h defines the operations. The
-// vectors of one block are those of sse2.h, with better interleaving.
+// vectors of one block are those of sse2.h, with better interleaving. avx512.h includes this file, too.
 #pragma once
 
 #include <immintrin.h>
@@ -18,7 +18,9 @@ struct words<16> {
     __m256i v;
 };
 
+#ifndef LUMALANE_WIDER_THAN_AVX2
 inline constexpr int widest = 32;
+#endif
 inline constexpr bool multiplies_rounded = true;
 
 // ---- Memory ------------------------------------------------------------------------------------

@@ -57,6 +57,10 @@ struct vectors {
 // follow each other, or those of the first 8 pixels and those of the last 8 in turn.
 enum class pairs { in_order, in_turn };
 
+// For how many vectors interleave_channels_padded() wants n pixels permuted.
+template <int n>
+inline constexpr int padded_parts = 4;
+
 // n pixels of packed YUY2, permuted: luma and U of the even ones, luma and V of the odd ones.
 template <int n>
 struct packed_pixels {

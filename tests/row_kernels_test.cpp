@@ -20,8 +20,8 @@ using row_tests::bytes;
 using row_tests::row;
 using row_tests::row_call;
 
-// A dozen vectors of the widest target, or more.
-const std::ptrdiff_t longest = (lumalane::targets().end() - 1)->rows.vector_bytes > 16 ? 512 : 192;
+// A dozen vectors of the widest target.
+const std::ptrdiff_t longest = 12 * (lumalane::targets().end() - 1)->rows.vector_bytes;
 
 // Every alignment is tried that makes a difference to any target.
 constexpr int alignments = 64;

@@ -1,6 +1,7 @@
 // The library under test, one target at a time.
 #pragma once
 
+#include <cstdio>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -19,12 +20,17 @@ inline void PrintTo(const target *target, std::ostream *out) { *out << target->n
 
 namespace tests {
 
-// Those that this processor runs.
+// Those that this processor runs. A line for each of the others, once.
 inline std::vector<const lumalane::target *> runnable_targets() {
-    std::vector<const lumalane::target *> runnable;
-    for (const lumalane::target &target : lumalane::targets())
-        if (target.runs_here())
-            runnable.push_back(&target);
+    static const auto runnable = [] {
+        std::vector<const lumalane::target *> found;
+        for (const lumalane::target &target : lumalane::targets())
+            if (target.runs_here())
+                found.push_back(&target);
+            else
+                std::printf("%s: skipped, this processor does not run it\n", target.name);
+        return found;
+    }();
     return runnable;
 }
 

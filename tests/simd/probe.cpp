@@ -374,7 +374,7 @@ constexpr void add_interleaving(tests::probe &probe, const char *name, int left_
 
 // Adds what interleaves channels into `count` vectors, given as lambdas without captures that store
 // the result.
-template <int count, int n>
+template <int count, int n, int permuted_for = count>
 struct interleaving_adder {
     tests::probe &probe;
 
@@ -390,12 +390,12 @@ struct interleaving_adder {
 private:
     template <class Interleave>
     constexpr void add_each(const char *name, int left_out) const {
-        add<from_pixels<count, n>>(name, left_out, &Interleave::operator());
-        add<from_even<count, n>>(name, left_out, &Interleave::operator());
-        add<from_odd<count, n>>(name, left_out, &Interleave::operator());
-        add<from_chroma<count, n>>(name, left_out, &Interleave::operator());
-        add<from_pairs<count, n>>(name, left_out, &Interleave::operator());
-        add<from_vector<count, n>>(name, left_out, &Interleave::operator());
+        add<from_pixels<permuted_for, n>>(name, left_out, &Interleave::operator());
+        add<from_even<permuted_for, n>>(name, left_out, &Interleave::operator());
+        add<from_odd<permuted_for, n>>(name, left_out, &Interleave::operator());
+        add<from_chroma<permuted_for, n>>(name, left_out, &Interleave::operator());
+        add<from_pairs<permuted_for, n>>(name, left_out, &Interleave::operator());
+        add<from_vector<permuted_for, n>>(name, left_out, &Interleave::operator());
     }
 
     template <class Source, class Run>
@@ -405,16 +405,16 @@ private:
 };
 
 // The same of split pixels with pairs in packed order.
-template <int count, int n>
+template <int count, int n, int permuted_for = count>
 struct packed_interleaving_adder {
     tests::probe &probe;
 
     template <class Interleave>
     constexpr void operator()(const char *name, Interleave) const {
-        add_interleaving<from_packed_luma<count, n>, count, n>(probe, name, 0,
-                                                               &Interleave::operator());
-        add_interleaving<from_packed_chroma<count, n>, count, n>(probe, name, 0,
-                                                                 &Interleave::operator());
+        add_interleaving<from_packed_luma<permuted_for, n>, count, n>(probe, name, 0,
+                                                                      &Interleave::operator());
+        add_interleaving<from_packed_chroma<permuted_for, n>, count, n>(probe, name, 0,
+                                                                        &Interleave::operator());
     }
 };
 
@@ -433,6 +433,7 @@ constexpr void add_interleavings(tests::probe &probe) {
     const interleaving_adder<2, n> add_in_2{probe};
     const interleaving_adder<3, n> add_in_3{probe};
     const interleaving_adder<4, n> add_in_4{probe};
+    const interleaving_adder<4, n, padded_parts<n>> add_padded{probe};
 
     packed_interleaving_adder<2, n>{probe}("interleave_channels", [](memory to, b x, b y) {
         store_all<cached>(to, interleave_channels<packed_order>(x, y));
@@ -440,7 +441,7 @@ constexpr void add_interleavings(tests::probe &probe) {
     packed_interleaving_adder<3, n>{probe}("interleave_channels", [](memory to, b x, b y, b z) {
         store_all<cached>(to, interleave_channels<packed_order>(x, y, z));
     });
-    packed_interleaving_adder<4, n>{probe}(
+    packed_interleaving_adder<4, n, padded_parts<n>>{probe}(
         "interleave_channels_padded", [](memory to, b x, b y, b z) {
             store_all<cached>(to, interleave_channels_padded<packed_order>(x, y, z));
         });
@@ -455,7 +456,7 @@ constexpr void add_interleavings(tests::probe &probe) {
     add_in_3("interleave_channels", [](memory to, b x, b y, b z) {
         store_all<cached>(to, interleave_channels(split(x), split(y), split(z)));
     });
-    add_in_4("interleave_channels_padded", [](memory to, b x, b y, b z) {
+    add_padded("interleave_channels_padded", [](memory to, b x, b y, b z) {
         store_all<cached>(to, interleave_channels_padded(split(x), split(y), split(z)));
     });
     add_in_4("interleave, interleave_pairs", [](memory to, b x, b y, b z, b w) {
@@ -468,7 +469,7 @@ constexpr void add_interleavings(tests::probe &probe) {
 template <int n, class Pixels>
 void pack(unsigned char *to, const unsigned char *from) {
     const auto channel = [&](int plane) {
-        return split(load_permuted<Pixels::vectors_per_group, n>(from + plane * n));
+        return split(load_permuted<permuted_for<Pixels, n>, n>(from + plane * n));
     };
     store_all<cached>(to,
                       Pixels::interleaved(rgb_pixels<n / 2>{channel(0), channel(1), channel(2)}));
