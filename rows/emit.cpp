@@ -190,6 +190,8 @@ LUMALANE_INLINE void emit_group(const Surface &surface, const row_start &at, ptr
     };
     const bytes<n> upper = load<n>(at.y + x);
     if constexpr (pair) {
+        fetch_ahead<n, Surface::bytes_per_pixel>(dst);
+        fetch_ahead<n, Surface::bytes_per_pixel>(dst + at.dst_below);
         store_all<cached>(dst, pixels(upper));
         const bytes<n> lower =
             plain ? load<n>(at.y + at.y_below + x) : lower_luma<Surface>(at, upper, x);
@@ -457,9 +459,10 @@ void emit_yuy2_with_gaps(const planar_rows &rows, ptrdiff_t n) {
             along_row<16>(n, [&](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
                 store_all<cached>(at.dst + 2 * x, pixels(at.y + x, chroma(group, x)));
             });
-            along_row<16>(n, [&](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-                store_after_8(dst_below + 2 * x, pixels(below + x, chroma(group, x)));
-            });
+            along_row<16, widest_after_8<widest>>(
+                n, [&](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+                    store_after_8(dst_below + 2 * x, pixels(below + x, chroma(group, x)));
+                });
         }
         at.y += y_next, at.u += chroma_next, at.v += chroma_next, at.dst += dst_next;
         at.y_below += rows.y_below_next;

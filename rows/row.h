@@ -61,6 +61,14 @@ LUMALANE_INLINE void store_all(store_policy stores, unsigned char *to, const Vec
         store_all<cached>(to, v);
 }
 
+// Where `count` vectors of n bytes from `to` on are about to be stored.
+template <int n, int count>
+LUMALANE_INLINE void fetch_ahead(const unsigned char *to) {
+    if constexpr (fetched_ahead<n> != 0)
+        for (int i = 0; i < count; ++i)
+            __builtin_prefetch(to + fetched_ahead<n> + i * n);
+}
+
 // Whether rows of a pair are stored in turn: non-temporal stores would leave lines of the cache half
 // filled.
 LUMALANE_INLINE bool rows_in_turn(store_policy stores) {

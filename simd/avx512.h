@@ -54,6 +54,11 @@ constexpr __mmask64 make_every(int size, int at) {
     return bits;
 }
 
+// Where a picture outgrows the second-level cache, rows of pairs are up to 1.1 times as fast so, and
+// 0.9 times as fast as AVX2's otherwise.
+template <>
+inline constexpr int fetched_ahead<64> = 1024;
+
 // Of every `size` bytes the one that comes after `at` others.
 template <int size, int at>
 constexpr __mmask64 every = make_every(size, at);
@@ -437,6 +442,10 @@ constexpr permutation even_in_second_8 =
 LUMALANE_INLINE bytes<64> even_bytes_in_second_8(bytes<64> a) {
     return permute(a, even_in_second_8);
 }
+
+// Stores with a mask take 1.05 times as long as those of AVX2.
+template <>
+inline constexpr int widest_after_8<64> = 32;
 
 LUMALANE_INLINE void store_after_8(unsigned char *to, const vectors<2, 64> &parts) {
     _mm512_mask_storeu_epi64(to, 0xee, parts.part[0].v);

@@ -61,6 +61,15 @@ enum class pairs { in_order, in_turn };
 template <int n>
 inline constexpr int padded_parts = 4;
 
+// Of how many bytes vectors are best for what goes on to store_after_8(), where the widest have n.
+template <int n>
+inline constexpr int widest_after_8 = n;
+
+// How many bytes before they are stored lines of the destination are fetched, where vectors have n. 0:
+// the processor does by itself.
+template <int n>
+inline constexpr int fetched_ahead = 0;
+
 // n pixels of packed YUY2, permuted: luma and U of the even ones, luma and V of the odd ones.
 template <int n>
 struct packed_pixels {
