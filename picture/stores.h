@@ -48,7 +48,7 @@ private:
     static bool begin_on_vectors(const machine &machine, const unsigned char *dst,
                                  long long pitch) {
         const uintptr_t bits = reinterpret_cast<uintptr_t>(dst) | static_cast<uintptr_t>(pitch);
-        return bits % static_cast<unsigned>(machine.rows.vector_bytes) == 0;
+        return bits % static_cast<unsigned>(machine.rows.streamed_bytes) == 0;
     }
 
     const row_kernels &rows;

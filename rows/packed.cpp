@@ -142,6 +142,8 @@ LUMALANE_INLINE ptrdiff_t emit_pair_ahead(const Surface &surface, const packed_r
     auto lower = surface.template fetch<most>(src_below);
     ptrdiff_t x = 0;
     for (; x + most <= n; x += most) {
+        fetch_ahead<most, Surface::bytes_per_pixel>(rows.dst + x * Surface::bytes_per_pixel);
+        fetch_ahead<most, Surface::bytes_per_pixel>(dst_below + x * Surface::bytes_per_pixel);
         const auto chroma = surface.chroma(upper);
         // The last one is fetched again.
         const unsigned char *const next = rows.src + 2 * (x + 2 * most <= n ? x + most : x);

@@ -32,7 +32,7 @@ struct cached {
     }
 };
 
-// `to` is aligned to n bytes.
+// `to` is aligned to streamed_bytes<n>.
 struct non_temporal {
     template <int n>
     LUMALANE_INLINE static void store(unsigned char *to, bytes<n> a) {

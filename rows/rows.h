@@ -285,7 +285,8 @@ using finishing = void();
 // The row kernels of one target.
 struct row_kernels {
     const char *target;
-    int vector_bytes; // of the widest vectors
+    int vector_bytes;   // of the widest vectors
+    int streamed_bytes; // what their non-temporal stores are to be aligned to
 #define LUMALANE_ROW_KERNEL(kind, name) row_kernel::kind *name;
 #include "rows/rows.inc"
 #undef LUMALANE_ROW_KERNEL

@@ -11,6 +11,7 @@ extern constinit const row_kernels kernels;
 constinit const row_kernels kernels = {
     LUMALANE_STRING(LUMALANE_TARGET_NAME),
     widest,
+    streamed_bytes<widest>,
 #define LUMALANE_ROW_KERNEL(kind, name) name,
 #include "rows/rows.inc"
 #undef LUMALANE_ROW_KERNEL

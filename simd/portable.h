@@ -58,7 +58,7 @@ LUMALANE_INLINE void store(unsigned char *to, bytes<n> a) {
     __builtin_memcpy(to, &a, n);
 }
 
-// Stores around the cache where `streams`: elsewhere as any other store. `to` is aligned to n bytes.
+// Stores around the cache where `streams`: elsewhere as any other store. `to` is aligned to streamed_bytes<n>.
 inline constexpr bool streams = false;
 
 template <int n>

@@ -61,14 +61,18 @@ enum class pairs { in_order, in_turn };
 template <int n>
 inline constexpr int padded_parts = 4;
 
-// Of how many bytes vectors are best for what goes on to store_after_8(), where the widest have n.
+// Of how many bytes vectors are best where a row goes through store_after_8() and the widest have n.
 template <int n>
-inline constexpr int widest_after_8 = n;
+inline constexpr int widest_with_gaps = n;
 
 // How many bytes before they are stored lines of the destination are fetched, where vectors have n. 0:
 // the processor does by itself.
 template <int n>
 inline constexpr int fetched_ahead = 0;
+
+// What non-temporal stores of n bytes are to be aligned to.
+template <int n>
+inline constexpr int streamed_bytes = n;
 
 // n pixels of packed YUY2, permuted: luma and U of the even ones, luma and V of the odd ones.
 template <int n>

@@ -26,6 +26,9 @@ const std::ptrdiff_t longest = 12 * (lumalane::targets().end() - 1)->rows.vector
 // Every alignment is tried that makes a difference to any target.
 constexpr int alignments = 64;
 
+// What non-temporal stores are aligned to for the widest target, and so for all.
+const int streamed = (lumalane::targets().end() - 1)->rows.streamed_bytes;
+
 // Compared on both sides of a row, where there is memory.
 constexpr std::ptrdiff_t margin = 64;
 
@@ -150,15 +153,16 @@ protected:
         return l;
     }
 
-    // Rows at alignments that follow from `alignment`, those of non-temporal stores at 0. Any
-    // alignment comes up for every row.
+    // Rows at alignments that follow from `alignment`, those of non-temporal stores as these
+    // have to be. Any alignment comes up for every row.
     layout aligned(const row_call &call, int alignment) {
         return in_regions("with room around", call,
                           [&](const guarded_region &region, const row &row, std::size_t i) {
                               const int index = static_cast<int>(i);
+                              const int written = alignment + 13 * index;
                               const int offset = !row.written        ? 5 * alignment + 27 * index
-                                                 : call.non_temporal ? 0
-                                                                     : alignment + 13 * index;
+                                                 : call.non_temporal ? written & -streamed
+                                                                     : written;
                               return region.begin() + alignments + offset % alignments;
                           });
     }
@@ -173,7 +177,7 @@ protected:
         return in_regions("against the end", call,
                           [&](const guarded_region &region, const row &row, std::size_t) {
                               const model::address first = region.end() - row.extent();
-                              return call.non_temporal && row.written ? first & -alignments : first;
+                              return call.non_temporal && row.written ? first & -streamed : first;
                           });
     }
 
@@ -187,7 +191,7 @@ protected:
         for (const row &row : call.rows) {
             const int at = randomness.between(0, static_cast<int>(2 * size));
             l.at.push_back(first + margin +
-                           (call.non_temporal && row.written ? at & -alignments : at));
+                           (call.non_temporal && row.written ? at & -streamed : at));
             l.window_of.push_back(0);
         }
         l.windows.push_back({first, bytes(3 * size + 2 * margin), {}});

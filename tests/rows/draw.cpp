@@ -30,7 +30,7 @@ lumalane::adjustment draw_adjustment(random &r) {
 
 std::ptrdiff_t draw_pitch(random &r, std::ptrdiff_t size, lumalane::store_policy stores) {
     const std::ptrdiff_t pitch = size + (r.one_in(2) ? 0 : r.between(0, 70));
-    return stores == lumalane::store_policy::cached ? pitch : (pitch + 63) & -64;
+    return stores == lumalane::store_policy::cached ? pitch : (pitch + 31) & -32;
 }
 
 bytes draw_alpha(random &r, std::ptrdiff_t size) {
