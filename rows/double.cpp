@@ -128,6 +128,9 @@ LUMALANE_INLINE void emit_doubled_group(const doubled_rows &rows, const doubled_
                                 nullptr};
         return average(uv, to::chroma(below, x));
     };
+    if (rows_in_turn(rows.stores))
+        for (int k = 0; k < (all ? 4 : 1); ++k)
+            fetch_ahead<n, 2 * times>(dst + k * rows.dst_below);
     const samples upper = to::luma(y, at_end), uv = to::chroma(at, x);
     if constexpr (all) {
         const samples lower = to::luma(y + rows.y_below, at_end);
