@@ -4,6 +4,8 @@
 #include "bench/library.h"
 #include "bench/peers.h"
 #include "bench/report.h"
+#include "bench/table.h"
+#include "bench/team.h"
 #include "bench/timer_process.h"
 
 #include <CLI/CLI.hpp>
@@ -41,7 +43,11 @@ struct options {
     bool no_peers = false;
     int rounds = 9;
     double milliseconds = 10;
-    double below = 0.95;
+    int threads = 0; // none: not how they scale
+    double below = 1;
+    double below_yardstick = 0.95;
+    double flat = 2;
+    double scaled = 1.85;
     std::string json;
     std::string csv = "/dev/null";
     // What the others come to; the first is what all others are compared with.
@@ -51,7 +57,7 @@ struct options {
 // In the order of `jobs`.
 const std::vector<peer> &peers_of(const job &job) {
     static const std::vector<peer> peers[] = {
-#define LUMALANE_JOB(name, situation, pitch, bytes, ...) {__VA_ARGS__},
+#define LUMALANE_JOB(name, situation, family, how, pitch, bytes, ...) {__VA_ARGS__},
 #include "bench/jobs.inc"
 #undef LUMALANE_JOB
     };
@@ -89,19 +95,144 @@ std::vector<const job *> jobs_of(const std::vector<measurement> &chosen) {
 
 constexpr char copy[] = "memcpy";
 
+// One line.
+std::string conditions_of(const options &options) {
+    const std::string peers =
+        options.no_peers ? ""
+                         : "; libyuv " + libyuv_version() + ", libswscale " + swscale_version();
+    return machine() + peers;
+}
+
+// How many times as much arithmetic as one thread so many do together in the same time.
+double arithmetic_scaling(const options &options) {
+    team team(options.threads);
+    std::vector<contestant> contestants;
+    for (const int threads : {options.threads, 1}) {
+        const std::vector<task> works(threads, arithmetic_in_registers());
+        contestants.push_back({"", [&team, works](long calls) { return team.time(works, calls); }});
+        calibrate(contestants.back(), options.milliseconds / 1000);
+    }
+    for (int i = 0; i < options.rounds; ++i)
+        round(contestants);
+    return options.threads * paired_ratio(contestants[1], contestants[0]);
+}
+
+// What `--threads` does, and with what it cannot be done.
+void print_slices(const std::vector<const job *> &jobs, const options &options, std::ostream &out) {
+    out << "Each of " << options.threads
+        << " threads has its own slice of the rows; all of them begin a turn together, and it is "
+           "over when the last has ended. Times are by the clock. Arithmetic in registers alone, "
+           "which shares nothing but the processor, is "
+        << fixed(arithmetic_scaling(options), 2) << " times as fast on them as on one.\n";
+    for (const slicing how : {slicing::planes_by_height, slicing::last_rows_differ}) {
+        std::vector<std::string> functions;
+        for (const job *job : jobs)
+            if (job->how == how && (functions.empty() || functions.back() != job->name))
+                functions.push_back(job->name);
+        if (functions.empty())
+            continue;
+        out << "\nNot cut into slices, as " << reason_not_to_cut(how) << ": ";
+        for (const std::string &function : functions)
+            out << (function == functions.front() ? "`" : ", `") << function << '`';
+        out << ".\n";
+    }
+}
+
+std::string on_threads(const std::string &name, int threads) {
+    return name + (threads == 1 ? ", 1 thread" : ", " + std::to_string(threads) + " threads");
+}
+
 contestant_names names_of(const std::vector<const job *> &jobs, const options &options) {
     contestant_names names;
+    if (options.threads) {
+        const std::string &build = options.builds.front().name;
+        names.builds = {on_threads(build, options.threads), on_threads(build, 1)};
+        names.yardsticks = {on_threads(copy, options.threads), on_threads(copy, 1)};
+        return names;
+    }
     for (const build &build : options.builds)
         names.builds.push_back(build.name);
     if (options.no_peers)
         return names;
     for (const job *job : jobs)
-        for (const peer &peer : peers_of(*job))
-            if (std::find(names.peers.begin(), names.peers.end(), peer.project) ==
-                names.peers.end())
-                names.peers.push_back(peer.project);
-    names.yardsticks = {copy};
+        for (const peer &peer : peers_of(*job)) {
+            std::vector<std::string> &list = peer.is_yardstick ? names.yardsticks : names.peers;
+            if (std::find(list.begin(), list.end(), peer.project) == list.end())
+                list.push_back(peer.project);
+        }
+    names.yardsticks.push_back(copy);
     return names;
+}
+
+report_settings settings_of(const std::vector<const job *> &jobs, const options &options) {
+    report_settings settings;
+    settings.names = names_of(jobs, options);
+    if (options.threads) {
+        settings.copy = settings.names.yardsticks.back();
+        settings.one_thread = settings.names.builds.back();
+    } else if (!options.no_peers) {
+        settings.copy = copy;
+    }
+    settings.below = options.below;
+    settings.below_yardstick = options.below_yardstick;
+    settings.flat = options.flat;
+    settings.scaled = options.scaled;
+    settings.conditions = conditions_of(options);
+    return settings;
+}
+
+// Calibrates the contestants and times them, a round an iteration.
+void compete(benchmark::State &state, std::vector<contestant> &contestants, size picture,
+             const options &options) {
+    for (contestant &contestant : contestants)
+        calibrate(contestant, options.milliseconds / 1000);
+    const contestant &ours = contestants.front();
+    for (auto _ : state) {
+        round(contestants);
+        state.SetIterationTime(ours.seconds.back());
+    }
+    for (const contestant &contestant : contestants) {
+        state.counters[contestant.name] = median(contestant.seconds) * 1e9 / picture.pixels();
+        state.counters[quotient(contestant.name)] = paired_ratio(contestant, ours);
+    }
+}
+
+// Parts of `bytes`, of whole cache lines but for the last.
+std::vector<task> copies(std::size_t bytes, int count) {
+    const auto from = std::make_shared<buffer>(bytes), to = std::make_shared<buffer>(bytes);
+    std::vector<task> parts;
+    const std::size_t most = (bytes / count + 63) / 64 * 64;
+    for (std::size_t first = 0; first < bytes; first += most)
+        parts.push_back([=, part = std::min(most, bytes - first)] {
+            std::memcpy(to->data() + first, from->data() + first, part);
+        });
+    return parts;
+}
+
+// One build on several threads, each on its slice of the rows, and on one.
+void measure_threads(benchmark::State &state, const job &job, size picture,
+                     const options &options) {
+    scene scene(picture, job.dst_pitch_per_pixel);
+    job.in.arrange(scene);
+    const library library(options.builds.front().which);
+    library.prepare();
+    std::vector<task> slices;
+    for (const slice rows : cut(picture.height, job.how, options.threads))
+        slices.push_back(library.work(job, scene, rows));
+    const std::vector<task> whole{library.work(job, scene, scene.whole())};
+    const std::size_t bytes = job.bytes_per_pixel * picture.pixels();
+    const contestant_names names = names_of({&job}, options);
+    team team(options.threads);
+    std::vector<contestant> contestants;
+    const auto add = [&](const std::string &name, const std::vector<task> &works) {
+        contestants.push_back(
+            {name, [&team, works](long calls) { return team.time(works, calls); }});
+    };
+    add(names.builds[0], slices);
+    add(names.builds[1], whole);
+    add(names.yardsticks[0], copies(bytes, options.threads));
+    add(names.yardsticks[1], copies(bytes, 1));
+    compete(state, contestants, picture, options);
 }
 
 void measure(benchmark::State &state, const job &job, size picture, const options &options) {
@@ -133,35 +264,22 @@ void measure(benchmark::State &state, const job &job, size picture, const option
                                        return time(convert, calls);
                                    }});
         const std::size_t bytes = job.bytes_per_pixel * picture.pixels();
-        const task copy_bytes = [bytes, from = std::make_shared<buffer>(bytes),
-                                 to = std::make_shared<buffer>(bytes)] {
-            std::memcpy(to->data(), from->data(), bytes);
-        };
-        contestants.push_back({copy, [copy_bytes](long calls) { return time(copy_bytes, calls); }});
+        contestants.push_back(
+            {copy, [work = copies(bytes, 1).front()](long calls) { return time(work, calls); }});
     }
-
-    for (contestant &contestant : contestants)
-        calibrate(contestant, options.milliseconds / 1000);
-    const contestant &ours = contestants.front();
-    for (auto _ : state) {
-        round(contestants);
-        state.SetIterationTime(ours.seconds.back());
-    }
-    for (const contestant &contestant : contestants) {
-        state.counters[contestant.name] = median(contestant.seconds) * 1e9 / picture.pixels();
-        state.counters[quotient(contestant.name)] = paired_ratio(contestant, ours);
-    }
+    compete(state, contestants, picture, options);
 }
 
 void print_conditions(const std::vector<const job *> &jobs, const options &options,
                       std::ostream &out) {
-    out << "Measured on " << machine();
-    if (!options.no_peers)
-        out << "; libyuv " << libyuv_version() << ", libswscale " << swscale_version();
-    out << ".\n"
+    out << "Measured on " << conditions_of(options) << ".\n"
         << "Nanoseconds per pixel, medians of " << options.rounds << " rounds of at least "
         << options.milliseconds << " ms each. In brackets: how many times as long as "
-        << options.builds.front().name << " (median of the rounds' quotients).\n";
+        << names_of(jobs, options).builds.front() << " (median of the rounds' quotients).\n";
+    if (options.threads) {
+        print_slices(jobs, options, out);
+        return;
+    }
     if (options.no_peers)
         return;
     out << "\n| Function | Bytes per pixel | Peers |\n|---|---:|---|\n";
@@ -175,7 +293,7 @@ void print_conditions(const std::vector<const job *> &jobs, const options &optio
 
 void add(const measurement &chosen, const options &options) {
     const auto run = [&](benchmark::State &state) {
-        measure(state, *chosen.what, chosen.picture, options);
+        (options.threads ? measure_threads : measure)(state, *chosen.what, chosen.picture, options);
     };
     benchmark::RegisterBenchmark(chosen.name.c_str(), run)
         ->Iterations(options.rounds)
@@ -210,11 +328,23 @@ void describe(CLI::App &app, options &options) {
            "of the targets, or with a shared library")
         ->allow_extra_args(false)
         ->type_name("NAME=PROGRAM[,LIBRARY]");
+    app.add_option("--threads", options.threads,
+                   "how much faster so many threads are, each on its slice of rows, than one")
+        ->check(CLI::PositiveNumber);
     app.add_flag("--no-own", options.no_own,
                  "leave this build out: compare with the first of the others");
     app.add_flag("--no-peers", options.no_peers, "leave other libraries and memcpy out");
     app.add_option("--below", options.below,
                    "list other builds and peers that are fewer times as long")
+        ->type_name("RATIO");
+    app.add_option("--below-yardstick", options.below_yardstick,
+                   "list where memset or memcpy is, of functions without a peer")
+        ->type_name("RATIO");
+    app.add_option("--flat", options.flat,
+                   "say what bounds functions whose time per pixel differs more between sizes")
+        ->type_name("RATIO");
+    app.add_option("--scaled", options.scaled,
+                   "list functions bound by arithmetic that threads make less fast")
         ->type_name("RATIO");
     app.add_option("--rounds", options.rounds, "rounds per measurement")
         ->check(CLI::PositiveNumber);
@@ -256,6 +386,8 @@ std::vector<build> builds_of(const options &options) {
     }
     if (builds.empty())
         throw std::runtime_error("there is no build to measure");
+    if (options.threads && (builds.size() > 1 || !builds.front().program.empty()))
+        throw std::runtime_error("--threads is for one build that this process can load");
     return builds;
 }
 
@@ -266,6 +398,7 @@ int run(int argc, char **argv) {
     describe(app, options);
     CLI11_PARSE(app, argc, argv);
     options.builds = builds_of(options);
+    options.no_peers = options.no_peers || options.threads;
     // A process that has ended is told by its missing answer.
     std::signal(SIGPIPE, SIG_IGN);
 
@@ -274,7 +407,8 @@ int run(int argc, char **argv) {
     if (chosen.empty())
         throw std::runtime_error("nothing is named " + options.filter);
     for (const measurement &measured : chosen)
-        add(measured, options);
+        if (!options.threads || can_be_cut(measured.what->how))
+            add(measured, options);
 
     std::string program = argv[0];
     std::string out = "--benchmark_out=" + options.json;
@@ -285,7 +419,7 @@ int run(int argc, char **argv) {
     std::ofstream csv_file(options.csv);
     if (!csv_file)
         throw std::runtime_error("cannot write " + options.csv);
-    report report(names_of(chosen_jobs, options), options.below, std::cout, csv_file);
+    report report(settings_of(chosen_jobs, options), std::cout, csv_file);
     print_conditions(chosen_jobs, options, std::cout);
     return benchmark::RunSpecifiedBenchmarks(&report) ? 0 : 1;
 }

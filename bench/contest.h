@@ -10,8 +10,10 @@ namespace lumalane::bench {
 
 using task = std::function<void()>;
 
-// Seconds that `calls` runs of the work take, after two that are not counted: the cache is full of
-// what came before.
+// At the beginning of a turn, which are not counted: the cache is full of what came before.
+inline constexpr long untimed_calls = 2;
+
+// Seconds that `calls` runs of the work take, after those that are not counted.
 double time(const task &work, long calls);
 
 struct contestant {

@@ -75,12 +75,20 @@ std::vector<std::string> shipped_target_names() {
 library::library(const std::string &build)
     : target_(find_target(build)), functions_(target_ ? own_functions : load(build)) {}
 
-double library::time(const job &job, scene &scene, long calls) const {
+void library::prepare() const {
     contrast_data adjustment{70, 60, 5, -3, 4, 0, 0, 0};
     functions_.get_contrast_data(&adjustment);
     if (target_)
         force(*target_);
-    return bench::time([&] { job.run(functions_, scene); }, calls);
+}
+
+task library::work(const job &job, scene &scene, slice rows) const {
+    return [this, &job, &scene, rows] { job.run(functions_, scene, rows); };
+}
+
+double library::time(const job &job, scene &scene, long calls) const {
+    prepare();
+    return bench::time(work(job, scene, scene.whole()), calls);
 }
 
 } // namespace lumalane::bench

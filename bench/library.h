@@ -1,6 +1,7 @@
 // Builds of the library as contestants.
 #pragma once
 
+#include "bench/contest.h"
 #include "bench/jobs.h"
 
 #include <string>
@@ -24,8 +25,14 @@ public:
     // The name of a target, or the file of a shared library.
     explicit library(const std::string &build);
 
-    // Seconds that `calls` runs of the job take. The adjusting functions adjust: every gain and
+    // Before its functions are called: chooses the target, and an adjustment in which every gain and
     // offset differs from the neutral ones.
+    void prepare() const;
+
+    // The job on a slice of the scene. Library, job and scene outlive it.
+    task work(const job &job, scene &scene, slice rows) const;
+
+    // Seconds that `calls` runs of the job on the whole scene take.
     double time(const job &job, scene &scene, long calls) const;
 
 private:

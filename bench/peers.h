@@ -12,6 +12,7 @@ struct peer {
     const char *project;
     const char *way;               // its name for the conversion
     task (*prepare)(scene &scene); // the scene outlives the task
+    bool is_yardstick = false;     // as memcpy: not a library
 };
 
 // From planar pictures.

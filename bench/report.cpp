@@ -1,5 +1,7 @@
 #include "bench/report.h"
 
+#include "bench/jobs.h"
+#include "bench/moved.h"
 #include "bench/table.h"
 
 #include <algorithm>
@@ -30,14 +32,14 @@ std::string processor() {
 
 std::string quotient(const std::string &contestant) { return contestant + " quotient"; }
 
-report::report(const contestant_names &names, double below, std::ostream &markdown,
-               std::ostream &csv)
-    : contestants_(names.all()), summary_(names), below_(below), markdown_(markdown), csv_(csv) {}
+report::report(report_settings settings, std::ostream &markdown, std::ostream &csv)
+    : settings_(std::move(settings)), contestants_(settings_.names.all()),
+      summary_(settings_.names), markdown_(markdown), csv_(csv) {}
 
 bool report::ReportContext(const Context &) {
-    csv_ << "picture,function";
+    csv_ << "# " << settings_.conditions << "\npicture,family,function";
     for (const std::string &contestant : contestants_)
-        csv_ << ',' << contestant << ',' << quotient(contestant);
+        csv_ << ",\"" << contestant << "\",\"" << quotient(contestant) << '"';
     csv_ << '\n';
     return true;
 }
@@ -51,6 +53,7 @@ void report::ReportRuns(const std::vector<Run> &runs) {
         const std::string &name = run.run_name.function_name;
         const std::string picture = name.substr(0, name.find('/'));
         const std::string function = name.substr(name.find('/') + 1);
+        const std::string family = find_job(function)->family;
         if (picture != picture_) {
             picture_ = picture;
             markdown_ << "\n### " << picture << "\n\n";
@@ -58,7 +61,7 @@ void report::ReportRuns(const std::vector<Run> &runs) {
         }
         std::vector<std::string> cells;
         std::map<std::string, double> quotients;
-        csv_ << picture << ',' << function;
+        csv_ << picture << ",\"" << family << "\"," << function;
         for (const std::string &contestant : contestants_) {
             const auto time = run.counters.find(contestant);
             if (time == run.counters.end()) {
@@ -75,13 +78,38 @@ void report::ReportRuns(const std::vector<Run> &runs) {
         }
         print_row(markdown_, '`' + function + '`', cells);
         csv_ << std::endl;
-        summary_.add(picture, function, std::move(quotients));
+        summary_.add(picture, family, function, std::move(quotients));
+        add_cost(picture, function, run);
     }
+}
+
+void report::add_cost(const std::string &picture, const std::string &function, const Run &run) {
+    if (settings_.copy.empty())
+        return;
+    const job &job = *find_job(function);
+    const std::string &one_thread = settings_.one_thread;
+    const std::string &build = one_thread.empty() ? contestants_.front() : one_thread;
+    const pixel_cost cost{picture, run.counters.at(build), bytes_moved_per_pixel(job),
+                          run.counters.at(settings_.copy), 2 * job.bytes_per_pixel};
+    if (one_thread.empty())
+        flatness_.add(function, cost);
+    else
+        scaling_.add(function, cost, run.counters.at(quotient(one_thread)));
 }
 
 void report::Finalize() {
     markdown_ << "\n### Summary\n\n";
-    summary_.print(markdown_, below_);
+    summary_.print(markdown_, settings_.below, settings_.below_yardstick);
+    if (settings_.copy.empty())
+        return;
+    if (flatness_.compares()) {
+        markdown_ << "\n### The time of a pixel over the sizes of pictures\n\n";
+        flatness_.print(markdown_, settings_.flat);
+    }
+    if (!settings_.one_thread.empty()) {
+        markdown_ << "\n### Threads\n\n";
+        scaling_.print(markdown_, settings_.scaled);
+    }
 }
 
 std::string machine() {

@@ -1,6 +1,8 @@
 // What the benchmark prints: Markdown for people, CSV for the chart.
 #pragma once
 
+#include "bench/flatness.h"
+#include "bench/scaling.h"
 #include "bench/summary.h"
 
 #include <benchmark/benchmark.h>
@@ -15,20 +17,36 @@ namespace lumalane::bench {
 // of the contestant, and the quotient to the time of the first contestant, under quotient(name).
 std::string quotient(const std::string &contestant);
 
-// A table per picture size, a row per function, a column per contestant; then the summary.
+// Who takes part, and what is listed.
+struct report_settings {
+    contestant_names names;
+    std::string copy{}; // memcpy's name, if it takes part
+    std::string
+        one_thread{}; // the name of the first build on one thread, if the first is on several
+    double below, below_yardstick; // as of summary::print()
+    double flat;                   // as of flatness::print()
+    double scaled;                 // as of scaling::print()
+    std::string conditions;        // one line
+};
+
+// A table per picture size, a row per function, a column per contestant; the summary; what a pixel
+// costs over the sizes, or how threads scale.
 class report : public benchmark::BenchmarkReporter {
 public:
-    // `below`: as of summary::print().
-    report(const contestant_names &names, double below, std::ostream &markdown, std::ostream &csv);
+    report(report_settings settings, std::ostream &markdown, std::ostream &csv);
 
     bool ReportContext(const Context &) override;
     void ReportRuns(const std::vector<Run> &runs) override;
     void Finalize() override;
 
 private:
+    void add_cost(const std::string &picture, const std::string &function, const Run &run);
+
+    report_settings settings_;
     std::vector<std::string> contestants_;
     summary summary_;
-    double below_;
+    flatness flatness_{};
+    scaling scaling_{};
     std::ostream &markdown_;
     std::ostream &csv_;
     std::string picture_{}; // of the table that is being printed

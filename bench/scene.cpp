@@ -59,27 +59,6 @@ scene::scene(size picture, double dst_pitch_per_pixel)
     info.rows_to_plane_end = height;
 }
 
-tagMIX_INFO scene::mix_record() {
-    tagMIX_INFO record{};
-    record.video_pitch = record.sub_pitch = src_pitch;
-    record.dst_pitch = dst_pitch;
-    record.width = width;
-    record.height = height;
-    record.video_y = y.data();
-    record.video_v = v.data();
-    record.video_u = u.data();
-    record.alpha_plane = alpha.data();
-    record.sub_y = sub_y.data();
-    record.sub_v = sub_v.data();
-    record.sub_u = sub_u.data();
-    record.dst = dst.data();
-    record.dst_v = dst.data() + std::ptrdiff_t(dst_pitch) * height;
-    record.dst_u = record.dst_v + std::ptrdiff_t(dst_pitch) * height / 4;
-    record.color_key = key_colour;
-    record.adjust_info = &info;
-    return record;
-}
-
 namespace situations {
 namespace {
 
@@ -124,53 +103,91 @@ void paint_flat(scene &s) {
 } // namespace
 
 const situation random{"", as_it_is};
-const situation subtitles{"subtitles", show_subtitles};
+const situation subtitles{"subtitles", show_subtitles, 0.05};
 const situation veil{"veil", hang_veil};
 const situation drawn{"drawn", draw};
-const situation mostly_key{"90%key", draw_at_the_bottom};
+const situation mostly_key{"90%key", draw_at_the_bottom, 0.1};
 const situation flat{"flat", paint_flat};
 const situation edges{"edges", as_it_is}; // random rows match nowhere
 
 } // namespace situations
 
-void call(picture_function *function, scene &s) {
-    function(s.y.data(), s.u.data(), s.v.data(), s.dst.data(), s.width, s.height, s.src_pitch,
-             s.dst_pitch, &s.info);
+namespace {
+
+// So many rows further on.
+unsigned char *row(const buffer &plane, std::ptrdiff_t pitch, std::ptrdiff_t number) {
+    return plane.data() + pitch * number;
 }
 
-void call(mix_function *function, scene &s) {
-    tagMIX_INFO record = s.mix_record(); // which it may consume
+tagMIX_INFO mix_record(scene &s, slicing how, slice rows) {
+    const int first = rows.first, video = how == slicing::field ? first / 2 : first;
+    tagMIX_INFO record{};
+    record.video_pitch = record.sub_pitch = s.src_pitch;
+    record.dst_pitch = s.dst_pitch;
+    record.width = s.width;
+    record.height = rows.rows;
+    record.video_y = row(s.y, s.src_pitch, video);
+    record.video_v = row(s.v, s.src_pitch / 2, video / 2);
+    record.video_u = row(s.u, s.src_pitch / 2, video / 2);
+    record.alpha_plane = row(s.alpha, s.src_pitch, first);
+    record.sub_y = row(s.sub_y, s.src_pitch, first);
+    record.sub_v = row(s.sub_v, s.src_pitch / 2, first);
+    record.sub_u = row(s.sub_u, s.src_pitch / 2, first);
+    record.dst = row(s.dst, s.dst_pitch, first);
+    unsigned char *const dst_v = row(s.dst, s.dst_pitch, s.height);
+    record.dst_v = dst_v + std::ptrdiff_t(s.dst_pitch / 2) * (first / 2);
+    record.dst_u = record.dst_v + std::ptrdiff_t(s.dst_pitch) * s.height / 4;
+    record.color_key = key_colour;
+    record.adjust_info = &s.info;
+    return record;
+}
+
+} // namespace
+
+void call(picture_function *function, scene &s, slicing how, slice rows) {
+    // The planes of a surface are found from where its first rows are.
+    tag_ajust_contrast_info info = s.info;
+    info.rows_to_plane_end -= rows.first;
+    const int luma_pitch = how == slicing::packed ? 2 * s.src_pitch : s.src_pitch;
+    function(row(s.y, luma_pitch, rows.first), row(s.u, s.src_pitch / 2, rows.first / 2),
+             row(s.v, s.src_pitch / 2, rows.first / 2), row(s.dst, s.dst_pitch, rows.first),
+             s.width, rows.rows, s.src_pitch, s.dst_pitch, &info);
+}
+
+void call(mix_function *function, scene &s, slicing how, slice rows) {
+    tagMIX_INFO record = mix_record(s, how, rows); // which it may consume
     function(&record);
 }
 
-void call(key_fill_function *function, scene &s) {
-    function(key_colour, s.dst.data(), s.width, s.height, 0, s.dst_pitch);
+void call(key_fill_function *function, scene &s, slicing, slice rows) {
+    function(key_colour, row(s.dst, s.dst_pitch, rows.first), s.width, rows.rows, 0, s.dst_pitch);
 }
 
 // The surface's bytes under one value of the mask.
-void call(mask_function *function, scene &s) {
-    function(s.dst.data(), s.y.data(), 0x80, 0xff, s.width, s.dst_pitch, s.height);
+void call(mask_function *function, scene &s, slicing, slice rows) {
+    function(row(s.dst, s.dst_pitch, rows.first), row(s.y, s.dst_pitch, rows.first), 0x80, 0xff,
+             s.width, s.dst_pitch, rows.rows);
 }
 
-void call(packed_stretch_function *function, scene &s) {
+void call(packed_stretch_function *function, scene &s, slicing, slice) {
     function(s.y.data(), nullptr, nullptr, s.dst.data(), 2 * s.width, s.height, s.dst_pitch);
 }
 
-void call(packed_stretch_ajust_function *function, scene &s) {
+void call(packed_stretch_ajust_function *function, scene &s, slicing, slice) {
     function(s.y.data(), nullptr, nullptr, s.dst.data(), 2 * s.width, s.height, s.dst_pitch,
              &s.info);
 }
 
-void call(plane_stretch_function *function, scene &s) {
+void call(plane_stretch_function *function, scene &s, slicing, slice) {
     function(s.y.data(), s.dst.data(), s.width, s.height, s.src_pitch, s.dst_pitch);
 }
 
-void call(plane_stretch_ajust_function *function, scene &s) {
+void call(plane_stretch_ajust_function *function, scene &s, slicing, slice) {
     constexpr int luma = 1;
     function(s.y.data(), s.dst.data(), s.width, s.height, s.src_pitch, s.dst_pitch, &s.info, luma);
 }
 
-void call(frame_stretch_function *function, scene &s) {
+void call(frame_stretch_function *function, scene &s, slicing, slice) {
     tagVideoFrame frame{};
     frame.plane_y = s.y.data();
     frame.plane_u = s.u.data();

@@ -2,6 +2,8 @@
 // touched.
 #pragma once
 
+#include "bench/slices.h"
+
 #include <lumalane.h>
 
 #include <cstddef>
@@ -36,7 +38,7 @@ struct scene {
     scene(size picture, double dst_pitch_per_pixel);
 
     size picture() const { return {width, height}; }
-    tagMIX_INFO mix_record();
+    slice whole() const { return {0, height}; }
 
     int width;
     int height;
@@ -57,6 +59,7 @@ struct scene {
 struct situation {
     const char *name; // empty: random bytes
     void (*arrange)(scene &random);
+    double subpicture = 1; // how much of the subpicture's colours is read or written
 };
 
 namespace situations {
@@ -86,15 +89,16 @@ using plane_stretch_ajust_function = void(unsigned char *, unsigned char *, int,
 using frame_stretch_function = void(tagVideoFrame *, int, int, unsigned char *, int,
                                     tag_ajust_contrast_info *);
 
-// One overload per signature: how a function of it is called on the scene.
-void call(picture_function *function, scene &scene);
-void call(mix_function *function, scene &scene);
-void call(key_fill_function *function, scene &scene);
-void call(mask_function *function, scene &scene);
-void call(packed_stretch_function *function, scene &scene);
-void call(packed_stretch_ajust_function *function, scene &scene);
-void call(plane_stretch_function *function, scene &scene);
-void call(plane_stretch_ajust_function *function, scene &scene);
-void call(frame_stretch_function *function, scene &scene);
+// One overload per signature: how a function of it is called for a slice of the scene. Those that
+// cannot be cut are called for the whole scene.
+void call(picture_function *function, scene &scene, slicing how, slice rows);
+void call(mix_function *function, scene &scene, slicing how, slice rows);
+void call(key_fill_function *function, scene &scene, slicing how, slice rows);
+void call(mask_function *function, scene &scene, slicing how, slice rows);
+void call(packed_stretch_function *function, scene &scene, slicing how, slice rows);
+void call(packed_stretch_ajust_function *function, scene &scene, slicing how, slice rows);
+void call(plane_stretch_function *function, scene &scene, slicing how, slice rows);
+void call(plane_stretch_ajust_function *function, scene &scene, slicing how, slice rows);
+void call(frame_stretch_function *function, scene &scene, slicing how, slice rows);
 
 } // namespace lumalane::bench

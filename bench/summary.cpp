@@ -10,8 +10,16 @@ namespace {
 
 constexpr char fastest_peer[] = "fastest peer";
 
+// The quotient of the closest yardstick where no peer takes part.
+constexpr char without_peers[] = "memset or memcpy, where there is no peer";
+
 double least(const std::vector<double> &values) {
     return *std::min_element(values.begin(), values.end());
+}
+
+void add_once(std::vector<std::string> &names, const std::string &name) {
+    if (std::find(names.begin(), names.end(), name) == names.end())
+        names.push_back(name);
 }
 
 } // namespace
@@ -29,40 +37,59 @@ summary::summary(contestant_names names) : names_(std::move(names)), columns_(na
         columns_.push_back(fastest_peer);
 }
 
-void summary::add(const std::string &picture, const std::string &function,
-                  std::map<std::string, double> quotients) {
+void summary::add(const std::string &picture, const std::string &family,
+                  const std::string &function, std::map<std::string, double> quotients) {
     std::vector<double> of_peers;
     for (const std::string &peer : names_.peers)
         if (const auto found = quotients.find(peer); found != quotients.end())
             of_peers.push_back(found->second);
     if (!of_peers.empty())
         quotients[fastest_peer] = least(of_peers);
-    if (std::find(pictures_.begin(), pictures_.end(), picture) == pictures_.end())
-        pictures_.push_back(picture);
-    results_.push_back({picture, function, std::move(quotients)});
+    else
+        for (const std::string &yardstick : names_.yardsticks)
+            if (const auto found = quotients.find(yardstick); found != quotients.end()) {
+                quotients[without_peers] = found->second;
+                break;
+            }
+    add_once(pictures_, picture);
+    add_once(families_, family);
+    results_.push_back({picture, family, function, std::move(quotients)});
 }
 
-std::vector<double> summary::quotients(const std::string &column,
-                                       const std::string &picture) const {
+std::vector<double> summary::quotients(const std::string &column, const std::string &picture,
+                                       const std::string &family) const {
     std::vector<double> found;
     for (const result &measured : results_) {
         const auto quotient = measured.quotients.find(column);
         if (quotient != measured.quotients.end() &&
-            (picture.empty() || picture == measured.picture))
+            (picture.empty() || picture == measured.picture) &&
+            (family.empty() || family == measured.family))
             found.push_back(quotient->second);
     }
     return found;
 }
 
-void summary::print(std::ostream &markdown, double below) const {
+void summary::print(std::ostream &markdown, double below, double below_yardstick) const {
     if (columns_.empty())
         return;
+    print_means(markdown);
+    if (!names_.peers.empty())
+        print_families(markdown);
+    for (auto build = names_.builds.begin() + 1; build != names_.builds.end(); ++build)
+        list(markdown, *build, below);
+    if (!names_.peers.empty())
+        list(markdown, fastest_peer, below);
+    if (!names_.yardsticks.empty())
+        list(markdown, without_peers, below_yardstick);
+}
+
+void summary::print_means(std::ostream &markdown) const {
     print_head(markdown, "Times as long as " + names_.builds.front(), columns_);
     const auto row = [&](const std::string &title, const std::string &picture,
                          double (*sum_up)(const std::vector<double> &)) {
         std::vector<std::string> cells;
         for (const std::string &column : columns_) {
-            const std::vector<double> values = quotients(column, picture);
+            const std::vector<double> values = quotients(column, picture, "");
             cells.push_back(values.empty() ? empty_cell : fixed(sum_up(values), 3));
         }
         print_row(markdown, title, cells);
@@ -71,27 +98,44 @@ void summary::print(std::ostream &markdown, double below) const {
         row("Geometric mean of " + picture, picture, geometric_mean);
     row("Geometric mean of all", "", geometric_mean);
     row("Least", "", least);
-    list(markdown, below);
 }
 
-void summary::list(std::ostream &markdown, double below) const {
-    std::vector<std::string> listed(names_.builds.begin() + 1, names_.builds.end());
-    if (!names_.peers.empty())
-        listed.push_back(fastest_peer);
-    for (const std::string &column : listed) {
-        std::vector<std::pair<double, std::string>> found;
-        for (const result &measured : results_)
-            if (const auto quotient = measured.quotients.find(column);
-                quotient != measured.quotients.end() && quotient->second < below)
-                found.emplace_back(quotient->second,
-                                   measured.picture + " `" + measured.function + '`');
-        std::sort(found.begin(), found.end());
-        markdown << "\n" << column << ": " << found.size() << " below " << fixed(below, 2) << "\n";
-        if (!found.empty())
-            markdown << '\n';
-        for (const auto &[quotient, measurement] : found)
-            markdown << "- " << fixed(quotient, 3) << ' ' << measurement << '\n';
-    }
+void summary::print_families(std::ostream &markdown) const {
+    std::vector<std::string> heads = pictures_;
+    heads.insert(heads.end(), {"all", "least", "measurements"});
+    markdown << "\nThe fastest peer, by family: geometric means\n\n";
+    print_head(markdown, "Times as long as " + names_.builds.front(), heads);
+    const auto row = [&](const std::string &title, const std::string &family) {
+        const std::vector<double> all = quotients(fastest_peer, "", family);
+        if (all.empty())
+            return;
+        std::vector<std::string> cells;
+        for (const std::string &picture : pictures_) {
+            const std::vector<double> values = quotients(fastest_peer, picture, family);
+            cells.push_back(values.empty() ? empty_cell : fixed(geometric_mean(values), 2));
+        }
+        cells.push_back(fixed(geometric_mean(all), 2));
+        cells.push_back(fixed(least(all), 2));
+        cells.push_back(std::to_string(all.size()));
+        print_row(markdown, title, cells);
+    };
+    for (const std::string &family : families_)
+        row(family, family);
+    row("All", "");
+}
+
+void summary::list(std::ostream &markdown, const std::string &column, double below) const {
+    std::vector<std::pair<double, std::string>> found;
+    for (const result &measured : results_)
+        if (const auto quotient = measured.quotients.find(column);
+            quotient != measured.quotients.end() && quotient->second < below)
+            found.emplace_back(quotient->second, measured.picture + " `" + measured.function + '`');
+    std::sort(found.begin(), found.end());
+    markdown << "\n" << column << ": " << found.size() << " below " << fixed(below, 2) << "\n";
+    if (!found.empty())
+        markdown << '\n';
+    for (const auto &[quotient, measurement] : found)
+        markdown << "- " << fixed(quotient, 3) << ' ' << measurement << '\n';
 }
 
 } // namespace lumalane::bench

@@ -12,7 +12,7 @@ namespace lumalane::bench {
 struct contestant_names {
     std::vector<std::string> builds; // of the library
     std::vector<std::string> peers;
-    std::vector<std::string> yardsticks; // which do not do the same
+    std::vector<std::string> yardsticks; // which do not do the same, the closest first
 
     std::vector<std::string> all() const;
 };
@@ -22,26 +22,30 @@ public:
     explicit summary(contestant_names names);
 
     // `quotients`: how many times as long as the first each of those who took part needed.
-    void add(const std::string &picture, const std::string &function,
+    void add(const std::string &picture, const std::string &family, const std::string &function,
              std::map<std::string, double> quotients);
 
-    // A table of the geometric means and the least quotients, then the quotients of other builds
-    // and of the fastest peer that are less than `below`.
-    void print(std::ostream &markdown, double below) const;
+    // A table of the geometric means and the least quotients; the same of the fastest peer for every
+    // family; then the quotients of other builds and of the fastest peer that are less than `below`,
+    // and, where no peer takes part, those of the yardsticks that are less than `below_yardstick`.
+    void print(std::ostream &markdown, double below, double below_yardstick) const;
 
 private:
     struct result {
-        std::string picture, function;
+        std::string picture, family, function;
         std::map<std::string, double> quotients;
     };
 
-    // Of every picture if it is empty.
-    std::vector<double> quotients(const std::string &column, const std::string &picture) const;
-    void list(std::ostream &markdown, double below) const;
+    // Of every picture, of every family if it is empty.
+    std::vector<double> quotients(const std::string &column, const std::string &picture,
+                                  const std::string &family) const;
+    void print_means(std::ostream &markdown) const;
+    void print_families(std::ostream &markdown) const;
+    void list(std::ostream &markdown, const std::string &column, double below) const;
 
     contestant_names names_;
     std::vector<std::string> columns_;
-    std::vector<std::string> pictures_{};
+    std::vector<std::string> pictures_{}, families_{};
     std::vector<result> results_{};
 };
 

@@ -2,9 +2,7 @@
 // (builds are counted from 0) and answers with the seconds that so many calls took.
 #include "bench/library.h"
 
-#include <algorithm>
 #include <iostream>
-#include <iterator>
 #include <sstream>
 #include <stdexcept>
 
@@ -18,9 +16,8 @@ int main(int argc, char **argv) try {
     if (!(std::istringstream(argv[2]) >> picture))
         throw std::runtime_error(std::string("no size ") + argv[2]);
     const std::vector<library> builds(argv + 3, argv + argc);
-    const job *job = std::find_if(std::begin(jobs), std::end(jobs),
-                                  [&](const auto &candidate) { return title(candidate) == name; });
-    if (job == std::end(jobs))
+    const job *const job = find_job(name);
+    if (!job)
         throw std::runtime_error("no job " + name);
 
     scene scene(picture, job->dst_pitch_per_pixel);

@@ -1,0 +1,41 @@
+// Threads that begin and end a timing together. They are made once, not within a timing.
+#pragma once
+
+#include "bench/contest.h"
+
+#include <barrier>
+#include <sched.h>
+#include <thread>
+#include <vector>
+
+namespace lumalane::bench {
+
+class team {
+public:
+    // The calling thread is one of the `members`. Where there are as many processors as members, each
+    // has one of its own, as long as the team exists.
+    explicit team(int members);
+    ~team();
+    team(const team &) = delete;
+    team &operator=(const team &) = delete;
+
+    // Seconds by the clock from when all of them begin until all have done `calls` runs of their own
+    // work, after two that are not counted. Members without work wait.
+    double time(const std::vector<task> &works, long calls);
+
+private:
+    void run_member(std::size_t member, int processor);
+    void run(std::size_t member, long times) const;
+
+    const cpu_set_t allowed_; // to the calling thread before
+    std::barrier<> together_;
+    const std::vector<task> *works_ = nullptr; // null: there is no further timing
+    long calls_ = 0;
+    std::vector<std::thread> others_{};
+};
+
+// Arithmetic in vector registers, which touches no memory: what the processor itself lets threads do.
+// Processors that are two threads of one core share what it is done with.
+task arithmetic_in_registers();
+
+} // namespace lumalane::bench

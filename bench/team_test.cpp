@@ -1,0 +1,66 @@
+#include "bench/team.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+namespace lumalane::bench {
+namespace {
+
+TEST(team_test, every_member_does_its_own_work) {
+    team team(3);
+    std::atomic<int> first{0}, second{0}, third{0};
+    const std::vector<task> works{[&] { ++first; }, [&] { ++second; }, [&] { ++third; }};
+    EXPECT_GE(team.time(works, 5), 0);
+    EXPECT_EQ(first, 5 + untimed_calls);
+    EXPECT_EQ(second, 5 + untimed_calls);
+    EXPECT_EQ(third, 5 + untimed_calls);
+}
+
+TEST(team_test, members_without_work_wait) {
+    team team(2);
+    std::atomic<int> calls{0};
+    for (int i = 0; i < 3; ++i)
+        team.time({[&] { ++calls; }}, 1);
+    EXPECT_EQ(calls, 3 * (1 + untimed_calls));
+}
+
+TEST(team_test, a_timing_ends_with_the_last_member) {
+    team team(2);
+    const auto wait = [] { std::this_thread::sleep_for(std::chrono::milliseconds(5)); };
+    EXPECT_GE(team.time({[] {}, wait}, 2), 0.010);
+}
+
+TEST(team_test, works_are_done_by_threads_of_their_own) {
+    team team(2);
+    std::thread::id first, second;
+    team.time(
+        {[&] { first = std::this_thread::get_id(); }, [&] { second = std::this_thread::get_id(); }},
+        1);
+    EXPECT_EQ(first, std::this_thread::get_id());
+    EXPECT_NE(first, second);
+}
+
+// The processors of the calling thread, as a count.
+int processors() {
+    cpu_set_t allowed;
+    CPU_ZERO(&allowed);
+    return sched_getaffinity(0, sizeof allowed, &allowed) == 0 ? CPU_COUNT(&allowed) : 0;
+}
+
+TEST(team_test, members_have_processors_of_their_own_while_there_is_a_team) {
+    const int before = processors();
+    if (before < 2)
+        GTEST_SKIP() << "there is one processor";
+    for (int i = 0; i < 2; ++i) {
+        team team(2);
+        int first = -1, second = -1;
+        team.time({[&] { first = sched_getcpu(); }, [&] { second = sched_getcpu(); }}, 1);
+        EXPECT_NE(first, second);
+        EXPECT_EQ(processors(), 1);
+    }
+    EXPECT_EQ(processors(), before);
+}
+
+} // namespace
+} // namespace lumalane::bench
