@@ -45,9 +45,6 @@ struct options {
     double milliseconds = 10;
     int threads = 0; // none: not how they scale
     double below = 1;
-    double below_yardstick = 0.95;
-    double flat = 2;
-    double scaled = 1.85;
     std::string json;
     std::string csv = "/dev/null";
     // What the others come to; the first is what all others are compared with.
@@ -174,9 +171,6 @@ report_settings settings_of(const std::vector<const job *> &jobs, const options 
         settings.copy = copy;
     }
     settings.below = options.below;
-    settings.below_yardstick = options.below_yardstick;
-    settings.flat = options.flat;
-    settings.scaled = options.scaled;
     settings.conditions = conditions_of(options);
     return settings;
 }
@@ -330,21 +324,12 @@ void describe(CLI::App &app, options &options) {
         ->type_name("NAME=PROGRAM[,LIBRARY]");
     app.add_option("--threads", options.threads,
                    "how much faster so many threads are, each on its slice of rows, than one")
-        ->check(CLI::PositiveNumber);
+        ->check(CLI::Range(2, 1024));
     app.add_flag("--no-own", options.no_own,
                  "leave this build out: compare with the first of the others");
     app.add_flag("--no-peers", options.no_peers, "leave other libraries and memcpy out");
     app.add_option("--below", options.below,
                    "list other builds and peers that are fewer times as long")
-        ->type_name("RATIO");
-    app.add_option("--below-yardstick", options.below_yardstick,
-                   "list where memset or memcpy is, of functions without a peer")
-        ->type_name("RATIO");
-    app.add_option("--flat", options.flat,
-                   "say what bounds functions whose time per pixel differs more between sizes")
-        ->type_name("RATIO");
-    app.add_option("--scaled", options.scaled,
-                   "list functions bound by arithmetic that threads make less fast")
         ->type_name("RATIO");
     app.add_option("--rounds", options.rounds, "rounds per measurement")
         ->check(CLI::PositiveNumber);

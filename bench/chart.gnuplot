@@ -1,67 +1,51 @@
 # gnuplot -c bench/chart.gnuplot speed.csv speed.svg
 #
-# Draws the table of lumalane_bench: a panel for a picture inside the cache and one for the largest,
-# and for every function the bars of the library and of the fastest peer, with a mark for memcpy.
+# Draws the table of lumalane_bench: for every function how many times as fast the library is as the
+# fastest peer, by family. Its colours for a dark background are in bench/chart.css.
 table = ARG1
 chart = ARG2
+here = system("dirname '" . ARG0 . "'")
+rows = sprintf("< awk -f '%s/chart.awk' '%s'", here, table)
+# The table's first line: the processor, then the software.
+processor = system(sprintf("sed -n '1s/^# \\([^;]*\\); .*/\\1/p' '%s'", table))
+software = system(sprintf("sed -n '1s/^[^;]*; //p' '%s'", table))
 
 set datafile separator comma
-set key autotitle columnhead # so that the head is no data
-set key off
+stats rows using ($2 + 1) name "row" nooutput
 
-first_row = "awk -F, 'NR > 1 && !seen[$%d]++ { print $%d }' '%s'"
-measured = system(sprintf(first_row, 1, 1, table))
-pictures = word(measured, words(measured) > 1 ? 2 : 1) . " " . word(measured, words(measured))
-functions = words(system(sprintf(first_row, 2, 2, table)))
-
-# Nanoseconds per pixel of the row at hand; a function must have an argument. An empty cell is a
-# contestant that took no part.
-never = 1e9
-number(text) = strlen(text) ? real(text) : never
-min(a, b) = a < b ? a : b
-max(a, b) = a > b ? a : b
-ours(x) = number(strcol(3))
-libyuv(x) = number(strcol("libyuv"))
-swscale(x) = number(strcol("libswscale"))
-memset(x) = number(strcol("memset"))
-peer(x) = min(min(libyuv(0), swscale(0)), memset(0))
-lead(x) = min(min(number(strcol("libyuv quotient")), number(strcol("libswscale quotient"))), \
-              number(strcol("memset quotient")))
-peer_name(x) = memset(0) < never ? "memset" : libyuv(0) < swscale(0) ? "libyuv" : "libswscale"
-copy(x) = number(strcol("memcpy"))
-
-stats table using (max(ours(0), copy(0))) name "time" nooutput
-longest = 1.2 * time_max # longer bars of peers are cut; and room for the words at their ends
-cut(time) = min(time, 0.9 * longest)
-
-# In pixels of the picture.
-bar = 10.
-slot = 2 * bar + 8
-names = 290
-gap = 26
-panel_width = 370
-panel_height = functions * slot
-head = 84
-panel_head = 34
-panel_foot = 40
-panel_rows = (words(pictures) + 1) / 2
-width = names + 2 * (panel_width + gap)
-height = head + panel_rows * (panel_head + panel_height + panel_foot)
+# In pixels.
+line = 13.
+names = 258
+bars = 190
+gap = 16
+head = 92
+foot = 66
+panel_height = line * (row_max + 0.3)
+width = 2 * (names + bars + gap)
+height = head + panel_height + foot
 across(x) = real(x) / width
 down(y) = 1 - real(y) / height
 
+least_shown = 0.25
+most_shown = 16.5
+cut(times) = times < least_shown ? least_shown : times > most_shown ? most_shown : times
+
+rgb_of(colour) = int("0x" . colour[2:])
 ink = "#1f2933"
-faint = "#7b8794"
-our_colour = "#1769d2"
-peer_colour = "#9fb3c8"
-copy_colour = "#d9480f"
+faint = "#68778a"
+grid = "#dfe4ea"
+ahead_colour = "#1769d2"
+behind_colour = "#d9480f"
+copy_colour = "#8698ab"
+colour(kind, times) = rgb_of(kind eq "copy" ? copy_colour : times < 1 ? behind_colour : ahead_colour)
 
 set terminal svg size width, height background "#ffffff" \
-    font "Helvetica Neue,Helvetica,Arial,sans-serif,12"
+    font "Helvetica Neue,Helvetica,Arial,sans-serif,11"
 set output chart
 set multiplot
+set key off
 
-# The title and the legend: drawn once, on a plot of nothing.
+# The title, the legend and the caption: drawn once, on a plot of nothing.
 set lmargin at screen 0
 set rmargin at screen 1
 set tmargin at screen 1
@@ -71,53 +55,49 @@ set yrange [height:0]
 unset border
 unset tics
 set style fill solid noborder
-set label "{/:Bold Nanoseconds per pixel, one thread: shorter is better}" at 16, 26 font ",16" \
-    textcolor rgb ink
-set label "Lumalane" at 36, 54 textcolor rgb ink
-set object rectangle from 18, 48 to 30, 60 fillcolor rgb our_colour fillstyle noborder
-set label "the fastest of the others, which adjust nothing (long bars are cut)" at 138, 54 textcolor rgb ink
-set object rectangle from 120, 48 to 132, 60 fillcolor rgb peer_colour fillstyle noborder
-set label "memcpy of as many bytes" at 571, 54 textcolor rgb ink
-set object rectangle from 560, 46 to 562, 62 fillcolor rgb copy_colour fillstyle noborder
+set label "{/:Bold How many times as fast as the fastest of libyuv and libswscale}" at 16, 24 \
+    font ",15" textcolor rgb ink
+legend_y = 50
+set object rectangle from 16, legend_y - 5 to 46, legend_y + 4 fillcolor rgb ahead_colour fillstyle solid noborder
+set label "faster" at 52, legend_y textcolor rgb ink
+set object rectangle from 100, legend_y - 5 to 130, legend_y + 4 fillcolor rgb behind_colour fillstyle solid noborder
+set label "slower" at 136, legend_y textcolor rgb ink
+set object rectangle from 188, legend_y - 5 to 218, legend_y + 4 fillcolor rgb copy_colour fillstyle solid noborder
+set label "where neither library has such a function: beside memset or memcpy (edges: a bilinear stretch)" \
+    at 224, legend_y textcolor rgb ink
+set label "Bars: the geometric mean of all sizes, on a logarithmic scale. Lines: from the least to the greatest." \
+    at 16, legend_y + 18 textcolor rgb faint
+set label processor at 16, height - 30 textcolor rgb faint noenhanced
+set label sprintf("%s; one thread, the widest target", software) at 16, height - 14 \
+    textcolor rgb faint noenhanced
 plot NaN
 unset label
 unset object
 
-# A bar `place` bars below the top of its function's slot.
-row(x) = int(column(0)) % functions
-top(place) = row(0) + (4. + place * bar) / slot
-bottom(place) = top(place) + (bar - 1.) / slot
-middle(place) = (top(place) + bottom(place)) / 2
-mark = longest / panel_width
-mark_end = 2. / slot
-here(value) = strcol(1) eq picture && value < never ? value : NaN
-
-set xrange [0:longest]
-set yrange [functions:0]
-set grid xtics linetype 1 linecolor rgb "#e4e7eb"
-set xtics 0.1 format "%.1f" scale 0 textcolor rgb faint
-do for [panel = 1:words(pictures)] {
-    picture = word(pictures, panel)
-    left = (panel - 1) % 2
-    panel_left = names + left * (panel_width + gap)
-    panel_top = head + panel_head + ((panel - 1) / 2) * (panel_head + panel_height + panel_foot)
-    set lmargin at screen across(panel_left)
-    set rmargin at screen across(panel_left + panel_width)
-    set tmargin at screen down(panel_top)
-    set bmargin at screen down(panel_top + panel_height)
-    set title sprintf("{/:Bold %s}", picture) offset 0, -0.5 font ",13" textcolor rgb ink
-    plot table using (here(ours(0))):(middle(0)):(0):(ours(0)):(top(0)):(bottom(0)) \
-            with boxxyerror linecolor rgb our_colour, \
-        table using (here(peer(0)) * 0 + cut(peer(0))):(middle(1)):(0):(cut(peer(0))):(top(1)):(bottom(1)) \
-            with boxxyerror linecolor rgb peer_colour, \
-        table using (here(copy(0))):(row(0) + 0.5):(copy(0) - mark):(copy(0) + mark): \
-                    (top(0) - mark_end):(bottom(1) + mark_end) \
-            with boxxyerror linecolor rgb copy_colour, \
-        table using (left ? NaN : here(0)):(row(0) + 0.5):2 \
-            with labels right offset -0.7, 0 textcolor rgb ink noenhanced, \
-        table using (here(peer(0)) * 0 + ours(0)):(middle(0)):(sprintf("{/:Bold %.1f×}", lead(0))) \
-            with labels left offset 0.5, 0 font ",12" textcolor rgb our_colour, \
-        table using (here(peer(0)) * 0 + cut(peer(0))):(middle(1)):(peer_name(0)) \
-            with labels left offset 0.5, 0 font ",10" textcolor rgb faint
+set logscale x 2
+set xrange [least_shown:most_shown]
+set yrange [row_max + 0.3:0]
+set grid xtics linetype 1 linecolor rgb grid
+set xtics ("¼" 0.25, "½" 0.5, "1" 1, "2" 2, "4" 4, "8" 8, "16" 16) scale 0 textcolor rgb faint
+of(panel) = column(1) == panel
+do for [panel = 0:1] {
+    left = names + panel * (names + bars + gap)
+    set lmargin at screen across(left)
+    set rmargin at screen across(left + bars)
+    set tmargin at screen down(head)
+    set bmargin at screen down(head + panel_height)
+    set arrow 1 from 1, 0 to 1, row_max + 0.3 nohead front linecolor rgb faint linewidth 1
+    is_family(x) = strcol(4) eq "family"
+    plot rows using (of(panel) && !is_family(0) ? 1 : NaN):($2 + 0.5):(1):(cut($5)):($2 + 0.18): \
+                    ($2 + 0.82):(colour(strcol(4), $5)) with boxxyerror linecolor rgb variable, \
+        rows using (of(panel) && !is_family(0) ? cut($6) : NaN):($2 + 0.5):(cut($7) - cut($6)):(0) \
+            with vectors nohead linecolor rgb ink linewidth 1, \
+        rows using (of(panel) && !is_family(0) ? least_shown : NaN):($2 + 0.5):3 \
+            with labels right offset -0.6, 0 font ",10" textcolor rgb ink noenhanced, \
+        rows using (of(panel) && is_family(0) ? least_shown : NaN):($2 + 0.4): \
+                   (sprintf("{/:Bold %s}", strcol(3))) \
+            with labels right offset -0.6, 0 textcolor rgb ink
 }
 unset multiplot
+unset output
+system(sprintf("sed -i -e 's/<title>[^<]*/<title>Speed/' -e '/<desc>/{s/.*/<style>/;r %s/chart.css' -e 'a </style>' -e '}' '%s'", here, chart))

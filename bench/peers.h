@@ -12,7 +12,7 @@ struct peer {
     const char *project;
     const char *way;               // its name for the conversion
     task (*prepare)(scene &scene); // the scene outlives the task
-    bool is_yardstick = false;     // as memcpy: not a library
+    bool is_yardstick = false;     // as memcpy: it does not do the same
 };
 
 // From planar pictures.
@@ -32,7 +32,10 @@ extern const peer libyuv_i422_from_argb, libyuv_i422_from_rgb24, libyuv_i422_fro
 extern const peer swscale_i422_from_bgra, swscale_i422_from_bgr24, swscale_i422_from_rgb565;
 
 // The surface all of one colour.
-extern const peer libyuv_fill_argb, memset_surface;
+extern const peer libyuv_fill_argb;
+
+// What is no peer: the same bytes with less work.
+extern const peer memset_surface, bilinear_1x2_yuy2;
 
 // With the subpicture over the picture, and over a field that is stretched to a frame.
 extern const peer libyuv_mix_yuy2, libyuv_mix_half_yuy2, libyuv_mix_yv12;

@@ -265,6 +265,8 @@ const peer libyuv_mix_field_yv12{"libyuv", "I420Scale, I420Blend", [](scene &s) 
 
 const peer libyuv_1x2_yuy2{"libyuv", "I420Scale, I420ToYUY2",
                            stretched_and_packed<1, libyuv::I420ToYUY2>};
+const peer bilinear_1x2_yuy2{"bilinear stretch", "(libyuv I420Scale, I420ToYUY2)",
+                             stretched_and_packed<1, libyuv::I420ToYUY2>, true};
 const peer libyuv_1x2_argb{"libyuv", "I420Scale, I420ToARGB",
                            stretched_and_packed<1, libyuv::I420ToARGB>};
 const peer libyuv_1x2_rgb24{"libyuv", "I420Scale, I420ToRGB24",

@@ -19,14 +19,14 @@ std::string quotient(const std::string &contestant);
 
 // Who takes part, and what is listed.
 struct report_settings {
+    std::string conditions; // one line
     contestant_names names;
-    std::string copy{}; // memcpy's name, if it takes part
-    std::string
-        one_thread{}; // the name of the first build on one thread, if the first is on several
-    double below, below_yardstick; // as of summary::print()
-    double flat;                   // as of flatness::print()
-    double scaled;                 // as of scaling::print()
-    std::string conditions;        // one line
+    std::string copy{};            // memcpy's name, if it takes part
+    std::string one_thread{};      // the first build's on one thread, if the first is on several
+    double below = 1;              // as of summary::print()
+    double below_yardstick = 0.95; // as of summary::print()
+    double flat = 2;               // as of flatness::print()
+    double scaled = 1.85;          // as of scaling::print()
 };
 
 // A table per picture size, a row per function, a column per contestant; the summary; what a pixel

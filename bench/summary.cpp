@@ -11,7 +11,7 @@ namespace {
 constexpr char fastest_peer[] = "fastest peer";
 
 // The quotient of the closest yardstick where no peer takes part.
-constexpr char without_peers[] = "memset or memcpy, where there is no peer";
+constexpr char without_peers[] = "closest yardstick, where there is no peer";
 
 double least(const std::vector<double> &values) {
     return *std::min_element(values.begin(), values.end());

@@ -41,7 +41,7 @@ fastest peer: 1 below 1.00
 
 - 0.900 2x2 `f`
 
-memset or memcpy, where there is no peer: 0 below 0.95
+closest yardstick, where there is no peer: 0 below 0.95
 )");
 }
 
@@ -51,7 +51,7 @@ TEST(summary_test, without_peers_the_closest_yardstick_counts) {
     moves.add("1x1", "Moves", "move", {{"new", 1}, {"copy", 0.94}});
     EXPECT_NE(printed(moves).find(R"(
 
-memset or memcpy, where there is no peer: 1 below 0.95
+closest yardstick, where there is no peer: 1 below 0.95
 
 - 0.940 1x1 `move`
 )"),

@@ -86,9 +86,8 @@ void team::run_member(std::size_t member, int processor) {
 
 task arithmetic_in_registers() {
     return [] {
-        volatile unsigned seed = 1; // nothing is known of it when it is compiled
         using vector = unsigned __attribute__((vector_size(16)));
-
+        volatile unsigned seed = 1; // nothing is known of it when it is compiled
         // More of them than a processor begins in the time that one takes.
         vector a = vector{} + seed, b = a + 1, c = a + 2, d = a + 3, e = a + 4, f = a + 5,
                g = a + 6, h = a + 7;
