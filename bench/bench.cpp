@@ -44,7 +44,7 @@ struct options {
     int rounds = 9;
     double milliseconds = 10;
     int threads = 0; // none: not how they scale
-    double below = 1;
+    listed_below limits{};
     std::string json;
     std::string csv = "/dev/null";
     // What the others come to; the first is what all others are compared with.
@@ -117,9 +117,9 @@ double arithmetic_scaling(const options &options) {
 // What `--threads` does, and with what it cannot be done.
 void print_slices(const std::vector<const job *> &jobs, const options &options, std::ostream &out) {
     out << "Each of " << options.threads
-        << " threads has its own slice of the rows; all of them begin a turn together, and it is "
-           "over when the last has ended. Times are by the clock. Arithmetic in registers alone, "
-           "which shares nothing but the processor, is "
+        << " threads has its own slice of the rows and its own processor; they begin each turn "
+           "together, and a turn takes as long as the one that takes longest. Arithmetic in "
+           "registers alone, which shares nothing but the processor, is "
         << fixed(arithmetic_scaling(options), 2) << " times as fast on them as on one.\n";
     for (const slicing how : {slicing::planes_by_height, slicing::last_rows_differ}) {
         std::vector<std::string> functions;
@@ -170,7 +170,7 @@ report_settings settings_of(const std::vector<const job *> &jobs, const options 
     } else if (!options.no_peers) {
         settings.copy = copy;
     }
-    settings.below = options.below;
+    settings.limits = options.limits;
     settings.conditions = conditions_of(options);
     return settings;
 }
@@ -328,8 +328,8 @@ void describe(CLI::App &app, options &options) {
     app.add_flag("--no-own", options.no_own,
                  "leave this build out: compare with the first of the others");
     app.add_flag("--no-peers", options.no_peers, "leave other libraries and memcpy out");
-    app.add_option("--below", options.below,
-                   "list other builds and peers that are fewer times as long")
+    app.add_option("--below", options.limits.builds,
+                   "list other builds where they are fewer times as long")
         ->type_name("RATIO");
     app.add_option("--rounds", options.rounds, "rounds per measurement")
         ->check(CLI::PositiveNumber);

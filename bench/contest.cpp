@@ -6,24 +6,19 @@
 #include <functional>
 
 namespace lumalane::bench {
-namespace {
-
-// The processor's time of this thread: other programs that run meanwhile do not count.
-double now() {
+double processor_seconds() {
     timespec spent;
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &spent);
     return spent.tv_sec + spent.tv_nsec * 1e-9;
 }
 
-} // namespace
-
 double time(const task &work, long calls) {
     for (long i = 0; i < untimed_calls; ++i)
         work();
-    const double start = now();
+    const double start = processor_seconds();
     for (long i = 0; i < calls; ++i)
         work();
-    return now() - start;
+    return processor_seconds() - start;
 }
 
 void calibrate(contestant &contestant, double seconds) {

@@ -10,6 +10,9 @@ namespace lumalane::bench {
 
 using task = std::function<void()>;
 
+// The processor's time of the calling thread: other programs that run meanwhile do not count.
+double processor_seconds();
+
 // At the beginning of a turn, which are not counted: the cache is full of what came before.
 inline constexpr long untimed_calls = 2;
 

@@ -99,7 +99,7 @@ void report::add_cost(const std::string &picture, const std::string &function, c
 
 void report::Finalize() {
     markdown_ << "\n### Summary\n\n";
-    summary_.print(markdown_, settings_.below, settings_.below_yardstick);
+    summary_.print(markdown_, settings_.limits);
     if (settings_.copy.empty())
         return;
     if (flatness_.compares()) {

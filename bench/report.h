@@ -21,12 +21,11 @@ std::string quotient(const std::string &contestant);
 struct report_settings {
     std::string conditions; // one line
     contestant_names names;
-    std::string copy{};            // memcpy's name, if it takes part
-    std::string one_thread{};      // the first build's on one thread, if the first is on several
-    double below = 1;              // as of summary::print()
-    double below_yardstick = 0.95; // as of summary::print()
-    double flat = 2;               // as of flatness::print()
-    double scaled = 1.85;          // as of scaling::print()
+    std::string copy{};       // memcpy's name, if it takes part
+    std::string one_thread{}; // the first build's on one thread, if the first is on several
+    listed_below limits{};
+    double flat = 2;      // as of flatness::print()
+    double scaled = 1.85; // as of scaling::print()
 };
 
 // A table per picture size, a row per function, a column per contestant; the summary; what a pixel

@@ -69,18 +69,18 @@ std::vector<double> summary::quotients(const std::string &column, const std::str
     return found;
 }
 
-void summary::print(std::ostream &markdown, double below, double below_yardstick) const {
+void summary::print(std::ostream &markdown, const listed_below &limits) const {
     if (columns_.empty())
         return;
     print_means(markdown);
     if (!names_.peers.empty())
         print_families(markdown);
-    for (auto build = names_.builds.begin() + 1; build != names_.builds.end(); ++build)
-        list(markdown, *build, below);
     if (!names_.peers.empty())
-        list(markdown, fastest_peer, below);
+        list(markdown, fastest_peer, limits.peers);
     if (!names_.yardsticks.empty())
-        list(markdown, without_peers, below_yardstick);
+        list(markdown, without_peers, limits.yardsticks);
+    for (auto build = names_.builds.begin() + 1; build != names_.builds.end(); ++build)
+        list(markdown, *build, limits.builds);
 }
 
 void summary::print_means(std::ostream &markdown) const {

@@ -17,6 +17,13 @@ struct contestant_names {
     std::vector<std::string> all() const;
 };
 
+// Quotients less than these are listed.
+struct listed_below {
+    double peers = 1;         // of the fastest peer
+    double builds = 0.95;     // of other builds
+    double yardsticks = 0.95; // of the closest yardstick where no peer takes part
+};
+
 class summary {
 public:
     explicit summary(contestant_names names);
@@ -26,9 +33,8 @@ public:
              std::map<std::string, double> quotients);
 
     // A table of the geometric means and the least quotients; the same of the fastest peer for every
-    // family; then the quotients of other builds and of the fastest peer that are less than `below`,
-    // and, where no peer takes part, those of the yardsticks that are less than `below_yardstick`.
-    void print(std::ostream &markdown, double below, double below_yardstick) const;
+    // family; then the quotients that are less than the limits.
+    void print(std::ostream &markdown, const listed_below &limits) const;
 
 private:
     struct result {

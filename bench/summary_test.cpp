@@ -9,7 +9,7 @@ namespace {
 
 std::string printed(const summary &summary) {
     std::ostringstream text;
-    summary.print(text, 1, 0.95);
+    summary.print(text, {});
     return text.str();
 }
 
@@ -33,15 +33,15 @@ The fastest peer, by family: geometric means
 | Wide | 1.00 | – | 1.00 | 1.00 | 1 |
 | All | 1.73 | 0.90 | 1.39 | 0.90 | 3 |
 
-old: 1 below 1.00
-
-- 0.500 1x1 `g`
-
 fastest peer: 1 below 1.00
 
 - 0.900 2x2 `f`
 
 closest yardstick, where there is no peer: 0 below 0.95
+
+old: 1 below 0.95
+
+- 0.500 1x1 `g`
 )");
 }
 

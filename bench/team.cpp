@@ -1,6 +1,6 @@
 #include "bench/team.h"
 
-#include <chrono>
+#include <algorithm>
 #include <sched.h>
 
 namespace lumalane::bench {
@@ -34,7 +34,7 @@ void keep_to(int processor) {
 
 } // namespace
 
-team::team(int members) : allowed_(allowed_processors()), together_(members) {
+team::team(int members) : allowed_(allowed_processors()), together_(members), seconds_(members) {
     const std::vector<int> all = numbers_of(allowed_);
     const auto processor_of = [&](int member) {
         return std::size_t(members) <= all.size() ? all[member] : any_processor;
@@ -53,35 +53,31 @@ team::~team() {
 }
 
 double team::time(const std::vector<task> &works, long calls) {
-    using clock = std::chrono::steady_clock;
     works_ = &works;
     calls_ = calls;
     together_.arrive_and_wait(); // what they have to do is known
-    run(0, untimed_calls);
-    together_.arrive_and_wait();
-    const clock::time_point start = clock::now();
-    run(0, calls);
-    together_.arrive_and_wait();
-    return std::chrono::duration<double>(clock::now() - start).count();
+    take_turn(0);
+    return *std::max_element(seconds_.begin(), seconds_.end());
 }
 
-void team::run(std::size_t member, long times) const {
-    if (member < works_->size())
-        for (long i = 0; i < times; ++i)
-            (*works_)[member]();
+void team::take_turn(std::size_t member) {
+    const auto run = [&](long times) {
+        if (member < works_->size())
+            for (long i = 0; i < times; ++i)
+                (*works_)[member]();
+    };
+    run(untimed_calls);
+    together_.arrive_and_wait();
+    const double start = processor_seconds();
+    run(calls_);
+    seconds_[member] = processor_seconds() - start;
+    together_.arrive_and_wait();
 }
 
 void team::run_member(std::size_t member, int processor) {
     keep_to(processor);
-    for (;;) {
-        together_.arrive_and_wait();
-        if (!works_)
-            return;
-        run(member, untimed_calls);
-        together_.arrive_and_wait();
-        run(member, calls_);
-        together_.arrive_and_wait();
-    }
+    for (together_.arrive_and_wait(); works_; together_.arrive_and_wait())
+        take_turn(member);
 }
 
 task arithmetic_in_registers() {

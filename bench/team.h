@@ -19,18 +19,19 @@ public:
     team(const team &) = delete;
     team &operator=(const team &) = delete;
 
-    // Seconds by the clock from when all of them begin until all have done `calls` runs of their own
-    // work, after two that are not counted. Members without work wait.
+    // Seconds that `calls` runs take the member whose work takes longest, after those that are not
+    // counted. All begin together, members without work wait, and no member's time is that of others.
     double time(const std::vector<task> &works, long calls);
 
 private:
     void run_member(std::size_t member, int processor);
-    void run(std::size_t member, long times) const;
+    void take_turn(std::size_t member);
 
     const cpu_set_t allowed_; // to the calling thread before
     std::barrier<> together_;
     const std::vector<task> *works_ = nullptr; // null: there is no further timing
     long calls_ = 0;
+    std::vector<double> seconds_; // of each member
     std::vector<std::thread> others_{};
 };
 

@@ -25,10 +25,14 @@ TEST(team_test, members_without_work_wait) {
     EXPECT_EQ(calls, 3 * (1 + untimed_calls));
 }
 
-TEST(team_test, a_timing_ends_with_the_last_member) {
+TEST(team_test, a_turn_takes_as_long_as_the_longest_work) {
     team team(2);
-    const auto wait = [] { std::this_thread::sleep_for(std::chrono::milliseconds(5)); };
-    EXPECT_GE(team.time({[] {}, wait}, 2), 0.010);
+    const auto work = [] {
+        for (const double start = processor_seconds(); processor_seconds() < start + 0.002;) {
+        }
+    };
+    EXPECT_GE(team.time({[] {}, work}, 3), 0.006);
+    EXPECT_GE(team.time({work, [] {}}, 3), 0.006);
 }
 
 TEST(team_test, works_are_done_by_threads_of_their_own) {
