@@ -29,3 +29,8 @@ struct entered {
     }
 #include "abi/exports.inc"
 #undef LUMALANE_EXPORT
+
+#if defined(_WIN32)
+// The plain names and those of MinGW, for who links the static library.
+#include "windows_names.inc"
+#endif

@@ -95,6 +95,15 @@ if(processors STREQUAL x86 AND word_bits EQUAL 32)
   set(x86_32 TRUE)
 endif()
 
+if(WIN32)
+  include(cmake/windows_names.cmake)
+endif()
+
+set(cet FALSE)
+if(processors STREQUAL x86 AND word_bits EQUAL 64 AND CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  set(cet TRUE)
+endif()
+
 set(sanitized FALSE)
 if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
   set(sanitized TRUE)
@@ -104,12 +113,18 @@ add_library(lumalane_options INTERFACE)
 target_include_directories(lumalane_options INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
 target_link_libraries(lumalane_options INTERFACE lumalane_warnings)
 target_compile_definitions(lumalane_options INTERFACE
-                           LUMALANE_BUILD $<$<BOOL:${sanitized}>:LUMALANE_SANITIZED>)
+                           # What the DLL exports is told to the linker: its objects are those of
+                           # the static library, too.
+                           $<$<BOOL:${WIN32}>:LUMALANE_STATIC>
+                           $<$<BOOL:${sanitized}>:LUMALANE_SANITIZED>)
 target_compile_options(
   lumalane_options
   INTERFACE -ffreestanding -fno-exceptions -fno-rtti -fno-threadsafe-statics -fno-stack-protector
             -fvisibility=hidden
             $<$<BOOL:${x86_32}>:-march=pentium3>
+            # Marks where calls through pointers may arrive, for processors that see to it. (Linux
+            # has that for 64 bits alone.)
+            $<$<BOOL:${cet}>:-fcf-protection>
             $<$<AND:$<BOOL:${x86_32}>,$<NOT:$<BOOL:${WIN32}>>>:-mstackrealign>)
 
 # Where the loops along a row are.
@@ -207,7 +222,7 @@ function(lumalane_install target)
 endfunction()
 
 include(GNUInstallDirs)
-install(FILES include/lumalane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES include/lumalane.h include/lumalane_c.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY include/lumalane DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/lumalane)
 install(EXPORT lumalane NAMESPACE lumalane:: FILE lumalane-config.cmake DESTINATION ${package_dir})
@@ -237,6 +252,12 @@ set_target_properties(lumalane_shared PROPERTIES OUTPUT_NAME lumalane EXPORT_NAM
 if(WIN32)
   target_link_options(lumalane_shared PRIVATE -nostdlib LINKER:/entry:lumalane_entry
                       LINKER:/dynamicbase LINKER:/nxcompat LINKER:/Brepro)
+  if(processors STREQUAL x86 AND word_bits EQUAL 64)
+    target_link_options(lumalane_shared PRIVATE LINKER:/cetcompat)
+  endif()
+  configure_file(cmake/lumalane.rc.in lumalane.rc @ONLY)
+  target_sources(lumalane_shared PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/lumalane.rc)
+  lumalane_import_libraries(lumalane_shared)
 else()
   set_target_properties(lumalane_shared PROPERTIES SOVERSION ${PROJECT_VERSION_MAJOR}
                                                    VERSION ${PROJECT_VERSION})

@@ -153,11 +153,7 @@
 #if defined(LUMALANE_STATIC)
 #define LUMALANE_API
 #elif defined(_WIN32)
-#if defined(LUMALANE_BUILD)
-#define LUMALANE_API __declspec(dllexport)
-#else
 #define LUMALANE_API __declspec(dllimport)
-#endif
 #else
 #define LUMALANE_API __attribute__((visibility("default")))
 #endif

@@ -1,0 +1,38 @@
+# The names of the 68 functions as linkers know them, from abi/exports.inc and abi/decorations.inc.
+#
+# lumalane_read_names() sets lumalane_names, the list of the functions, and for every one of them
+# signature_NAME, itanium_NAME, windows_32_NAME and windows_64_NAME.
+
+function(lumalane_read_names)
+  set(root ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/..)
+  file(READ ${root}/abi/decorations.inc text)
+  set(string "[ \n]*\"([^\"]*)\"")
+  string(REGEX MATCHALL "\nLUMALANE_DECORATION\\([a-z_]+,${string},${string},${string}\\)" lines "${text}")
+  foreach(line IN LISTS lines)
+    string(REGEX MATCH "\\(([a-z_]+),${string},${string},${string}" line "${line}")
+    set(itanium_of_${CMAKE_MATCH_1} ${CMAKE_MATCH_2})
+    set(windows_32_of_${CMAKE_MATCH_1} ${CMAKE_MATCH_3})
+    set(windows_64_of_${CMAKE_MATCH_1} ${CMAKE_MATCH_4})
+  endforeach()
+
+  set(names "")
+  file(STRINGS ${root}/abi/exports.inc lines REGEX "^LUMALANE_EXPORT")
+  foreach(line IN LISTS lines)
+    if(NOT line MATCHES "^LUMALANE_EXPORT\\(([a-z_]+), ([A-Za-z0-9_]+)\\)$")
+      message(FATAL_ERROR "abi/exports.inc: cannot read ${line}")
+    endif()
+    set(signature ${CMAKE_MATCH_1})
+    set(name ${CMAKE_MATCH_2})
+    if(NOT DEFINED itanium_of_${signature})
+      message(FATAL_ERROR "abi/decorations.inc: no line for ${signature}")
+    endif()
+    string(LENGTH ${name} length)
+    list(APPEND names ${name})
+    set(signature_${name} ${signature} PARENT_SCOPE)
+    set(itanium_${name} "_Z${length}${name}${itanium_of_${signature}}" PARENT_SCOPE)
+    foreach(bits 32 64)
+      set(windows_${bits}_${name} "?${name}@@YAX${windows_${bits}_of_${signature}}@Z" PARENT_SCOPE)
+    endforeach()
+  endforeach()
+  set(lumalane_names ${names} PARENT_SCOPE)
+endfunction()
