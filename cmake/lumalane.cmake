@@ -121,6 +121,8 @@ target_compile_options(
   lumalane_options
   INTERFACE -ffreestanding -fno-exceptions -fno-rtti -fno-threadsafe-statics -fno-stack-protector
             -fvisibility=hidden
+            # No time in the objects: the static library is the same whenever it is made.
+            $<$<BOOL:${WIN32}>:-mno-incremental-linker-compatible>
             $<$<BOOL:${x86_32}>:-march=pentium3>
             # Marks where calls through pointers may arrive, for processors that see to it. (Linux
             # has that for 64 bits alone.)

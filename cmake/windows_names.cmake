@@ -46,9 +46,10 @@ file(GENERATE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/lumalane-mingw.def CONTENT "${m
 file(GENERATE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/shipped/windows_names.inc CONTENT "${aliases}")
 set_source_files_properties(${plain_name_files} PROPERTIES GENERATED TRUE)
 add_library(lumalane_plain_names OBJECT ${plain_name_files})
+target_compile_options(lumalane_plain_names PRIVATE -mno-incremental-linker-compatible)
 
 # The linkers of binutils do not follow aliases of imports: for them their own program makes a library.
-find_program(llvm_lib llvm-lib REQUIRED)
+find_program(llvm_ar llvm-ar REQUIRED)
 if(processors STREQUAL arm64)
   set(machine arm64)
   find_program(mingw_dlltool llvm-dlltool)
@@ -76,9 +77,7 @@ function(lumalane_import_libraries library)
   add_dependencies(${library} lumalane_plain_names)
   add_custom_command(
     TARGET ${library} POST_BUILD
-    COMMAND ${llvm_lib} /out:both.lib $<TARGET_LINKER_FILE_NAME:${library}>
-            $<TARGET_OBJECTS:lumalane_plain_names>
-    COMMAND ${CMAKE_COMMAND} -E rename both.lib $<TARGET_LINKER_FILE_NAME:${library}>
+    COMMAND ${llvm_ar} qcD $<TARGET_LINKER_FILE:${library}> $<TARGET_OBJECTS:lumalane_plain_names>
     ${mingw_library}
     WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR} COMMAND_EXPAND_LISTS VERBATIM)
 endfunction()
