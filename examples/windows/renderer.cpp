@@ -69,14 +69,16 @@ struct {
 } video;
 
 bool open_video(const wchar_t *name) {
-    char header[256];
+    char header[256] = "";
     video.file = _wfopen(name, L"rb");
-    if (!video.file || !fgets(header, sizeof header, video.file) ||
-        sscanf(header, "YUV4MPEG2 W%d H%d F%d:%d", &video.width, &video.height, &video.rate,
-               &video.scale) != 4 ||
-        video.width - 1u > 8191 || video.height - 1u > 8191 || video.rate < 1 ||
-        strstr(header, " C420p1") || (strstr(header, " C") && !strstr(header, " C420")))
-        return false; // "C420p10" has more than 8 bits
+    if (video.file)
+        fgets(header, sizeof header, video.file);
+    const char *const size = strstr(header, " W"), *const rate = strstr(header, " F");
+    if (!size || sscanf(size, " W%d H%d", &video.width, &video.height) != 2 || !rate ||
+        sscanf(rate, " F%d:%d", &video.rate, &video.scale) != 2 || video.width - 1u > 8191 ||
+        video.height - 1u > 8191 || strstr(header, " C420p1") || // that has more than 8 bits
+        (strstr(header, " C") && !strstr(header, " C420")))
+        return false;
     video.first_frame = ftell(video.file);
     video.pitch = (video.width + 15) & ~15;
     video.rows = (video.height + 1) & ~1;
@@ -145,7 +147,7 @@ bitmap make_bitmap(const format &as, bool top_first) {
 // ---- The menu: drawn with GDI twice, in its colours on the colour key and in its alpha on 0.
 constexpr DWORD key = 0xff00ff;
 // Whole groups of 8 pixels, of which the conversion skips those of the key's colour alone.
-constexpr RECT menu_box = {16, 16, 16 + 208, 16 + 96};
+constexpr RECT menu_box = {16, 16, 16 + 200, 16 + 80};
 
 int adjusted[3]; // brightness, contrast, saturation: -100 to 100, beyond which gains wrap
 
@@ -157,8 +159,8 @@ struct {
 } menu;
 
 bool make_menu() {
-    menu.font = CreateFontA(-15, 0, 0, 0, FW_BOLD, 0, 0, 0, DEFAULT_CHARSET, 0, 0,
-                            ANTIALIASED_QUALITY, 0, "Tahoma"); // coloured edges would spoil alpha
+    menu.font = CreateFontA(-14, 0, 0, 0, FW_BOLD, 0, 0, 0, DEFAULT_CHARSET, 0, 0,
+                            ANTIALIASED_QUALITY, 0, "Verdana"); // coloured edges would spoil alpha
     menu.colours = make_bitmap(formats[0], true);
     menu.opacity = make_bitmap(formats[0], true);
     const size_t pixels = static_cast<size_t>(video.pitch) * video.rows;
@@ -186,7 +188,7 @@ tagMIX_INFO record_for(unsigned char *dst, int dst_pitch) {
 
 void draw(const bitmap &on, DWORD around, COLORREF box, COLORREF letters) {
     char text[200];
-    wsprintfA(text, "Q A\tBrightness\t%d\nW S\tContrast\t%d\nE D\tSaturation\t%d", adjusted[0],
+    wsprintfA(text, "Q A Brightness\t%d\nW S Contrast\t%d\nE D Saturation\t%d", adjusted[0],
               adjusted[1], adjusted[2]);
     library.LoadColorKeyRgb32(around, on.top, video.pitch, video.rows, 0, on.pitch);
     SelectObject(on.dc, menu.font);
@@ -328,8 +330,7 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, char *, int) {
     int count = 0;
     wchar_t **words = CommandLineToArgvW(GetCommandLineW(), &count);
     if (count != 2 || !load_library() || !open_video(words[1]) || !read_frame() || !make_menu()) {
-        MessageBoxA(nullptr, "renderer FILE.y4m: wants 4:2:0 video of 8 bits, and lumalane.dll",
-                    nullptr, MB_ICONERROR);
+        MessageBoxA(nullptr, "renderer FILE.y4m: 4:2:0, 8 bits; needs lumalane.dll", nullptr, 0);
         return 1;
     }
     constexpr DWORD style = WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
@@ -337,9 +338,8 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, char *, int) {
     RegisterClassA(&kind);
     RECT outer = {0, 0, video.width, video.height};
     AdjustWindowRect(&outer, style, FALSE);
-    window =
-        CreateWindowA("lumalane", "", style, CW_USEDEFAULT, CW_USEDEFAULT, outer.right - outer.left,
-                      outer.bottom - outer.top, nullptr, nullptr, instance, nullptr);
+    window = CreateWindowA("lumalane", "", style, CW_USEDEFAULT, 0, outer.right - outer.left,
+                           outer.bottom - outer.top, {}, {}, instance, {});
     make_direct_draw();
     press(0); // what a key does, but for the key
     ShowWindow(window, SW_SHOW);

@@ -143,17 +143,19 @@ void write_all_ways(int frame) {
 }
 
 void write_window() {
-    for (const char *typed = "MQQWWWEEE"; *typed; ++typed)
+    for (const char *typed = "FFMQQ"; *typed; ++typed)
         press_key(*typed);
     Sleep(1000);
     RECT outer;
     GetWindowRect(window, &outer);
     const int width = outer.right - outer.left, height = outer.bottom - outer.top;
-    const HDC from = GetDC(nullptr);
+    const HDC from = GetDC(nullptr), copy = CreateCompatibleDC(from);
+    SelectObject(copy, CreateCompatibleBitmap(from, width, height));
+    BitBlt(copy, 0, 0, width, height, from, outer.left, outer.top, SRCCOPY);
     printf("P6 %d %d 255\n", width, height);
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
-            const COLORREF pixel = GetPixel(from, outer.left + x, outer.top + y);
+            const COLORREF pixel = GetPixel(copy, x, y);
             const unsigned char bytes[3] = {GetRValue(pixel), GetGValue(pixel), GetBValue(pixel)};
             write_bytes(bytes, sizeof bytes);
         }
