@@ -101,13 +101,12 @@ bool read_frame() { // false at the end of the file
 }
 
 // ---- Pixel formats and the bitmaps that hold them. Of RGB16 every Windows shows 5-6-5; the other
-// layouts need one of the NT family, which takes any contiguous masks.
+// layouts need one of the NT family, which takes any masks of contiguous bits.
 struct format {
     const char *name;
     int bits;
     DWORD red, green, blue, rgb16_layout;
 };
-
 constexpr format formats[6] = {
     {"GDI, RGB32", 32, 0xff0000, 0xff00, 0xff, 0},
     {"GDI, RGB24", 24, 0xff0000, 0xff00, 0xff, 0},
@@ -138,7 +137,7 @@ bitmap make_bitmap(const format &as, bool top_first) {
     made.handle = CreateDIBSection(made.dc, reinterpret_cast<const BITMAPINFO *>(&info),
                                    DIB_RGB_COLORS, &bits, nullptr, 0);
     SelectObject(made.dc, made.handle);
-    const int row_bytes = video.pitch * as.bits / 8; // whole words, because steps are
+    const int row_bytes = video.pitch * as.bits / 8; // a multiple of 4, as it must be
     made.top = static_cast<unsigned char *>(bits) + (top_first ? 0 : (video.rows - 1) * row_bytes);
     made.pitch = top_first ? row_bytes : -row_bytes;
     return made;
@@ -334,7 +333,8 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, char *, int) {
         return 1;
     }
     constexpr DWORD style = WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
-    const WNDCLASSA kind = {0, on_message, 0, 0, instance, {}, {}, {}, {}, "lumalane"};
+    const HCURSOR arrow = LoadCursorA(nullptr, IDC_ARROW);
+    const WNDCLASSA kind = {0, on_message, 0, 0, instance, {}, arrow, {}, {}, "lumalane"};
     RegisterClassA(&kind);
     RECT outer = {0, 0, video.width, video.height};
     AdjustWindowRect(&outer, style, FALSE);
