@@ -5,12 +5,13 @@
 //     window_check compare <PICTURES
 #include <lumalane.h>
 
+#include <compare>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <set>
 #include <string>
-#include <tuple>
 #include <vector>
 
 namespace {

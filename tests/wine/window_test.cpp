@@ -28,7 +28,7 @@ template <class Condition>
 void wait_until(const Condition &holds, const char *what) {
     const DWORD start = GetTickCount();
     while (!holds()) {
-        if (GetTickCount() - start > 10000)
+        if (GetTickCount() - start > 30000)
             fail(what);
         PostMessageA(window, WM_NULL, 0, 0); // Wine's windows come onto the screen when all is done
         Sleep(15);
