@@ -1,0 +1,393 @@
+"""Makes the reference sections of the manual from include/lumalane.h, when mkdocs builds it.
+
+In a page stand, each on a line of its own:
+
+    <!-- chapter: TITLE -->       a chapter of the header, with a section for each of its functions
+    <!-- conventions -->          the comment that the header begins with, and
+    <!-- conventions: TITLE -->   a piece of it
+    <!-- records -->              the records
+    <!-- functions -->            a table of all functions
+
+and anywhere in its text {{name}}, a link to the section of a function. Pictures, grids of bytes and
+sizes come from what docs/pictures made (extra.pictures in mkdocs.yml).
+"""
+
+import html
+import json
+import pathlib
+import re
+import sys
+
+import yaml
+from mkdocs.exceptions import PluginError
+from mkdocs.structure.files import File
+from mkdocs.utils import get_relative_url
+
+sys.path.insert(0, str(pathlib.Path(__file__).parent))
+import header  # noqa: E402
+
+ROOT = pathlib.Path(__file__).parents[2]
+INTRO = ["Conventions", "Steps and drift", "Which bytes", "Pixel formats",
+         "Planes of YV12 surfaces", "Colour", "Adjustment"]
+
+
+class Manual:
+    """What the pages are made of; read anew for each build."""
+
+    def __init__(self, pictures):
+        self.pictures = pathlib.Path(pictures)
+        self.intro, self.chapters, self.records = header.read(ROOT / "include/lumalane.h")
+        self.functions = {f.name: f for c in self.chapters for f in c.functions()}
+        exports = re.findall(r"^LUMALANE_EXPORT\(\w+, (\w+)\)",
+                             (ROOT / "abi/exports.inc").read_text(), re.M)
+        if list(self.functions) != exports:
+            raise PluginError("lumalane.h and abi/exports.inc do not have the same functions")
+        self.companion = yaml.safe_load((ROOT / "docs/companion.yml").read_text())
+        facts = self.pictures / "facts.json"
+        if not facts.exists():
+            raise PluginError(f"{facts} is missing: scripts/manual makes it")
+        self.facts = json.loads(facts.read_text())
+        for name in self.functions:
+            if name not in self.facts or name not in self.companion:
+                raise PluginError(f"{name} has no pictures, or no line in docs/companion.yml")
+        self.pages = {}  # of chapters, by title
+        self.measured = set()  # functions that the page about speed has a row for
+
+
+manual = None
+
+
+# ---- Text of the header ---------------------------------------------------------------------------
+
+TESTS = re.compile(r"\s*\[((?:[a-z0-9_]+\.[a-z0-9_]+(?:,\s*)?)+)\]")
+
+
+def link_to(name, page):
+    chapter = manual.functions[name].chapter
+    url = get_relative_url(manual.pages[chapter], page.url)
+    return f'<a href="{url}#{name}"><code>{name}</code></a>'
+
+
+def inline(text, page, own=""):
+    """A sentence of the header as HTML: names of functions become links, tests stand apart."""
+    text = html.escape(text, quote=False)
+    text = re.sub(r"`([^`]*)`", r"<code>\1</code>", text)
+
+    def name(match):
+        found = match.group(1)
+        return link_to(found, page) if found in manual.functions and found != own else found
+
+    text = re.sub(r"(?<![\w.>])(\w{8,})(?:\(\))?(?![\w.])", name, text)
+    text = TESTS.sub(lambda m: "".join(
+        f'<span class="test" title="the test that shows it">{t.strip()}</span>'
+        for t in m.group(1).split(",")), text)
+    return text
+
+
+def blocks(lines):
+    found, block = [], []
+    for line in lines + [""]:
+        if line.strip():
+            block.append(line)
+        elif block:
+            found.append(block)
+            block = []
+    return found
+
+
+def prose(lines, page):
+    """Paragraphs, lists and drawings of the header as HTML."""
+    out, quirks = [], []
+
+    def flush():
+        if quirks:
+            out.append('<ul class="quirks">' + "".join(f"<li>{q}</li>" for q in quirks) + "</ul>")
+            quirks.clear()
+
+    for block in blocks(lines):
+        if re.match(r"(quirk|record): ", block[0]):
+            entries = []
+            for line in block:
+                if re.match(r"(quirk|record): ", line):
+                    entries.append(line)
+                else:
+                    entries[-1] += " " + line.strip()
+            for entry in entries:
+                kind, _, text = entry.partition(": ")
+                quirks.append(f'<b class="{kind}">{kind}</b> {inline(text, page)}')
+            continue
+        flush()
+        if block[0].startswith("- "):
+            entries = []
+            for line in block:
+                if line.startswith("- "):
+                    entries.append(line[2:])
+                else:
+                    entries[-1] += " " + line.strip()
+            out.append("<ul>" + "".join(f"<li>{inline(e, page)}</li>" for e in entries) + "</ul>")
+        elif block[0].startswith("  "):
+            least = min(len(line) - len(line.lstrip()) for line in block)
+            text = html.escape("\n".join(line[least:] for line in block), quote=False)
+            if out and out[-1].endswith("</code></pre>"):
+                out[-1] = out[-1][:-len("</code></pre>")] + f"\n\n{text}</code></pre>"
+            else:
+                out.append(f'<pre class="plain"><code>{text}</code></pre>')
+        else:
+            # A paragraph may end in indented lines.
+            while block:
+                plain = []
+                while block and not block[0].startswith("  "):
+                    plain.append(block.pop(0))
+                if plain:
+                    out.append(f"<p>{inline(' '.join(plain), page)}</p>")
+                deep = []
+                while block and block[0].startswith("  "):
+                    deep.append(block.pop(0))
+                if deep:
+                    out.append(prose([line for line in deep] + [""], page))
+    flush()
+    return "\n".join(out).replace("\n\n", "\n&nbsp;\n")
+
+
+def intro_piece(title):
+    lines = manual.intro
+    starts = {}
+    for i, line in enumerate(lines):
+        for known in INTRO:
+            if (line == known or line.startswith(known + ":") or line.startswith(known + " (")) \
+                    and known not in starts:
+                starts[known] = i
+    if title not in starts:
+        raise PluginError(f"lumalane.h has no piece '{title}'")
+    begin = starts[title]
+    end = min([s for s in starts.values() if s > begin] + [len(lines)])
+    piece = lines[begin:end]
+    if piece[0] == title:
+        return [re.sub("^  ", "", line) for line in piece[1:]]
+    first = piece[0][len(title):].lstrip(": ")
+    return [first[0].upper() + first[1:]] + piece[1:]
+
+
+# ---- Sections -------------------------------------------------------------------------------------
+
+def figure(picture, page):
+    base = get_relative_url("pictures/", page.url)
+    w, h = picture["width"], picture["height"]
+    caption = html.escape(picture["caption"], quote=False)
+    return (f'<figure style="flex-basis:{w}px"><img src="{base}{picture["file"]}" width="{w}" height="{h}" '
+            f'alt="{html.escape(picture["caption"])}" loading="lazy">'
+            f"<figcaption>{caption}</figcaption></figure>")
+
+
+def grids(facts, name):
+    out = []
+    for i, grid in enumerate(facts["grids"]):
+        svg = (manual.pictures / grid["file"]).read_text().strip()
+        title = html.escape(grid["title"], quote=False)
+        out.append(f'<figure class="grid"><figcaption>{title}</figcaption>{svg}</figure>')
+    return out
+
+
+def formula(text, page, name):
+    """Bytes of each buffer on a line of its own."""
+    pieces = re.split(r"; (?=[a-z_]+(?:, [a-z_]+)*:? )", text)
+    return "".join(f'<div class="formula">{inline(p, page, name)}</div>' for p in pieces)
+
+
+def section(f, page, level):
+    facts = manual.facts[f.name]
+    lines = [f"{level} {f.name} {{: #{f.name} .function }}", ""]
+    paragraphs = [" ".join(p) for p in blocks(f.summary.split("\n"))]
+    lines += ["".join(f"<p>{inline(p, page, f.name)}</p>" for p in paragraphs), ""]
+    if f.example:
+        lines += [f'<pre class="plain"><code>{html.escape(f.example)}</code></pre>', ""]
+    lines += ["```cpp", f.signature, "```", ""]
+    lines += ['<div class="pictures">' + "".join(figure(p, page) for p in facts["pictures"])
+              + "</div>", ""]
+
+    rows = []
+
+    def row(head, text):
+        rows.append(f"<tr><th>{head}</th><td>{text}</td></tr>")
+
+    labels = {"step": "Step", "rows": "Rows", "reads info": "Reads <code>info</code>",
+              "reads frame": "Reads <code>frame</code>", "reads": "Reads", "writes": "Writes",
+              "record": "Record after", "precondition": "Precondition"}
+    for item in f.items:
+        key, _, given = item.key.partition(", ")
+        if key == "quirk":
+            continue
+        text = formula(item.text, page, f.name) if key in ("reads", "writes") else inline(
+            item.text, page, f.name)
+        if given:
+            text = f'<div class="formula">{inline(given, page, f.name)}:</div>' + text
+        row(labels[key], text)
+    row("Least sizes", html.escape(facts["least"]))
+    row("Instead", inline(manual.companion[f.name], page, f.name))
+    speed = get_relative_url("speed.html", page.url)
+    if f.name in manual.measured:
+        row("Speed", f'<a href="{speed}#speed-{f.name}">measured beside others</a>')
+    else:
+        row("Speed", f'<a href="{speed}">how fast, and how that is measured</a>')
+    lines += ['<table class="facts">' + "".join(rows) + "</table>", ""]
+
+    quirks = [i.text for i in f.items if i.key == "quirk"]
+    if quirks:
+        lines += ['<ul class="quirks">' + "".join(
+            f'<li><b class="quirk">quirk</b> {inline(q, page, f.name)}</li>' for q in quirks)
+            + "</ul>", ""]
+
+    drawn = grids(facts, f.name)
+    if drawn:
+        lines += [f'<p class="call">Bytes of <code>{html.escape(facts["call"])}</code>:</p>', "",
+                  LEGEND, "", drawn[0], ""]
+        if len(drawn) > 1:
+            lines += [f'<details><summary>What it reads, and its other planes</summary>'
+                      f'{"".join(drawn[1:])}</details>', ""]
+    if facts["examples"]:
+        lines += [sizes(facts["examples"]), ""]
+    return lines
+
+
+LEGEND = ('<div class="legend"><span><i class="k-in"></i>in the picture</span>'
+          '<span><i class="k-over"></i>beyond it (overrun, drift)</span>'
+          '<span><i class="k-gap"></i>of the picture, left out</span>'
+          '<span><i class="k-not"></i>not touched</span>'
+          '<span><i class="k-start"></i>a row begins</span></div>')
+
+
+def sizes(examples):
+    """Bytes that buffers must have, from footprint_of()."""
+    names = [p["pointer"] for p in examples[0]["bytes"]]
+    head = "".join(f"<th><code>{n}</code></th>" for n in names)
+    body = ""
+    for e in examples:
+        body += f"<tr><td>{html.escape(e['call'])}</td>" + "".join(
+            f"<td>{html.escape(b['range'])}</td>" for b in e["bytes"]) + "</tr>"
+    return ('<details><summary>Bytes [first, end) that the buffers must have</summary>'
+            f'<div class="wide"><table class="sizes"><tr><th>Call</th>{head}</tr>{body}</table>'
+            '</div></details>')
+
+
+def chapter(title, page):
+    found = [c for c in manual.chapters if c.title == title]
+    if not found:
+        raise PluginError(f"lumalane.h has no chapter '{title}'")
+    this = found[0]
+    shared = [c for c in manual.chapters if c.title == this.group and not c.functions()]
+    lines, first = [], True
+    if shared and shared[0] is not this:
+        lines += [f"## {shared[0].title} {{: #shared }}", ""]
+        lines += [prose(p, page) for p in shared[0].parts] + [""]
+    heading = "## " + (title if title != page.title else "What they share")
+    for part in this.parts:
+        if isinstance(part, list):
+            text = part
+            if first:
+                lines += [heading + " {: #family }", ""]
+            else:
+                sub, _, rest = " ".join(part[:1]).partition(":")
+                lines += [f"## {sub}", ""]
+                text = ([rest.strip()[0].upper() + rest.strip()[1:]] if rest.strip() else []) + \
+                    part[1:]
+            lines += [prose(text, page), ""]
+        else:
+            if first:
+                lines += ["## Functions", ""]
+            lines += section(part, page, "###")
+        first = False
+    return lines
+
+
+def table(page):
+    rows = []
+    for c in manual.chapters:
+        for i, f in enumerate(c.functions()):
+            first = (f'<th rowspan="{len(c.functions())}">'
+                     f'<a href="{get_relative_url(manual.pages[c.title], page.url)}">'
+                     f"{html.escape(c.title)}</a></th>") if i == 0 else ""
+            summary = re.split(r"(?<=[.:])\s", f.summary.replace("\n", " "))[0].rstrip(":.")
+            rows.append(f"<tr>{first}<td>{link_to(f.name, page)}</td>"
+                        f"<td>{inline(summary, page, f.name)}</td></tr>")
+    return ['<div class="wide"><table class="functions"><tr><th>Family</th><th>Function</th>'
+            "<th>What it does</th></tr>" + "".join(rows) + "</table></div>"]
+
+
+# ---- mkdocs ---------------------------------------------------------------------------------------
+
+def on_files(files, config):
+    global manual
+    manual = Manual(config["extra"]["pictures"])
+    for file in list(files):
+        # Programs and samples are no part of the site.
+        if re.match(r"(pictures|samples|hooks)/|companion\.yml$", file.src_path):
+            files.remove(file)
+        elif file.src_path.endswith(".md"):
+            text = pathlib.Path(file.abs_src_path).read_text()
+            for title in re.findall(r"<!-- chapter: (.*?) -->", text):
+                manual.pages[title] = file.url
+    for made in sorted(manual.pictures.glob("*.png")) + sorted(manual.pictures.glob("*.plot.svg")):
+        files.append(File(f"pictures/{made.name}", str(manual.pictures / ".."), config["site_dir"],
+                          config["use_directory_urls"]))
+        files.src_paths[f"pictures/{made.name}"].abs_src_path = str(made.resolve())
+    lost = [c.title for c in manual.chapters if c.functions() and c.title not in manual.pages]
+    if lost:
+        raise PluginError(f"no page has the chapters {lost}")
+    speed = (ROOT / "docs/speed.md").read_text()
+    manual.measured = {name for name in manual.functions
+                       if re.search(rf"^\|\s*`{name}`", speed, re.M)}
+    return files
+
+
+def on_page_markdown(markdown, page, config, files):
+    if page.file.src_path == "speed.md":
+        seen = set()
+
+        def anchor(match):
+            name = match.group(2)
+            if name not in manual.functions or name in seen:
+                return match.group(0)
+            seen.add(name)
+            return f'{match.group(1)}<span id="speed-{name}"></span>{link_to(name, page)}'
+
+        markdown = re.sub(r"^(\|\s*)`(\w+)`", anchor, markdown, flags=re.M)
+
+    def made(match):
+        what, _, title = match.group(1).partition(": ")
+        if what == "chapter":
+            lines = chapter(title, page)
+        elif what == "functions":
+            lines = table(page)
+        elif what == "records":
+            lines = []
+            for name, text in manual.records.items():
+                lines += [f"## {name}", "", "```cpp", text, "```", ""]
+        elif what == "conventions" and title:
+            lines = [prose(intro_piece(title), page)]
+        elif what == "conventions":
+            lines = []
+            for piece in INTRO:
+                lines += [f"## {piece}", "", prose(intro_piece(piece), page), ""]
+        elif what == "bytes":
+            facts = manual.facts[title]
+            lines = [f'<p class="call">Bytes of <code>{html.escape(facts["call"])}</code>:</p>', "",
+                     LEGEND, "", *grids(facts, title)]
+        elif what == "pictures":
+            lines = ['<div class="pictures">' + "".join(
+                figure(p, page) for p in manual.facts[title]["pictures"]) + "</div>"]
+        elif what == "plot":
+            name = f"{title}.plot.svg"
+            svg = (manual.pictures / name).read_text()
+            lines = ['<div class="plot">' + svg[svg.index("<svg"):].replace("\n\n", "\n") + "</div>"]
+        else:
+            return match.group(0)
+        return "\n".join(lines)
+
+    markdown = re.sub(r"^<!-- (.*?) -->$", made, markdown, flags=re.M)
+
+    def name(match):
+        if match.group(1) not in manual.functions:
+            raise PluginError(f"{page.file.src_path}: there is no function {match.group(1)}")
+        return link_to(match.group(1), page)
+
+    return re.sub(r"\{\{(\w+)\}\}", name, markdown)
