@@ -313,6 +313,24 @@ def table(page):
             "<th>What it does</th></tr>" + "".join(rows) + "</table></div>"]
 
 
+def drawing(name):
+    return (manual.pictures / f"{name}.svg").read_text().strip()
+
+
+def decorated():
+    """The names under which the DLLs export the functions."""
+    lists = [(ROOT / f"tests/exports/windows-{bits}.txt").read_text().split() for bits in (32, 64)]
+    rows = []
+    for name in manual.functions:
+        found = [n for names in lists for n in names if n.startswith(f"?{name}@@")]
+        if len(found) != 2:
+            raise PluginError(f"{name} has no decorated names in tests/exports")
+        rows.append("<tr><td>" + "<br>".join(f"<code>{html.escape(n)}</code>" for n in found)
+                    + "</td></tr>")
+    return ["<details><summary>All 68, of the 32-bit DLL and of the 64-bit ones</summary>"
+            f'<div class="wide"><table class="names">{"".join(rows)}</table></div></details>']
+
+
 # ---- mkdocs ---------------------------------------------------------------------------------------
 
 def on_files(files, config):
@@ -375,6 +393,14 @@ def on_page_markdown(markdown, page, config, files):
         elif what == "pictures":
             lines = ['<div class="pictures">' + "".join(
                 figure(p, page) for p in manual.facts[title]["pictures"]) + "</div>"]
+        elif what == "errors":
+            text = (ROOT / "include/lumalane/errors.h").read_text()
+            lines = ["```cpp", re.search(r"^enum class error \{.*?^\};", text, re.M | re.S).group(0),
+                     "```"]
+        elif what == "decorated names":
+            lines = decorated()
+        elif what == "svg":
+            lines = [f'<div class="grid">{drawing(title)}</div>']
         elif what == "plot":
             name = f"{title}.plot.svg"
             svg = (manual.pictures / name).read_text()
@@ -384,6 +410,7 @@ def on_page_markdown(markdown, page, config, files):
         return "\n".join(lines)
 
     markdown = re.sub(r"^<!-- (.*?) -->$", made, markdown, flags=re.M)
+    markdown = re.sub(r"<!-- svg-inline: (.*?) -->", lambda m: drawing(m.group(1)), markdown)
 
     def name(match):
         if match.group(1) not in manual.functions:

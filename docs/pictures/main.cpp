@@ -1,5 +1,6 @@
 // lumalane-pictures FRAME.y4m DIR: the pictures and tables of the manual, made by the functions
 // themselves. DIR gets facts.json, which lists them for docs/hooks, and the data of the plots.
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <iostream>
@@ -137,6 +138,94 @@ void write_curves(const std::string &path) {
     set_adjustment_for_pictures();
 }
 
+// ---- Drawings of formats -------------------------------------------------------------------------
+
+// A byte or bit, by what is in it: 'R', 'G', 'B', 'Y', 'U', 'V' or '0'.
+void write_cells(const std::string &path, const std::string &cells, int to_a_line,
+                 const std::vector<std::string> &labels = {}) {
+    constexpr int width = 22, height = 20;
+    const int lines = (static_cast<int>(cells.size()) + to_a_line - 1) / to_a_line;
+    std::ofstream out(path);
+    out << "<svg class=\"cells\" viewBox=\"-1 -1 " << to_a_line * width + 2 << " "
+        << lines * height + 2 << "\" style=\"width:" << to_a_line * width << "px\" role=\"img\">";
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const int x = static_cast<int>(i) % to_a_line * width;
+        const int y = static_cast<int>(i) / to_a_line * height;
+        out << "<rect class=\"c-" << cells[i] << "\" x=\"" << x << "\" y=\"" << y << "\" width=\""
+            << width << "\" height=\"" << height << "\"/><text x=\"" << x + width / 2 << "\" y=\""
+            << y + 14 << "\">" << (i < labels.size() ? labels[i] : std::string(1, cells[i]))
+            << "</text>";
+    }
+    out << "</svg>\n";
+}
+
+// What is in a byte or bit is found by colours of which only one channel is not 0.
+void write_formats(const writer &w) {
+    struct colour {
+        char name;
+        unsigned char y, u, v;
+    };
+    const colour colours[] = {{'R', 81, 90, 240}, {'G', 145, 54, 34}, {'B', 41, 240, 110}};
+    const auto pixel = [](const colour &c, const lumalane::picture_function &f, unsigned layout) {
+        const call made = make_call(f, {16, 2, 16, 16 * f.bytes_per_pixel, layout});
+        const memory m(made);
+        std::fill_n(m.at(pointer::src), 32, c.y);
+        std::fill_n(m.at(pointer::src_u), 8, c.u);
+        std::fill_n(m.at(pointer::src_v), 8, c.v);
+        m.run(made);
+        const unsigned char *first = m.at(pointer::dst);
+        return std::vector<unsigned char>(first, first + 2 * f.bytes_per_pixel);
+    };
+    for (const auto *f :
+         {&lumalane::functions::loadimage_rgb32, &lumalane::functions::loadimage_rgb24}) {
+        std::string cells(static_cast<std::size_t>(2 * f->bytes_per_pixel), '0');
+        for (const colour &c : colours) {
+            const std::vector<unsigned char> bytes = pixel(c, *f, 0);
+            for (std::size_t i = 0; i < cells.size(); ++i)
+                if (bytes[i] > 200)
+                    cells[i] = c.name;
+        }
+        write_cells(
+            w.path(f->bytes_per_pixel == 4 ? "format-rgb32.bytes.svg" : "format-rgb24.bytes.svg"),
+            cells, static_cast<int>(cells.size()));
+    }
+    for (unsigned layout = 0; layout < 4; ++layout) {
+        std::string bits(16, '0');
+        for (const colour &c : colours) {
+            const std::vector<unsigned char> bytes =
+                pixel(c, lumalane::functions::loadimage_rgb16, layout);
+            const unsigned word = bytes[0] | bytes[1] << 8;
+            for (int bit = 0; bit < 16; ++bit)
+                if (word >> (15 - bit) & 1)
+                    bits[static_cast<std::size_t>(bit)] = c.name;
+        }
+        write_cells(w.path("format-rgb16-" + std::to_string(layout) + ".bytes.svg"), bits, 16);
+    }
+
+    contrast_data neutral = {64, 64, 0, 0, 0, 0, 0, 0};
+    get_contrast_data(&neutral);
+    const call planes =
+        make_call(lumalane::functions::loadimage_yv12_ajust, {16, 4, 16, 16, 0, 4, 4});
+    const memory m(planes);
+    std::fill_n(m.at(pointer::src), 64, static_cast<unsigned char>('Y'));
+    std::fill_n(m.at(pointer::src_u), 16, static_cast<unsigned char>('U'));
+    std::fill_n(m.at(pointer::src_v), 16, static_cast<unsigned char>('V'));
+    m.run(planes);
+    const unsigned char *dst = m.at(pointer::dst);
+    write_cells(w.path("format-yv12.bytes.svg"), std::string(dst, dst + 96), 16);
+
+    const call packed = make_call(lumalane::functions::loadimage_yuy2, {16, 2, 16, 32});
+    const memory n(packed);
+    std::fill_n(n.at(pointer::src), 32, static_cast<unsigned char>('Y'));
+    std::fill_n(n.at(pointer::src_u), 8, static_cast<unsigned char>('U'));
+    std::fill_n(n.at(pointer::src_v), 8, static_cast<unsigned char>('V'));
+    n.run(packed);
+    dst = n.at(pointer::dst);
+    write_cells(w.path("format-yuy2.bytes.svg"), std::string(dst, dst + 4), 4,
+                {"Y0", "U", "Y1", "V"});
+    set_adjustment_for_pictures();
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -152,6 +241,7 @@ int main(int argc, char **argv) {
 #include "abi/exports.inc"
 #undef LUMALANE_EXPORT
         w.end();
+        write_formats(w);
         write_curves(w.path("adjustment.dat"));
     } catch (const std::exception &failure) {
         std::cerr << "lumalane-pictures: " << failure.what() << "\n";

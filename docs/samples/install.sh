@@ -1,0 +1,1 @@
+cmake --install "${BUILD:-build/linux-x64}" --prefix "${PREFIX:-$HOME/lumalane}"
