@@ -27,7 +27,8 @@ sys.path.insert(0, str(pathlib.Path(__file__).parent))
 import header  # noqa: E402
 
 ROOT = pathlib.Path(__file__).parents[2]
-INTRO = ["Conventions", "Steps and drift", "Which bytes", "Pixel formats",
+SECTION = "What a section tells"  # the header's first words about itself have no title
+INTRO = [SECTION, "Conventions", "Steps and drift", "Which bytes", "Pixel formats",
          "Planes of YV12 surfaces", "Colour", "Adjustment"]
 
 
@@ -95,6 +96,23 @@ def blocks(lines):
     return found
 
 
+def terms(block):
+    """A block of lines "term   what it is", or nothing if it is none."""
+    least = min(len(line) - len(line.lstrip()) for line in block)
+    entries = []
+    for line in block:
+        line = line[least:]
+        parts = re.split(r" {2,}", line)
+        if not line.startswith(" ") and len(parts) == 2 and not re.search(r"[=|:]", parts[0]):
+            entries.append(parts)
+        elif line.startswith("    ") and entries and len(re.split(r" {2,}", line.strip())) == 1:
+            entries[-1][1] += " " + line.strip()
+        else:
+            return []
+    is_drawing = any("==" in text for _, text in entries)
+    return entries if len(entries) > 1 and not is_drawing else []
+
+
 def prose(lines, page):
     """Paragraphs, lists and drawings of the header as HTML."""
     out, quirks = [], []
@@ -117,7 +135,11 @@ def prose(lines, page):
                 quirks.append(f'<b class="{kind}">{kind}</b> {inline(text, page)}')
             continue
         flush()
-        if block[0].startswith("- "):
+        if terms(block):
+            out.append("<table class=\"terms\">" + "".join(
+                f"<tr><th><code>{html.escape(t, quote=False)}</code></th>"
+                f"<td>{inline(text, page)}</td></tr>" for t, text in terms(block)) + "</table>")
+        elif block[0].startswith("- "):
             entries = []
             for line in block:
                 if line.startswith("- "):
@@ -154,14 +176,17 @@ def intro_piece(title):
     starts = {}
     for i, line in enumerate(lines):
         for known in INTRO:
-            if (line == known or line.startswith(known + ":") or line.startswith(known + " (")) \
-                    and known not in starts:
+            if known not in starts and (
+                    line == known or line.startswith((known + ":", known + " ("))
+                    or (known == SECTION and line.startswith("This header is the reference"))):
                 starts[known] = i
     if title not in starts:
         raise PluginError(f"lumalane.h has no piece '{title}'")
     begin = starts[title]
     end = min([s for s in starts.values() if s > begin] + [len(lines)])
     piece = lines[begin:end]
+    if title == SECTION:
+        return piece
     if piece[0] == title:
         return [re.sub("^  ", "", line) for line in piece[1:]]
     first = piece[0][len(title):].lstrip(": ")
