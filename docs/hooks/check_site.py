@@ -1,11 +1,13 @@
 """check_site.py SITE: tests the built manual. Prints what is wrong, and fails if anything is.
 
   - Each function of abi/exports.inc has its section, with pictures, a drawing of bytes, the facts.
+  - Each of them is in the index for searching.
   - Each link leads to a page, a file and an anchor of the site.
   - Nothing is loaded from elsewhere: scripts, style sheets, fonts, pictures.
   - Each test that the header names beside a quirk exists.
 """
 
+import json
 import pathlib
 import re
 import sys
@@ -120,6 +122,11 @@ def check(site, functions):
     for style in sorted(site.rglob("*.css")):
         wrong += [f"{style.relative_to(site)} loads {u}" for u in style_loads(style.read_text())
                   if is_foreign(u)]
+
+    index = site / "search/search_index.json"
+    texts = json.loads(index.read_text())["docs"] if index.exists() else []
+    sought = {entry["location"].partition("#")[2] for entry in texts}
+    wrong += [f"{name} is not found by searching" for name in functions if name not in sought]
 
     found = {}
     for page in pages.values():

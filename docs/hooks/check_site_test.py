@@ -31,12 +31,17 @@ FAULTS = [
 ]
 
 
-def faults_of(index, style="body { color: red }"):
+SEARCH = '{"docs": [{"location": "index.html#load"}]}'
+
+
+def faults_of(index, style="body { color: red }", search=SEARCH):
     with tempfile.TemporaryDirectory() as folder:
         site = pathlib.Path(folder)
         (site / "index.html").write_text(index)
         (site / "b.html").write_text('<p id="there">')
         (site / "a.css").write_text(style)
+        (site / "search").mkdir()
+        (site / "search/search_index.json").write_text(search)
         for name in ("one.png", "two.png"):
             (site / name).write_bytes(b"\x89PNG\r\n\x1a\n")
         return check_site.check(site, ["load"])
@@ -50,7 +55,9 @@ def main():
             failures.append(f"not found: {expected}")
     if not faults_of(GOOD, "@import 'https://example.org/b.css';"):
         failures.append("not found: a style sheet that imports another")
-    print("\n".join(failures) or f"{len(FAULTS) + 1} faults found")
+    if not any("searching" in f for f in faults_of(GOOD, search='{"docs": []}')):
+        failures.append("not found: a function that searching does not find")
+    print("\n".join(failures) or f"{len(FAULTS) + 2} faults found")
     sys.exit(bool(failures))
 
 

@@ -69,6 +69,9 @@ def link_to(name, page):
     return f'<a href="{url}#{name}"><code>{name}</code></a>'
 
 
+PLANES = re.compile(r"(the table of planes|Planes of YV12 surfaces)")
+
+
 def inline(text, page, own=""):
     """A sentence of the header as HTML: names of functions become links, tests stand apart."""
     text = html.escape(text, quote=False)
@@ -79,6 +82,8 @@ def inline(text, page, own=""):
         return link_to(found, page) if found in manual.functions and found != own else found
 
     text = re.sub(r"(?<![\w.>])(\w{8,})(?:\(\))?(?![\w.])", name, text)
+    planes = get_relative_url("reference/conventions.html", page.url) + "#planes-of-yv12-surfaces"
+    text = PLANES.sub(rf'<a href="{planes}">\1</a>', text)
     text = TESTS.sub(lambda m: "".join(
         f'<span class="test" title="the test that shows it">{t.strip()}</span>'
         for t in m.group(1).split(",")), text)
@@ -213,13 +218,15 @@ def grids(facts, name):
     return out
 
 
-def formula(text, page, name):
+def formula(text, page, name, above):
     """Bytes of each buffer on a line of its own."""
     pieces = re.split(r"; (?=[a-z_]+(?:, [a-z_]+)*:? )", text)
-    return "".join(f'<div class="formula">{inline(p, page, name)}</div>' for p in pieces)
+    lines = "".join(f'<div class="formula">{inline(p, page, name)}</div>' for p in pieces)
+    return lines.replace("as above", f'<a href="#{above}">as above</a>')
 
 
-def section(f, page, level):
+def section(f, page, level, above):
+    """`above`: the anchor of the text that "as above" means."""
     facts = manual.facts[f.name]
     lines = [f"{level} {f.name} {{: #{f.name} .function }}", ""]
     paragraphs = [" ".join(p) for p in blocks(f.summary.split("\n"))]
@@ -242,12 +249,14 @@ def section(f, page, level):
         key, _, given = item.key.partition(", ")
         if key == "quirk":
             continue
-        text = formula(item.text, page, f.name) if key in ("reads", "writes") else inline(
+        text = formula(item.text, page, f.name, above) if key in ("reads", "writes") else inline(
             item.text, page, f.name)
         if given:
             text = f'<div class="formula">{inline(given, page, f.name)}:</div>' + text
         row(labels[key], text)
     row("Least sizes", html.escape(facts["least"]))
+    if "slices" in facts:
+        row("In slices", "the same bytes" if facts["slices"] else "other bytes")
     row("Instead", inline(manual.companion[f.name], page, f.name))
     speed = get_relative_url("speed.html", page.url)
     if f.name in manual.measured:
@@ -300,7 +309,7 @@ def chapter(title, page):
         raise PluginError(f"lumalane.h has no chapter '{title}'")
     this = found[0]
     shared = [c for c in manual.chapters if c.title == this.group and not c.functions()]
-    lines, first = [], True
+    lines, first, above = [], True, "family"
     if shared and shared[0] is not this:
         lines += [f"## {shared[0].title} {{: #shared }}", ""]
         lines += [prose(p, page) for p in shared[0].parts] + [""]
@@ -312,14 +321,15 @@ def chapter(title, page):
                 lines += [heading + " {: #family }", ""]
             else:
                 sub, _, rest = " ".join(part[:1]).partition(":")
-                lines += [f"## {sub}", ""]
+                above = f"family-{len(lines)}"
+                lines += [f"## {sub} {{: #{above} }}", ""]
                 text = ([rest.strip()[0].upper() + rest.strip()[1:]] if rest.strip() else []) + \
                     part[1:]
             lines += [prose(text, page), ""]
         else:
             if first:
                 lines += ["## Functions", ""]
-            lines += section(part, page, "###")
+            lines += section(part, page, "###", above)
         first = False
     return lines
 
@@ -354,6 +364,21 @@ def decorated():
                     + "</td></tr>")
     return ["<details><summary>All 68, of the 32-bit DLL and of the 64-bit ones</summary>"
             f'<div class="wide"><table class="names">{"".join(rows)}</table></div></details>']
+
+
+def slices(page):
+    """Which functions give the same bytes in slices: docs/pictures has tried it."""
+    rows = ""
+    for c in manual.chapters:
+        lists = [[f.name for f in c.functions() if manual.facts[f.name].get("slices") is same]
+                 for same in (True, False)]
+        if any(lists):
+            rows += (f'<tr><td><a href="{get_relative_url(manual.pages[c.title], page.url)}">'
+                     f"{html.escape(c.title)}</a></td>" + "".join(
+                         "<td>" + ("<br>".join(link_to(n, page) for n in names) or "-") + "</td>"
+                         for names in lists) + "</tr>")
+    return ['<div class="wide"><table class="functions"><tr><th>Family</th>'
+            f"<th>The same bytes</th><th>Other bytes</th></tr>{rows}</table></div>"]
 
 
 # ---- mkdocs ---------------------------------------------------------------------------------------
@@ -422,6 +447,8 @@ def on_page_markdown(markdown, page, config, files):
             text = (ROOT / "include/lumalane/errors.h").read_text()
             lines = ["```cpp", re.search(r"^enum class error \{.*?^\};", text, re.M | re.S).group(0),
                      "```"]
+        elif what == "slices":
+            lines = slices(page)
         elif what == "decorated names":
             lines = decorated()
         elif what == "svg":

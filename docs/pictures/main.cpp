@@ -11,6 +11,7 @@
 #include "docs/pictures/image.h"
 #include "docs/pictures/scene.h"
 #include "docs/pictures/shown.h"
+#include "docs/pictures/slices.h"
 
 namespace {
 
@@ -73,7 +74,8 @@ private:
     template <class Function>
     void add_calls(const Function &f) {
         const samples s = samples_of(f);
-        json << ",\n  \"least\": " << quoted(s.least)
+        json << ",\n  \"slices\": " << (same_in_slices(f) ? "true" : "false")
+             << ",\n  \"least\": " << quoted(s.least)
              << ",\n  \"call\": " << quoted(std::string(f.name) + ": " + s.small.arguments)
              << ",\n  \"grids\": [";
         int count = 0;
