@@ -52,7 +52,28 @@ class Manual:
             if name not in self.facts or name not in self.companion:
                 raise PluginError(f"{name} has no pictures, or no line in docs/companion.yml")
         self.pages = {}  # of chapters, by title
-        self.measured = set()  # functions that the page about speed has a row for
+        self.speed = measured((ROOT / "docs/speed.md").read_text())
+
+
+ROW = re.compile(r"^(\|\s*)`(\w+)(/[^`]*)?`(.*)$", re.M)  # of a table about speed
+
+
+def measured(text):
+    """What the page about speed has in its tables, below headings that are sizes: per function,
+    per thing in the buffers, a list of (size, nanoseconds per pixel of the first column)."""
+    found, size = {}, ""
+    for line in text.splitlines():
+        heading = re.match(r"#+\s+(\d+x\d+)\s*$", line)
+        row = ROW.match(line)
+        if heading:
+            size = heading.group(1)
+        elif row:
+            value = re.match(r"\s*\|\s*([\d.]+)", row.group(4))
+            kinds = found.setdefault(row.group(2), {})
+            values = kinds.setdefault((row.group(3) or "/")[1:], [])
+            if value and size:
+                values.append((size, value.group(1)))
+    return found
 
 
 manual = None
@@ -258,11 +279,7 @@ def section(f, page, level, above):
     if "slices" in facts:
         row("In slices", "the same bytes" if facts["slices"] else "other bytes")
     row("Instead", inline(manual.companion[f.name], page, f.name))
-    speed = get_relative_url("speed.html", page.url)
-    if f.name in manual.measured:
-        row("Speed", f'<a href="{speed}#speed-{f.name}">measured beside others</a>')
-    else:
-        row("Speed", f'<a href="{speed}">how fast, and how that is measured</a>')
+    row("Speed", speed(f.name, page))
     lines += ['<table class="facts">' + "".join(rows) + "</table>", ""]
 
     quirks = [i.text for i in f.items if i.key == "quirk"]
@@ -281,6 +298,21 @@ def section(f, page, level, above):
     if facts["examples"]:
         lines += [sizes(facts["examples"]), ""]
     return lines
+
+
+def speed(name, page):
+    url = get_relative_url("speed.html", page.url)
+    if name not in manual.speed:
+        return f'<a href="{url}">how fast, and how that is measured</a>'
+    lines = []
+    for kind, values in manual.speed[name].items():
+        text = ", ".join(f"{value} at {size}" for size, value in values)
+        if text:
+            lines.append((f"{html.escape(kind)}: " if kind else "") + text)
+    if lines:
+        lines[0] = "ns per pixel: " + lines[0]
+    lines.append(f'<a href="{url}#speed-{name}">measured beside others</a>')
+    return "<br>".join(lines)
 
 
 LEGEND = ('<div class="legend"><span><i class="k-in"></i>in the picture</span>'
@@ -401,9 +433,6 @@ def on_files(files, config):
     lost = [c.title for c in manual.chapters if c.functions() and c.title not in manual.pages]
     if lost:
         raise PluginError(f"no page has the chapters {lost}")
-    speed = (ROOT / "docs/speed.md").read_text()
-    manual.measured = {name for name in manual.functions
-                       if re.search(rf"^\|\s*`{name}`", speed, re.M)}
     return files
 
 
@@ -412,13 +441,14 @@ def on_page_markdown(markdown, page, config, files):
         seen = set()
 
         def anchor(match):
-            name = match.group(2)
-            if name not in manual.functions or name in seen:
+            before, name, kind, rest = match.groups()
+            if name not in manual.functions:
                 return match.group(0)
+            mark = "" if name in seen else f'<span id="speed-{name}"></span>'
             seen.add(name)
-            return f'{match.group(1)}<span id="speed-{name}"></span>{link_to(name, page)}'
+            return f"{before}{mark}{link_to(name, page)} {(kind or '/')[1:]}{rest}"
 
-        markdown = re.sub(r"^(\|\s*)`(\w+)`", anchor, markdown, flags=re.M)
+        markdown = ROW.sub(anchor, markdown)
 
     def made(match):
         what, _, title = match.group(1).partition(": ")
