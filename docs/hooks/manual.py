@@ -293,7 +293,7 @@ def section(f, page, level, above):
         lines += [f'<p class="call">Bytes of <code>{html.escape(facts["call"])}</code>:</p>', "",
                   LEGEND, "", drawn[0], ""]
         if len(drawn) > 1:
-            lines += [f'<details><summary>What it reads, and its other planes</summary>'
+            lines += [f'<details class="fold"><summary>What it reads, and its other planes</summary>'
                       f'{"".join(drawn[1:])}</details>', ""]
     if facts["examples"]:
         lines += [sizes(facts["examples"]), ""]
@@ -330,7 +330,7 @@ def sizes(examples):
     for e in examples:
         body += f"<tr><td>{html.escape(e['call'])}</td>" + "".join(
             f"<td>{html.escape(b['range'])}</td>" for b in e["bytes"]) + "</tr>"
-    return ('<details><summary>Bytes [first, end) that the buffers must have</summary>'
+    return ('<details class="fold"><summary>Bytes [first, end) that the buffers must have</summary>'
             f'<div class="wide"><table class="sizes"><tr><th>Call</th>{head}</tr>{body}</table>'
             '</div></details>')
 
@@ -394,7 +394,7 @@ def decorated():
             raise PluginError(f"{name} has no decorated names in tests/exports")
         rows.append("<tr><td>" + "<br>".join(f"<code>{html.escape(n)}</code>" for n in found)
                     + "</td></tr>")
-    return ["<details><summary>All 68, of the 32-bit DLL and of the 64-bit ones</summary>"
+    return ['<details class="fold"><summary>All 68, of the 32-bit DLL and of the 64-bit ones</summary>'
             f'<div class="wide"><table class="names">{"".join(rows)}</table></div></details>']
 
 
@@ -469,7 +469,7 @@ def on_page_markdown(markdown, page, config, files):
         elif what == "bytes":
             facts = manual.facts[title]
             lines = [f'<p class="call">Bytes of <code>{html.escape(facts["call"])}</code>:</p>', "",
-                     LEGEND, "", *grids(facts, title)]
+                     LEGEND, "", grids(facts, title)[0]]
         elif what == "pictures":
             lines = ['<div class="pictures">' + "".join(
                 figure(p, page) for p in manual.facts[title]["pictures"]) + "</div>"]
