@@ -427,9 +427,10 @@ def on_files(files, config):
             for title in re.findall(r"<!-- chapter: (.*?) -->", text):
                 manual.pages[title] = file.url
     for made in sorted(manual.pictures.glob("*.png")) + sorted(manual.pictures.glob("*.plot.svg")):
-        files.append(File(f"pictures/{made.name}", str(manual.pictures / ".."), config["site_dir"],
-                          config["use_directory_urls"]))
-        files.src_paths[f"pictures/{made.name}"].abs_src_path = str(made.resolve())
+        file = File(f"pictures/{made.name}", str(manual.pictures), config["site_dir"],
+                    config["use_directory_urls"])
+        file.abs_src_path = str(made.resolve())
+        files.append(file)
     lost = [c.title for c in manual.chapters if c.functions() and c.title not in manual.pages]
     if lost:
         raise PluginError(f"no page has the chapters {lost}")
