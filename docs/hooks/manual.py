@@ -60,18 +60,19 @@ ROW = re.compile(r"^(\|\s*)`(\w+)(/[^`]*)?`(.*)$", re.M)  # of a table about spe
 
 def measured(text):
     """What the page about speed has in its tables, below headings that are sizes: per function,
-    per thing in the buffers, a list of (size, nanoseconds per pixel of the first column)."""
+    per thing in the buffers, a list of (size, nanoseconds per pixel of the first column). The first
+    table of a size counts: later ones are of several threads."""
     found, size = {}, ""
     for line in text.splitlines():
-        heading = re.match(r"#+\s+(\d+x\d+)\s*$", line)
         row = ROW.match(line)
-        if heading:
-            size = heading.group(1)
+        if line.startswith("#"):
+            heading = re.match(r"#+\s+(\d+x\d+)\s*$", line)
+            size = heading.group(1) if heading else ""
         elif row:
             value = re.match(r"\s*\|\s*([\d.]+)", row.group(4))
             kinds = found.setdefault(row.group(2), {})
             values = kinds.setdefault((row.group(3) or "/")[1:], [])
-            if value and size:
+            if value and size and size not in (s for s, _ in values):
                 values.append((size, value.group(1)))
     return found
 

@@ -62,7 +62,8 @@ class Reading(unittest.TestCase):
     def test_speed(self):
         page = ("### 320x240\n| Function | avx2 | peer |\n|---|---:|---:|\n"
                 "| `one` | 0.1 | 0.2 (2.0) |\n| `two/veil` | 0.3 | |\n### 640x480\n| `one` | 0.4 | |\n"
-                "## Summary\n| Mean | 2.0 | |\n")
+                "## Summary\n| `one` | 9.0 | |\n| Mean | 2.0 | |\n"
+                "## Threads\n### 320x240\n| `one` | 0.05 | |\n")
         self.assertEqual(manual.measured(page),
                          {"one": {"": [("320x240", "0.1"), ("640x480", "0.4")]},
                           "two": {"veil": [("320x240", "0.3")]}})

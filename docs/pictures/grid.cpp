@@ -157,8 +157,7 @@ std::vector<grid> grids_of(const call &c) {
             "[" + std::to_string(range.begin) + ", " + std::to_string(range.end) + ")";
         made.push_back({std::string(name_of(p.at)) + ", " + (written ? "written" : "read") +
                             ": bytes " + bytes + ", " + std::to_string(p.picture.front().pitch) +
-                            " to a line, " + std::to_string(p.unit) +
-                            (p.unit == 1 ? " to a cell" : " to a cell"),
+                            " to a line, " + std::to_string(p.unit) + " to a cell",
                         draw(p, range.begin, range.end, written ? seen : promised, starts)});
     }
     return made;
