@@ -24,8 +24,8 @@ int main() {
         return std::puts("no loadimage_rgb32"), 1;
 
     const int width = 320, height = 240;
-    std::vector<unsigned char> bitmap(4 * width *
-                                      height); // of CreateDIBSection(), say
+    // Of CreateDIBSection(), say.
+    std::vector<unsigned char> bitmap(4 * width * height);
     std::vector<unsigned char> y(width * height, 126), u(y.size() / 4, 128), v(u);
     // The upper row, which is the last one in memory, and the way to the next one.
     load(y.data(), u.data(), v.data(), bitmap.data() + (height - 1) * 4 * width,
