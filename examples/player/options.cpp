@@ -45,14 +45,14 @@ std::optional<options> parse(int argc, char **argv) {
                                                 "What the library fills (" + surface_name +
                                                     ", or the first with the stretch)")
                                      ->type_name("NAME")
-                                     ->check(CLI::IsMember(surfaces, CLI::ignore_case));
+                                     ->transform(CLI::IsMember(surfaces, CLI::ignore_case));
     const CLI::Option *stretch =
         app.add_option("--stretch", stretch_name,
                        "Twice the rows (1x2), the same interpolated along edges (edge), or twice "
                        "rows and columns (2x2), on the surfaces that can (" +
                            stretch_name + ")")
             ->type_name("NAME")
-            ->check(CLI::IsMember(stretches, CLI::ignore_case));
+            ->transform(CLI::IsMember(stretches, CLI::ignore_case));
     app.add_flag("--field", chosen.field,
                  "Show the first field of every frame alone, its rows stretched to the frame's "
                  "height, by edge or 1x2 (edge, where the surface has it)");
@@ -65,7 +65,7 @@ std::optional<options> parse(int argc, char **argv) {
     app.add_option("--target", chosen.target,
                    "What the library's row kernels are compiled for (the widest that runs here)")
         ->type_name("NAME")
-        ->check(CLI::IsMember(target_names(), CLI::ignore_case));
+        ->transform(CLI::IsMember(target_names(), CLI::ignore_case));
     const auto add_control = [&app](const char *name, int &value, control_range range,
                                     const char *unit) {
         const auto text = [](int number) { return std::to_string(number); };

@@ -8,6 +8,7 @@
 #include "examples/player/target.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <gtest/gtest.h>
 
@@ -347,6 +348,20 @@ TEST_F(player_test, help_tells_surfaces_options_and_keys) {
           "--png", "--packed", "--repeat", "--subtitles", "--dump-subpicture", "--interlaced",
           "--stretch", "--field", "--compare-stretch", "--menu", "--help", "Space"})
         EXPECT_NE(done.out.find(option), std::string::npos) << option;
+}
+
+TEST_F(player_test, names_are_taken_in_any_case) {
+    const std::string target = target_names().front();
+    std::string upper = target;
+    std::ranges::transform(upper, upper.begin(),
+                           [](char c) { return static_cast<char>(std::toupper(c)); });
+    const auto shown = [&](const std::string &arguments) {
+        return frames("--frames 1 " + arguments).at(0).samples;
+    };
+    EXPECT_EQ(shown("--surface YUY2 --stretch EDGE"), shown("--surface yuy2 --stretch edge"));
+    EXPECT_EQ(shown("--field --surface RGB24"), shown("--field --surface rgb24"));
+    EXPECT_NE(run("--png frames --frames 1 --target " + upper).out.find("(" + target + ")"),
+              std::string::npos);
 }
 
 TEST_F(player_test, wrong_arguments_are_refused) {
