@@ -21,7 +21,7 @@ std::string running;
 std::string running_on;
 
 void report_fault(int) {
-    std::fprintf(stderr, "fault on %s: %s\n", running_on.c_str(), running.c_str());
+    std::fprintf(stderr, "fault on %s\n", what_runs().c_str());
     std::_Exit(EXIT_FAILURE);
 }
 
@@ -237,7 +237,7 @@ private:
                       drawn.buffers[buffer].name,
                       static_cast<long>(s.ranges[buffer].first + static_cast<std::ptrdiff_t>(at)),
                       found[at], expected[at]);
-        return text + running_on + ": " + running;
+        return text + what_runs();
     }
 
     const drawn_call &drawn;
@@ -255,6 +255,22 @@ random randomness_of_case(std::string_view name, std::uint64_t seed, unsigned nu
 }
 
 } // namespace
+
+std::string what_runs() { return running_on + ": " + running; }
+
+outcome run(const subject &s, const std::vector<target> &targets, random &r) {
+    static experiment::regions memory;
+    outcome result;
+    try {
+        const drawn_call drawn = s.draw(r);
+        running = std::string(s.name) + ": " + drawn.arguments;
+        result.failure = experiment(drawn, r, memory).run(targets);
+        result.cases = result.failure.empty() ? 1 : 0;
+    } catch (const model::stray_access &) {
+        result.redrawn = 1;
+    }
+    return result;
+}
 
 outcome run(const subject &s, const std::vector<target> &targets, const options &o) {
     std::signal(SIGSEGV, report_fault);

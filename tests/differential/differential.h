@@ -41,4 +41,10 @@ struct outcome {
 // program, after a line on standard error that says which case it was.
 outcome run(const subject &, const std::vector<target> &, const options &);
 
+// Runs one case as it is drawn; a call that does not fit its buffers is not made.
+outcome run(const subject &, const std::vector<target> &, random &);
+
+// The case that runs and what it runs on, for whoever reports a fault.
+std::string what_runs();
+
 } // namespace differential

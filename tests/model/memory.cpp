@@ -17,6 +17,8 @@ std::uint8_t *memory::touch(address where, extent buffer::*how) {
     const auto holds = [&](const buffer &b) {
         return b.bytes.first <= where && where < b.bytes.end;
     };
+    if (allowed-- == 0)
+        throw stray_access{where};
     for (std::size_t tried = 0; tried < buffers.size();
          ++tried, latest = (latest + 1) % buffers.size()) {
         buffer &b = buffers[latest];

@@ -24,7 +24,7 @@ struct extent {
     bool empty() const { return first == end; }
 };
 
-// Thrown by an access outside of every buffer.
+// Thrown by an access outside of every buffer, and by one more than are allowed.
 struct stray_access {
     address where;
 };
@@ -33,6 +33,9 @@ class memory {
 public:
     // Lets the model touch the bytes of one more buffer. Buffers are numbered 0, 1 ...
     void add(extent bytes) { buffers.push_back({bytes, {}, {}}); }
+
+    // A call of more accesses than these throws. (Some that are the caller's error do not end.)
+    void allow(std::size_t accesses) { allowed = accesses; }
 
     std::uint8_t load(address where) { return *touch(where, &buffer::read); }
     void store(address where, std::uint8_t value) { *touch(where, &buffer::written) = value; }
@@ -76,6 +79,7 @@ private:
     std::uint8_t *touch(address where, extent buffer::*how);
 
     std::vector<buffer> buffers;
+    std::size_t allowed = ~std::size_t{0};
     std::size_t latest = 0; // the buffer of the latest access: most often that of the next one
 };
 
