@@ -242,7 +242,7 @@ void append_structure(GstCaps *to, GstPadDirection direction, const GstStructure
         if (there)
             gst_structure_free(there);
     };
-    const auto with_mode = [](const GstStructure *like, std::vector<std::string> modes) {
+    const auto with_mode = [](const GstStructure *like, const std::vector<std::string> &modes) {
         GstStructure *const copy = gst_structure_copy(like);
         set_strings(copy, "interlace-mode", modes);
         gst_structure_remove_field(copy, "field-order");

@@ -66,6 +66,7 @@
 #include <gst/video/video.h>
 
 #include <algorithm>
+#include <cmath>
 #include <mutex>
 
 GST_DEBUG_CATEGORY_STATIC(lumalaneconvert_debug);
@@ -181,7 +182,8 @@ double balance_of(gpointer self, int which) {
 int to_channel(int which, double value) {
     const lumalane_gst::balance_range &r = balance_ranges[which];
     const double part = (value - r.least) / (r.most - r.least);
-    return least_of_channel + static_cast<int>(part * (most_of_channel - least_of_channel) + 0.5);
+    return least_of_channel +
+           static_cast<int>(std::lround(part * (most_of_channel - least_of_channel)));
 }
 
 double from_channel(int which, int value) {
@@ -380,6 +382,45 @@ lumalane::picture picture_of(GstVideoFrame *f) {
     return p;
 }
 
+// Whether the rows of a mapped frame lie in the memory of its buffer: a video meta may say anything.
+bool lies_in_its_buffer(GstVideoFrame *f) {
+    const lumalane::picture p = picture_of(f);
+    for (int i = 0; i < lumalane::plane_count(p.format); ++i) {
+        const GstMapInfo &mapped = f->map[f->meta ? i : 0];
+        const std::ptrdiff_t first = p.planes[i].data - mapped.data,
+                             to_last_row = std::ptrdiff_t{p.planes[i].stride} *
+                                           (lumalane::plane_height(p.format, i, p.height) - 1),
+                             row = lumalane::row_bytes(p.format, i, p.width);
+        if (first + std::min<std::ptrdiff_t>(to_last_row, 0) < 0 ||
+            first + std::max<std::ptrdiff_t>(to_last_row, 0) + row >
+                static_cast<std::ptrdiff_t>(mapped.size))
+            return false;
+    }
+    return true;
+}
+
+bool is_whole(GstBuffer *buffer, const GstVideoInfo &info, GstMapFlags access) {
+    GstVideoFrame f;
+    if (!gst_video_frame_map(&f, &info, buffer, access))
+        return false;
+    const bool whole = lies_in_its_buffer(&f);
+    gst_video_frame_unmap(&f);
+    return whole;
+}
+
+// The base class would only warn of a frame that it cannot map, and pass on one that nothing was written
+// into.
+GstFlowReturn transform(GstBaseTransform *self, GstBuffer *in, GstBuffer *out) {
+    const GstVideoFilter *const filter = GST_VIDEO_FILTER(self);
+    if (!is_whole(in, filter->in_info, GST_MAP_READ) ||
+        !is_whole(out, filter->out_info, GST_MAP_WRITE)) {
+        GST_ELEMENT_ERROR(self, STREAM, FORMAT, ("A buffer has not the frame that it should have."),
+                          (nullptr));
+        return GST_FLOW_ERROR;
+    }
+    return parent_transform()->transform(self, in, out);
+}
+
 bool lower_field_is_first(GstVideoFrame *f) {
     return !GST_VIDEO_FRAME_IS_TFF(f) &&
            GST_VIDEO_INFO_FIELD_ORDER(&f->info) != GST_VIDEO_FIELD_ORDER_TOP_FIELD_FIRST;
@@ -513,6 +554,7 @@ static void gst_lumalane_convert_class_init(GstLumalaneConvertClass *klass) {
     transform_class->accept_caps = accept_caps;
     transform_class->sink_event = sink_event;
     transform_class->decide_allocation = decide_allocation;
+    transform_class->transform = transform;
     transform_class->before_transform = before_transform;
     transform_class->transform_ip_on_passthrough = FALSE;
     filter_class->set_info = set_info;

@@ -666,6 +666,76 @@ TEST_F(element, tells_of_a_frame_that_has_not_the_size_of_the_caps) {
     EXPECT_NE(error(), "");
 }
 
+// Buffers that are not what the caps or their meta say. What each was answered is a row of a table.
+struct bad_buffer {
+    const char *what;
+    int left_out; // bytes at the end
+    gssize moved; // the last plane, by so many bytes
+    int wider;    // the stride of the last plane, by so many bytes
+    bool with_meta;
+};
+
+TEST_F(element, refuses_buffers_that_have_not_what_they_say) {
+    constexpr bad_buffer all[] = {
+        {"whole", 0, 0, 0, true},
+        {"whole, without a meta", 0, 0, 0, false},
+        {"a byte short", 1, 0, 0, true},
+        {"a byte short, without a meta", 1, 0, 0, false},
+        {"half of it", 200, 0, 0, true},
+        {"half of it, without a meta", 200, 0, 0, false},
+        {"a byte alone", -1, 0, 0, true},
+        {"a plane that ends a byte behind the buffer", 0, 1, 0, true},
+        {"a plane that begins behind the buffer", 0, 100000, 0, true},
+        {"strides that lead out of the buffer", 0, 0, 4096, true},
+        {"negative strides that lead out of the buffer", 0, 0, -4096, true},
+    };
+    constexpr int width = 24, height = 12; // GStreamer's strides are those of the rows
+    std::printf("| input | a buffer that has | tried | made a frame | an error | no frame |\n"
+                "|---|---|---|---|---|---|\n");
+    for (const named_format &from : sinks)
+        for (const bad_buffer &b : all) {
+            int frames = 0, errors = 0, neither = 0;
+            for (const named_format &to : sources) {
+                // The same format passes, unread.
+                if (!can_convert(from, to) || from.format == to.format)
+                    continue;
+                SCOPED_TRACE(string(b.what) + ", " + from.name + " to " + to.name);
+                restart();
+                ASSERT_TRUE(negotiate(caps_of(from, width, height),
+                                      string("video/x-raw, format=") + to.name));
+                const drawn d = noise(from.format, width, height);
+                const auto size =
+                    b.left_out < 0 ? 1 : d.bytes.size() - static_cast<size_t>(b.left_out);
+                GstBuffer *const buffer =
+                    gst_buffer_new_wrapped(g_memdup2(d.bytes.data(), size), size);
+                if (b.with_meta) {
+                    gint strides[GST_VIDEO_MAX_PLANES] = {};
+                    gsize offsets[GST_VIDEO_MAX_PLANES] = {};
+                    const size_t planes = d.offsets.size();
+                    for (size_t i = 0; i < planes; ++i)
+                        strides[i] = d.p.planes[i].stride, offsets[i] = d.offsets[i];
+                    offsets[planes - 1] += static_cast<gsize>(b.moved);
+                    strides[planes - 1] += b.wider;
+                    gst_buffer_add_video_meta_full(
+                        buffer, GST_VIDEO_FRAME_FLAG_NONE, gst_video_format_from_string(from.name),
+                        width, height, static_cast<guint>(planes), offsets, strides);
+                }
+                GST_BUFFER_PTS(buffer) = 0;
+                const GstFlowReturn flow = gst_harness_push(harness, buffer);
+                GstBuffer *const made = gst_harness_try_pull(harness);
+                ++(made ? frames : flow != GST_FLOW_OK ? errors : neither);
+                EXPECT_EQ(error().empty(), flow == GST_FLOW_OK);
+                if (made)
+                    gst_buffer_unref(made);
+            }
+            std::printf("| %s | %s | %d | %d | %d | %d |\n", from.name, b.what,
+                        frames + errors + neither, frames, errors, neither);
+            const bool whole = &b - all < 2;
+            EXPECT_EQ(whole ? frames : errors, frames + errors + neither) << b.what;
+            EXPECT_GT(frames + errors, 0);
+        }
+}
+
 // ---- Fields ------------------------------------------------------------------------------------
 
 constexpr char interleaved[] = "interlace-mode=interleaved";
