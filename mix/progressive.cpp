@@ -54,7 +54,8 @@ void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surf
     const bool in_order =
         machine.in_order || order_can_be_observed(mix, surface.bytes_per_pixel, d);
     const surface_stores stores(machine, p.first.dst, p.below.dst | p.next.dst,
-                                2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order, bound_by::arithmetic);
+                                2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order,
+                                bound_by::arithmetic);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, surface, by.neutral() ? nullptr : &by, stores);
     if (in_order) {
@@ -65,8 +66,7 @@ void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surf
     } else {
         mixer.mix({p.first, p.below, lower_row::itself}, p.next, p.pairs, p.pixels);
     }
-    consume(mix, p.first + p.pairs * p.next,
-            difference(mix.height, static_cast<unsigned>(2 * p.pairs)));
+    consume(mix, p.first + p.pairs * p.next, difference(mix.height, static_cast<int>(2 * p.pairs)));
 }
 
 void mix_onto_rgb(const machine &machine, tagMIX_INFO &mix, const planar_to_surface &surface) {

@@ -11,11 +11,15 @@ namespace lumalane {
 
 // ---- 32-bit arithmetic, which wraps ------------------------------------------------------------
 
-constexpr int difference(unsigned a, unsigned b) { return static_cast<int>(a - b); }
+constexpr int difference(int a, int b) {
+    return static_cast<int>(static_cast<unsigned>(a) - static_cast<unsigned>(b));
+}
 
-constexpr int product(unsigned a, unsigned b) { return static_cast<int>(a * b); }
+constexpr int product(int a, int b) {
+    return static_cast<int>(static_cast<unsigned>(a) * static_cast<unsigned>(b));
+}
 
-constexpr int twice(unsigned a) { return static_cast<int>(2 * a); }
+constexpr int twice(int a) { return product(2, a); }
 
 // ---- Steps -------------------------------------------------------------------------------------
 

@@ -60,8 +60,8 @@ public:
         make_row(last, final_row, stores);
         // quirk: the row that is stored twice comes the second time right behind the first
         // [plane_stretches.adjusted_1x2_stores_the_last_row_right_behind_the_one_before]
-        make_row(last + times * p.width, final_row + to_next_row - p.src_pitch,
-                 store_policy::cached);
+        make_row(last + static_cast<ptrdiff_t>(times) * p.width,
+                 final_row + to_next_row - p.src_pitch, store_policy::cached);
     }
 
 private:
@@ -193,8 +193,7 @@ public:
         : machine(machine_), p(p_), height(p.height < 1 ? 1 : p.height),
           // quirk: the first column loses so many bits of each 8 samples as the surface has bytes
           // [plane_stretches.plain_2x2_clears_only_as_many_bits_as_twice_the_height_times_the_pitch]
-          lost_bits(
-              static_cast<unsigned>(product(twice(p.height), static_cast<unsigned>(p.dst_pitch)))),
+          lost_bits(static_cast<unsigned>(product(twice(p.height), static_cast<int>(p.dst_pitch)))),
           // quirk: there are two columns at least
           // [plane_stretches.plain_2x2_of_width_8_has_two_strips]
           samples(p.width <= 2 * column ? 2 * column : whole_steps(p.width, column)) {}

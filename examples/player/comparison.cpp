@@ -24,13 +24,15 @@ constexpr int top = (height - compared_height) / 2;
 std::vector<unsigned char> draw_wheel() {
     constexpr int spokes = 14;
     constexpr int parts = 8; // of a pixel, each way
+    constexpr int middle_column = width / 2, middle_row = height / 2;
     std::vector<unsigned char> y;
     for (int row = 0; row < height; ++row) {
         for (int column = 0; column < width; ++column) {
             int lit = 0;
             for (int part = 0; part < parts * parts; ++part) {
-                const double across = column - width / 2 + (part % parts + 0.5) / parts;
-                const double down = row - height / 2 + (part / parts + 0.5) / parts;
+                const int part_column = part % parts, part_row = part / parts;
+                const double across = column - middle_column + (part_column + 0.5) / parts;
+                const double down = row - middle_row + (part_row + 0.5) / parts;
                 const double turn = std::atan2(down, across) / (2 * std::numbers::pi) + 1;
                 lit += std::fmod(turn * spokes + 0.25, 1) < 0.5;
             }
