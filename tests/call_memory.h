@@ -47,11 +47,13 @@ public:
         return bytes.begin >= -half && bytes.end <= half;
     }
 
-    // The buffers of a call where they lie here, with its records filled.
-    differential::placement place(const differential::drawn_call &drawn) const {
+    // The buffers of a call where they lie here, all but records so many bytes further, with its
+    // records filled.
+    differential::placement place(const differential::drawn_call &drawn, int moved_by = 0) const {
         differential::placement places;
         for (std::size_t i = 0; i < drawn.buffers.size(); ++i)
-            places.origins.push_back(model::address_of(origin(i)));
+            places.origins.push_back(model::address_of(origin(i)) +
+                                     (drawn.buffers[i].fill ? 0 : moved_by));
         for (std::size_t i = 0; i < drawn.buffers.size(); ++i)
             if (drawn.buffers[i].fill)
                 drawn.buffers[i].fill(origin(i), places);

@@ -2,10 +2,13 @@
 // less.
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -33,6 +36,26 @@ std::string text_of(const status &s) {
     char text[lumalane::status_text_size];
     return s.write(text, sizeof text);
 }
+
+// ---- What was tried ------------------------------------------------------------------------------
+
+// How often something was done to a buffer, and what was said of it: a table, for people.
+class tally : public testing::Environment {
+public:
+    static void count(const char *what, const status &said) {
+        ++tried[{what, message_of(said.code)}];
+    }
+
+    void TearDown() override {
+        std::printf("| a buffer, of a call of each function | said | times |\n|---|---|---|\n");
+        for (const auto &[what, times] : tried)
+            std::printf("| %s | %s | %ld |\n", what.first.c_str(), what.second.c_str(), times);
+    }
+
+private:
+    static inline std::map<std::pair<std::string, std::string>, long> tried;
+};
+[[maybe_unused]] const auto *const printed = testing::AddGlobalTestEnvironment(new tally);
 
 // ---- Drawn calls, checked ------------------------------------------------------------------------
 
@@ -199,8 +222,9 @@ using bytes = std::vector<std::uint8_t>;
 // A drawn call in memory that is as it was before each time it is made.
 class prepared_call {
 public:
-    prepared_call(const differential::drawn_call &drawn_, const call_memory &memory_)
-        : drawn(drawn_), memory(memory_), places(memory.place(drawn)),
+    // Its buffers lie so many bytes behind where the memory has them.
+    prepared_call(const differential::drawn_call &drawn_, const call_memory &memory_, int moved_by)
+        : drawn(drawn_), memory(memory_), places(memory.place(drawn, moved_by)),
           call(tests::record(drawn, places).at(0)), windows(drawn.buffers.size()) {
         for (int p = 0; p < lumalane::pointer_count; ++p) {
             const byte_range touched = call.bytes.of[p].touched();
@@ -303,12 +327,12 @@ protected:
     // Calls `test` for so many drawn calls that are accepted; every other one is refused and has
     // touched nothing.
     template <class Test>
-    void for_accepted(int count, Test test) {
+    void for_accepted(int count, Test test, int moved_by = 0) {
         differential::random r(5);
         int accepted = 0;
         for (int drawn_calls = 0; accepted < count && drawn_calls < 400 * count; ++drawn_calls) {
             const differential::drawn_call drawn = GetParam().draw(r);
-            const prepared_call prepared(drawn, shared_memory());
+            const prepared_call prepared(drawn, shared_memory(), moved_by);
             if (!prepared.fits)
                 continue;
             offered = prepared.exact();
@@ -330,6 +354,7 @@ protected:
 
 TEST_P(checked_test, with_exact_buffers_does_what_the_plain_call_does) {
     for_accepted(40, [](const prepared_call &prepared, const bytes &after) {
+        tally::count("that has what the call touches", result);
         ASSERT_TRUE(without_records(prepared, after) ==
                     without_records(prepared, prepared.made(plain_calls)))
             << prepared.drawn.arguments;
@@ -348,6 +373,8 @@ TEST_P(checked_test, refuses_buffers_that_lack_a_byte_at_an_end) {
                 offer o = prepared.exact();
                 (at_the_end ? o.bytes[p].end : o.bytes[p].begin) += at_the_end ? -1 : 1;
                 const status s = prepared.refused(o);
+                tally::count(at_the_end ? "that lacks the last byte" : "that lacks the first byte",
+                             s);
                 ASSERT_EQ(s.code, error::buffer_too_small) << prepared.drawn.arguments;
                 ASSERT_STREQ(s.argument, pointer_names[p]) << prepared.drawn.arguments;
                 ASSERT_EQ(s.needed.begin, needed.begin);
@@ -373,15 +400,50 @@ TEST_P(checked_test, refuses_null_where_it_touches_something) {
                 continue;
             }
             const status s = prepared.refused(o);
+            tally::count("that is null", s);
             ASSERT_EQ(s.code, error::null_plane) << prepared.drawn.arguments;
             ASSERT_STREQ(s.argument, pointer_names[p]) << prepared.drawn.arguments;
         }
         offered = all_others_null;
         ASSERT_TRUE(prepared.made(checked_calls) == after);
+        tally::count("that is null and not touched", result);
         ASSERT_EQ(result.code, error::none);
     });
 }
 
+TEST_P(checked_test, refuses_buffers_that_have_nothing) {
+    for_accepted(4, [](const prepared_call &prepared, const bytes &) {
+        for (int p = 0; p < lumalane::pointer_count; ++p) {
+            if (prepared.call.bytes.of[p].touched().empty() || is_record(p))
+                continue;
+            // Nothing, and less than nothing.
+            for (const byte_range none :
+                 {byte_range{0, 0}, byte_range{1, 0}, byte_range{INT64_MAX, INT64_MIN}}) {
+                offer o = prepared.exact();
+                o.bytes[p] = none;
+                const status s = prepared.refused(o);
+                tally::count("that has no bytes", s);
+                ASSERT_EQ(s.code, error::buffer_too_small) << prepared.drawn.arguments;
+                ASSERT_STREQ(s.argument, pointer_names[p]) << prepared.drawn.arguments;
+            }
+        }
+    });
+}
+
+TEST_P(checked_test, takes_buffers_at_any_address) {
+    for (const int by : {1, 2, 3, 7, 31, 63})
+        for_accepted(
+            3,
+            [](const prepared_call &prepared, const bytes &after) {
+                tally::count("at any address, off every alignment", result);
+                ASSERT_TRUE(without_records(prepared, after) ==
+                            without_records(prepared, prepared.made(plain_calls)))
+                    << prepared.drawn.arguments;
+            },
+            by);
+}
+
+// The first byte of both is the same one, or the last one of the other is the first that is written.
 TEST_P(checked_test, refuses_a_destination_on_another_buffer) {
     for_accepted(4, [](const prepared_call &prepared, const bytes &) {
         for (int p = 0; p < lumalane::pointer_count; ++p) {
@@ -392,13 +454,18 @@ TEST_P(checked_test, refuses_a_destination_on_another_buffer) {
                 const byte_range other = prepared.call.bytes.of[q].touched();
                 if (q == p || other.empty() || is_record(q))
                     continue;
-                // The first byte of both is the same one.
-                offer o = prepared.exact();
-                o.elsewhere[q] = static_cast<const std::uint8_t *>(prepared.call.pointers[p]) +
-                                 written.begin - other.begin;
-                const status s = prepared.refused(o);
-                ASSERT_EQ(s.code, error::buffers_overlap) << prepared.drawn.arguments;
-                ASSERT_NE(s.argument, s.other);
+                for (const long long shared : {other.begin, other.end - 1}) {
+                    offer o = prepared.exact();
+                    o.elsewhere[q] = static_cast<const std::uint8_t *>(prepared.call.pointers[p]) +
+                                     written.begin - shared;
+                    const status s = prepared.refused(o);
+                    tally::count(shared == other.begin
+                                     ? "on another one that is written"
+                                     : "that has one byte of another one that is written",
+                                 s);
+                    ASSERT_EQ(s.code, error::buffers_overlap) << prepared.drawn.arguments;
+                    ASSERT_NE(s.argument, s.other);
+                }
             }
         }
     });
