@@ -179,7 +179,7 @@ row_call draw_blending_planes(const wanted_call &wanted,
 
     enum { video_u, video_v, sub_u, sub_v, alpha, dst_u, dst_v };
     row_call call;
-    call.reads_again = by; // where gains have no loops of their own
+    call.reads_again = by != nullptr; // where gains have no loops of their own
     call.arguments = std::to_string(count) + " times, " + told(by) +
                      (averaged ? ", lower rows averaged, " : ", ") + row_tests::told(stores);
     call.rows = {{"video", samples, video_rows, video_next},
