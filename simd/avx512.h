@@ -318,9 +318,9 @@ LUMALANE_INLINE bytes<64> extend(bytes<32> a) { return {_mm512_castsi256_si512(a
 //     4 parts, groups of 4:        0 4 8 12 | 1 5 9 13 | 2 6 10 14 | 3 7 11 15
 template <int count>
 constexpr int pixel_at(int lane) {
-    constexpr int parts = count == 3 ? 1 : count, size = 16 / parts;
+    constexpr int size = count == 2 ? 8 : count == 4 ? 4 : 16;
     const int block = lane / 16, group = lane % 16 / size;
-    return parts == 1 ? lane : (group * 4 + block) * size + lane % size;
+    return (group * 4 + block) * size + lane % size;
 }
 
 // The same of 32 chroma samples, as lanes of words.
