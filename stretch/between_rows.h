@@ -24,15 +24,22 @@ struct source_rows {
 
 class rows_between {
 public:
+    static constexpr ptrdiff_t most_pixels = 2048;
+
+    struct luma_strip {
+        alignas(64) unsigned char samples[most_pixels];
+    };
+
     // `pixels` of a row, which is done in runs of `run` at most; `by` is null for no adjustment after
-    // the interpolation.
+    // the interpolation; `luma` is where rows of luma are made one at a time, and those that what emits
+    // pairs does not make by itself: null where there are none.
     rows_between(const row_kernels &kernels_, const planar_to_surface &surface_,
-                 const adjustment *by, ptrdiff_t pixels_, ptrdiff_t run_, store_policy stores)
-        : kernels(kernels_), surface(surface_), pixels(pixels_), run(run_) {
+                 const adjustment *by, ptrdiff_t pixels_, ptrdiff_t run_, store_policy stores,
+                 luma_strip *luma)
+        : kernels(kernels_), surface(surface_), pixels(pixels_), run(run_),
+          strip_of_luma(luma ? luma->samples : nullptr) {
         rows.by = by, rows.stores = stores;
     }
-
-    static constexpr ptrdiff_t most_pixels = 2048;
 
     // One row.
     void row(unsigned char *dst, const source_rows &at, const way_between &luma,
@@ -41,8 +48,8 @@ public:
         in_runs(pixels, run, [&](ptrdiff_t x, ptrdiff_t n) {
             begin(dst, {at.y, at.u, at.v, at.y_below, at.chroma_below, 0, 0, 0}, chroma, x, n);
             if (luma.make) {
-                make(luma, strip.y, n, rows.y, at.y_below, 0, x, n, step);
-                rows.y = strip.y;
+                make(luma, strip_of_luma, n, rows.y, at.y_below, 0, x, n, step);
+                rows.y = strip_of_luma;
             }
             surface.emit(rows, n);
         });
@@ -82,8 +89,8 @@ private:
         in_runs(pixels, run, [&](ptrdiff_t x, ptrdiff_t n) {
             begin(dst, at, chroma, x, n);
             if (in_strip) {
-                make(luma, strip.y, n, rows.y, at.y_below, at.y_next, x, n, step);
-                rows.y_below = distance(rows.y, strip.y), rows.y_below_next = n - at.y_next;
+                make(luma, strip_of_luma, n, rows.y, at.y_below, at.y_next, x, n, step);
+                rows.y_below = distance(rows.y, strip_of_luma), rows.y_below_next = n - at.y_next;
             } else {
                 rows.y_below_next = 0;
             }
@@ -126,10 +133,11 @@ private:
     const row_kernels &kernels;
     const planar_to_surface surface;
     const ptrdiff_t pixels, run;
+    unsigned char *const strip_of_luma;
     planar_rows rows{};
     between_rows between{};
     struct {
-        alignas(64) unsigned char y[most_pixels], u[most_pixels / 2], v[most_pixels / 2];
+        alignas(64) unsigned char u[most_pixels / 2], v[most_pixels / 2];
     } strip;
 };
 

@@ -90,10 +90,11 @@ void strech_opt_yuy2_ajust(const machine &machine, const call::frame_stretch &p)
                                 bound_by::arithmetic);
     const ptrdiff_t run = in_order ? rows_between::step : rows_between::most_pixels;
     const planar_to_surface surface = planar_to_yuy2(machine.rows);
-    rows_between between(machine.rows, surface, by, rows.pixels, run, stores);
+    rows_between::luma_strip luma;
+    rows_between between(machine.rows, surface, by, rows.pixels, run, stores, &luma);
     const way_between itself{nullptr}, along_edges{machine.rows.along_edges, true};
     if (in_order) {
-        rows_between copies(machine.rows, surface, by, rows.pixels_copied, run, stores);
+        rows_between copies(machine.rows, surface, by, rows.pixels_copied, run, stores, &luma);
         for (long long pair = 0; pair < rows.pairs; ++pair) {
             const bool last = pair + 1 == rows.pairs;
             const source_rows upper = rows.source(pair, 0), lower = rows.source(pair, 1);

@@ -142,7 +142,7 @@ void stretch_rows(const row_kernels &kernels, const columns_of_pairs &columns,
     const ptrdiff_t pairs = static_cast<ptrdiff_t>(columns.pairs), dst_pitch = columns.dst_pitch;
     pairs_of_samples samples(kernels, true);
     in_runs(columns.pixels, pairs_of_samples::most_pixels, [&](ptrdiff_t x, ptrdiff_t n) {
-        rows_between between(kernels, surface, nullptr, n, n, stores);
+        rows_between between(kernels, surface, nullptr, n, n, stores, nullptr);
         samples.begin(n);
         const ptrdiff_t room = samples.most(), most = between.most();
         in_runs(pairs, room < most ? room : most, [&](ptrdiff_t pair, ptrdiff_t count) {

@@ -93,8 +93,9 @@ void stretch(const machine &machine, const call::picture &p, bool filtered, cons
                          pair + n == pairs);
         });
     }
+    rows_between::luma_strip luma;
     rows_between between(machine.rows, planar_to_yuy2(machine.rows), by, rows.pixels,
-                         in_order ? step : rows_between::most_pixels, stores);
+                         in_order ? step : rows_between::most_pixels, stores, &luma);
 
     // quirk: of the rows between the first pair and the last two, whose neighbours all exist, each is
     // filtered; so is luma between the last two
