@@ -12,12 +12,13 @@ namespace {
 //
 // `permuted` brings luma into the order that the surface's interleaving wants, `chroma` loads and
 // makes what the rows of a pair share (to YUY2 averaged with the row `below` where that is not 0),
-// `pixels` makes the pixels of a row. `Adjusted` is unadjusted_samples or adjusted_samples<...>.
+// `pixels` makes the pixels of a row. `may_be_apart`: rows of a pair that lie across cache lines are
+// stored one after the other. `Adjusted` is unadjusted_samples or adjusted_samples<...>.
 
 template <class Pixels, class Adjusted>
 struct to_rgb_surface {
     static constexpr int bytes_per_pixel = Pixels::bytes_per_pixel, least = 16;
-    static constexpr bool filters = false;
+    static constexpr bool filters = false, may_be_apart = false;
 
     using format = Pixels;
 
@@ -59,7 +60,7 @@ LUMALANE_INLINE bytes<n> load_pairs(const unsigned char *u, const unsigned char 
 template <class Adjusted>
 struct to_yuy2 {
     static constexpr int bytes_per_pixel = 2, least = 8;
-    static constexpr bool filters = true;
+    static constexpr bool filters = true, may_be_apart = true;
 
     Adjusted adjusted;
 
@@ -113,7 +114,7 @@ struct to_mono_yuy2 : to_yuy2<Adjusted> {
 template <class Adjusted>
 struct to_half_yuy2 {
     static constexpr int bytes_per_pixel = 1, least = 16;
-    static constexpr bool filters = false;
+    static constexpr bool filters = false, may_be_apart = false;
 
     Adjusted adjusted;
 
@@ -236,6 +237,16 @@ LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by,
                                pair, n, x);
 }
 
+// Whether the rows of a pair are stored one after the other, although the stores are cached.
+template <class Surface>
+LUMALANE_INLINE bool apart(const planar_rows &rows, ptrdiff_t n) {
+    if constexpr (Surface::may_be_apart)
+        return n > longest_run_in_order && rows.lower == lower_row::itself &&
+               cross_cache_lines(rows);
+    else
+        return false;
+}
+
 template <class Surface>
 LUMALANE_INLINE void emit_rows(const planar_rows &rows, ptrdiff_t n,
                                typename Surface::format format = {}) {
@@ -246,7 +257,8 @@ LUMALANE_INLINE void emit_rows(const planar_rows &rows, ptrdiff_t n,
     row_start at{
         rows.y,      rows.u,    rows.v, rows.dst, rows.y_below, rows.dst_below, rows.chroma_below,
         rows.stores, rows.lower};
-    const bool pairs = rows.lower != lower_row::none, in_turn = pairs && rows_in_turn(rows.stores);
+    const bool pairs = rows.lower != lower_row::none,
+               in_turn = pairs && rows_in_turn(rows.stores) && !apart<Surface>(rows, n);
     for (ptrdiff_t left = rows.count; left > 0; --left) {
         if (in_turn) {
             emit_along<true>(surface, by, format, at, n);

@@ -9,7 +9,8 @@ namespace {
 // ---- Surfaces ----------------------------------------------------------------------------------
 //
 // `fetch` loads the samples of a group, `chroma` makes of them what the rows of a pair share, `row`
-// stores the pixels of a row. `Adjusted` is unadjusted_samples or adjusted_samples<...>.
+// stores the pixels of a row. `apart` tells whether pairs are stored one row after the other, though
+// cached. `Adjusted` is unadjusted_samples or adjusted_samples<...>.
 
 template <class Pixels, class Adjusted>
 struct packed_to_rgb {
@@ -23,6 +24,8 @@ struct packed_to_rgb {
     using format = Pixels;
 
     explicit packed_to_rgb(const adjustment *by, Pixels packed_) : adjusted(by), packed(packed_) {}
+
+    LUMALANE_INLINE static bool apart(const packed_rows &) { return false; }
 
     template <int n>
     LUMALANE_INLINE static packed_pixels<n> fetch(const unsigned char *from) {
@@ -56,6 +59,9 @@ struct packed_to_yuy2 {
 struct unadjusted_packed : packed_to_yuy2 {
     explicit unadjusted_packed(const adjustment *, format) {}
 
+    // There is nothing to make of chroma that rows share.
+    LUMALANE_INLINE static bool apart(const packed_rows &) { return true; }
+
     template <int size>
     LUMALANE_INLINE static bytes<size> chroma(bytes<size> samples) {
         return samples & as_bytes(fill_words<size / 2>(0xff00));
@@ -72,6 +78,8 @@ struct adjusted_packed : packed_to_yuy2 {
     adjusted_samples<product_fits> adjusted;
 
     explicit adjusted_packed(const adjustment *by, format) : adjusted(by) {}
+
+    LUMALANE_INLINE static bool apart(const packed_rows &rows) { return cross_cache_lines(rows); }
 
     template <int size>
     LUMALANE_INLINE words<size / 2> chroma(bytes<size> samples) const {
@@ -189,7 +197,8 @@ LUMALANE_INLINE void emit_rows(const packed_rows &told, ptrdiff_t n,
                      told.src_below, told.dst_below, told.stores,  told.by,
                      told.count,     told.src_next,  told.dst_next};
     const bool pairs = rows.lower != lower_row::none;
-    const bool in_turn = pairs && rows_in_turn(rows.stores);
+    const bool in_turn =
+        pairs && rows_in_turn(rows.stores) && (n <= longest_run_in_order || !Surface::apart(rows));
     for (ptrdiff_t left = rows.count; left > 0; --left) {
         if (in_turn) {
             emit_pair(surface, format, rows, n);
