@@ -1,3 +1,4 @@
+#include "abi/cpu_x86.h"
 #include "abi/cpu.h"
 
 #include <cpuid.h>
@@ -6,70 +7,31 @@ namespace lumalane {
 
 namespace {
 
-struct registers {
-    unsigned eax, ebx, ecx, edx;
-};
-
-// All zero for a leaf that the processor does not have.
-registers cpuid(unsigned leaf, unsigned subleaf = 0) {
-    registers r{};
-    __get_cpuid_count(leaf, subleaf, &r.eax, &r.ebx, &r.ecx, &r.edx);
-    return r;
-}
-
-constexpr bool bit(unsigned bits, int index) { return bits >> index & 1; }
-
-// Parts of the registers' state that the operating system saves.
-enum saved_state : unsigned {
-    halves_of_256_bits = 0x06, // 128-bit registers and their upper halves
-    all_of_512_bits = 0xe6     // and masks, the upper halves of 512 bits, and 16 more registers
-};
-
-bool is_saved(saved_state state) {
-    if (!bit(cpuid(1).ecx, 27)) // OSXSAVE
-        return false;
-    unsigned low, high;
-    __asm__("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
-    return (low & state) == state;
-}
-
-// Intel: leaf 4. AMD: leaf 0x8000001d, of the same form.
-unsigned largest_cache(unsigned leaf) {
-    unsigned largest = 0;
-    for (unsigned subleaf = 0; subleaf < 8; ++subleaf) {
-        const registers r = cpuid(leaf, subleaf);
-        if ((r.eax & 31) == 0) // no further cache
-            break;
-        const unsigned ways = (r.ebx >> 22) + 1, partitions = (r.ebx >> 12 & 1023) + 1;
-        const unsigned line = (r.ebx & 4095) + 1, sets = r.ecx + 1;
-        const unsigned size = ways * partitions * line * sets;
-        largest = size > largest ? size : largest;
+struct this_processor {
+    cpuid_answer cpuid(unsigned leaf, unsigned subleaf) const {
+        cpuid_answer r;
+        __cpuid_count(leaf, subleaf, r.eax, r.ebx, r.ecx, r.edx);
+        return r;
     }
-    return largest;
-}
+
+    unsigned saved_states() const {
+        unsigned low, high;
+        __asm__("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
+        return low;
+    }
+};
 
 } // namespace
 
 bool always() { return true; }
 
-bool has_sse2() { return bit(cpuid(1).edx, 26); }
+bool has_sse2() { return has_sse2(this_processor()); }
 
-bool has_avx2() { return is_saved(halves_of_256_bits) && bit(cpuid(7).ebx, 5); }
+bool has_avx2() { return has_avx2(this_processor()); }
 
-bool has_avx512() {
-    if (!is_saved(all_of_512_bits))
-        return false;
-    const registers features = cpuid(7);
-    const auto both = [](unsigned bits, int a, int b) { return bit(bits, a) && bit(bits, b); };
-    return both(features.ebx, 16, 30) && // F, BW
-           both(features.ebx, 31, 5) &&  // VL, AVX2
-           bit(features.ecx, 1);         // VBMI
-}
+bool has_avx512() { return has_avx512(this_processor()); }
 
-unsigned ask_for_last_level_cache_bytes() {
-    const unsigned intel = largest_cache(4);
-    return intel != 0 ? intel : largest_cache(0x8000001d);
-}
+unsigned ask_for_last_level_cache_bytes() { return last_level_cache_bytes(this_processor()); }
 
 // Floating-point code of a 32-bit caller works after a call, also if it worked with MMX before.
 void leave_baseline_clean() {
