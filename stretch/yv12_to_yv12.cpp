@@ -128,8 +128,8 @@ private:
 
 // quirk: the gain is that of luma for every plane, and 2, the number of V, stands for the offset of
 // U [plane_stretches.adjusted_ones_have_the_luma_gain_for_every_plane_and_its_offset]
-void stretch_numbered(const machine &machine, const plane &p, int times_width, int plane_number) {
-    const adjustment all = current_adjustment();
+void stretch_numbered(const machine &machine, const plane &p, const adjustment &all,
+                      int times_width, int plane_number) {
     const plane_adjustment &offset = plane_number == 1 ? all.y : plane_number == 2 ? all.u : all.v;
     adjusted_stretch(machine, p, times_width, prepared(all.y.gain, offset.offset)).stretch();
 }
@@ -137,12 +137,13 @@ void stretch_numbered(const machine &machine, const plane &p, int times_width, i
 void stretch_planes(const machine &machine, const call::picture &p, int times_width) {
     const int y_bytes = product(twice(p.height), p.dst_pitch);
     unsigned char *const dst_v = p.dst + y_bytes, *const dst_u = dst_v + (y_bytes >> 2);
+    const adjustment all = current_adjustment();
     const auto stretch_chroma = [&](const unsigned char *src, unsigned char *dst, int number) {
         stretch_numbered(
             machine, {src, dst, p.width >> 1, p.height >> 1, p.src_pitch >> 1, p.dst_pitch >> 1},
-            times_width, number);
+            all, times_width, number);
     };
-    stretch_numbered(machine, {p.src, p.dst, p.width, p.height, p.src_pitch, p.dst_pitch},
+    stretch_numbered(machine, {p.src, p.dst, p.width, p.height, p.src_pitch, p.dst_pitch}, all,
                      times_width, 1);
     // quirk: V gets the offset of U, and U that of V
     // [plane_stretches.yv12_lies_in_one_buffer_with_v_before_u_and_crossed_offsets]
@@ -157,11 +158,11 @@ plane plane_of(const call::plane_stretch &p) {
 } // namespace
 
 void strech_pic_2X2_adjust(const machine &machine, const call::plane_stretch_ajust &p) {
-    stretch_numbered(machine, plane_of(p), 2, p.plane_number);
+    stretch_numbered(machine, plane_of(p), current_adjustment(), 2, p.plane_number);
 }
 
 void strech_pic_1X2_adjust(const machine &machine, const call::plane_stretch_ajust &p) {
-    stretch_numbered(machine, plane_of(p), 1, p.plane_number);
+    stretch_numbered(machine, plane_of(p), current_adjustment(), 1, p.plane_number);
 }
 
 void strech_picture_2X2_yv12_ajust(const machine &machine, const call::picture &p) {
