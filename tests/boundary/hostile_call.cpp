@@ -50,16 +50,29 @@ void call(const char *name, Function function, Arguments... arguments) {
     word *next = record.arguments;
     ((*next++ = std::bit_cast<word>(arguments)), ...);
     record.before = {0xb0b1b2b3, 0x50515253, 0xd0d1d2d3, 0xe0e1e2e3, 0};
+    // Neither is what programs begin with: towards zero, and of 53 bits.
+    constexpr unsigned unusual_mxcsr = 0xff80;
+    constexpr std::uint16_t unusual_control_word = 0x0e7f;
+    unsigned own_mxcsr, left_mxcsr;
+    std::uint16_t own_control_word;
+    __asm__ volatile("stmxcsr %0\n\tldmxcsr %2\n\tfnstcw %1\n\tfldcw %3"
+                     : "=m"(own_mxcsr), "=m"(own_control_word)
+                     : "m"(unusual_mxcsr), "m"(unusual_control_word));
     boundary::hostile_call(&record);
+    __asm__ volatile("stmxcsr %0\n\tldmxcsr %1\n\tfldcw %2"
+                     : "=m"(left_mxcsr)
+                     : "m"(own_mxcsr), "m"(own_control_word));
 
     ++so_far.calls;
+    if (left_mxcsr != unusual_mxcsr)
+        complain(name, "changes MXCSR");
     if (record.after != record.before)
         complain(name, "changes ebx, esi, edi, ebp or esp");
     if (record.flags & direction_flag)
         complain(name, "leaves the direction flag set");
     if ((record.environment.tags & empty_tags) != empty_tags)
         complain(name, "leaves the multimedia state in use");
-    if ((record.environment.control & 0xffff) != record.own_control_word)
+    if ((record.environment.control & 0xffff) != unusual_control_word)
         complain(name, "changes the floating-point control word");
     if (has_upper_halves && upper_halves_in_use())
         complain(name, "leaves the upper halves of the wide registers in use");
@@ -69,7 +82,8 @@ void call(const char *name, Function function, Arguments... arguments) {
 
 namespace boundary {
 
-std::vector<differential::target> hostile_callers(const tests::function_table &functions) {
+std::vector<differential::target> hostile_callers(const tests::function_table &functions,
+                                                  convention) {
     called = functions;
     std::vector<differential::target> callers;
     for (const auto &[name, offset] : {std::pair{"stack at +0", 0u},

@@ -6,6 +6,7 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 #include "tests/boundary/hostile_call.h"
@@ -24,6 +25,35 @@ bool look_up(HMODULE dll, const char *decorated_name, Function *&function) {
     return function;
 }
 
+// Loads the DLL and unloads it so often, calling it each time. Its one state is new then: before it
+// is set, every adjusted sample is 0.
+bool load_and_unload(unsigned times) {
+    for (unsigned i = 0; i < times; ++i) {
+        const HMODULE dll = LoadLibraryA("lumalane.dll");
+        void (*stretch)(LUMALANE_PARAMETERS_plane_stretch_ajust);
+        void (*set)(LUMALANE_PARAMETERS_parameters);
+        if (!dll ||
+            !look_up(dll, LUMALANE_DECORATED_NAME(plane_stretch_ajust, strech_pic_1X2_adjust),
+                     stretch) ||
+            !look_up(dll, LUMALANE_DECORATED_NAME(parameters, get_contrast_data), set))
+            return false;
+        constexpr int width = 16, height = 4;
+        unsigned char plane[width * height], stretched[2 * width * height];
+        std::memset(plane, 77, sizeof plane);
+        std::memset(stretched, 1, sizeof stretched);
+        stretch(plane, stretched, width, height, width, width, nullptr, 1);
+        const bool unset = stretched[0] == 0 && stretched[2 * width * height - 1] == 0;
+        contrast_data unchanged{64, 64, 0, 0, 0, 0, 0, 0};
+        set(&unchanged);
+        stretch(plane, stretched, width, height, width, width, nullptr, 1);
+        if (!unset || stretched[0] != 77 || !FreeLibrary(dll) || GetModuleHandleA("lumalane.dll")) {
+            std::fprintf(stderr, "lumalane.dll is not new when it is loaded for the %u. time\n", i);
+            return false;
+        }
+    }
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -31,6 +61,11 @@ int main(int argc, char **argv) {
     if (!differential::parse(argc, argv, options))
         return 2;
     std::printf("seed %llu\n", static_cast<unsigned long long>(options.seed));
+
+    constexpr unsigned loads = 1000;
+    if (!load_and_unload(loads))
+        return 1;
+    std::printf("figure: loads-windows %u\n", loads);
 
     const HMODULE dll = LoadLibraryA("lumalane.dll");
     if (!dll) {
