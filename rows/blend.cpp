@@ -113,9 +113,9 @@ constexpr ptrdiff_t strip = 512, longest_look = 2048;
 
 // Both rows of a pair, blended.
 struct pair_strip {
-    alignas(64) unsigned char y[2][strip];
-    alignas(64) unsigned char u[2][strip / 2];
-    alignas(64) unsigned char v[2][strip / 2];
+    alignas(stack_alignment) unsigned char y[2][strip];
+    alignas(stack_alignment) unsigned char u[2][strip / 2];
+    alignas(stack_alignment) unsigned char v[2][strip / 2];
 };
 
 template <bool averaged, class Map>

@@ -287,7 +287,7 @@ LUMALANE_INLINE bool makes_lower_rows(const planar_rows &rows) {
                                             int bytes_per_pixel, const planar_rows &rows,
                                             ptrdiff_t n) {
     constexpr ptrdiff_t strip = 512;
-    alignas(64) unsigned char between[strip];
+    alignas(stack_alignment) unsigned char between[strip];
     row_kernel::between_two_rows *const make =
         rows.lower == lower_row::average ? average_rows : four_taps;
     planar_rows row{rows.y, rows.u, rows.v, rows.dst};
@@ -312,7 +312,7 @@ LUMALANE_INLINE bool makes_lower_rows(const planar_rows &rows) {
 [[gnu::noinline]] void emit_in_strips(row_kernel::planar_to_surface *emit, int bytes_per_pixel,
                                       planar_rows rows, ptrdiff_t n) {
     constexpr ptrdiff_t strip = 512;
-    alignas(64) unsigned char upper[strip], y[strip], u[strip / 2], v[strip / 2];
+    alignas(stack_alignment) unsigned char upper[strip], y[strip], u[strip / 2], v[strip / 2];
     const auto adjust = [](unsigned char *to, const unsigned char *from, ptrdiff_t samples,
                            const plane_adjustment *by) {
         plane_rows row{from, to};
@@ -354,7 +354,7 @@ LUMALANE_INLINE bool makes_lower_rows(const planar_rows &rows) {
 [[gnu::noinline]] void emit_chroma_between(row_kernel::planar_to_surface *emit, int bytes_per_pixel,
                                            const planar_rows &told, ptrdiff_t n) {
     constexpr ptrdiff_t strip = 2048; // of chroma
-    alignas(64) unsigned char u[strip], v[strip];
+    alignas(stack_alignment) unsigned char u[strip], v[strip];
     planar_rows rows = told;
     rows.u = u, rows.v = v, rows.chroma_below = 0;
     for (ptrdiff_t left = told.count, first = 0; left > 0;) {

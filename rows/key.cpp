@@ -114,7 +114,7 @@ template <class Pixels>
 LUMALANE_INLINE void emit_keyed_in_strips(row_kernel::keyed_to_surface *emit, keyed_rows row,
                                           ptrdiff_t n, const key_colour &key) {
     constexpr ptrdiff_t strip = 512;
-    alignas(64) unsigned char y[strip], u[strip / 2], v[strip / 2];
+    alignas(stack_alignment) unsigned char y[strip], u[strip / 2], v[strip / 2];
     for (ptrdiff_t left = row.count; left > 0; --left) {
         for (ptrdiff_t x = 0; x < n; x += strip) {
             const ptrdiff_t run = n - x < strip ? n - x : strip;

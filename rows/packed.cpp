@@ -219,7 +219,7 @@ LUMALANE_INLINE void emit_rows(const packed_rows &told, ptrdiff_t n,
 [[gnu::noinline]] void emit_in_strips(row_kernel::packed_to_surface *emit, int bytes_per_pixel,
                                       packed_rows rows, ptrdiff_t n) {
     constexpr ptrdiff_t strip = 512;
-    alignas(64) unsigned char chroma[2 * strip], lower[2 * strip], upper[2 * strip];
+    alignas(stack_alignment) unsigned char chroma[2 * strip], lower[2 * strip], upper[2 * strip];
     const auto adjust = [&](unsigned char *to, const unsigned char *from, ptrdiff_t run) {
         packed_rows row{from, from, to};
         row.by = rows.by;

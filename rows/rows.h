@@ -19,6 +19,15 @@
 
 namespace lumalane {
 
+// Of pieces of rows on the stack: to the widest vectors. (For Windows on ARM clang 14 does not align a
+// stack frame of a page or more to over 16 bytes, and reckons that it has: stretches made wrong pixels
+// wherever the caller's stack stood otherwise.)
+#if defined(_WIN32) && defined(__aarch64__)
+constexpr int stack_alignment = 16;
+#else
+constexpr int stack_alignment = 64;
+#endif
+
 // How a kernel stores: non-temporal stores do not take lines of the cache for what is written. The
 // destination is aligned to the target's vectors for them.
 enum class store_policy : int { cached, non_temporal };

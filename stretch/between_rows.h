@@ -27,7 +27,7 @@ public:
     static constexpr ptrdiff_t most_pixels = 2048;
 
     struct luma_strip {
-        alignas(64) unsigned char samples[most_pixels];
+        alignas(stack_alignment) unsigned char samples[most_pixels];
     };
 
     // `pixels` of a row, which is done in runs of `run` at most; `by` is null for no adjustment after
@@ -137,7 +137,7 @@ private:
     planar_rows rows{};
     between_rows between{};
     struct {
-        alignas(64) unsigned char u[most_pixels / 2], v[most_pixels / 2];
+        alignas(stack_alignment) unsigned char u[most_pixels / 2], v[most_pixels / 2];
     } strip;
 };
 

@@ -57,7 +57,7 @@ private:
     const row_kernels &kernels;
     const bool has_luma;
     ptrdiff_t pixels = 0, before = 0, most_pairs = 0;
-    alignas(64) unsigned char samples[5 * (most_pixels + following)];
+    alignas(stack_alignment) unsigned char samples[5 * (most_pixels + following)];
 };
 
 // Kernels that double the width read one pair of U and V more: at the end of a row the last one.

@@ -1,7 +1,7 @@
 // Rows made from source rows, each kept as long as the rows around it need it.
 #pragma once
 
-#include <stddef.h>
+#include "rows/rows.h"
 
 namespace lumalane {
 
@@ -24,7 +24,7 @@ public:
     }
 
 private:
-    alignas(64) unsigned char rows[count][size];
+    alignas(stack_alignment) unsigned char rows[count][size];
     long long next = 0;
 };
 

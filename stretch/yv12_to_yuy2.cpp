@@ -196,7 +196,8 @@ private:
     const row_kernels &kernels;
     const adjustment *const by;
     const store_policy stores;
-    alignas(64) unsigned char y[2][strip_pixels + following], uv[2][strip_pixels + following];
+    alignas(stack_alignment) unsigned char y[2][strip_pixels + following],
+        uv[2][strip_pixels + following];
 };
 
 // Adjusted, unless `by` is null, before the interpolation.
