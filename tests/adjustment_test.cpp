@@ -1,11 +1,16 @@
 // Every sample with every gain, at the offsets that matter, in each form that the adjustment's
 // arithmetic has.
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstring>
 #include <vector>
 
+#include "picture/adjustment.h"
 #include "tests/model/adjustment.h"
+#include "tests/model/lanes.h"
 #include "tests/model/rgb.h"
+#include "tests/proofs.h"
 #include "tests/targets.h"
 
 namespace {
@@ -38,6 +43,15 @@ rgb32 rgb32_of(int y, int u, int v) {
     return model::pack_rgb32(model::to_rgb(static_cast<unsigned char>(y),
                                            static_cast<unsigned char>(u),
                                            static_cast<unsigned char>(v)));
+}
+
+// A sample before the offset is added.
+int amplified(int sample, int gain) {
+    return model::shift_right_logical(
+        model::add_saturate(
+            model::multiply_low(static_cast<std::int16_t>(sample), static_cast<std::int16_t>(gain)),
+            32),
+        6);
 }
 
 class adjustment_test : public tests::on_each_target {
@@ -143,6 +157,7 @@ TEST_P(adjustment_test, of_planes_is_that_of_the_model_for_every_sample_and_gain
     EXPECT_EQ(proven, 65536u * offset_count);
     std::printf("%s: %u gains and offsets of 256 samples proven on 3 planes\n", GetParam()->name,
                 proven);
+    std::printf("figure: adjusted %llu\n", 3ull * 256 * proven);
 }
 
 // Gains of less than 4 with every offset, each of the others with one. The narrowest
@@ -169,6 +184,65 @@ TEST_P(adjustment_test, of_packed_and_rgb_pictures_is_that_of_the_model_for_ever
     EXPECT_GE(proven, (65536u - all_offsets_below) / step + all_offsets_below * offset_count);
     std::printf("%s: %u gains and offsets of 256 samples proven on their way to YUY2 and RGB32\n",
                 GetParam()->name, proven);
+}
+
+// What offsets do: every one of the 65,536 to each value that amplification can have.
+TEST(adjustment_offsets, count_as_ones_from_minus_1023_to_255) {
+    int most = 0;
+    for (int gain = 0; gain < 65536; ++gain)
+        for (int i = 0; i < 256; ++i)
+            most = std::max(most, amplified(i, gain));
+    EXPECT_EQ(most, 1023);
+    unsigned long long proven = 0;
+    for (int offset = -32768; offset < 32768; ++offset) {
+        const int counts = lumalane::prepared(64, static_cast<short>(offset)).offset;
+        ASSERT_GE(counts, -1023);
+        ASSERT_LE(counts, 255);
+        bool same = true;
+        for (int value = 0; value <= most; ++value)
+            same = same &&
+                   std::clamp(value + counts, 0, 255) ==
+                       model::narrow_saturate(model::add_saturate(
+                           static_cast<std::int16_t>(value), static_cast<std::int16_t>(offset)));
+        ASSERT_TRUE(same) << offset;
+        proven += most + 1;
+    }
+    EXPECT_EQ(proven, 1ull << 26);
+}
+
+// Through the row kernel of planes. All gains whose product fits 15 bits, which have arithmetic of their
+// own, and others: all of them take minutes.
+TEST_P(adjustment_test, of_a_plane_is_that_of_the_model_for_every_offset) {
+    const tests::proofs wanted = tests::wanted_proofs();
+    const bool slow = GetParam() == lumalane::targets().begin();
+    const int step = wanted == tests::proofs::all && !slow ? 1 : slow ? 9973 : 499;
+    unsigned long long proven = 0;
+    for (int gain = 0; gain < 65536; ++gain) {
+        const bool fits = 33 <= gain && gain <= 128;
+        if (gain % step != 0 && (!fits || (slow && gain % 31 != 0)))
+            continue;
+        std::array<std::int16_t, 256> values;
+        for (int i = 0; i < 256; ++i)
+            values[i] = static_cast<std::int16_t>(amplified(i, gain));
+        for (int offset = -1023; offset < 256; ++offset) {
+            const lumalane::plane_adjustment by =
+                lumalane::prepared(static_cast<short>(gain), static_cast<short>(offset));
+            samples wanted_samples, made{};
+            for (int i = 0; i < 256; ++i)
+                wanted_samples[i] =
+                    static_cast<unsigned char>(std::clamp<int>(values[i] + offset, 0, 255));
+            lumalane::plane_rows row{all.data(), made.data()};
+            row.by = &by;
+            GetParam()->rows.emit_plane(row, 256);
+            if (std::memcmp(made.data(), wanted_samples.data(), 256) != 0)
+                FAIL() << "gain " << gain << ", offset " << offset;
+            proven += 256;
+        }
+    }
+    GetParam()->leave_clean();
+    std::printf("%s: %llu samples, gains and offsets of 21,457,010,688\n", GetParam()->name,
+                proven);
+    std::printf("figure: adjusted %llu\n", proven);
 }
 
 INSTANTIATE_ON_EACH_TARGET(adjustment_test);

@@ -1,11 +1,14 @@
 // Every alpha byte with every pair of samples, through each plane of mix_ayv12_yv12_p(); and blends
-// of every weight with the adjustment behind them, at many gains, through mix_ayv12_yv12_p_ajust().
+// of every weight with the adjustment behind them, at many gains, through mix_ayv12_yv12_p_ajust(). And
+// every weight with every pair of samples through the row kernels of the other mixes.
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <vector>
 
 #include "tests/model/adjustment.h"
 #include "tests/model/blend.h"
+#include "tests/proofs.h"
 #include "tests/targets.h"
 
 namespace {
@@ -62,6 +65,84 @@ TEST_P(blend_test, is_that_of_the_model_for_every_alpha_and_pair_of_samples) {
     }
     EXPECT_EQ(proven, 1u << 24);
     std::printf("%s: %u blends proven on each plane\n", GetParam()->name, proven);
+    std::printf("figure: blends %llu\n", 3ull * proven);
+}
+
+// Through the row kernels of mixes onto YUY2 and RGB, which store YUY2 here: what a blend is can be seen
+// of it. Every row has another sample of the subpicture; the first of two pixels has another weight.
+TEST_P(blend_test, of_row_pairs_is_that_of_the_model_for_every_weight_and_pair_of_samples) {
+    using lumalane::row_kernels;
+    constexpr int n = 256, rows = 512, chroma = n / 2;
+    bytes y(rows * n), sub_y(rows * n), u(rows / 2 * chroma), v(u.size());
+    bytes sub_u(rows * chroma), sub_v(sub_u.size()), alpha(rows * n);
+    for (int row = 0; row < rows; ++row)
+        for (int x = 0; x < n; ++x) {
+            y[row * n + x] = static_cast<unsigned char>(x);
+            sub_y[row * n + x] = static_cast<unsigned char>(row);
+            const int video = row / 2 % 2 * chroma + x / 2, sub = row / 4 * 2 + row % 2;
+            u[row / 2 * chroma + x / 2] = static_cast<unsigned char>(video);
+            v[row / 2 * chroma + x / 2] = static_cast<unsigned char>(255 - video);
+            sub_u[row * chroma + x / 2] = static_cast<unsigned char>(sub);
+            sub_v[row * chroma + x / 2] = static_cast<unsigned char>(255 - sub);
+        }
+    struct kernel {
+        const char *name;
+        lumalane::row_kernel::mixing_pairs *row_kernels::*mix;
+        bool by_averages;
+    };
+    static constexpr kernel kernels[] = {
+        {"mix_pairs", &row_kernels::mix_pairs, false},
+        {"mix_pairs_by_averages", &row_kernels::mix_pairs_by_averages, true},
+        {"mix_pairs_to_yuy2", &row_kernels::mix_pairs_to_yuy2, false}};
+
+    const row_kernels &target = GetParam()->rows;
+    bytes made(2 * rows * n), expected(made.size());
+    unsigned long long proven = 0;
+    const int step = tests::wanted_proofs() == tests::proofs::some ? 6 : 1;
+    for (int weight = 0; weight < 20; weight += step)
+        for (const bool same : {true, false}) {
+            // Alpha beyond 16 counts as 16.
+            const int second = weight < 18 ? weight : weight == 18 ? 128 : 255;
+            const int first = same ? second : (weight * 5 + 3) % 17;
+            for (int i = 0; i < rows * n; ++i)
+                alpha[i] = static_cast<unsigned char>(i % 2 == 0 ? first : second);
+            for (const kernel &k : kernels) {
+                const int of_chroma = k.by_averages ? (first + second + 1) >> 1 : second;
+                for (int i = 0; i < rows * n; ++i) {
+                    const int row = i / n, x = i % n;
+                    const bytes &video = x % 2 == 0 ? u : v, &sub = x % 2 == 0 ? sub_u : sub_v;
+                    expected[2 * i] = model::blend(y[i], sub_y[i], alpha[i]);
+                    expected[2 * i + 1] =
+                        model::blend(video[row / 2 * chroma + x / 2], sub[row * chroma + x / 2],
+                                     static_cast<unsigned char>(of_chroma));
+                }
+                // Whole rows, and runs of 16.
+                for (const int run : {n, 16}) {
+                    made.assign(made.size(), 0xa5);
+                    for (int x = 0; x < n; x += run)
+                        (target.*k.mix)({{&y[x], &u[x / 2], &v[x / 2], &alpha[x], &sub_y[x],
+                                          &sub_u[x / 2], &sub_v[x / 2], &made[2 * x]},
+                                         {n, 0, n, chroma, 2 * n},
+                                         lumalane::lower_row::itself,
+                                         target.emit_yuy2,
+                                         2,
+                                         lumalane::store_policy::cached,
+                                         nullptr,
+                                         rows / 2,
+                                         {2 * n, chroma, 2 * n, 2 * chroma, 4 * n}},
+                                        run);
+                    GetParam()->leave_clean();
+                    const auto wrong =
+                        std::mismatch(made.begin(), made.end(), expected.begin()).first;
+                    ASSERT_TRUE(wrong == made.end())
+                        << k.name << ", runs of " << run << ", weights " << first << " and "
+                        << second << ": byte " << wrong - made.begin();
+                }
+                proven += 2 * rows * n;
+            }
+        }
+    std::printf("%s: %llu blends of row pairs\n", GetParam()->name, proven);
+    std::printf("figure: blends %llu\n", proven);
 }
 
 TEST_P(blend_test, is_adjusted_as_the_model_does_for_every_weight_and_many_gains) {
