@@ -55,6 +55,8 @@ TEST_P(differential_test, agrees_with_its_model) {
     const differential::outcome first = run(both, 0, in_both_orders);
     const differential::outcome rest = run(decided, in_both_orders, cases - in_both_orders);
     EXPECT_LE(first.redrawn + rest.redrawn, cases);
+    std::printf("figure: differential-calls %llu\nfigure: differential-bytes %llu\n",
+                first.calls + rest.calls, first.bytes + rest.bytes);
 
     for (const lumalane::target *target : tests::runnable_targets())
         std::printf("%s, %s: %u cases (%u redrawn), and %u forced in order, in 3 layouts, with "

@@ -33,7 +33,7 @@ TEST(dispatch, takes_the_widest_target_of_this_processor) {
     EXPECT_TRUE(taken.runs_here());
     // The processor is asked once.
     EXPECT_EQ(&lumalane::current_target(), &taken);
-    std::printf("figure: processor %s\n", taken.name);
+    std::printf("takes %s\n", taken.name);
 }
 
 } // namespace

@@ -61,8 +61,10 @@ int run(int argc, char **argv) {
         boundary::hostile_callers(functions_of(image), boundary::convention::of_windows);
     const lumalane::target &here = lumalane::current_target();
     targets.push_back({tests::exported_functions(here), [] {}});
+    unsigned long long bytes = 0;
     for (const differential::subject &subject : differential::subjects()) {
         const differential::outcome result = differential::run(subject, targets, options);
+        bytes += result.bytes / targets.size();
         for (const std::string &failure : {result.failure, boundary::calls_so_far().complaint})
             if (!failure.empty()) {
                 std::fprintf(stderr, "%s\n", failure.c_str());
@@ -73,6 +75,8 @@ int run(int argc, char **argv) {
     }
     std::printf("%s: %u addresses moved, %zu functions, as the library for Linux on %s\n", argv[1],
                 image.relocations, image.exports.size(), here.name);
+    std::printf("figure: dll-calls %llu\nfigure: dll-bytes %llu\n", boundary::calls_so_far().calls,
+                bytes);
     std::printf("%llu checks\n", boundary::calls_so_far().calls);
     return 0;
 }

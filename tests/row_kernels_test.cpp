@@ -248,6 +248,7 @@ protected:
         EXPECT_EQ(compared, calls * targets.size());
         std::printf("%s: %u calls on %zu targets\n", std::string(GetParam().facts.name).c_str(),
                     calls, targets.size());
+        std::printf("figure: kernel-calls %u\n", compared);
     }
 };
 

@@ -102,13 +102,14 @@ public:
         }
     }
 
-    // Returns the first disagreement, or nothing.
-    std::string run(const std::vector<target> &targets) {
+    // Returns the first disagreement, or nothing; and counts.
+    std::string run(const std::vector<target> &targets, outcome &counted) {
         const std::vector<range> exact = compare(roomy(), targets);
         if (failure.empty())
             compare(against_the_end(exact), targets);
         if (failure.empty())
             compare(against_the_start(exact), targets);
+        counted.calls += calls, counted.bytes += compared;
         return failure;
     }
 
@@ -219,8 +220,11 @@ private:
             t.select();
             t.functions.get_contrast_data(&contrast);
             drawn.on_function(t.functions, s.places);
-            for (std::size_t i = 0; i < s.ranges.size() && failure.empty(); ++i)
+            ++calls;
+            for (std::size_t i = 0; i < s.ranges.size() && failure.empty(); ++i) {
                 failure = difference(s, i, expected[i]);
+                compared += expected[i].size();
+            }
         }
         return touched;
     }
@@ -245,6 +249,7 @@ private:
     std::vector<range> covered; // what each buffer holds before a call: these offsets ...
     std::vector<bytes> held;    // ... of these bytes
     std::string failure;
+    unsigned long long calls = 0, compared = 0;
 };
 
 random randomness_of_case(std::string_view name, std::uint64_t seed, unsigned number) {
@@ -264,7 +269,7 @@ outcome run(const subject &s, const std::vector<target> &targets, random &r) {
     try {
         const drawn_call drawn = s.draw(r);
         running = std::string(s.name) + ": " + drawn.arguments;
-        result.failure = experiment(drawn, r, memory).run(targets);
+        result.failure = experiment(drawn, r, memory).run(targets, result);
         result.cases = result.failure.empty() ? 1 : 0;
     } catch (const model::stray_access &) {
         result.redrawn = 1;
@@ -283,7 +288,7 @@ outcome run(const subject &s, const std::vector<target> &targets, const options 
                 const drawn_call drawn = s.draw(r);
                 running = std::string(s.name) + " (--seed " + std::to_string(o.seed) + " --first " +
                           std::to_string(number) + " --cases 1): " + drawn.arguments;
-                result.failure = experiment(drawn, r, memory).run(targets);
+                result.failure = experiment(drawn, r, memory).run(targets, result);
                 fits = true;
             } catch (const model::stray_access &) {
                 ++result.redrawn;

@@ -34,7 +34,9 @@ bool parse(int argc, char **argv, options &);
 struct outcome {
     unsigned cases = 0;   // on which every target agreed with the model
     unsigned redrawn = 0; // thrown away because they did not fit their buffers
-    std::string failure;  // the first disagreement and how to reproduce it; empty if there is none
+    // Of functions, not of models; and bytes that were compared after them.
+    unsigned long long calls = 0, bytes = 0;
+    std::string failure; // the first disagreement and how to reproduce it; empty if there is none
 };
 
 // Runs cases of one function on every target, up to the first disagreement. A fault ends the

@@ -82,14 +82,18 @@ int main(int argc, char **argv) {
         return 1;
 
     const auto callers = boundary::hostile_callers(exported);
+    unsigned long long bytes = 0;
     for (const differential::subject &subject : differential::subjects()) {
         const differential::outcome result = differential::run(subject, callers, options);
         std::printf("%s: %u cases (%u redrawn)\n", subject.name, result.cases, result.redrawn);
+        bytes += result.bytes;
         for (const std::string &failure : {result.failure, boundary::calls_so_far().complaint})
             if (!failure.empty()) {
                 std::fprintf(stderr, "%s\n", failure.c_str());
                 return 1;
             }
     }
+    std::printf("figure: dll-calls %llu\nfigure: dll-bytes %llu\n", boundary::calls_so_far().calls,
+                bytes);
     std::printf("%llu checks\n", boundary::calls_so_far().calls);
 }
