@@ -294,10 +294,10 @@ LUMALANE_INLINE sixteenths<8> blend(bytes<8> below, bytes<8> above, bytes<8> wei
 
 // ---- Pixels ------------------------------------------------------------------------------------
 
-// Byte shuffles of a block whose even and odd pixels are apart. In 3-byte pixels, channel c of pixel p goes to byte 3p + c of 48:
-// 16 pixels of a channel take 16 different places modulo 16, so that one shuffle puts them where
-// they belong in all three parts, and each part picks its bytes from the three channels. Byte m
-// holds pixel (m - c) / 3 modulo 16, and 11 is 1/3 there.
+// Byte shuffles of a block whose even and odd pixels are apart. Pairs of 3-byte pixels are three words,
+// and word c of pair p goes to word 3p + c of 24: 8 words of a kind take 8 different places modulo 8, so
+// that one shuffle puts them where they belong in all three parts, and each part picks its words from
+// the three kinds. Word m holds pair (m - c) / 3 modulo 8, and 3 is 1/3 there.
 struct shuffles {
     // Of both blocks, with one after the other in memory: made from one they would be made again in
     // every turn of a loop.
@@ -308,8 +308,7 @@ struct shuffles {
     // For 1 to 4 parts: 16 chroma samples, in both blocks, to permuted words.
     alignas(32) table chroma[4];
     alignas(32) table upper_chroma[4]; // in the upper bytes of the words
-    alignas(32) table channel[2][3];   // of pairs in order and in turn
-    alignas(32) table every_third[3];  // 0xff at bytes m with m % 3 == 0, 1, 2
+    alignas(32) table word[2][3];      // of pairs in order and in turn; of the middle one the bytes are apart
     alignas(32) table thirds[3];       // of 3-byte pixels: part k of 16, from bytes 16k on
     // 4 pixels of 3 bytes, from byte 0 and from byte 4 on, to the lower and to the upper words of
     // pairs of words.
@@ -337,12 +336,12 @@ constexpr shuffles make_shuffles() {
     };
     constexpr int zero = 0x80;
     for (int m = 0; m < 16; ++m) {
-        for (int c = 0; c < 3; ++c)
-            in_both(s.every_third[c], m, m % 3 == c ? 0xff : 0);
         for (int order = 0; order < 2; ++order) {
             in_both(s.pixel_order[order], m, lane_of(m, order));
-            for (int c = 0; c < 3; ++c)
-                in_both(s.channel[order][c], m, lane_of((m - c + 16) * 11 % 16, order));
+            for (int c = 0; c < 3; ++c) {
+                const int pair = lane_of((m / 2 - c + 8) * 3 % 8 * 2, order);
+                in_both(s.word[order][c], m, c == 1 ? pair + m % 2 * 8 : 2 * pair + m % 2);
+            }
         }
         for (int k = 0; k < 3; ++k) {
             const int third = 3 * m + 2 - 16 * k;
@@ -554,19 +553,34 @@ LUMALANE_INLINE vectors<4, n> interleave_channels_padded(bytes<n> first, bytes<n
     return {{low.part[0], low.part[1], high.part[0], high.part[1]}};
 }
 
-// The three parts of every block.
+// The words m of `a`, `b` and `c` with m % 3 == 0, 1 and 2.
+LUMALANE_INLINE bytes<16> every_third_word(bytes<16> a, bytes<16> b, bytes<16> c) {
+    return {_mm_blend_epi16(_mm_blend_epi16(a.v, b.v, 0x92), c.v, 0x24)};
+}
+
+LUMALANE_INLINE bytes<32> every_third_word(bytes<32> a, bytes<32> b, bytes<32> c) {
+    return {_mm256_blend_epi16(_mm256_blend_epi16(a.v, b.v, 0x92), c.v, 0x24)};
+}
+
+// Of every block the lower half of `a`, the upper one of `b`.
+LUMALANE_INLINE bytes<16> halves_of_both(bytes<16> a, bytes<16> b) {
+    return {_mm_blend_epi16(a.v, b.v, 0xf0)};
+}
+
+LUMALANE_INLINE bytes<32> halves_of_both(bytes<32> a, bytes<32> b) {
+    return {_mm256_blend_epi32(a.v, b.v, 0xcc)};
+}
+
+// The three parts of every block. Of a pair of pixels the words are 1e2e 3e1o 2o3o (1, 2, 3 the channels,
+// e even, o odd). (Blends of words are one operation, those of bytes are up to three.)
 template <pairs order, int n>
 LUMALANE_INLINE vectors<3, n> interleave_channels_of_blocks(bytes<n> first, bytes<n> second,
                                                             bytes<n> third) {
-    constexpr auto &channel = shuffle.channel[static_cast<int>(order)];
-    const bytes<n> a = shuffled(first, channel[0]);
-    const bytes<n> b = shuffled(second, channel[1]);
-    const bytes<n> c = shuffled(third, channel[2]);
-    const auto pick = [](bytes<n> at_0, bytes<n> at_1, bytes<n> at_2) {
-        return choose(load<n>(shuffle.every_third[2]), at_2,
-                      choose(load<n>(shuffle.every_third[1]), at_1, at_0));
-    };
-    return {{pick(a, b, c), pick(b, c, a), pick(c, a, b)}};
+    constexpr auto &word = shuffle.word[static_cast<int>(order)];
+    const bytes<n> a = shuffled(interleave(first, second).part[0], word[0]);
+    const bytes<n> b = shuffled(halves_of_both(third, first), word[1]);
+    const bytes<n> c = shuffled(interleave(second, third).part[1], word[2]);
+    return {{every_third_word(a, b, c), every_third_word(c, a, b), every_third_word(b, c, a)}};
 }
 
 template <pairs order = pairs::in_order>
