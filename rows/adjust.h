@@ -60,9 +60,10 @@ template <bool product_fits>
 class adjusted_plane {
 public:
     explicit adjusted_plane(const plane_adjustment &by)
-        : gain(rounded ? 8 * by.gain : by.gain), gain_16(32 * by.gain), gain_256(4 * by.gain),
-          fraction(fill_bytes<widest>(by.rounding)), gain_bytes(fill_bytes<widest>(by.gain)),
-          byte_offset(of_bytes(by.offset)), offset(by.offset), biased_offset(by.offset + bias) {}
+        : offset(by.offset), gain(rounded ? 8 * by.gain : by.gain), gain_16(32 * by.gain),
+          gain_256(4 * by.gain), fraction(fill_bytes<widest>(by.rounding)),
+          gain_bytes(fill_bytes<widest>(by.gain)), byte_offset(of_bytes(by.offset)),
+          biased_offset(by.offset + bias) {}
 
     template <int n>
     LUMALANE_INLINE bytes<n> operator()(bytes<n> samples) const {
@@ -121,6 +122,8 @@ public:
         }
     }
 
+    // The same of every second sample.
+
     template <int n>
     LUMALANE_INLINE words<n / 2> amplified_even(bytes<n> samples) const {
         if constexpr (rounded)
@@ -153,6 +156,8 @@ public:
                        fill_words<n>(bias));
     }
 
+    filled_words offset;
+
 private:
     static constexpr bool rounded = product_fits && multiplies_rounded;
 
@@ -160,7 +165,7 @@ private:
     filled_words gain_16;  // of samples times 16, for rounded multiplications
     filled_words gain_256; // of samples in 8.8 fixed point
     bytes<widest> fraction, gain_bytes;
-    filled_words byte_offset, offset, biased_offset;
+    filled_words byte_offset, biased_offset;
 };
 
 // Whether the loops for products of 15 bits serve. (Small code has those for all gains alone.)
@@ -239,6 +244,18 @@ public:
     template <int n>
     LUMALANE_INLINE words<n> chroma(words<n> samples) const {
         return add(u.amplified(samples), uv_offsets.of<n>());
+    }
+
+    // Of packed samples.
+
+    template <int n>
+    LUMALANE_INLINE words<n / 2> even_luma(bytes<n> samples) const {
+        return add(y.amplified_even(samples), y.offset.template of<n / 2>());
+    }
+
+    template <int n>
+    LUMALANE_INLINE words<n / 2> odd_chroma(bytes<n> samples) const {
+        return add(u.amplified_odd(samples), uv_offsets.of<n / 2>());
     }
 
     // ---- To RGB

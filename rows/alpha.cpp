@@ -14,8 +14,11 @@ LUMALANE_INLINE void transfer(const plane_rows &rows, ptrdiff_t n, const Make &m
         unsigned char *dst = rows.dst;
         for (ptrdiff_t left = rows.count; left > 0; --left) {
             along_row<least>(n, [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-                store_all<decltype(policy)>(
-                    dst + dst_bytes * x, make.template operator()<group.size>(src + src_bytes * x));
+                const auto pixels = make.template operator()<group.size>(src + src_bytes * x);
+                if constexpr (policy.takes_lines)
+                    store_and_fetch(dst + dst_bytes * x, pixels);
+                else
+                    store_all<decltype(policy)>(dst + dst_bytes * x, pixels);
             });
             src += rows.src_next, dst += rows.dst_next;
         }

@@ -14,6 +14,8 @@ LUMALANE_INLINE void fill_row(unsigned char *dst, ptrdiff_t count, const pattern
     const vectors<3, widest> pieces = first_vectors<3, widest>(with);
     ptrdiff_t x = 0;
     for (; x + 2 * size <= count; x += 2 * size) {
+        if constexpr (Stores::takes_lines)
+            fetch_ahead<widest, 6>(dst + x);
         store_all<Stores>(dst + x, pieces);
         store_all<Stores>(dst + x + size, pieces);
     }
@@ -55,6 +57,8 @@ template <int m, int size>
     ptrdiff_t x = 0;
     with_stores(stores, [&](auto policy) LUMALANE_INLINE_LAMBDA {
         const auto store_group = [&]() LUMALANE_INLINE_LAMBDA {
+            if constexpr (policy.takes_lines)
+                fetch_ahead<m, size>(dst + size * x);
             store_all<decltype(policy)>(dst + size * x, pixels);
             x += m;
         };

@@ -48,7 +48,6 @@ struct packed_to_yuy2 {
     struct format {};
 
     static constexpr int bytes_per_pixel = 2, least = 8, most = widest / 2;
-    static constexpr bool fetches_ahead = false;
 
     template <int n>
     LUMALANE_INLINE static bytes<2 * n> fetch(const unsigned char *from) {
@@ -57,6 +56,8 @@ struct packed_to_yuy2 {
 };
 
 struct unadjusted_packed : packed_to_yuy2 {
+    static constexpr bool fetches_ahead = !small_code;
+
     explicit unadjusted_packed(const adjustment *, format) {}
 
     // There is nothing to make of chroma that rows share.
@@ -75,6 +76,8 @@ struct unadjusted_packed : packed_to_yuy2 {
 
 template <bool product_fits>
 struct adjusted_packed : packed_to_yuy2 {
+    static constexpr bool fetches_ahead = false;
+
     adjusted_samples<product_fits> adjusted;
 
     explicit adjusted_packed(const adjustment *by, format) : adjusted(by) {}
@@ -83,12 +86,12 @@ struct adjusted_packed : packed_to_yuy2 {
 
     template <int size>
     LUMALANE_INLINE words<size / 2> chroma(bytes<size> samples) const {
-        return adjusted.chroma(odd(samples));
+        return adjusted.odd_chroma(samples);
     }
 
     template <int size>
     LUMALANE_INLINE vectors<1, size> pixels(bytes<size> samples, words<size / 2> chroma) const {
-        return {{narrow_interleaved(adjusted.luma(even(samples)), chroma)}};
+        return {{narrow_interleaved(adjusted.even_luma(samples), chroma)}};
     }
 };
 
@@ -150,8 +153,9 @@ LUMALANE_INLINE ptrdiff_t emit_pair_ahead(const Surface &surface, const packed_r
     auto lower = surface.template fetch<most>(src_below);
     ptrdiff_t x = 0;
     for (; x + most <= n; x += most) {
-        fetch_ahead<most, Surface::bytes_per_pixel>(rows.dst + x * Surface::bytes_per_pixel);
-        fetch_ahead<most, Surface::bytes_per_pixel>(dst_below + x * Surface::bytes_per_pixel);
+        constexpr int vectors = most * Surface::bytes_per_pixel / widest;
+        fetch_ahead<widest, vectors>(rows.dst + x * Surface::bytes_per_pixel);
+        fetch_ahead<widest, vectors>(dst_below + x * Surface::bytes_per_pixel);
         const auto chroma = surface.chroma(upper);
         // The last one is fetched again.
         const unsigned char *const next = rows.src + 2 * (x + 2 * most <= n ? x + most : x);

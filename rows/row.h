@@ -28,6 +28,8 @@ LUMALANE_INLINE void along_row(ptrdiff_t count, const Step &step, ptrdiff_t x = 
 // ---- Stores ------------------------------------------------------------------------------------
 
 struct cached {
+    static constexpr bool takes_lines = true; // of the cache
+
     template <int n>
     LUMALANE_INLINE static void store(unsigned char *to, bytes<n> a) {
         LUMALANE_TARGET_NAME::store(to, a);
@@ -36,6 +38,8 @@ struct cached {
 
 // `to` is aligned to streamed_bytes<n>.
 struct non_temporal {
+    static constexpr bool takes_lines = false;
+
     template <int n>
     LUMALANE_INLINE static void store(unsigned char *to, bytes<n> a) {
         if constexpr (n < 16)
@@ -54,21 +58,29 @@ LUMALANE_INLINE void store_all(unsigned char *to, const vectors<count, n> &v) {
     }
 }
 
+// Where `count` vectors of n bytes from `to` on are about to be stored in the cache.
+template <int n, int count, int line = 0>
+LUMALANE_INLINE void fetch_ahead(const unsigned char *to) {
+    if constexpr (fetched_ahead<n> != 0 && line < n * count) {
+        __builtin_prefetch(to + fetched_ahead<n> + line);
+        fetch_ahead<n, count, line + 64>(to);
+    }
+}
+
+// Stores vectors in the cache, and fetches lines for later ones.
+template <int count, int n>
+LUMALANE_INLINE void store_and_fetch(unsigned char *to, const vectors<count, n> &v) {
+    fetch_ahead<n, count>(to);
+    store_all<cached>(to, v);
+}
+
 // Where computing takes much more code than storing: one loop for both policies.
 template <class Vectors>
 LUMALANE_INLINE void store_all(store_policy stores, unsigned char *to, const Vectors &v) {
     if (streams && stores == store_policy::non_temporal)
         store_all<non_temporal>(to, v);
     else
-        store_all<cached>(to, v);
-}
-
-// Where `count` vectors of n bytes from `to` on are about to be stored.
-template <int n, int count>
-LUMALANE_INLINE void fetch_ahead(const unsigned char *to) {
-    if constexpr (fetched_ahead<n> != 0)
-        for (int i = 0; i < count; ++i)
-            __builtin_prefetch(to + fetched_ahead<n> + i * n);
+        store_and_fetch(to, v);
 }
 
 // Whether rows of a pair are stored in turn: non-temporal stores would leave lines of the cache half

@@ -43,6 +43,12 @@ LUMALANE_INLINE void stream(unsigned char *to, bytes<32> a) {
     _mm256_stream_si256(reinterpret_cast<__m256i *>(to), a.v);
 }
 
+#ifndef LUMALANE_WIDER_THAN_AVX2
+// Not in 32 bits, where code is to be small.
+template <>
+inline constexpr int fetched_ahead<32> = vector_registers > 8 ? 1024 : 0;
+#endif
+
 // ---- One lane at a time ------------------------------------------------------------------------
 
 template <>
@@ -308,8 +314,9 @@ struct shuffles {
     // For 1 to 4 parts: 16 chroma samples, in both blocks, to permuted words.
     alignas(32) table chroma[4];
     alignas(32) table upper_chroma[4]; // in the upper bytes of the words
-    alignas(32) table word[2][3];      // of pairs in order and in turn; of the middle one the bytes are apart
-    alignas(32) table thirds[3];       // of 3-byte pixels: part k of 16, from bytes 16k on
+    alignas(32)
+        table word[2][3]; // of pairs in order and in turn; of the middle one the bytes are apart
+    alignas(32) table thirds[3]; // of 3-byte pixels: part k of 16, from bytes 16k on
     // 4 pixels of 3 bytes, from byte 0 and from byte 4 on, to the lower and to the upper words of
     // pairs of words.
     alignas(32) table triplets_bg[2];
