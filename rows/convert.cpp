@@ -5,10 +5,86 @@ namespace lumalane::LUMALANE_TARGET_NAME {
 
 namespace {
 
+// ---- Channels ----------------------------------------------------------------------------------
+//
+//     Y = (100 B + 516 G + 263 R) / 1024 + 16
+//     U = (449 B - 297 G - 151 R) / 1024 + 128
+//     V = (449 R - 376 G - 72 B) / 1024 + 128
+//
+// What every output is in the upper bytes of words: a sum of weighed channels in 1/1024, rounded
+// down, is the upper byte of a quarter of that sum, rounded down.
+
+constexpr int always_in_y = 16, always_in_chroma = 128;
+
+template <int n>
+LUMALANE_INLINE words<n> upper(words<n> value, int constant) {
+    return add(value, fill_words<n>(constant << 8));
+}
+
+// Of bytes: blue and green in words, red times 256 in words of its own. The quarter of a sum is there a
+// sum of whole words with at most one term that is no whole one: the upper half of a product.
+template <int n>
+struct byte_channels {
+    words<n> bg, red;
+
+    LUMALANE_INLINE words<n> y() const {
+        const words<n> quarter_red = multiply_high_unsigned(red, fill_words<n>(263 << 6));
+        return upper(add(multiply_bytes<25, 129>(bg), quarter_red), always_in_y);
+    }
+
+    // 4 (112 B - 75 G) + (B + 3 G - 151 R). The second part is kept from becoming negative before it
+    // is divided.
+    LUMALANE_INLINE words<n> u() const {
+        constexpr int raised = 38;
+        const words<n> red_part = multiply_high_unsigned(red, fill_words<n>(151 << 8));
+        const words<n> rest =
+            add(subtract(multiply_bytes<1, 3>(bg), red_part), fill_words<n>(4 * raised << 8));
+        const words<n> quarter_rest = multiply_high_unsigned(rest, fill_words<n>(1 << 14));
+        return upper(add(multiply_bytes<112, -75>(bg), quarter_rest), always_in_chroma - raised);
+    }
+
+    LUMALANE_INLINE words<n> v() const {
+        const words<n> quarter_red = multiply_high_unsigned(red, fill_words<n>(449 << 6));
+        return upper(add(multiply_bytes<-18, -94>(bg), quarter_red), always_in_chroma);
+    }
+
+    LUMALANE_INLINE friend byte_channels even_pairs(byte_channels a, byte_channels b) {
+        return {even_pairs_of_words(a.bg, b.bg), even_pairs_of_words(a.red, b.red)};
+    }
+};
+
+// Of 5, 6 and 5 bits, whose bytes are 8, 4 and 8 times as much: quarters are sums of whole words.
+template <int n>
+struct bit_channels {
+    words<n> blue, green, red;
+
+    LUMALANE_INLINE words<n> y() const { return weighed<2 * 100, 516, 2 * 263, always_in_y>(); }
+    LUMALANE_INLINE words<n> u() const {
+        return weighed<2 * 449, -297, 2 * -151, always_in_chroma>();
+    }
+    LUMALANE_INLINE words<n> v() const {
+        return weighed<2 * -72, -376, 2 * 449, always_in_chroma>();
+    }
+
+    LUMALANE_INLINE friend bit_channels even_pairs(bit_channels a, bit_channels b) {
+        return {even_pairs_of_words(a.blue, b.blue), even_pairs_of_words(a.green, b.green),
+                even_pairs_of_words(a.red, b.red)};
+    }
+
+private:
+    template <int of_blue, int of_green, int of_red, int always>
+    LUMALANE_INLINE words<n> weighed() const {
+        const auto times = [](words<n> channel, int weight) LUMALANE_INLINE_LAMBDA {
+            return multiply_low(channel, fill_words<n>(weight));
+        };
+        return upper(add(add(times(blue, of_blue), times(green, of_green)), times(red, of_red)),
+                     always);
+    }
+};
+
 // ---- Surfaces ----------------------------------------------------------------------------------
 
-// `pixels<n>` of a surface are n / 2 pixels, half-interleaved: their blue and green bytes in words,
-// and in words of their own red and what is in the fourth byte, both in the upper byte.
+// `pixels<n>` of a surface are n / 2 pixels, half-interleaved.
 
 // Pixels of 4 bytes, and of 3 bytes and a zero; a key with anything in its upper byte is the colour
 // of none of those.
@@ -24,9 +100,8 @@ struct rgb_surface {
         LUMALANE_INLINE explicit pixels(const unsigned char *from)
             : loaded(load_half_interleaved<size, n>(from)) {}
 
-        LUMALANE_INLINE words<n / 2> bg() const { return loaded.bg; }
-        LUMALANE_INLINE words<n / 2> red() const {
-            return has_x ? shift_left<8>(loaded.rx) : loaded.rx;
+        LUMALANE_INLINE byte_channels<n / 2> channels() const {
+            return {loaded.bg, has_x ? shift_left<8>(loaded.rx) : loaded.rx};
         }
         LUMALANE_INLINE words<n / 2> x() const { return loaded.rx & fill_words<n / 2>(0xff00); }
 
@@ -41,7 +116,6 @@ struct rgb_surface {
     static constexpr bool can_be_of(unsigned key) { return size == 4 || key >> 24 == 0; }
 };
 
-// The lower bits of the channels are left zero.
 struct rgb16_surface {
     static constexpr int bytes_per_pixel = 2;
     static constexpr bool has_x = false;
@@ -53,14 +127,11 @@ struct rgb16_surface {
         LUMALANE_INLINE explicit pixels(const unsigned char *from)
             : packed(half_interleave(as_words(load<n>(from)))) {}
 
-        LUMALANE_INLINE words<n / 2> bits(int which) const {
-            return packed & fill_words<n / 2>(which);
+        LUMALANE_INLINE bit_channels<n / 2> channels() const {
+            return {packed & fill_words<n / 2>(0x1f),
+                    shift_right_logical<5>(packed) & fill_words<n / 2>(0x3f),
+                    shift_right_logical<11>(packed)};
         }
-        LUMALANE_INLINE words<n / 2> bg() const {
-            return multiply_low(bits(0x001f), fill_words<n / 2>(1 << 3)) |
-                   multiply_low(bits(0x07e0), fill_words<n / 2>(1 << 5));
-        }
-        LUMALANE_INLINE words<n / 2> red() const { return bits(0xf800); }
         LUMALANE_INLINE words<n / 2> are(unsigned key) const {
             return equal(packed, fill_words<n / 2>(static_cast<int>(key)));
         }
@@ -70,44 +141,6 @@ struct rgb16_surface {
 };
 
 // ---- Pixels ------------------------------------------------------------------------------------
-//
-// What every output is in the upper bytes of words: a sum of weighed channels in 1/1024, rounded
-// down, is the upper byte of a quarter of that sum, rounded down; and that is a sum of whole words
-// with at most one term that is no whole one. R is there times 256, so that the upper half of a
-// product can be a quarter of it, rounded down.
-
-constexpr int always_in_y = 16, always_in_chroma = 128;
-
-template <int n>
-LUMALANE_INLINE words<n> upper(words<n> value, int constant) {
-    return add(value, fill_words<n>(constant << 8));
-}
-
-// 100 B + 516 G + 263 R
-template <int n>
-LUMALANE_INLINE words<n> to_y(words<n> bg, words<n> red) {
-    const words<n> quarter_red = multiply_high_unsigned(red, fill_words<n>(263 << 6));
-    return upper(add(multiply_bytes<25, 129>(bg), quarter_red), always_in_y);
-}
-
-// 449 B - 297 G - 151 R, that is 4 (112 B - 75 G) + (B + 3 G - 151 R). The second part is kept from
-// becoming negative before it is divided.
-template <int n>
-LUMALANE_INLINE words<n> to_u(words<n> bg, words<n> red) {
-    constexpr int raised = 38;
-    const words<n> red_part = multiply_high_unsigned(red, fill_words<n>(151 << 8));
-    const words<n> rest =
-        add(subtract(multiply_bytes<1, 3>(bg), red_part), fill_words<n>(4 * raised << 8));
-    const words<n> quarter_rest = multiply_high_unsigned(rest, fill_words<n>(1 << 14));
-    return upper(add(multiply_bytes<112, -75>(bg), quarter_rest), always_in_chroma - raised);
-}
-
-// 449 R - 376 G - 72 B
-template <int n>
-LUMALANE_INLINE words<n> to_v(words<n> bg, words<n> red) {
-    const words<n> quarter_red = multiply_high_unsigned(red, fill_words<n>(449 << 6));
-    return upper(add(multiply_bytes<-18, -94>(bg), quarter_red), always_in_chroma);
-}
 
 template <int n>
 struct samples {
@@ -121,13 +154,10 @@ struct samples {
 // [conversion.the_x_byte_of_rgb32_raises_all_three]
 template <bool with_x, int n, class Pixels>
 LUMALANE_INLINE samples<n> convert(const Pixels &first, const Pixels &second) {
-    const words<n / 2> bg_of_first = first.bg(), bg_of_second = second.bg();
-    const words<n / 2> red_of_first = first.red(), red_of_second = second.red();
-    words<n / 2> y_of_first = to_y(bg_of_first, red_of_first);
-    words<n / 2> y_of_second = to_y(bg_of_second, red_of_second);
-    const words<n / 2> bg = even_pairs_of_words(bg_of_first, bg_of_second);
-    const words<n / 2> red = even_pairs_of_words(red_of_first, red_of_second);
-    words<n / 2> u = to_u(bg, red), v = to_v(bg, red);
+    const auto of_first = first.channels(), of_second = second.channels();
+    words<n / 2> y_of_first = of_first.y(), y_of_second = of_second.y();
+    const auto of_even = even_pairs(of_first, of_second);
+    words<n / 2> u = of_even.u(), v = of_even.v();
     if constexpr (with_x) {
         const words<n / 2> not_in_y = fill_words<n / 2>(~always_in_y << 8);
         const words<n / 2> x =

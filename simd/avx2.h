@@ -89,7 +89,12 @@ LUMALANE_INLINE bytes<32> absolute_difference(bytes<32> a, bytes<32> b) {
 }
 
 LUMALANE_INLINE words<16> multiply_low(words<16> a, words<16> b) {
+#ifdef __clang__
     return {_mm256_mullo_epi16(a.v, b.v)};
+#else
+    return {reinterpret_cast<__m256i>(
+        __builtin_ia32_pmullw256(reinterpret_cast<__v16hi>(a.v), reinterpret_cast<__v16hi>(b.v)))};
+#endif
 }
 
 LUMALANE_INLINE words<16> multiply_high(words<16> a, words<16> b) {

@@ -158,8 +158,14 @@ LUMALANE_INLINE bytes<16> absolute_difference(bytes<16> a, bytes<16> b) {
     return {_mm_or_si128(_mm_subs_epu8(a.v, b.v), _mm_subs_epu8(b.v, a.v))};
 }
 
+// Where g++ knows a factor it makes shifts and additions of the intrinsics, several for one operation.
 LUMALANE_INLINE words<8> multiply_low(words<8> a, words<8> b) {
+#if defined(__clang__) || defined(LUMALANE_HALF_REGISTERS)
     return {_mm_mullo_epi16(a.v, b.v)};
+#else
+    return {reinterpret_cast<m128i>(
+        __builtin_ia32_pmullw128(reinterpret_cast<__v8hi>(a.v), reinterpret_cast<__v8hi>(b.v)))};
+#endif
 }
 
 LUMALANE_INLINE words<8> multiply_high(words<8> a, words<8> b) {
@@ -633,34 +639,34 @@ LUMALANE_INLINE words<8> even_pairs_of_words(words<8> a, words<8> b) {
 #ifndef LUMALANE_WIDER_TARGET
 template <int lower, int upper>
 LUMALANE_INLINE words<8> multiply_bytes(words<8> a) {
-    return add(multiply_low(even(as_bytes(a)), fill_words<8>(lower)),
-               multiply_low(odd(as_bytes(a)), fill_words<8>(upper)));
+    const words<8> weighed_upper = multiply_low(odd(as_bytes(a)), fill_words<8>(upper));
+    if constexpr (lower == 1)
+        return add(even(as_bytes(a)), weighed_upper);
+    else
+        return add(multiply_low(even(as_bytes(a)), fill_words<8>(lower)), weighed_upper);
 }
 
-// Lower words of `a`, upper words of `b`.
-LUMALANE_INLINE words<8> words_of_both(m128i a, m128i b) {
-    const m128i lower = _mm_set1_epi32(0x0000ffff);
-    return {_mm_or_si128(_mm_and_si128(lower, a), _mm_andnot_si128(lower, b))};
-}
-
-// The lowest 12 bytes as 4 pixels, with anything in the fourth bytes.
-LUMALANE_INLINE m128i four_triplets(m128i triplets) {
-    const m128i pixels_01 = _mm_unpacklo_epi32(triplets, _mm_srli_si128(triplets, 3));
-    const m128i pixels_23 =
-        _mm_unpacklo_epi32(_mm_srli_si128(triplets, 6), _mm_srli_si128(triplets, 9));
-    return _mm_unpacklo_epi64(pixels_01, pixels_23);
+// Of 8 pixels of 4 bytes, words in order: those of 0, 4, 1 and 5, and of 2, 6, 3 and 7.
+LUMALANE_INLINE half_interleaved<16> half_interleaved_words(m128i pixels_0415, m128i pixels_2637) {
+    return {{dwords_of_both<0, 2, 0, 2>(pixels_0415, pixels_2637)},
+            {dwords_of_both<1, 3, 1, 3>(pixels_0415, pixels_2637)}};
 }
 
 template <int size, int n>
 LUMALANE_INLINE half_interleaved<n> load_half_interleaved(const unsigned char *from) {
     if constexpr (size == 4) {
-        return {words_of_both(load<16>(from).v, load<16>(from + 14).v),
-                words_of_both(load<16>(from + 2).v, load<16>(from + 16).v)};
+        const m128i a = load<16>(from).v, b = load<16>(from + 16).v;
+        return half_interleaved_words(_mm_unpacklo_epi16(a, b), _mm_unpackhi_epi16(a, b));
     } else {
-        const m128i a = four_triplets(load<16>(from).v);
-        const m128i b = four_triplets(_mm_srli_si128(load<16>(from + 8).v, 4));
-        return {words_of_both(a, _mm_slli_epi32(b, 16)),
-                shift_left<8>(words_of_both(_mm_srli_epi32(a, 16), b))};
+        // Two pixels, with anything in the fourth bytes.
+        const auto two = [](m128i a, m128i b) { return _mm_unpacklo_epi32(a, b); };
+        const auto at = [&](int pixel) { return load<8>(from + 3 * pixel).v; };
+        const m128i last = load<8>(from + 16).v;
+        const m128i pixels_67 = two(_mm_srli_epi64(last, 16), _mm_srli_epi64(last, 40));
+        const auto words =
+            half_interleaved_words(_mm_unpacklo_epi16(two(at(0), at(1)), two(at(4), at(5))),
+                                   _mm_unpacklo_epi16(two(at(2), at(3)), pixels_67));
+        return {words.bg, shift_left<8>(words.rx)};
     }
 }
 
@@ -678,10 +684,8 @@ LUMALANE_INLINE halves<8> deinterleave_upper_bytes_of_even(words<8> a, words<8> 
 }
 
 LUMALANE_INLINE bytes<16> deinterleave_upper_bytes(words<8> a, words<8> b) {
-    const auto deinterleaved = [](words<8> of) {
-        return permute_dwords<0, 2, 1, 3>(deinterleaved_halves(_mm_srli_epi16(of.v, 8)));
-    };
-    return {_mm_packus_epi16(deinterleaved(a), deinterleaved(b))};
+    const bytes<16> both = narrow_saturate(odd(as_bytes(a)), odd(as_bytes(b)));
+    return {permute_dwords<0, 2, 1, 3>(narrow_saturate(even(both), odd(both)).v)};
 }
 #endif
 
