@@ -128,6 +128,8 @@ public:
     LUMALANE_INLINE words<n / 2> amplified_even(bytes<n> samples) const {
         if constexpr (rounded)
             return multiply_rounded(even_times<64>(samples), gain.template of<n / 2>());
+        else if constexpr (product_fits)
+            return amplified_with_fraction(shift_left<8>(as_words(samples)));
         else
             return amplified(even(samples));
     }
@@ -136,6 +138,8 @@ public:
     LUMALANE_INLINE words<n / 2> amplified_odd(bytes<n> samples) const {
         if constexpr (rounded)
             return multiply_rounded(odd_times<64>(samples), gain.template of<n / 2>());
+        else if constexpr (product_fits)
+            return amplified_with_fraction(as_words(samples) & fill_words<n / 2>(0xff00));
         else
             return amplified(odd(samples));
     }
@@ -160,6 +164,13 @@ public:
 
 private:
     static constexpr bool rounded = product_fits && multiplies_rounded;
+
+    // Of samples times 256.
+    template <int n>
+    LUMALANE_INLINE words<n> amplified_with_fraction(words<n> x) const {
+        const words<n> fractions = shift_right_logical<8>(as_words(first_lanes<2 * n>(fraction)));
+        return multiply_high_unsigned(x | fractions, gain_256.template of<n>());
+    }
 
     filled_words gain;     // of samples, or for rounded multiplications of samples times 64
     filled_words gain_16;  // of samples times 16, for rounded multiplications

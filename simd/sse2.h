@@ -430,12 +430,10 @@ inline constexpr pairs packed_order = pairs::in_order;
 
 template <int count, int n>
 LUMALANE_INLINE packed_pixels<n> load_packed(const unsigned char *from) {
-    const auto even_and_odd = [](m128i a) { // words
-        const m128i pairs = permute_words<0, 2, 1, 3>(a);
-        return permute_dwords<0, 2, 1, 3>(pairs);
-    };
-    const m128i a = even_and_odd(load<16>(from).v), b = even_and_odd(load<16>(from + 16).v);
-    return {{_mm_unpacklo_epi64(a, b)}, {_mm_unpackhi_epi64(a, b)}};
+    // Two even words and two odd ones in turn.
+    const m128i a = permute_words<0, 2, 1, 3>(load<16>(from).v);
+    const m128i b = permute_words<0, 2, 1, 3>(load<16>(from + 16).v);
+    return {{dwords_of_both<0, 2, 0, 2>(a, b)}, {dwords_of_both<1, 3, 1, 3>(a, b)}};
 }
 #endif
 
