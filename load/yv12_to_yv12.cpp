@@ -26,10 +26,15 @@ plane chroma_of(const call::picture &p, const unsigned char *src, unsigned char 
 void load_plane(const machine &machine, const byte_rows &dst, const byte_rows &src, int times,
                 row_kernel::plane_to_surface *emit, const plane_adjustment &by, bool in_order) {
     const surface_stores stores(machine, dst.first, dst.pitch, dst.count * dst.bytes, in_order);
-    const ptrdiff_t run = in_order ? 8 : static_cast<ptrdiff_t>(dst.bytes);
-    const ptrdiff_t rows_at_once = in_order ? 1 : static_cast<ptrdiff_t>(dst.count);
-    for (ptrdiff_t row = 0; row < dst.count; row += rows_at_once)
-        in_runs(static_cast<ptrdiff_t>(dst.bytes), run, [&](ptrdiff_t x, ptrdiff_t n) {
+    // Rows without gaps are one.
+    const bool one = !in_order && dst.pitch == dst.bytes && src.pitch == times * dst.bytes &&
+                     src.pitch * dst.count <= PTRDIFF_MAX;
+    const ptrdiff_t count = static_cast<ptrdiff_t>(one ? 1 : dst.count);
+    const ptrdiff_t bytes = static_cast<ptrdiff_t>(one ? dst.count * dst.bytes : dst.bytes);
+    const ptrdiff_t run = in_order ? 8 : bytes;
+    const ptrdiff_t rows_at_once = in_order ? 1 : count;
+    for (ptrdiff_t row = 0; row < count; row += rows_at_once)
+        in_runs(bytes, run, [&](ptrdiff_t x, ptrdiff_t n) {
             plane_rows rows{src.first + row * src.pitch + times * x,
                             const_cast<unsigned char *>(dst.first) + row * dst.pitch + x};
             rows.stores = stores, rows.by = by.neutral() ? nullptr : &by;

@@ -15,7 +15,7 @@ LUMALANE_INLINE void transfer(const plane_rows &rows, ptrdiff_t n, const Make &m
         for (ptrdiff_t left = rows.count; left > 0; --left) {
             along_row<least>(n, [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
                 const auto pixels = make.template operator()<group.size>(src + src_bytes * x);
-                if constexpr (policy.takes_lines)
+                if constexpr (policy.takes_lines && dst_bytes > 1)
                     store_and_fetch(dst + dst_bytes * x, pixels);
                 else
                     store_all<decltype(policy)>(dst + dst_bytes * x, pixels);

@@ -19,8 +19,6 @@ LUMALANE_INLINE void store_rows(const plane_rows &rows, ptrdiff_t n, const Make 
             // Counting would take as long as copying: four groups a turn.
             ptrdiff_t x = 0;
             for (; x + 4 * widest <= n; x += 4 * widest) {
-                if constexpr (stores.takes_lines)
-                    fetch_ahead<widest, 4>(dst + x);
                 step(group_of<widest>{}, x);
                 step(group_of<widest>{}, x + widest);
                 step(group_of<widest>{}, x + 2 * widest);
