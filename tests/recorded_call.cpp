@@ -7,24 +7,30 @@ namespace {
 using lumalane::footprint_of;
 using lumalane::pointer;
 
-// Counts sets of rows.
-struct counting_receiver {
-    int read = 0, written = 0;
-
-    void reads(pointer, const lumalane::row_set &) { ++read; }
-    void writes(pointer, const lumalane::row_set &) { ++written; }
-    void writes_again(pointer, const lumalane::row_set &) { ++written; }
-    void replaces(pointer, const lumalane::row_set &) { ++written; }
-};
-
 recorded_call latest;
+
+// Keeps sets of rows, and counts them.
+struct keeping_receiver {
+    void reads(pointer p, const lumalane::row_set &rows) {
+        ++latest.sets_read;
+        latest.rows.push_back({p, true, false, rows});
+    }
+    void writes(pointer p, const lumalane::row_set &rows) {
+        ++latest.sets_written;
+        latest.rows.push_back({p, false, true, rows});
+    }
+    void writes_again(pointer p, const lumalane::row_set &rows) { writes(p, rows); }
+    void replaces(pointer p, const lumalane::row_set &rows) {
+        ++latest.sets_written;
+        latest.rows.push_back({p, true, true, rows});
+    }
+};
 
 template <class Function, class Call>
 void record_bytes(const Function &f, const Call &c) {
-    counting_receiver sets;
-    lumalane::rows_of(f, c, sets);
+    keeping_receiver rows;
+    lumalane::rows_of(f, c, rows);
     latest.bytes = footprint_of(f, c);
-    latest.sets_read = sets.read, latest.sets_written = sets.written;
 }
 
 std::vector<recorded_call> all;

@@ -12,7 +12,13 @@ namespace tests {
 struct recorded_call {
     const void *pointers[lumalane::pointer_count] = {};
     lumalane::footprint bytes;
-    int sets_read = 0, sets_written = 0; // of rows
+    struct told_rows {
+        lumalane::pointer at;
+        bool read, written;
+        lumalane::row_set rows;
+    };
+    std::vector<told_rows> rows;         // of planes and surfaces
+    int sets_read = 0, sets_written = 0; // of them
 
     void at(lumalane::pointer p, const void *address) { pointers[static_cast<int>(p)] = address; }
 };

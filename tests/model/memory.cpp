@@ -31,6 +31,8 @@ std::uint8_t *memory::touch(address where, extent buffer::*how) {
             touched.first = where;
         else if (where >= touched.end)
             touched.end = where + 1;
+        if (b.marks)
+            b.marks[where - b.bytes.first] |= how == &buffer::read ? is_read : is_written;
         return reinterpret_cast<std::uint8_t *>(where);
     }
     throw stray_access{where};

@@ -32,7 +32,11 @@ struct stray_access {
 class memory {
 public:
     // Lets the model touch the bytes of one more buffer. Buffers are numbered 0, 1 ...
-    void add(extent bytes) { buffers.push_back({bytes, {}, {}}); }
+    void add(extent bytes) { buffers.push_back({bytes, {}, {}, nullptr}); }
+
+    // Marks every byte that is touched, in as many marks as the latest buffer has bytes.
+    enum mark : std::uint8_t { is_read = 1, is_written = 2 };
+    void mark_in(std::uint8_t *marks) { buffers.back().marks = marks; }
 
     // A call of more accesses than these throws. (Some that are the caller's error do not end.)
     void allow(std::size_t accesses) { allowed = accesses; }
@@ -74,6 +78,7 @@ private:
     struct buffer {
         extent bytes;
         extent read, written;
+        std::uint8_t *marks; // or null
     };
 
     std::uint8_t *touch(address where, extent buffer::*how);

@@ -26,9 +26,8 @@ BUILDS = {"linux-x64": ("portable", "sse2", "avx2", "avx512"), "linux-x86": ("mm
 
 ROW_PROGRAMS = "row_kernels_test rgb_kernel_test ayuy2_kernel_test blend_test rgb16_packing_test adjustment_test".split()
 EDGE_CASES = [f"edge_cases{of}_test" for of in ("", "_mix", "_stretch", "_subpicture", "_yuy2")]
-CALLERS = EDGE_CASES + ["state_test", "in_order_test"]
 COMPANIONS = ["footprint_test", "checked_test", "picture_test"]
-PROGRAMS = ["differential_test"] + ROW_PROGRAMS + CALLERS + COMPANIONS
+PROGRAMS = ["differential_test"] + ROW_PROGRAMS + EDGE_CASES + ["state_test", "in_order_test"] + COMPANIONS
 
 Task = namedtuple("Task", "file mutant build target before after")
 # With which objects alone, if not with all; and for how many seconds of the processor at most, ten
@@ -138,13 +137,10 @@ class Build:
 
     def link(self, program, objects, output):
         """The program with other objects: by name, the path of what takes its place."""
-        words = []
-        for word in self.link_of[program]:
-            if word == "-o":
-                # Before the libraries, from which the same names are then not taken.
-                words += [path for name, path in objects.items() if name not in self.link_of[program]]
-            words.append(objects.get(word, word))
+        words = [word for word in self.link_of[program] if word not in objects]
         words[words.index("-o") + 1] = output
+        # Before all others, from which the same names are then not taken.
+        words[1:1] = objects.values()
         command = words + (["-fuse-ld=lld"] if shutil.which("ld.lld") else [])
         linked = subprocess.run(command, cwd=self.directory, stderr=subprocess.PIPE, text=True)
         if linked.returncode != 0:
@@ -225,45 +221,52 @@ def row_kernels():
 EXPORTS, ROW_KERNELS = exports(), row_kernels()
 
 
-def stages(build, task, affected):
+def tests_of(build, built):
+    """A filter for the tests in the source of an object, if it has any."""
+    source = f"{ROOT}/tests/" + re.sub(r".*?\.dir/(.*)\.o$", r"\1", built)
+    suites = set(re.findall(r"^TEST(?:_P|_F)?\((\w+),", read(source), re.MULTILINE))
+    return ["--gtest_filter=" + ":".join(f"*{suite}.*" for suite in sorted(suites))] if suites else []
+
+
+def stages(build, task, affected, thorough):
     """What is run against the mutant, the fast and the likely first."""
     library = [built for built in affected if build.is_of_library(built)]
 
     def differential(cases, names=None):
         names = sorted(names or EXPORTS)
-        if len(names) > 20:
-            cases = min(cases, 250)
+        if not thorough:
+            cases = min(cases, 4000 // len(names))
         arguments = ["--gtest_filter=" + ":".join(f"*/{name}" for name in names), "--cases", str(cases)]
-        return Stage("differential_test", arguments, seconds=2 + cases * len(names) // 200)
+        return Stage("differential_test", arguments, seconds=3 + cases * len(names) // 200)
 
-    def kernels(objects):
-        names = sorted(build.names_in(objects, ROW_KERNELS))
-        return ["--gtest_filter=" + ":".join(f"*/{name}" for name in names)] if names else []
+    def size(built):
+        return os.path.getsize(f"{build.directory}/{built}")
 
-    plan = []
+    slow = [Stage(p, []) for p in ("in_order_test", "picture_test")] if thorough else []
     if task.target:
-        rows = sorted(
-            (b for b in library if "lumalane_rows_" in b),
-            key=lambda b: os.path.getsize(f"{build.directory}/{b}"),
-        )
-        # Kernels know nothing of those in other files: what one file makes of a header is enough.
-        plan += [Stage("row_kernels_test", kernels([built]), [built], 20) for built in rows]
-        plan += [Stage(p, [f"--gtest_filter=*/{task.target}"]) for p in ROW_PROGRAMS[1:]]
+        plan = []
+        of_target = [f"--gtest_filter=*/{task.target}"]
+        for built in sorted((b for b in library if "lumalane_rows_" in b), key=size):
+            # Kernels know nothing of those in other files: what one file makes of a header is enough.
+            kernels = sorted(build.names_in([built], ROW_KERNELS))
+            names = ["--gtest_filter=" + ":".join(f"*/{name}" for name in kernels)]
+            if kernels:
+                plan.append(Stage("row_kernels_test", names, [built], 4 + 2 * len(kernels)))
+        plan += [Stage(p, of_target) for p in ROW_PROGRAMS[1:]]
         plan += [differential(40)]
-        plan += [Stage(p, [f"--gtest_filter=*/{task.target}"]) for p in EDGE_CASES]
-        plan += [Stage(p, []) for p in CALLERS if p not in EDGE_CASES]
-        return plan + [differential(2000), Stage("picture_test", [])]
+        plan += [Stage(p, of_target) for p in EDGE_CASES] + [Stage("state_test", [])]
+        return plan + slow + [differential(2000)]
     names = build.names_in(library, EXPORTS)
-    callers = [Stage(p, []) for p in CALLERS] + [differential(2000, names)]
+    callers = [Stage(p, []) for p in EDGE_CASES + ["state_test"]] + [differential(2000, names)]
     if not task.file.startswith("include/"):
-        first = differential(100, names) if names else differential(30)
-        return plan + [first, *callers, *(Stage(p, []) for p in COMPANIONS[1:])]
+        return [differential(100, names), *callers, Stage("checked_test", []), *slow]
+    plan = []
     for program in COMPANIONS:
-        objects = [b for b in affected if f"/{program}.dir/" in b]
-        # The files of picture_test share nothing that these headers make.
-        parts = [[b] for b in objects] if program == "picture_test" else [objects]
-        plan += [Stage(program, [], part) for part in parts if part]
-    return plan + [Stage(p, []) for p in COMPANIONS] + ([differential(30), *callers] if library else [])
+        # Each file of a test first without the others, which share nothing that these headers make.
+        objects = sorted((b for b in affected if f"/{program}.dir/" in b), key=size)
+        parts = [Stage(program, tests_of(build, built), [built]) for built in objects]
+        plan += [part for part in parts if part.arguments or program != "picture_test"]
+    return plan + [Stage(p, []) for p in COMPANIONS] + ([differential(30), *callers, *slow] if library else [])
 
 
 # ---- One mutant ------------------------------------------------------------------------------------
@@ -272,8 +275,8 @@ def stages(build, task, affected):
 class Worker:
     """A copy of the sources, in which mutants take their turn."""
 
-    def __init__(self, directory, builds):
-        self.directory, self.builds = directory, builds
+    def __init__(self, directory, builds, thorough):
+        self.directory, self.builds, self.thorough = directory, builds, thorough
         self.root, self.made = f"{directory}/tree", f"{directory}/made"
         shutil.rmtree(directory, ignore_errors=True)
         os.makedirs(self.made)
@@ -317,7 +320,7 @@ class Worker:
         if task.file.startswith("include/") and not self._header_compiles(task, build, affected):
             return "does not compile", ""
         done = set()
-        for stage in stages(build, task, affected):
+        for stage in stages(build, task, affected, self.thorough):
             linked = set(build.objects_of(stage.program))
             objects = [b for b in (stage.objects or affected) if b in linked]
             for built in objects:
@@ -426,6 +429,7 @@ def main():
     parser.add_argument("--targets", default=",".join(t for targets in BUILDS.values() for t in targets))
     parser.add_argument("--page", help="the page of the manual that gets the table")
     parser.add_argument("--fresh", action="store_true", help="believe no earlier result")
+    parser.add_argument("--thorough", action="store_true", help="run survivors through more and slower tests")
     parser.add_argument("--doubt", action="store_true", help="run those that are listed as equivalent, too")
     options = parser.parse_args()
 
@@ -458,10 +462,10 @@ def main():
     if os.path.exists(journal) and not options.fresh:
         for line in read(journal).splitlines():
             entry = json.loads(line)
-            if entry["code"] == code and (entry["tests"] == tests or entry["status"] != "survived"):
+            if entry["code"] == code and ([entry["tests"], entry.get("thorough")] == [tests, options.thorough] or entry["status"] != "survived"):
                 known[tuple(entry["mutant"])] = entry["status"], entry["by"]
 
-    workers = [Worker(f"{directory}/worker-{i}", builds) for i in range(options.jobs)]
+    workers = [Worker(f"{directory}/worker-{i}", builds, options.thorough) for i in range(options.jobs)]
     free, lock = list(workers), threading.Lock()
     results, counted = {}, 0
     skipped = []
@@ -481,7 +485,7 @@ def main():
                 with lock:
                     free.append(worker)
             with lock:
-                entry = dict(code=code, tests=tests, mutant=key, status=known[key][0], by=known[key][1])
+                entry = dict(code=code, tests=tests, thorough=options.thorough, mutant=key, status=known[key][0], by=known[key][1])
                 output.write(json.dumps(entry) + "\n")
                 output.flush()
         status, by = known[key]
@@ -515,7 +519,8 @@ def main():
                 sample.append((task, status, by))
                 counted += status not in ("does not compile", "same code")
                 if status == "survived":
-                    print(f"survived: {task.file} {task.target or ''}\n- {task.before}\n+ {task.after}", flush=True)
+                    place = f"file {task.file}"
+                    print(f"{place} {task.target or ''}\n- {task.before}\n+ {task.after}", flush=True)
                 if counted % 25 == 0 and status not in ("does not compile", "same code"):
                     print(f"{counted} of {options.count}", file=sys.stderr, flush=True)
                 finished = counted >= options.count
