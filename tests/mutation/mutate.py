@@ -4,7 +4,6 @@ import concurrent.futures
 import hashlib
 import json
 import os
-import random
 import re
 import resource
 import shlex
@@ -80,6 +79,7 @@ class Build:
         listed = run([f"{directory}/tests/edge_cases_test", "--gtest_list_tests"])
         runs = set(re.findall(r"/(\w+)  # GetParam", listed))
         self.targets = [t for t in targets if t in runs]
+        self.lines, self.active = {}, {}
         self.lock = threading.Lock()
 
     @staticmethod
@@ -158,13 +158,15 @@ class Build:
 
     def active_lines(self, file, target):
         """The lines of the file of which the compiler sees anything."""
-        lines = set()
-        for built in self.affected(file, target):
-            lines |= self._lines_of(built).get(file, set())
-        return lines
+        if (file, target) not in self.active:
+            objects = self.affected(file, target)
+            self.active[file, target] = set().union(*(self._lines_of(b).get(file, set()) for b in objects))
+        return self.active[file, target]
 
     def _lines_of(self, built):
         path = f"{self.directory}/mutation/lines/{built.replace('/', '_')}.json"
+        if built in self.lines:
+            return self.lines[built]
         with self.lock:
             if not os.path.exists(path):
                 os.makedirs(os.path.dirname(path), exist_ok=True)
@@ -184,7 +186,8 @@ class Build:
                         line += 1
                 with open(path, "w") as output:
                     json.dump(seen, output)
-        return {file: set(lines) for file, lines in json.loads(read(path)).items()}
+        self.lines[built] = {file: set(lines) for file, lines in json.loads(read(path)).items()}
+        return self.lines[built]
 
 
 # ---- Programs that are run -----------------------------------------------------------------------
@@ -389,34 +392,29 @@ def equivalents():
 # ---- The sample ------------------------------------------------------------------------------------
 
 
-def population(builds):
-    """Every mutant of every source; of row kernels without the target, which the draw chooses."""
-    found = []
+def population(seed):
+    """Every mutant of every source in the order of the seed, each with a number that is its own."""
+    found, times = [], Counter()
     for file in sources():
         source = Source(read(f"{ROOT}/{file}"))
-        rows = file.startswith("rows/") and file != "rows/rows.h"
         for mutant in source.mutants():
-            found.append((file, source, mutant, rows))
-    return found
+            # (Whatever becomes of other lines, it keeps its place among the mutants.)
+            told = (file, *source.told(mutant))
+            times[told] += 1
+            number = hashlib.sha256(repr((seed, told, times[told])).encode()).hexdigest()
+            found.append((number, file, source, mutant))
+    return sorted(found, key=lambda entry: entry[0])
 
 
-def draw(builds, seed, skipped):
-    """Mutants in the order of the seed, without end of a sample."""
-    r = random.Random(f"mutants {seed}")
-    everything = population(builds)
-    r.shuffle(everything)
+def draw(builds, seed):
+    """Mutants of what is compiled, in the order of the seed."""
     places = [(name, target) for name, build in builds.items() for target in build.targets]
-    lines = {}
-    for file, source, mutant, rows in everything:
-        name, target = r.choice(places)
-        if not rows:
-            name, target = next(iter(builds)), None
-        if (name, target, file) not in lines:
-            lines[name, target, file] = builds[name].active_lines(file, target)
-        if source.line_of(mutant.first) not in lines[name, target, file]:
-            skipped.append(file)
-            continue
-        yield Task(file, mutant, name, target, *source.told(mutant)), source
+    for number, file, source, mutant in population(seed):
+        name, target = next(iter(builds)), None
+        if file.startswith("rows/") and file != "rows/rows.h":
+            name, target = places[int(number, 16) % len(places)]
+        if source.line_of(mutant.first) in builds[name].active_lines(file, target):
+            yield Task(file, mutant, name, target, *source.told(mutant)), source
 
 
 def main():
@@ -456,19 +454,21 @@ def main():
             with open(stamp, "w") as file:
                 file.write(code)
 
-    # Earlier results: tests only get better, so that who was killed stays so.
+    # Earlier results: tests only get better, so that who was killed stays so while its file does.
     journal = f"{directory}/results.jsonl"
+    digests = {file: digest_of([file]) for file in sources()}
     known = {}
     if os.path.exists(journal) and not options.fresh:
         for line in read(journal).splitlines():
             entry = json.loads(line)
-            if entry["code"] == code and ([entry["tests"], entry.get("thorough")] == [tests, options.thorough] or entry["status"] != "survived"):
+            ran = [code, tests, options.thorough]
+            same = entry["ran"] == ran or entry["status"] != "survived"
+            if same and entry["file"] == digests.get(entry["mutant"][0]):
                 known[tuple(entry["mutant"])] = entry["status"], entry["by"]
 
     workers = [Worker(f"{directory}/worker-{i}", builds, options.thorough) for i in range(options.jobs)]
     free, lock = list(workers), threading.Lock()
     results, counted = {}, 0
-    skipped = []
     output = open(journal, "a", encoding="utf-8")
 
     def settle(number, task, source):
@@ -485,7 +485,8 @@ def main():
                 with lock:
                     free.append(worker)
             with lock:
-                entry = dict(code=code, tests=tests, thorough=options.thorough, mutant=key, status=known[key][0], by=known[key][1])
+                ran = [code, tests, options.thorough]
+                entry = dict(mutant=key, status=known[key][0], by=known[key][1], file=digests[task.file], ran=ran)
                 output.write(json.dumps(entry) + "\n")
                 output.flush()
         status, by = known[key]
@@ -496,7 +497,7 @@ def main():
         return number, task, status, by
 
     # The first mutants of the draw that compile to other code than that without them.
-    drawn = (t for t in draw(builds, options.seed, skipped) if t[0].file.startswith(options.only))
+    drawn = (t for t in draw(builds, options.seed) if t[0].file.startswith(options.only))
     numbered = enumerate(drawn)
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         running, sample, next_of_sample, finished = set(), [], 0, False

@@ -42,6 +42,19 @@ class Tally:
         by = Counter(by for task, status, by in self.sample if status.startswith("killed"))
         for program, count in sorted(by.items(), key=lambda item: (-item[1], item[0])):
             text += row(f"`{program}`", count)
+        return text + self._reasons()
+
+    def _reasons(self):
+        listed = set()
+        for task, status, by in self.sample:
+            if status == "equivalent":
+                listed.add((task.file, task.before, task.after))
+        if not listed:
+            return ""
+        text = "\n" + row("equivalent", "because") + row("---", "---")
+        for key in sorted(listed):
+            file, before, after = (part.replace("|", "\\|") for part in key)
+            text += row(f"`{file}`: `{before}` as `{after}`", self.reasons[key].replace("|", "\\|"))
         return text
 
 
