@@ -233,14 +233,42 @@ void make(const plan &p, counts &made) {
                                        : made.mixed);
 }
 
-// Before all others: the first calls of the process ask the processor, on all threads at once.
+// As many at once, each of which runs `run(number)`.
+template <class Run>
+std::vector<std::thread> at_once(unsigned count, std::barrier<> &start, const Run &run) {
+    std::vector<std::thread> threads;
+    for (unsigned t = 0; t < count; ++t)
+        threads.emplace_back([&start, &run, t] {
+            start.arrive_and_wait();
+            run(t);
+        });
+    return threads;
+}
+
+// Before all others: the first calls of the process ask the processor. (Of functions that have no
+// adjustment; none is set yet.)
+TEST(threads, whose_calls_are_the_first_ones_make_the_same_pictures) {
+    constexpr unsigned count = 64;
+    std::vector<const plan *> unadjusted;
+    for (const plan &p : plans())
+        if (p.results.size() == 1)
+            unadjusted.push_back(&p);
+    ASSERT_GT(unadjusted.size(), 30u);
+    counts made;
+    std::barrier start(count);
+    const auto run = [&](unsigned t) { make(*unadjusted[t % unadjusted.size()], made); };
+    for (std::thread &thread : at_once(count, start, run))
+        thread.join();
+    EXPECT_EQ(made.wrong.load(), nullptr) << made.wrong.load();
+    EXPECT_EQ(made.calls, count);
+}
+
 TEST(threads, at_once_make_the_pictures_of_an_adjustment_that_was_set) {
     constexpr unsigned count = 64, sets = 150;
     ASSERT_EQ(plans().size(), 67u);
     counts made;
     std::atomic<bool> over = false; // the adjustment was set so often
     std::barrier start(count + 1);
-    // Values that nothing else sets, until the first call of the other thread.
     contrast_data first = adjustments[0];
     get_contrast_data(&first);
 
@@ -253,14 +281,11 @@ TEST(threads, at_once_make_the_pictures_of_an_adjustment_that_was_set) {
         }
         over = true;
     });
-    std::vector<std::thread> threads;
-    for (unsigned t = 0; t < count; ++t)
-        threads.emplace_back([&, t] {
-            start.arrive_and_wait();
-            for (std::size_t i = 0; i < plans().size() || !over; ++i)
-                make(plans()[(i + t) % plans().size()], made);
-        });
-    for (std::thread &thread : threads)
+    const auto run = [&](unsigned t) {
+        for (std::size_t i = 0; i < plans().size() || !over; ++i)
+            make(plans()[(i + t) % plans().size()], made);
+    };
+    for (std::thread &thread : at_once(count, start, run))
         thread.join();
     setting.join();
 
@@ -313,8 +338,7 @@ void set_the_other(int, siginfo_t *fault, void *) {
 }
 
 TEST(adjustment, is_read_before_the_first_byte_of_a_picture_and_never_again) {
-    struct sigaction on_fault {
-    }, before{};
+    struct sigaction on_fault = {}, before = {};
     on_fault.sa_sigaction = set_the_other;
     on_fault.sa_flags = SA_SIGINFO;
     sigaction(SIGSEGV, &on_fault, &before);
