@@ -5,6 +5,7 @@
   - Each link leads to a page, a file and an anchor of the site.
   - Nothing is loaded from elsewhere: scripts, style sheets, fonts, pictures.
   - Each test that the header names beside a quirk exists.
+  - Each figure that a page shows is that of docs/figures.yml, and each of that file is shown.
 """
 
 import json
@@ -13,6 +14,8 @@ import re
 import sys
 from html.parser import HTMLParser
 from urllib.parse import unquote, urlsplit
+
+import yaml
 
 ROOT = pathlib.Path(__file__).parents[2]
 FACTS = ["Step", "Rows", "Reads", "Writes", "Least sizes", "Instead", "Speed"]
@@ -33,6 +36,7 @@ class Page(HTMLParser):
         self.sections = {}
         self.section, self.cell, self.style = None, False, False
         self.mermaid = False
+        self.figures, self.figure = {}, None  # by what they are of
         self.feed(path.read_text())
 
     def handle_starttag(self, tag, attributes):
@@ -64,18 +68,24 @@ class Page(HTMLParser):
                 a.get("role") == "img"
             self.cell = tag == "th"
         self.style = tag == "style"
+        self.figure = a.get("data-figure")
+        if self.figure:
+            self.figures.setdefault(self.figure, []).append("")
 
     def handle_endtag(self, tag):
         if tag == "th":
             self.cell = False
         if tag == "style":
             self.style = False
+        self.figure = None
 
     def handle_data(self, text):
         if self.cell and self.section:
             self.sections[self.section]["facts"].add(text.strip())
         if self.style:
             self.styles.append(text)
+        if self.figure:
+            self.figures[self.figure][-1] += text
 
 
 def is_foreign(url):
@@ -97,7 +107,7 @@ def style_loads(text):
     return found + re.findall(r"@import\s+['\"](.*?)['\"]", text)
 
 
-def check(site, functions):
+def check(site, functions, told=None):
     wrong = []
     pages = {p.resolve(): Page(p) for p in sorted(site.rglob("*.html"))}
     for page in pages.values():
@@ -149,7 +159,30 @@ def check(site, functions):
             if fact not in section["facts"] and fact not in WITHOUT.get(name, ()):
                 wrong.append(f"{name} does not tell: {fact}")
     wrong += [f"{name} is no function" for name in found if name not in functions]
-    return wrong
+    return wrong + check_figures(pages.values(), told or {})
+
+
+def told_figures(told):
+    """All that is to be shown of docs/figures.yml, as it is to be read; sums by their names alone."""
+    shown, sums = {}, {}
+    for section, entries in told.items():
+        for name, value in (entries or {}).items():
+            if section == "builds":
+                for figure, number in value.items():
+                    shown[f"builds/{name}/{figure}"] = f"{number:,}"
+                    sums[figure] = sums.get(figure, 0) + number
+            else:
+                shown[f"{section}/{name}"] = f"{value:,}" if isinstance(value, int) else value
+    return shown, {name: f"{number:,}" for name, number in sums.items()}
+
+
+def check_figures(pages, told):
+    shown, sums = told_figures(told)
+    found = [(key, text) for page in pages for key, texts in page.figures.items() for text in texts]
+    wrong = [f"the figure {key} is {text}, and not {(shown | sums).get(key)}" for key, text in found
+             if (shown | sums).get(key) != text]
+    missing = set(shown) | {s for s in sums if s != "tests"}
+    return wrong + [f"the figure {key} is not shown" for key in sorted(missing - {k for k, _ in found})]
 
 
 def check_tests_of_quirks():
@@ -170,7 +203,8 @@ def functions_of(exports):
 
 def main():
     functions = functions_of((ROOT / "abi/exports.inc").read_text())
-    wrong = check(pathlib.Path(sys.argv[1]), functions) + check_tests_of_quirks()
+    told = yaml.safe_load((ROOT / "docs/figures.yml").read_text())
+    wrong = check(pathlib.Path(sys.argv[1]), functions, told) + check_tests_of_quirks()
     for fault in wrong:
         print(fault)
     print(f"{len(functions)} functions, {len(wrong)} faults")

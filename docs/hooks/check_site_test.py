@@ -11,7 +11,12 @@ FACTS = "".join(f"<th>{f}</th>" for f in check_site.FACTS)
 GOOD = f"""<link rel="stylesheet" href="a.css"><h1 id="top">Manual</h1><a href="#top">up</a>
 <a href="https://example.org/">elsewhere</a><a href="b.html#there">other page</a>
 <h3 id="load" class="function">load</h3><img src="one.png"><img src="two.png">
-<svg viewBox="0 0 1 1" role="img"></svg><table><tr>{FACTS}</tr></table>"""
+<svg viewBox="0 0 1 1" role="img"></svg><table><tr>{FACTS}</tr></table>
+<span data-figure="builds/one/calls">1,000</span> and <span data-figure="builds/two/calls">234</span>,
+in all <b data-figure="calls">1,234</b>; <i data-figure="processors/old">narrow</i>"""
+
+TOLD = {"builds": {"one": {"calls": 1000}, "two": {"calls": 234}},
+        "processors": {"old": "narrow"}, "fuzz": None}
 
 FAULTS = [
     ("no anchor", '"#top"', '"#nowhere"'),
@@ -28,6 +33,10 @@ FAULTS = [
     ("loads https://example.org/f", "<h1",
      "<style>@font-face{src:url(https://example.org/f)}</style><h1"),
     ("for which the theme loads", "<h1", '<pre class="mermaid"></pre><h1'),
+    ("calls is 1,233, and not 1,234", "1,234", "1,233"),
+    ("two/calls is 1,234, and not 234", "234</span>", "1,234</span>"),
+    ("processors/old is not shown", "processors/old", "processors/new"),
+    ("processors/new is narrow, and not None", "processors/old", "processors/new"),
 ]
 
 
@@ -44,7 +53,7 @@ def faults_of(index, style="body { color: red }", search=SEARCH):
         (site / "search/search_index.json").write_text(search)
         for name in ("one.png", "two.png"):
             (site / name).write_bytes(b"\x89PNG\r\n\x1a\n")
-        return check_site.check(site, ["load"])
+        return check_site.check(site, ["load"], TOLD)
 
 
 def main():

@@ -7,8 +7,10 @@ In a page stand, each on a line of its own:
     <!-- conventions: TITLE -->   a piece of it
     <!-- records -->              the records
     <!-- functions -->            a table of all functions
+    <!-- figures: SECTION -->     a table of a section of docs/figures.yml
 
-and anywhere in its text {{name}}, a link to the section of a function. Pictures, grids of bytes and
+and anywhere in its text {{name}}, a link to the section of a function, and {{figure:NAME}}, what the tests
+of all builds told under that name, added up. Pictures, grids of bytes and
 sizes come from what docs/pictures made (extra.pictures in mkdocs.yml).
 """
 
@@ -414,6 +416,40 @@ def slices(page):
             f"<th>The same bytes</th><th>Other bytes</th></tr>{rows}</table></div>"]
 
 
+# ---- What the tests told --------------------------------------------------------------------------
+
+def figures():
+    return yaml.safe_load((ROOT / "docs/figures.yml").read_text())
+
+
+def total(told, name):
+    found = [build[name] for build in told["builds"].values() if name in build]
+    if not found:
+        raise PluginError(f"docs/figures.yml has no figure {name}")
+    return sum(found)
+
+
+def figure_cell(key, value):
+    text = f"{value:,}" if isinstance(value, int) else html.escape(value)
+    return f'<span data-figure="{html.escape(key)}">{text}</span>'
+
+
+def figures_table(section):
+    told = figures()[section] or {}
+    if section != "builds":
+        rows = "".join(f"<tr><td>{html.escape(name)}</td>"
+                       f"<td>{figure_cell(f'{section}/{name}', value)}</td></tr>"
+                       for name, value in told.items())
+        return [f'<table class="told">{rows}</table>']
+    names = sorted({name for build in told.values() for name in build})
+    head = "".join(f"<th>{html.escape(build)}</th>" for build in told)
+    rows = "".join(
+        f"<tr><td>{name}</td>" + "".join(
+            "<td>" + (figure_cell(f"builds/{build}/{name}", values[name]) if name in values else "")
+            + "</td>" for build, values in told.items()) + "</tr>" for name in names)
+    return [f'<div class="wide"><table class="told"><tr><th></th>{head}</tr>{rows}</table></div>']
+
+
 # ---- mkdocs ---------------------------------------------------------------------------------------
 
 def on_files(files, config):
@@ -421,7 +457,7 @@ def on_files(files, config):
     manual = Manual(config["extra"]["pictures"])
     for file in list(files):
         # Programs and samples are no part of the site.
-        if re.match(r"(pictures|samples|hooks)/|companion\.yml$", file.src_path):
+        if re.match(r"(pictures|samples|hooks)/|(companion|figures)\.yml$", file.src_path):
             files.remove(file)
         elif file.src_path.endswith(".md"):
             text = pathlib.Path(file.abs_src_path).read_text()
@@ -481,6 +517,8 @@ def on_page_markdown(markdown, page, config, files):
                      "```"]
         elif what == "slices":
             lines = slices(page)
+        elif what == "figures":
+            lines = figures_table(title)
         elif what == "decorated names":
             lines = decorated()
         elif what == "svg":
@@ -501,4 +539,6 @@ def on_page_markdown(markdown, page, config, files):
             raise PluginError(f"{page.file.src_path}: there is no function {match.group(1)}")
         return link_to(match.group(1), page)
 
+    markdown = re.sub(r"\{\{figure:([\w-]+)\}\}",
+                      lambda m: figure_cell(m.group(1), total(figures(), m.group(1))), markdown)
     return re.sub(r"\{\{(\w+)\}\}", name, markdown)
