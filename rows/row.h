@@ -74,6 +74,12 @@ LUMALANE_INLINE void store_and_fetch(unsigned char *to, const vectors<count, n> 
     store_all<cached>(to, v);
 }
 
+// What is interleaved when it is stored: processors that do that need no lines fetched.
+template <class Interleaved>
+LUMALANE_INLINE void store_and_fetch(unsigned char *to, const Interleaved &v) {
+    store_all<cached>(to, v);
+}
+
 // Where computing takes much more code than storing: one loop for both policies.
 template <class Vectors>
 LUMALANE_INLINE void store_all(store_policy stores, unsigned char *to, const Vectors &v) {
