@@ -70,7 +70,8 @@ template <int n>
 struct to_yuy2<1, n> {
     using samples = vectors<1, n>;
 
-    LUMALANE_INLINE static samples luma(const unsigned char *y, bool) {
+    template <bool>
+    LUMALANE_INLINE static samples luma(const unsigned char *y) {
         return {{load_permuted<2, n>(y)}};
     }
 
@@ -87,7 +88,8 @@ template <int n>
 struct to_yuy2<2, n> {
     using samples = doubled<n>;
 
-    LUMALANE_INLINE static samples luma(const unsigned char *y, bool at_end) {
+    template <bool at_end>
+    LUMALANE_INLINE static samples luma(const unsigned char *y) {
         return load_doubled<4, n>(y, at_end);
     }
 
@@ -97,10 +99,21 @@ struct to_yuy2<2, n> {
     }
 
     LUMALANE_INLINE static vectors<4, n> pixels(const samples &y, const samples &uv) {
-        const vectors<2, n> left = interleave(y.part[0], uv.part[0]);
-        const vectors<2, n> right = interleave(y.part[1], uv.part[1]);
-        return {{with_luma_alone<0>(left.part[0]), with_luma_alone<n>(left.part[1]),
-                 with_luma_alone<2 * n>(right.part[0]), with_luma_alone<3 * n>(right.part[1])}};
+        const vectors<2, n> left = half<0>(y, uv), right = half<1>(y, uv);
+        return {{left.part[0], left.part[1], right.part[0], right.part[1]}};
+    }
+
+    // The left or the right half of them.
+    template <int k>
+    LUMALANE_INLINE static vectors<2, n> half(const samples &y, const samples &uv) {
+        const vectors<2, n> r = interleave(y.part[k], uv.part[k]);
+        if constexpr (n > 16)
+            return {{with_luma_alone<2 * k * n>(r.part[0]),
+                     with_luma_alone<(2 * k + 1) * n>(r.part[1])}};
+        else if constexpr (k == 0)
+            return {{lower_halves(r.part[0], y.part[0]), r.part[1]}};
+        else
+            return r;
     }
 
 private:
@@ -115,61 +128,77 @@ private:
     }
 };
 
-// A group from x on.
-template <int times, bool all, int n>
+// A group from x on. Of all rows of a pair each is stored as soon as it is made: with 8 registers, and
+// nearly with 16, what is made of one more row would be kept in memory.
+template <int times, bool all, int n, bool at_end>
 LUMALANE_INLINE void emit_doubled_group(const doubled_rows &rows, const doubled_row &at,
-                                        ptrdiff_t x, bool at_end) {
+                                        ptrdiff_t x) {
     using to = to_yuy2<times, n>;
     using samples = typename to::samples;
     const unsigned char *const y = at.y + x;
-    unsigned char *const dst = at.dst + 2 * times * x;
+    unsigned char *dst = at.dst + 2 * times * x;
+    const auto emit = [&](const samples &luma, const samples &uv) LUMALANE_INLINE_LAMBDA {
+        if constexpr (times == 2 && vector_registers < 16) {
+            store_all(rows.stores, dst, to::template half<0>(luma, uv));
+            store_all(rows.stores, dst + 2 * n, to::template half<1>(luma, uv));
+        } else {
+            store_all(rows.stores, dst, to::pixels(luma, uv));
+        }
+        dst += rows.dst_below;
+    };
     const auto chroma_between = [&](const samples &uv) LUMALANE_INLINE_LAMBDA {
         const doubled_row below{nullptr, at.u + rows.chroma_below, at.v + rows.chroma_below,
                                 nullptr};
         return average(uv, to::chroma(below, x));
     };
-    if (rows_in_turn(rows.stores))
-        for (int k = 0; k < (all ? 4 : 1); ++k)
-            fetch_ahead<n, 2 * times>(dst + k * rows.dst_below);
-    const samples upper = to::luma(y, at_end), uv = to::chroma(at, x);
+    const samples upper = to::template luma<at_end>(y);
+    samples uv = to::chroma(at, x);
     if constexpr (all) {
-        const samples lower = to::luma(y + rows.y_below, at_end);
-        const samples below = to::luma(y + 2 * rows.y_below, at_end);
+        emit(upper, uv);
+        const samples lower = to::template luma<at_end>(y + rows.y_below);
+        emit(average(upper, lower), uv);
         const samples uv_between = chroma_between(uv);
-        store_all(rows.stores, dst, to::pixels(upper, uv));
-        store_all(rows.stores, dst + rows.dst_below, to::pixels(average(upper, lower), uv));
-        store_all(rows.stores, dst + 2 * rows.dst_below,
-                  to::pixels(lower, rows.lower_has_own_chroma ? uv : uv_between));
-        store_all(rows.stores, dst + 3 * rows.dst_below,
-                  to::pixels(average(lower, below), uv_between));
+        if (!rows.lower_has_own_chroma)
+            uv = uv_between;
+        emit(lower, uv);
+        emit(average(lower, to::template luma<at_end>(y + 2 * rows.y_below)), uv_between);
     } else {
-        const samples luma = rows.made == pair_made::between
-                                 ? average(upper, to::luma(y + rows.y_below, at_end))
-                                 : upper;
-        store_all(rows.stores, dst,
-                  to::pixels(luma, rows.chroma_below != 0 ? chroma_between(uv) : uv));
+        if (rows.chroma_below != 0)
+            uv = chroma_between(uv);
+        if (rows.made == pair_made::between)
+            emit(average(upper, to::template luma<at_end>(y + rows.y_below)), uv);
+        else
+            emit(upper, uv);
     }
 }
 
+// What the widest vectors leave of a row, and its last group, after which there is nothing to load.
 template <int times, bool all>
 [[gnu::noinline]] void emit_doubled_rest(const doubled_rows &rows, const doubled_row at,
                                          ptrdiff_t n, ptrdiff_t x) {
+    if (times == 2 && rows.repeats_last) {
+        if (x + widest == n)
+            return emit_doubled_group<times, all, widest, true>(rows, at, x);
+        n -= 16;
+    }
     for (; x < n; x += 16)
-        emit_doubled_group<times, all, 16>(rows, at, x, rows.repeats_last && x + 16 == n);
+        emit_doubled_group<times, all, 16, false>(rows, at, x);
+    if (times == 2 && rows.repeats_last)
+        emit_doubled_group<times, all, 16, true>(rows, at, x);
 }
 
 template <int times, bool all>
 LUMALANE_INLINE void emit_doubled_rows(const doubled_rows &rows, ptrdiff_t n) {
     const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next;
+    const ptrdiff_t end = times == 2 && rows.repeats_last ? n - 1 : n; // before it groups end
     doubled_row at{rows.y, rows.u, rows.v, rows.dst};
     for (ptrdiff_t left = rows.count; left > 0; --left) {
-        along_doubled_row(
-            n, rows.repeats_last,
-            [=, own = rows](auto group, ptrdiff_t x, bool at_end) LUMALANE_INLINE_LAMBDA {
-                emit_doubled_group<times, all, group.size>(own, at, x, at_end);
-            },
-            [&](ptrdiff_t x)
-                LUMALANE_INLINE_LAMBDA { emit_doubled_rest<times, all>(rows, at, n, x); });
+        ptrdiff_t x = 0;
+        const doubled_rows own = rows; // which no store can change
+        for (; x + widest <= end; x += widest)
+            emit_doubled_group<times, all, widest, false>(own, at, x);
+        if (x < n)
+            emit_doubled_rest<times, all>(rows, at, n, x);
         at.y += y_next, at.u += chroma_next, at.v += chroma_next, at.dst += dst_next;
     }
 }

@@ -151,8 +151,8 @@ struct stretched_rows {
 enum class pair_made : int {
     row,     // the upper row alone
     between, // the average of it and the lower one, rounded up
-    all,     // the upper row, that average, the lower row, and the average of it and the row below:
-             // of a group all are loaded before they are stored
+    all,     // the upper row, that average, the lower row, and the average of it and the row below;
+             // what is read and what is stored do not overlap
 };
 
 // Rows on their way to a surface of twice the height, or of twice both. n pixels have n / 2 samples of

@@ -247,6 +247,10 @@ LUMALANE_INLINE bytes<8> lower_half(bytes<16> a) { return {a.v}; }
 
 LUMALANE_INLINE bytes<8> upper_half(bytes<16> a) { return {vextq_u8(a.v, a.v, 8)}; }
 
+LUMALANE_INLINE bytes<16> lower_halves(bytes<16> a, bytes<16> b) {
+    return {vcombine_u8(vget_low_u8(a.v), vget_low_u8(b.v))};
+}
+
 LUMALANE_INLINE bytes<4> lower_half(bytes<8> a) { return {a.v}; }
 
 LUMALANE_INLINE bytes<16> extend(bytes<8> a) { return {a.v}; }
@@ -461,10 +465,6 @@ LUMALANE_INLINE bytes<16> next_lanes(bytes<16> a) {
 LUMALANE_INLINE bytes<8> next_lanes(bytes<8> a) {
     return lower_half(
         permute(extend(a), uint8x16_t{1, 2, 3, 4, 5, 6, 7, 7, 7, 7, 7, 7, 7, 7, 7, 7}));
-}
-
-LUMALANE_INLINE bytes<16> even_bytes_in_second_8(bytes<16> a) {
-    return permute(a, uint8x16_t{0, 1, 2, 3, 4, 5, 6, 7, 0, 2, 4, 6, 8, 10, 12, 14});
 }
 
 LUMALANE_INLINE void store_after_8(unsigned char *to, const vectors<2, 16> &parts) {

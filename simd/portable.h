@@ -281,6 +281,13 @@ LUMALANE_INLINE bytes<n / 2> upper_half(bytes<n> a) {
     return load<n / 2>(reinterpret_cast<const unsigned char *>(&a) + n / 2);
 }
 
+// The lower half of each.
+LUMALANE_INLINE bytes<16> lower_halves(bytes<16> a, bytes<16> b) {
+    bytes<16> r = a;
+    __builtin_memcpy(reinterpret_cast<unsigned char *>(&r) + 8, &b, 8);
+    return r;
+}
+
 // As the lower half, with anything above it.
 template <int n>
 LUMALANE_INLINE bytes<2 * n> extend(bytes<n> a) {
@@ -566,8 +573,8 @@ LUMALANE_INLINE bytes<n> next_lanes(bytes<n> a) {
     return load<n>(lane + 1);
 }
 
-// The even ones of the first 16 bytes in place of the second 8. (Of vectors wider than 64 bytes in each
-// 64.)
+// The even ones of the first 16 bytes in place of the second 8, of vectors wider than 16 bytes; of those
+// wider than 64 bytes in each 64.
 template <int n>
 LUMALANE_INLINE bytes<n> even_bytes_in_second_8(bytes<n> a) {
     unsigned char lane[n];

@@ -232,6 +232,10 @@ LUMALANE_INLINE bytes<8> lower_half(bytes<16> a) { return {a.v}; }
 
 LUMALANE_INLINE bytes<8> upper_half(bytes<16> a) { return {_mm_unpackhi_epi64(a.v, a.v)}; }
 
+LUMALANE_INLINE bytes<16> lower_halves(bytes<16> a, bytes<16> b) {
+    return {_mm_unpacklo_epi64(a.v, b.v)};
+}
+
 LUMALANE_INLINE bytes<4> lower_half(bytes<8> a) { return {a.v}; }
 
 LUMALANE_INLINE bytes<16> extend(bytes<8> a) { return {a.v}; }
@@ -474,11 +478,6 @@ LUMALANE_INLINE bytes<16> next_lanes(bytes<16> a) {
 LUMALANE_INLINE bytes<8> next_lanes(bytes<8> a) {
     const m128i last = _mm_slli_epi64(_mm_srli_epi64(a.v, 56), 56);
     return {_mm_or_si128(_mm_srli_epi64(a.v, 8), last)};
-}
-
-LUMALANE_INLINE bytes<16> even_bytes_in_second_8(bytes<16> a) {
-    const m128i even = _mm_and_si128(a.v, _mm_set1_epi16(0x00ff));
-    return {_mm_unpacklo_epi64(a.v, _mm_packus_epi16(even, even))};
 }
 
 LUMALANE_INLINE void store_after_8(unsigned char *to, const vectors<2, 16> &parts) {

@@ -173,6 +173,7 @@ row_call draw_doubled_to_surface(const wanted_call &wanted,
                  {"u", chroma_bytes, chroma_rows + count - 1, chroma_pitch},
                  {"v", doubles_width ? 0 : chroma_bytes, chroma_rows + count - 1, chroma_pitch},
                  {"dst", row_bytes, dst_rows * count, dst_pitch, true}};
+    call.reads_again = all;
     call.non_temporal = stores == store_policy::non_temporal;
     call.run = [=](const row_kernels &target, const addresses &at) {
         doubled_rows rows{at[y], at[u], doubles_width ? at[u] : at[v], at[dst]};

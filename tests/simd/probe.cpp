@@ -269,7 +269,10 @@ constexpr void add_operations(tests::probe &probe) {
     add_one("deinterleave_upper_bytes_of_even", 1,
             [](w x, w y) { return deinterleave_upper_bytes_of_even(x, y).upper; });
     add_one("next_lanes", [](b a) { return next_lanes(a); });
-    add_one("even_bytes_in_second_8", [](b a) { return even_bytes_in_second_8(a); });
+    if constexpr (n == 16)
+        add_one("lower_halves", [](b x, b y) { return lower_halves(x, y); });
+    else
+        add_one("even_bytes_in_second_8", [](b a) { return even_bytes_in_second_8(a); });
 }
 
 // ---- Pixels ------------------------------------------------------------------------------------
