@@ -10,9 +10,12 @@ class doubled_pairs {
 public:
     // `lower_has_own_chroma`: of a lower row and what lies below it only the latter has the average of
     // both rows of chroma.
-    doubled_pairs(row_kernel::doubled_to_surface *emit_, ptrdiff_t dst_pitch_,
+    doubled_pairs(const row_kernels &kernels, int times_width, ptrdiff_t dst_pitch_,
                   bool lower_has_own_chroma, store_policy stores)
-        : emit_rows(emit_), dst_pitch(dst_pitch_) {
+        : emit_rows(times_width == 2 ? kernels.emit_doubled_yuy2
+                                     : kernels.emit_yuy2_of_double_height),
+          dst_pitch(dst_pitch_),
+          in_turn(stores == store_policy::cached || 2 * times_width * kernels.vector_bytes >= 64) {
         rows.stores = stores, rows.lower_has_own_chroma = lower_has_own_chroma;
     }
 
@@ -22,35 +25,42 @@ public:
     // n pixels of so many pairs. `at_end`: of the row; `last`: nothing lies below the last pair.
     void emit(unsigned char *dst, const pair_rows &at, ptrdiff_t pairs, ptrdiff_t n, bool at_end,
               bool last) {
-        rows.y = at.y, rows.u = at.u, rows.v = at.v, rows.dst = dst;
-        rows.y_below = at.y_below, rows.chroma_below = at.chroma_below, rows.dst_below = dst_pitch;
+        rows.y_below = at.y_below, rows.dst_below = dst_pitch, rows.repeats_last = at_end;
         rows.y_next = at.y_next, rows.chroma_next = at.chroma_next, rows.dst_next = 4 * dst_pitch;
-        rows.made = pair_made::all, rows.repeats_last = at_end;
         const ptrdiff_t with_below = last ? pairs - 1 : pairs;
-        emit(with_below, n);
+        if (in_turn) {
+            emit(dst, at, 0, pair_made::all, at.chroma_below, with_below, n);
+        } else {
+            const ptrdiff_t of_lower = rows.lower_has_own_chroma ? 0 : at.chroma_below;
+            emit(dst, at, 0, pair_made::row, 0, with_below, n);
+            emit(dst + dst_pitch, at, 0, pair_made::between, 0, with_below, n);
+            emit(dst + 2 * dst_pitch, at, at.y_to_lower, pair_made::row, of_lower, with_below, n);
+            emit(dst + 3 * dst_pitch, at, at.y_to_lower, pair_made::between, at.chroma_below,
+                 with_below, n);
+        }
         if (!last)
             return;
         // The upper row, what lies between it and the lower one, and that one twice.
         const pair_rows end = at.after(with_below, 0);
-        rows.y = end.y, rows.u = end.u, rows.v = end.v, rows.dst += with_below * rows.dst_next;
-        rows.chroma_below = 0, rows.made = pair_made::row;
-        emit(1, n);
-        rows.dst += dst_pitch, rows.made = pair_made::between;
-        emit(1, n);
-        rows.y += at.y_to_lower, rows.dst += dst_pitch, rows.made = pair_made::row;
+        dst += 4 * with_below * dst_pitch;
+        emit(dst, end, 0, pair_made::row, 0, 1, n);
+        emit(dst + dst_pitch, end, 0, pair_made::between, 0, 1, n);
         rows.y_next = 0, rows.chroma_next = 0, rows.dst_next = dst_pitch;
-        emit(2, n);
+        emit(dst + 2 * dst_pitch, end, end.y_to_lower, pair_made::row, 0, 2, n);
     }
 
 private:
-    void emit(ptrdiff_t count, ptrdiff_t n) {
-        rows.count = count;
+    void emit(unsigned char *dst, const pair_rows &at, ptrdiff_t y_offset, pair_made made,
+              ptrdiff_t chroma_below, ptrdiff_t count, ptrdiff_t n) {
+        rows.y = at.y + y_offset, rows.u = at.u, rows.v = at.v, rows.dst = dst;
+        rows.made = made, rows.chroma_below = chroma_below, rows.count = count;
         if (count > 0)
             emit_rows(rows, n);
     }
 
     row_kernel::doubled_to_surface *const emit_rows;
     const ptrdiff_t dst_pitch;
+    const bool in_turn; // else non-temporal stores would leave lines of the cache half filled
     doubled_rows rows{};
 };
 

@@ -143,7 +143,7 @@ void double_both(const machine &machine, const call::packed_stretch &p, const ad
     const surface_stores stores(machine, columns.dst, columns.dst_pitch,
                                 16 * columns.pairs * columns.pixels, false);
     const ptrdiff_t pairs = static_cast<ptrdiff_t>(columns.pairs);
-    doubled_pairs doubled(machine.rows.emit_doubled_yuy2, columns.dst_pitch, true, stores);
+    doubled_pairs doubled(machine.rows, 2, columns.dst_pitch, true, stores);
     pairs_of_samples samples(machine.rows, true);
     in_runs(pixels, pairs_of_samples::most_pixels, [&](ptrdiff_t x, ptrdiff_t n) {
         const bool at_end = x + n == pixels;

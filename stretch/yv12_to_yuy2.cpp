@@ -86,8 +86,7 @@ void stretch(const machine &machine, const call::picture &p, bool filtered, cons
     const bool in_pairs = !in_order && !rows.drifts();
     if (in_pairs && !filtered && rows.at(0).contiguous()) {
         const ptrdiff_t pairs = static_cast<ptrdiff_t>(rows.pairs);
-        doubled_pairs doubled(machine.rows.emit_yuy2_of_double_height, rows.dst_to_row, false,
-                              stores);
+        doubled_pairs doubled(machine.rows, 1, rows.dst_to_row, false, stores);
         return in_runs(pairs, doubled_pairs::most(rows.pixels), [&](ptrdiff_t pair, ptrdiff_t n) {
             doubled.emit(rows.surface(pair, 0), rows.at(pair), n, rows.pixels, false,
                          pair + n == pairs);
@@ -231,7 +230,7 @@ void double_both(const machine &machine, const call::picture &p, const adjustmen
         return double_row_by_row(machine.rows, rows, by, in_order ? step : strip_pixels, stores);
 
     const ptrdiff_t all = static_cast<ptrdiff_t>(rows.pairs);
-    doubled_pairs doubled(machine.rows.emit_doubled_yuy2, rows.dst_to_row, false, stores);
+    doubled_pairs doubled(machine.rows, 2, rows.dst_to_row, false, stores);
     pairs_of_samples samples(machine.rows, by != nullptr);
     in_runs(rows.pixels, pairs_of_samples::most_pixels, [&](ptrdiff_t x, ptrdiff_t n) {
         const bool at_end = x + n == rows.pixels;
