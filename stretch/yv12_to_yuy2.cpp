@@ -82,7 +82,7 @@ void stretch(const machine &machine, const call::picture &p, bool filtered, cons
     const double_height rows(p, 1, 2 * whole_steps(p.width >> 1, step / 2));
     const bool in_order = machine.in_order || order_can_be_observed(p, 1, filtered);
     const surface_stores stores(machine, p.dst, rows.dst_to_row, 4 * rows.pairs * rows.row_bytes,
-                                in_order, filtered ? bound_by::arithmetic : bound_by::stores);
+                                in_order, filtered ? bound_by::arithmetic : bound_by::stores_alone);
     const bool in_pairs = !in_order && !rows.drifts();
     if (in_pairs && !filtered && rows.at(0).contiguous()) {
         const ptrdiff_t pairs = static_cast<ptrdiff_t>(rows.pairs);

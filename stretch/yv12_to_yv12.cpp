@@ -38,9 +38,10 @@ ptrdiff_t whole_steps_of_8(int width) { return width <= 8 ? 8 : whole_steps(widt
 // [plane_stretches.adjusted_2x2_starts_twice_with_the_first_row_and_loses_the_last]
 class adjusted_stretch {
 public:
+    // `bytes`: of all planes that the call writes.
     adjusted_stretch(const machine &machine_, const plane &p_, int times_width,
-                     const plane_adjustment &by_)
-        : machine(machine_), p(p_), by(by_), times(times_width),
+                     const plane_adjustment &by_, long long bytes_)
+        : machine(machine_), p(p_), by(by_), times(times_width), bytes(bytes_),
           // quirk: twice the width takes the source's rows as one continuous run, but for the row
           // below, which is a pitch further on
           // [plane_stretches.adjusted_2x2_takes_the_source_rows_as_one_run_and_reads_below_at_the_pitch]
@@ -51,8 +52,8 @@ public:
           in_order(machine.in_order || order_can_be_observed()) {}
 
     void stretch() const {
-        const surface_stores stores(machine, p.dst, p.dst_pitch, (2 * pairs + 1) * times * p.width,
-                                    in_order);
+        const surface_stores stores(machine, p.dst, p.dst_pitch, bytes, in_order,
+                                    bound_by::stores_alone);
         make_row(p.dst, p.src, stores);
         make_pairs(stores);
         // Over the last average.
@@ -117,6 +118,7 @@ private:
     const plane p;
     const plane_adjustment by;
     const int times;
+    const long long bytes;
     const ptrdiff_t to_next_row;
     const long long pairs;
     const ptrdiff_t samples;              // of a row that is by itself
@@ -129,22 +131,27 @@ private:
 // quirk: the gain is that of luma for every plane, and 2, the number of V, stands for the offset of
 // U [plane_stretches.adjusted_ones_have_the_luma_gain_for_every_plane_and_its_offset]
 void stretch_numbered(const machine &machine, const plane &p, const adjustment &all,
-                      int times_width, int plane_number) {
+                      int times_width, int plane_number, long long bytes) {
     const plane_adjustment &offset = plane_number == 1 ? all.y : plane_number == 2 ? all.u : all.v;
-    adjusted_stretch(machine, p, times_width, prepared(all.y.gain, offset.offset)).stretch();
+    adjusted_stretch(machine, p, times_width, prepared(all.y.gain, offset.offset), bytes).stretch();
+}
+
+long long bytes_of_plane(int width, int height, int times_width) {
+    return 2LL * height * times_width * width;
 }
 
 void stretch_planes(const machine &machine, const call::picture &p, int times_width) {
+    const long long bytes = bytes_of_plane(p.width, p.height, times_width) * 3 / 2;
     const int y_bytes = product(twice(p.height), p.dst_pitch);
     unsigned char *const dst_v = p.dst + y_bytes, *const dst_u = dst_v + (y_bytes >> 2);
     const adjustment all = current_adjustment();
     const auto stretch_chroma = [&](const unsigned char *src, unsigned char *dst, int number) {
         stretch_numbered(
             machine, {src, dst, p.width >> 1, p.height >> 1, p.src_pitch >> 1, p.dst_pitch >> 1},
-            all, times_width, number);
+            all, times_width, number, bytes);
     };
     stretch_numbered(machine, {p.src, p.dst, p.width, p.height, p.src_pitch, p.dst_pitch}, all,
-                     times_width, 1);
+                     times_width, 1, bytes);
     // quirk: V gets the offset of U, and U that of V
     // [plane_stretches.yv12_lies_in_one_buffer_with_v_before_u_and_crossed_offsets]
     stretch_chroma(p.src_v, dst_v, 2);
@@ -158,11 +165,13 @@ plane plane_of(const call::plane_stretch &p) {
 } // namespace
 
 void strech_pic_2X2_adjust(const machine &machine, const call::plane_stretch_ajust &p) {
-    stretch_numbered(machine, plane_of(p), current_adjustment(), 2, p.plane_number);
+    stretch_numbered(machine, plane_of(p), current_adjustment(), 2, p.plane_number,
+                     bytes_of_plane(p.width, p.height, 2));
 }
 
 void strech_pic_1X2_adjust(const machine &machine, const call::plane_stretch_ajust &p) {
-    stretch_numbered(machine, plane_of(p), current_adjustment(), 1, p.plane_number);
+    stretch_numbered(machine, plane_of(p), current_adjustment(), 1, p.plane_number,
+                     bytes_of_plane(p.width, p.height, 1));
 }
 
 void strech_picture_2X2_yv12_ajust(const machine &machine, const call::picture &p) {
@@ -203,7 +212,7 @@ public:
         // Rows are cleared of all bits of the first column.
         const bool in_order = machine.in_order || lost_bits < 8 * column || order_can_be_observed();
         const surface_stores stores(machine, p.dst, p.dst_pitch, 2LL * height * 2 * samples,
-                                    in_order);
+                                    in_order, bound_by::stores_alone);
         if (in_order)
             for (ptrdiff_t x = 0; x < samples; x += column)
                 double_column(x);
