@@ -172,7 +172,7 @@ template <class Surface, int n>
 LUMALANE_INLINE bytes<n> lower_luma(const row_start &at, bytes<n> upper, ptrdiff_t x) {
     const unsigned char *const from = at.y + at.y_below + x;
     const bytes<n> lower = load<n>(from);
-    if constexpr (Surface::filters)
+    if constexpr (Surface::filters && filters_pairs)
         if (at.lower == lower_row::four_taps)
             return filtered(load<n>(at.y - at.y_below + x), upper, lower,
                             load<n>(from + at.y_below));
@@ -279,8 +279,9 @@ LUMALANE_INLINE void emit_rows(const planar_rows &rows, ptrdiff_t n,
 
 // Whether the lower rows are made in a strip: the loops make them of rows that are stored in turn.
 LUMALANE_INLINE bool makes_lower_rows(const planar_rows &rows) {
-    return (rows.lower == lower_row::average || rows.lower == lower_row::four_taps) &&
-           !rows_in_turn(rows.stores);
+    return rows.lower == lower_row::four_taps
+               ? !filters_pairs || !rows_in_turn(rows.stores)
+               : rows.lower == lower_row::average && !rows_in_turn(rows.stores);
 }
 
 [[gnu::noinline]] void emit_with_lower_rows(row_kernel::planar_to_surface *emit,

@@ -89,6 +89,10 @@ LUMALANE_INLINE void store_all(store_policy stores, unsigned char *to, const Vec
         store_and_fetch(to, v);
 }
 
+// Four taps and the adjustment together are too much for 8 registers, and slower in one loop where
+// vectors have 16 bytes.
+inline constexpr bool filters_pairs = vector_registers >= 16 && widest > 16;
+
 // Whether rows of a pair are stored in turn: non-temporal stores would leave lines of the cache half
 // filled.
 LUMALANE_INLINE bool rows_in_turn(store_policy stores) {

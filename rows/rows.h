@@ -56,7 +56,8 @@ enum class lower_row : int {
     none,    // nothing: one row
     itself,  // its own luma with the upper row's chroma
     average, // the average of both rows' luma, rounded up, with the upper row's chroma
-    // Of YUY2 alone: what four taps make of the rows around it, with the upper row's chroma.
+    // Of YUY2 alone: what four taps make of the rows around it, with the upper row's chroma. (All of
+    // the upper row is stored first where row_kernels::filters_pairs is not set.)
     four_taps,
 };
 
@@ -296,6 +297,7 @@ struct row_kernels {
     const char *target;
     int vector_bytes;   // of the widest vectors
     int streamed_bytes; // what their non-temporal stores are to be aligned to
+    bool filters_pairs; // lower rows of four taps are made in the loops that emit pairs
 #define LUMALANE_ROW_KERNEL(kind, name) row_kernel::kind *name;
 #include "rows/rows.inc"
 #undef LUMALANE_ROW_KERNEL

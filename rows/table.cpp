@@ -1,6 +1,6 @@
 // The table of the row kernels of one target.
 #include "rows/kernels.h"
-#include "simd/simd.h"
+#include "rows/row.h"
 
 namespace lumalane::LUMALANE_TARGET_NAME {
 
@@ -12,6 +12,7 @@ constinit const row_kernels kernels = {
     LUMALANE_STRING(LUMALANE_TARGET_NAME),
     widest,
     streamed_bytes<widest>,
+    filters_pairs,
 #define LUMALANE_ROW_KERNEL(kind, name) name,
 #include "rows/rows.inc"
 #undef LUMALANE_ROW_KERNEL

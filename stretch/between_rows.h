@@ -80,8 +80,9 @@ private:
                         const way_between &luma, const way_between &chroma, ptrdiff_t count) {
         // What emits a pair makes its lower row by itself, if the way is one of these.
         rows.lower = luma.make == kernels.average_rows ? lower_row::average
-                     : luma.make == kernels.four_taps  ? lower_row::four_taps
-                                                       : lower_row::itself;
+                     : luma.make == kernels.four_taps && kernels.filters_pairs
+                         ? lower_row::four_taps
+                         : lower_row::itself;
         const bool in_strip = luma.make && rows.lower == lower_row::itself;
         rows.y_below = luma.make ? at.y_below : 0;
         rows.dst_below = dst_pitch;

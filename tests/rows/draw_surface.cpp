@@ -51,7 +51,7 @@ row_call draw_filtered_pairs(const wanted_call &wanted,
                  {"dst", row_bytes, drawn.count, dst_next, true},
                  {"lower dst", row_bytes, drawn.count, dst_next, true}};
     call.non_temporal = drawn.stores == store_policy::non_temporal;
-    call.reads_again = call.non_temporal;
+    call.reads_again = true;
     call.run = [=](const row_kernels &target, const addresses &at) {
         planar_rows rows{at[y] + pitch, at[u], at[v], at[dst]};
         rows.lower = lower_row::four_taps;
