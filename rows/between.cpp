@@ -30,79 +30,108 @@ LUMALANE_INLINE void store_rows(const between_rows &rows, ptrdiff_t n, const Mak
 
 constexpr int directions = 5, straight_down = 2, flat = 32;
 
-// n samples of two rows: `row(k, offset)` are those of row k, `offset` further right.
+// n samples of a row; 8 twice.
 template <int n>
-struct two_rows {
-    const unsigned char *upper;
-    ptrdiff_t below;
-
-    LUMALANE_INLINE bytes<n> operator()(int k, ptrdiff_t offset = 0) const {
-        return load<n>(upper + k * below + offset);
-    }
-};
-
-// 8 samples, twice.
-struct two_short_rows {
-    const unsigned char *upper;
-    ptrdiff_t below;
-
-    LUMALANE_INLINE bytes<16> operator()(int k, ptrdiff_t offset = 0) const {
-        const unsigned char *const from = upper + k * below + offset;
+LUMALANE_INLINE bytes<(n == 8 ? 16 : n)> load_group(const unsigned char *from) {
+    if constexpr (n == 8)
         return load_halves<16>(from, from);
-    }
-};
-
-// Eight times the costs of the even and of the odd samples.
-template <int n>
-struct costs {
-    words<n / 2> even, odd;
-};
-
-template <int n, class Row>
-LUMALANE_INLINE costs<n> cost(const Row &row, int direction) {
-    const auto differences = [&](int offset) LUMALANE_INLINE_LAMBDA {
-        return absolute_difference(row(0, direction - 2 + offset), row(1, 2 - direction + offset));
-    };
-    const bytes<n> first = differences(0), third = differences(2), fifth = differences(4);
-    const words<n / 2> shared =
-        add(odd_times<8>(first), add(even_times<8>(third), odd_times<8>(third)));
-    return {add(even_times<8>(first), shared), add(shared, even_times<8>(fifth))};
-}
-
-// Cost and direction in one number: of equal costs the lowest direction is the smallest.
-template <int direction, int n, class Row>
-LUMALANE_INLINE costs<n> smallest(const Row &row, const costs<n> &down) {
-    costs<n> here = direction == straight_down ? down : cost<n>(row, direction);
-    here = {add(here.even, fill_words<n / 2>(direction)),
-            add(here.odd, fill_words<n / 2>(direction))};
-    if constexpr (direction + 1 < directions) {
-        const costs<n> others = smallest<direction + 1>(row, down);
-        here = {minimum(here.even, others.even), minimum(here.odd, others.odd)};
-    }
-    return here;
-}
-
-template <int direction, int n, class Row>
-LUMALANE_INLINE bytes<n> average_along(const Row &row, bytes<n> best) {
-    const bytes<n> here = average(row(0, direction - 2), row(1, 2 - direction));
-    if constexpr (direction + 1 < directions)
-        return choose(equal(best, fill_bytes<n>(direction)), here,
-                      average_along<direction + 1>(row, best));
     else
-        return here;
+        return load<n>(from);
 }
 
-template <int n, class Row>
-LUMALANE_INLINE bytes<n> between_along_edges(const Row &row) {
-    const bytes<n> down = average(row(0), row(1));
-    const costs<n> down_costs = cost<n>(row, straight_down);
-    const bytes<n> edges = groups_above(down_costs.even, 8 * flat);
-    if (all_zero(edges))
-        return down;
-    const costs<n> found = smallest<0>(row, down_costs);
-    const words<n / 2> direction = fill_words<n / 2>(7);
-    const bytes<n> best = join(found.even & direction, found.odd & direction);
-    return choose(edges, average_along<0>(row, best), down);
+template <int n, int all>
+LUMALANE_INLINE void store_group(unsigned char *to, bytes<all> a) {
+    if constexpr (n == 8)
+        store(to, lower_half(a));
+    else
+        store(to, a);
+}
+
+// Some samples of a row that go along edges, and the differences of their pairs in every direction:
+// once, for each is part of four costs.
+class edge_strip {
+public:
+    static constexpr ptrdiff_t most = 512;
+
+    // `from` to `end`; 4 differences more are needed.
+    LUMALANE_INLINE void load_pairs(const unsigned char *src, ptrdiff_t below, ptrdiff_t from,
+                                    ptrdiff_t end) {
+        for (int d = 0; d < directions; ++d) {
+            unsigned char *const to = differences[d];
+            const unsigned char *const upper = src + d - 2, *const lower = src + below + 2 - d;
+            const auto step = [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+                store_group<group.size>(to + x,
+                                        absolute_difference(load_group<group.size>(upper + x),
+                                                            load_group<group.size>(lower + x)));
+            };
+            along_row<8>(end, step, from);
+            step(group_of<8>{}, end - 4);
+        }
+    }
+
+    // A group from x on, where it has edges.
+    template <int n>
+    LUMALANE_INLINE void store_along(unsigned char *dst, const unsigned char *src, ptrdiff_t below,
+                                     ptrdiff_t x) const {
+        constexpr int all = n == 8 ? 16 : n;
+        const bytes<all> edges = groups_above(load_group<n>(differences[straight_down] + x), flat);
+        if (all_zero(edges))
+            return;
+        const costs<all> found = smallest<0, n>(x);
+        const words<all / 2> direction = fill_words<all / 2>(7);
+        const bytes<all> best = join(found.even & direction, found.odd & direction);
+        const auto row = [&](ptrdiff_t offset)
+                             LUMALANE_INLINE_LAMBDA { return load_group<n>(src + x + offset); };
+        store_group<n>(dst + x, choose(edges, average_along<0, all>(row, below, best),
+                                       average(row(0), row(below))));
+    }
+
+private:
+    // Eight times the costs of the even and of the odd samples, and the direction in the lowest bits:
+    // of equal costs the lowest direction is the smallest.
+    template <int n>
+    struct costs {
+        words<n / 2> even, odd;
+    };
+
+    template <int direction, int n, int all = n == 8 ? 16 : n>
+    LUMALANE_INLINE costs<all> smallest(ptrdiff_t x) const {
+        const unsigned char *const at = differences[direction] + x;
+        const bytes<all> first = load_group<n>(at), third = load_group<n>(at + 2),
+                         fifth = load_group<n>(at + 4);
+        const words<all / 2> shared = add(pairs_times<8>(third), fill_words<all / 2>(direction));
+        const costs<all> here = {add(pairs_times<8>(first), shared),
+                                 add(odd_and_even_times<8>(first, fifth), shared)};
+        if constexpr (direction + 1 < directions) {
+            const costs<all> others = smallest<direction + 1, n>(x);
+            return {minimum(here.even, others.even), minimum(here.odd, others.odd)};
+        } else {
+            return here;
+        }
+    }
+
+    template <int direction, int n, class Row>
+    LUMALANE_INLINE static bytes<n> average_along(const Row &row, ptrdiff_t below, bytes<n> best) {
+        const bytes<n> here = average(row(direction - 2), row(below + 2 - direction));
+        if constexpr (direction + 1 < directions)
+            return choose_equal(best, fill_bytes<n>(direction), here,
+                                average_along<direction + 1>(row, below, best));
+        else
+            return here;
+    }
+
+    alignas(stack_alignment) unsigned char differences[directions][most + 64];
+};
+
+[[gnu::noinline]] void follow_edges(unsigned char *dst, const unsigned char *src, ptrdiff_t below,
+                                    ptrdiff_t first, ptrdiff_t end) {
+    edge_strip strip;
+    strip.load_pairs(src, below, first, end);
+    along_row<8>(
+        end,
+        [&](auto group, ptrdiff_t x)
+            LUMALANE_INLINE_LAMBDA { strip.store_along<group.size>(dst, src, below, x); },
+        first);
 }
 
 } // namespace
@@ -123,13 +152,25 @@ void four_taps(const between_rows &rows, ptrdiff_t n) {
 }
 
 void along_edges(const between_rows &rows, ptrdiff_t n) {
-    store_rows(rows, n,
-               [below = rows.below]<int size>(const unsigned char *from) LUMALANE_INLINE_LAMBDA {
-                   if constexpr (size == 8)
-                       return lower_half(between_along_edges<16>(two_short_rows{from, below}));
-                   else
-                       return between_along_edges<size>(two_rows<size>{from, below});
-               });
+    for (ptrdiff_t k = 0; k < rows.count; ++k)
+        for (ptrdiff_t from = 0; from < n; from += edge_strip::most) {
+            const ptrdiff_t samples = n - from < edge_strip::most ? n - from : edge_strip::most;
+            const unsigned char *const src = rows.src + k * rows.src_next + from;
+            unsigned char *const dst = rows.dst + k * rows.dst_next + from;
+            ptrdiff_t first = samples, end = 0; // of what has edges
+            along_row<8>(samples,
+                         [&, below = rows.below](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+                             const auto upper = load_group<group.size>(src + x);
+                             const auto lower = load_group<group.size>(src + below + x);
+                             store_group<group.size>(dst + x, average(upper, lower));
+                             if (!all_zero(groups_above(absolute_difference(upper, lower), flat))) {
+                                 first = first < x ? first : x;
+                                 end = x + group.size;
+                             }
+                         });
+            if (first < end)
+                follow_edges(dst, src, rows.below, first, end);
+        }
 }
 
 } // namespace lumalane::LUMALANE_TARGET_NAME

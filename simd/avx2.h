@@ -232,6 +232,16 @@ LUMALANE_INLINE words<n / 2> odd_times(bytes<n> a) {
     return multiply_add(a, fill_byte_pairs<n>(0, factor));
 }
 
+template <int factor, int n>
+LUMALANE_INLINE words<n / 2> pairs_times(bytes<n> a) {
+    return multiply_add(a, fill_byte_pairs<n>(factor, factor));
+}
+
+template <int factor, int n>
+LUMALANE_INLINE words<n / 2> odd_and_even_times(bytes<n> of_odd, bytes<n> of_even) {
+    return add(odd_times<factor>(of_odd), even_times<factor>(of_even));
+}
+
 LUMALANE_INLINE bytes<32> narrow_saturate(words<16> a, words<16> b) {
     return {_mm256_packus_epi16(a.v, b.v)};
 }
@@ -245,8 +255,14 @@ LUMALANE_INLINE bytes<32> join(words<16> even, words<16> odd) {
     return {_mm256_or_si256(even.v, _mm256_slli_epi16(odd.v, 8))};
 }
 
-LUMALANE_INLINE bytes<32> groups_above(words<16> a, int limit) {
-    return {_mm256_cmpgt_epi32(_mm256_slli_epi32(a.v, 16), _mm256_set1_epi32(limit << 16))};
+LUMALANE_INLINE bytes<16> groups_above(bytes<16> a, int limit) {
+    return {_mm_cmpgt_epi32(_mm_madd_epi16(pairs_times<1>(a).v, _mm_set1_epi16(1)),
+                            _mm_set1_epi32(limit))};
+}
+
+LUMALANE_INLINE bytes<32> groups_above(bytes<32> a, int limit) {
+    return {_mm256_cmpgt_epi32(_mm256_madd_epi16(pairs_times<1>(a).v, _mm256_set1_epi16(1)),
+                               _mm256_set1_epi32(limit))};
 }
 
 LUMALANE_INLINE words<16> average_neighbour_pairs(bytes<32> a) {

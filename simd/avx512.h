@@ -192,6 +192,11 @@ LUMALANE_INLINE bytes<64> choose(bytes<64> where, bytes<64> chosen, bytes<64> ot
     return {_mm512_ternarylogic_epi32(where.v, chosen.v, otherwise.v, 0xca)};
 }
 
+LUMALANE_INLINE bytes<64> choose_equal(bytes<64> a, bytes<64> b, bytes<64> chosen,
+                                       bytes<64> otherwise) {
+    return {_mm512_mask_mov_epi8(otherwise.v, _mm512_cmpeq_epi8_mask(a.v, b.v), chosen.v)};
+}
+
 LUMALANE_INLINE bool all(bytes<64> where) {
     return _mm512_cmpneq_epi32_mask(where.v, _mm512_set1_epi32(-1)) == 0;
 }
@@ -246,9 +251,14 @@ LUMALANE_INLINE bytes<64> join(words<32> even, words<32> odd) {
     return {_mm512_or_si512(even.v, _mm512_slli_epi16(odd.v, 8))};
 }
 
-LUMALANE_INLINE bytes<64> groups_above(words<32> a, int limit) {
-    const __mmask16 above =
-        _mm512_cmpgt_epi32_mask(_mm512_slli_epi32(a.v, 16), _mm512_set1_epi32(limit << 16));
+template <int factor>
+LUMALANE_INLINE words<32> odd_and_even_times(bytes<64> of_odd, bytes<64> of_even) {
+    return pairs_times<factor>(bytes<64>{_mm512_mask_mov_epi8(of_even.v, every<2, 1>, of_odd.v)});
+}
+
+LUMALANE_INLINE bytes<64> groups_above(bytes<64> a, int limit) {
+    const __mmask16 above = _mm512_cmpgt_epi32_mask(
+        _mm512_madd_epi16(pairs_times<1>(a).v, _mm512_set1_epi16(1)), _mm512_set1_epi32(limit));
     return {_mm512_maskz_set1_epi32(above, -1)};
 }
 

@@ -224,6 +224,11 @@ LUMALANE_INLINE bool all(bytes<16> where) {
     return vgetq_lane_u64(vreinterpretq_u64_u32(vpminq_u32(lanes, lanes)), 0) == ~0ull;
 }
 
+LUMALANE_INLINE bytes<16> choose_equal(bytes<16> a, bytes<16> b, bytes<16> chosen,
+                                       bytes<16> otherwise) {
+    return choose(equal(a, b), chosen, otherwise);
+}
+
 LUMALANE_INLINE bool all_zero(bytes<16> a) {
     const uint32x4_t lanes = vreinterpretq_u32_u8(a.v);
     return vgetq_lane_u64(vreinterpretq_u64_u32(vpmaxq_u32(lanes, lanes)), 0) == 0;
@@ -291,6 +296,17 @@ LUMALANE_INLINE words<8> odd_times(bytes<16> a) {
                fill_words<8>(0xff * factor);
 }
 
+template <int factor>
+LUMALANE_INLINE words<8> pairs_times(bytes<16> a) {
+    return shift_left<__builtin_ctz(factor)>(words_of(vpaddlq_u8(a.v)));
+}
+
+template <int factor>
+LUMALANE_INLINE words<8> odd_and_even_times(bytes<16> of_odd, bytes<16> of_even) {
+    const uint8x16_t odd = vreinterpretq_u8_u16(vdupq_n_u16(0xff00));
+    return pairs_times<factor>(bytes<16>{vbslq_u8(odd, of_odd.v, of_even.v)});
+}
+
 LUMALANE_INLINE bytes<16> narrow_saturate(words<8> a, words<8> b) {
     return {vqmovun_high_s16(vqmovun_s16(a.v), b.v)};
 }
@@ -324,9 +340,9 @@ LUMALANE_INLINE words<8> weighted_high(bytes<16> a, bytes<16> b) {
         return words_of(vmlal_high_u8(vmull_high_u8(a.v, vdupq_n_u8(p)), b.v, vdupq_n_u8(q)));
 }
 
-LUMALANE_INLINE bytes<16> groups_above(words<8> a, int limit) {
-    const int32x4_t first = vshlq_n_s32(vreinterpretq_s32_s16(a.v), 16);
-    return {vreinterpretq_u8_u32(vcgtq_s32(first, vdupq_n_s32(limit << 16)))};
+LUMALANE_INLINE bytes<16> groups_above(bytes<16> a, int limit) {
+    const uint32x4_t sums = vpaddlq_u16(vpaddlq_u8(a.v));
+    return {vreinterpretq_u8_u32(vcgtq_u32(sums, vdupq_n_u32(static_cast<unsigned>(limit))))};
 }
 
 LUMALANE_INLINE words<8> average_neighbours(bytes<16> a) {

@@ -251,6 +251,12 @@ LUMALANE_INLINE bool all_zero(bytes<n> a) {
     return any == 0;
 }
 
+// Lanes of `chosen` where those of a and b are equal, of `otherwise` elsewhere.
+template <int n>
+LUMALANE_INLINE bytes<n> choose_equal(bytes<n> a, bytes<n> b, bytes<n> chosen, bytes<n> otherwise) {
+    return choose(equal(a, b), chosen, otherwise);
+}
+
 // Of lanes that are 255 or 0: whether all are 255.
 template <int n>
 LUMALANE_INLINE bool all(bytes<n> where) {
@@ -366,6 +372,18 @@ LUMALANE_INLINE words<n / 2> odd_times(bytes<n> a) {
     return {odd(a).lane * factor};
 }
 
+// Of each even lane and the one after it the sum times `factor`, a power of two up to 64.
+template <int factor, int n>
+LUMALANE_INLINE words<n / 2> pairs_times(bytes<n> a) {
+    return add(even_times<factor>(a), odd_times<factor>(a));
+}
+
+// Of each odd lane of one and the even lane before it of the other.
+template <int factor, int n>
+LUMALANE_INLINE words<n / 2> odd_and_even_times(bytes<n> of_odd, bytes<n> of_even) {
+    return add(odd_times<factor>(of_odd), even_times<factor>(of_even));
+}
+
 template <int n>
 LUMALANE_INLINE words<n> weighted(words<n> a, words<n> b, int p, int q) {
     return add(multiply_low(a, fill_words<n>(p)), multiply_low(b, fill_words<n>(q)));
@@ -420,11 +438,12 @@ LUMALANE_INLINE words<n / 2> weighted_high(bytes<n> a, bytes<n> b) {
     return weighted(widen_high(a), widen_high(b), p, q);
 }
 
-// A mask over groups of four bytes: set where the first word of the group's two is above `limit`.
-// Words and limit are not negative.
+// A mask over groups of four lanes: set where their sum is above `limit`.
 template <int n>
-LUMALANE_INLINE bytes<2 * n> groups_above(words<n> a, int limit) {
-    return {(lanes<unsigned char, 2 * n>)(((lanes<int, n / 2>)a.lane << 16) > (limit << 16))};
+LUMALANE_INLINE bytes<n> groups_above(bytes<n> a, int limit) {
+    const auto fours = (lanes<int, n / 4>)a.lane;
+    const auto pairs = (fours & 0x00ff00ff) + (fours >> 8 & 0x00ff00ff);
+    return {(lanes<unsigned char, n>)((pairs & 0xffff) + (pairs >> 16) > limit)};
 }
 
 // Averages of lanes 2i and 2i + 1, rounded up.

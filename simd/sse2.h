@@ -224,6 +224,11 @@ LUMALANE_INLINE bytes<16> choose(bytes<16> where, bytes<16> chosen, bytes<16> ot
 }
 #endif
 
+template <int n>
+LUMALANE_INLINE bytes<n> choose_equal(bytes<n> a, bytes<n> b, bytes<n> chosen, bytes<n> otherwise) {
+    return choose(equal(a, b), chosen, otherwise);
+}
+
 LUMALANE_INLINE bool all(bytes<16> where) { return _mm_movemask_epi8(where.v) == 0xffff; }
 
 // ---- Between bytes and words -------------------------------------------------------------------
@@ -278,6 +283,16 @@ LUMALANE_INLINE words<8> odd_times(bytes<16> a) {
     return {_mm_and_si128(_mm_srli_epi16(a.v, 8 - __builtin_ctz(factor)),
                           _mm_set1_epi16(0xff * factor))};
 }
+
+template <int factor>
+LUMALANE_INLINE words<8> pairs_times(bytes<16> a) {
+    return add(even_times<factor>(a), odd_times<factor>(a));
+}
+
+template <int factor>
+LUMALANE_INLINE words<8> odd_and_even_times(bytes<16> of_odd, bytes<16> of_even) {
+    return add(odd_times<factor>(of_odd), even_times<factor>(of_even));
+}
 #endif
 
 LUMALANE_INLINE bytes<16> narrow_saturate(words<8> a, words<8> b) {
@@ -320,9 +335,12 @@ LUMALANE_INLINE words<8> weighted_high(bytes<16> a, bytes<16> b) {
 
 #endif
 
-LUMALANE_INLINE bytes<16> groups_above(words<8> a, int limit) {
-    return {_mm_cmpgt_epi32(_mm_slli_epi32(a.v, 16), _mm_set1_epi32(limit << 16))};
+#ifndef LUMALANE_WIDER_TARGET
+LUMALANE_INLINE bytes<16> groups_above(bytes<16> a, int limit) {
+    const words<8> pairs = add(even(a), odd(a));
+    return {_mm_cmpgt_epi32(_mm_madd_epi16(pairs.v, _mm_set1_epi16(1)), _mm_set1_epi32(limit))};
 }
+#endif
 
 template <int n>
 LUMALANE_INLINE words<n / 2> average_neighbours(bytes<n> a) {

@@ -223,10 +223,14 @@ constexpr void add_operations(tests::probe &probe) {
     add_one("equal", [](w x, w y) { return equal(x, y); });
     add_one("in_1_to_127", [](b a) { return in_1_to_127(a); });
     add_one("choose", [](b where, b x, b y) { return choose(in_1_to_127(where), x, y); });
+    add_one("choose_equal", [](b where, b x, b y) {
+        return choose_equal(where & fill_bytes<n>(3), fill_bytes<n>(2), x, y);
+    });
     add_one("all", [](b x, b y) { return short{all(equal(x, y))}; });
     add_one("average", [](b x, b y) { return average(even(x), even(y)); });
     add_one("absolute_difference", [](b x, b y) { return absolute_difference(x, y); });
-    add_one("groups_above", [](w a) { return groups_above(a, 256); });
+    add_one("groups_above", [](b a) { return groups_above(a, 512); });
+    add_one("groups_above", 32, [](b a) { return groups_above(a & fill_bytes<n>(15), 32); });
 
     add_one("as_words", [](b a) { return as_words(a); });
     add_one("as_bytes", [](w a) { return as_bytes(a); });
@@ -253,6 +257,9 @@ constexpr void add_operations(tests::probe &probe) {
         constexpr int factor = 1 << count;
         add_one("even_times", factor, [](b a) { return even_times<factor>(a); });
         add_one("odd_times", factor, [](b a) { return odd_times<factor>(a); });
+        add_one("pairs_times", factor, [](b a) { return pairs_times<factor>(a); });
+        add_one("odd_and_even_times", factor,
+                [](b x, b y) { return odd_and_even_times<factor>(x, y); });
     });
     add_one("narrow_saturate", [](w x, w y) { return narrow_saturate(x, y); });
     add_one("narrow_saturate", [](w a) { return narrow_saturate(a); });

@@ -55,7 +55,7 @@ struct table {
 };
 
 struct probe {
-    table<operation, 512> operations;       // for every width of vectors that the target has
+    table<operation, 640> operations;       // for every width of vectors that the target has
     table<interleaving, 192> interleavings; // for every width that it interleaves
     table<rgb16_packing, 4> rgb16_packings;
 };
