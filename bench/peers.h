@@ -12,7 +12,7 @@ struct peer {
     const char *project;
     const char *way;               // its name for the conversion
     task (*prepare)(scene &scene); // the scene outlives the task
-    bool is_yardstick = false;     // as memcpy: it does not do the same
+    bool is_yardstick = false;     // no library that does the same
 };
 
 // From planar pictures.
@@ -36,6 +36,9 @@ extern const peer libyuv_fill_argb;
 
 // What is no peer: the same bytes with less work.
 extern const peer memset_surface, bilinear_1x2_yuy2;
+
+// Nor this: the same work on one pixel after the other.
+extern const peer scalar_frame_stretch;
 
 // With the subpicture over the picture, and over a field that is stretched to a frame.
 extern const peer libyuv_mix_yuy2, libyuv_mix_half_yuy2, libyuv_mix_yv12;
