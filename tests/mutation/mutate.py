@@ -23,10 +23,15 @@ EQUIVALENT = "tests/mutation/equivalent.txt"
 # What is built: the preset, and the targets of the row kernels that are mutated there.
 BUILDS = {"linux-x64": ("portable", "sse2", "avx2", "avx512"), "linux-x86": ("mmx",)}
 
-ROW_PROGRAMS = "row_kernels_test rgb_kernel_test ayuy2_kernel_test blend_test rgb16_packing_test adjustment_test".split()
+ROW_PROGRAMS = (
+    "row_kernels_test rgb_kernel_test ayuy2_kernel_test blend_test rgb16_packing_test edge_search_test "
+    "adjustment_test"
+).split()
+DISPATCH = ["dispatch_test", "cpu_x86_test"]
 EDGE_CASES = [f"edge_cases{of}_test" for of in ("", "_mix", "_stretch", "_subpicture", "_yuy2")]
 COMPANIONS = ["footprint_test", "checked_test", "picture_test"]
-PROGRAMS = ["differential_test"] + ROW_PROGRAMS + EDGE_CASES + ["state_test", "in_order_test"] + COMPANIONS
+OTHERS = ["order_test", "state_test", "in_order_test"]
+PROGRAMS = ["differential_test", *ROW_PROGRAMS, *DISPATCH, *EDGE_CASES, *OTHERS, *COMPANIONS]
 
 Task = namedtuple("Task", "file mutant build target before after")
 # With which objects alone, if not with all; and for how many seconds of the processor at most, ten
@@ -262,14 +267,18 @@ def stages(build, task, affected, thorough):
     names = build.names_in(library, EXPORTS)
     callers = [Stage(p, []) for p in EDGE_CASES + ["state_test"]] + [differential(2000, names)]
     if not task.file.startswith("include/"):
-        return [differential(100, names), *callers, Stage("checked_test", []), *slow]
+        first = DISPATCH if task.file.startswith("abi/") else []
+        first = ["order_test"] if task.file.startswith("picture/") else first
+        first = [Stage(program, []) for program in first]
+        return [*first, differential(100, names), *callers, Stage("checked_test", []), *slow]
     plan = []
     for program in COMPANIONS:
         # Each file of a test first without the others, which share nothing that these headers make.
         objects = sorted((b for b in affected if f"/{program}.dir/" in b), key=size)
         parts = [Stage(program, tests_of(build, built), [built]) for built in objects]
         plan += [part for part in parts if part.arguments or program != "picture_test"]
-    return plan + [Stage(p, []) for p in COMPANIONS] + ([differential(30), *callers, *slow] if library else [])
+    plan += [Stage(program, []) for program in COMPANIONS + OTHERS[:1]]
+    return plan + ([differential(30), *callers, *slow] if library else [])
 
 
 # ---- One mutant ------------------------------------------------------------------------------------
@@ -283,7 +292,8 @@ class Worker:
         self.root, self.made = f"{directory}/tree", f"{directory}/made"
         shutil.rmtree(directory, ignore_errors=True)
         os.makedirs(self.made)
-        for path in run(["git", "-C", ROOT, "ls-files", "--cached", "--others", "--exclude-standard"]).splitlines():
+        listed = ["git", "-C", ROOT, "ls-files", "--cached", "--others", "--exclude-standard"]
+        for path in run(listed).splitlines():
             if path.endswith((".cpp", ".h", ".hpp", ".inc")) and os.path.exists(f"{ROOT}/{path}"):
                 os.makedirs(os.path.dirname(f"{self.root}/{path}"), exist_ok=True)
                 shutil.copy2(f"{ROOT}/{path}", f"{self.root}/{path}")

@@ -1,0 +1,254 @@
+// Whether the order of a call's stores can be observed, and whether they go around the cache: also
+// where neither changes a byte, only the time that a call takes.
+#include <cstdint>
+#include <set>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "picture/geometry.h"
+#include "picture/stores.h"
+#include "tests/differential/random.h"
+#include "tests/targets.h"
+
+namespace {
+
+using differential::random;
+using lumalane::apart;
+using lumalane::bound_by;
+using lumalane::joined;
+using lumalane::pointer;
+using lumalane::row_set;
+using lumalane::store_policy;
+using lumalane::surface_stores;
+
+// ---- Rows ----------------------------------------------------------------------------------------
+
+std::set<long long> bytes_of(const row_set &s) {
+    std::set<long long> bytes;
+    for (long long r = 0; r < s.rows; ++r)
+        for (long long c = 0; c < s.columns; ++c)
+            for (long long i = 0; i < s.bytes; ++i)
+                bytes.insert(s.first + r * s.pitch + c * s.column_pitch + i);
+    return bytes;
+}
+
+bool have_one_in_common(const std::set<long long> &a, const std::set<long long> &b) {
+    for (const long long byte : a)
+        if (b.count(byte) != 0)
+            return true;
+    return false;
+}
+
+row_set draw_rows(random &r) {
+    row_set s{r.between(-20, 20), r.between(0, 6), r.between(0, 4), r.between(-9, 9)};
+    if (r.one_in(4))
+        s.columns = r.between(0, 3),
+        s.column_pitch = r.one_of({static_cast<int>(s.bytes), r.between(-9, 9)});
+    return s;
+}
+
+TEST(rows, begin_and_end_where_their_bytes_do) {
+    random r(1);
+    for (int i = 0; i < 20000; ++i) {
+        const row_set s = draw_rows(r);
+        const std::set<long long> bytes = bytes_of(s);
+        ASSERT_EQ(s.empty(), bytes.empty());
+        if (!bytes.empty()) {
+            ASSERT_EQ(s.begin(), *bytes.begin());
+            ASSERT_EQ(s.end(), *bytes.rbegin() + 1);
+        }
+        ASSERT_EQ(bytes_of(lumalane::moved(s, 7)).size(), bytes.size());
+        ASSERT_EQ(lumalane::moved(s, 7).first, s.first + 7);
+    }
+}
+
+TEST(rows, are_joined_from_columns_side_by_side) {
+    random r(2);
+    int joinable = 0;
+    for (int i = 0; i < 20000; ++i) {
+        const row_set s = draw_rows(r), j = joined(s);
+        ASSERT_TRUE(bytes_of(j) == bytes_of(s));
+        const bool side_by_side = s.columns > 1 && s.column_pitch == s.bytes;
+        ASSERT_EQ(j.columns, side_by_side ? 1 : s.columns);
+        joinable += side_by_side;
+    }
+    EXPECT_GT(joinable, 500);
+}
+
+TEST(rows, are_apart_where_no_byte_is_in_two_of_them) {
+    random r(3);
+    for (int i = 0; i < 20000; ++i) {
+        row_set s = draw_rows(r);
+        s.columns = 1, s.bytes = r.between(1, 6), s.rows = r.between(1, 4);
+        ASSERT_EQ(lumalane::rows_apart(s),
+                  bytes_of(s).size() == static_cast<std::size_t>(s.rows * s.bytes));
+    }
+}
+
+// Of rows that interleave, all of which have the same places between those of the other set.
+bool places_are_apart(const row_set &a, const row_set &b) {
+    const long long pitch = a.pitch < 0 ? -a.pitch : a.pitch;
+    std::set<long long> places[2];
+    for (const row_set *s : {&a, &b})
+        for (long long i = 0; i < s->bytes; ++i)
+            places[s == &b].insert(((s->begin() + i) % pitch + pitch) % pitch);
+    return !have_one_in_common(places[0], places[1]);
+}
+
+TEST(sets_of_rows, are_apart_where_no_byte_is_in_both) {
+    random r(4);
+    int interleaved = 0, outside = 0, unknown = 0;
+    for (int i = 0; i < 100000; ++i) {
+        const row_set a = joined(draw_rows(r));
+        row_set b = joined(draw_rows(r));
+        if (r.one_in(2))
+            b.pitch = r.one_in(2) ? a.pitch : -a.pitch;
+        const bool common = have_one_in_common(bytes_of(a), bytes_of(b));
+        bool expected = a.empty() || b.empty() || a.end() <= b.begin() || b.end() <= a.begin();
+        outside += expected;
+        if (!expected && a.pitch != 0 && (a.pitch == b.pitch || a.pitch == -b.pitch) &&
+            a.columns == 1 && b.columns == 1) {
+            expected = places_are_apart(a, b);
+            interleaved += expected;
+        }
+        ASSERT_EQ(apart(a, b), expected)
+            << "{" << a.first << ", " << a.bytes << ", " << a.rows << ", " << a.pitch << "} and {"
+            << b.first << ", " << b.bytes << ", " << b.rows << ", " << b.pitch << "}";
+        ASSERT_FALSE(expected && common);
+        unknown += !expected && !common;
+    }
+    EXPECT_GT(interleaved, 500);
+    EXPECT_GT(outside, 500);
+    EXPECT_GT(unknown, 500);
+}
+
+// ---- Calls ---------------------------------------------------------------------------------------
+
+TEST(order_of_stores, can_be_observed_where_rows_overlap) {
+    random r(5);
+    static unsigned char memory[4096];
+    int observed = 0, reading = 0, unobserved = 0;
+    for (int i = 0; i < 100000; ++i) {
+        lumalane::call_rows call;
+        std::vector<row_set> read, written;
+        const int at[] = {2000, 2000 + r.one_of({0, 40, 200}), 2000 + r.one_of({0, -40, -200})};
+        const pointer pointers[] = {pointer::src, pointer::dst, pointer::dst_u};
+        for (int p = 0; p < 3; ++p)
+            call.at(pointers[p], memory + at[p]);
+        bool columns = false;
+        for (int sets = r.between(1, 4); sets > 0; --sets) {
+            row_set s = draw_rows(r);
+            if (s.columns == 0 || !r.one_in(8))
+                s.columns = 1;
+            const int p = r.between(0, 2);
+            columns = columns || joined(s).columns > 1;
+            const row_set placed = lumalane::moved(joined(s), at[p]);
+            if (p == 0) {
+                call.reads(pointers[p], s);
+                read.push_back(placed);
+            } else {
+                call.writes(pointers[p], s);
+                written.push_back(placed);
+            }
+        }
+        // (Columns that differ decide by themselves.)
+        bool reads = false, overlap = columns;
+        for (std::size_t j = 0; j < written.size(); ++j) {
+            for (const row_set &s : read)
+                reads = reads || !apart(written[j], s);
+            overlap = overlap || !lumalane::rows_apart(written[j]);
+            for (std::size_t k = 0; k < j; ++k)
+                overlap = overlap || !apart(written[k], written[j]);
+        }
+        if (!columns) {
+            ASSERT_EQ(call.reads_what_it_writes(), reads);
+        }
+        ASSERT_EQ(call.order_can_be_observed(), overlap || reads);
+        observed += overlap && !columns;
+        reading += reads && !columns;
+        unobserved += !overlap && !reads;
+    }
+    EXPECT_GT(observed, 1000);
+    EXPECT_GT(reading, 1000);
+    EXPECT_GT(unobserved, 1000);
+}
+
+TEST(geometry, counts_as_loops_that_count_down) {
+    using namespace lumalane;
+    EXPECT_EQ(steps_of(0, 16), 1);
+    EXPECT_EQ(steps_of(1, 16), 1);
+    EXPECT_EQ(steps_of(16, 16), 1);
+    EXPECT_EQ(steps_of(17, 16), 2);
+    EXPECT_EQ(steps_of(-1, 16), 1 << 28);
+    EXPECT_EQ(whole_steps(17, 16), 32);
+    EXPECT_EQ(difference(INT32_MIN, 1), INT32_MAX);
+    EXPECT_EQ(product(1 << 30, 6), INT32_MIN);
+    EXPECT_EQ(twice(-3), -6);
+}
+
+// ---- Stores around the cache ---------------------------------------------------------------------
+
+int finished = 0;
+
+class stores_test : public tests::on_each_target {
+protected:
+    lumalane::row_kernels counting = GetParam()->rows;
+
+    void SetUp() override {
+        counting.finish_stores = [](auto...) { ++finished; };
+        finished = 0;
+    }
+
+    // What is decided on for so many bytes, with a cache of so many.
+    store_policy decided(unsigned cache, long long bytes, bound_by bound = bound_by::stores,
+                         std::uintptr_t at = 1 << 20, long long pitch = 1 << 10,
+                         bool in_order = false) {
+        const int before = finished;
+        store_policy policy;
+        {
+            const surface_stores stores({counting, cache, false},
+                                        reinterpret_cast<const unsigned char *>(at), pitch, bytes,
+                                        in_order, bound);
+            policy = stores;
+            EXPECT_EQ(finished, before);
+        }
+        EXPECT_EQ(finished - before, policy == store_policy::non_temporal);
+        return policy;
+    }
+};
+
+TEST_P(stores_test, go_around_the_cache_from_a_third_of_it_on) {
+    for (const bound_by bound : {bound_by::stores, bound_by::arithmetic}) {
+        EXPECT_EQ(decided(3'000'002, 1'000'000, bound), store_policy::cached);
+        EXPECT_EQ(decided(3'000'002, 1'000'001, bound), store_policy::non_temporal);
+        EXPECT_EQ(decided(24'000'000, 8'000'000, bound), store_policy::cached);
+        EXPECT_EQ(decided(24'000'000, 8'000'001, bound), store_policy::non_temporal);
+        EXPECT_EQ(decided(0, 1LL << 40, bound), store_policy::cached);
+        EXPECT_EQ(decided(1, 1, bound), store_policy::non_temporal);
+        EXPECT_EQ(decided(1, 0, bound), store_policy::cached);
+    }
+    EXPECT_EQ(decided(300'000'000, 8'000'000), store_policy::cached);
+    EXPECT_EQ(decided(300'000'000, 8'000'001), store_policy::non_temporal);
+    EXPECT_EQ(decided(300'000'000, 100'000'000, bound_by::arithmetic), store_policy::cached);
+    EXPECT_EQ(decided(300'000'000, 100'000'001, bound_by::arithmetic), store_policy::non_temporal);
+}
+
+TEST_P(stores_test, stay_in_the_cache_off_the_vectors_and_in_order) {
+    const int vector = counting.streamed_bytes;
+    const auto around = [&](std::uintptr_t at, long long pitch, bool in_order) {
+        return decided(1, 1 << 20, bound_by::stores, at, pitch, in_order);
+    };
+    EXPECT_EQ(around(vector, 3 * vector, false), store_policy::non_temporal);
+    EXPECT_EQ(around(vector, -vector, false), store_policy::non_temporal);
+    EXPECT_EQ(around(vector, vector, true), store_policy::cached);
+    if (vector > 1) {
+        EXPECT_EQ(around(vector / 2, vector, false), store_policy::cached);
+        EXPECT_EQ(around(vector, vector / 2, false), store_policy::cached);
+        EXPECT_EQ(around(vector + 1, vector + 1, false), store_policy::cached);
+    }
+}
+
+INSTANTIATE_ON_EACH_TARGET(stores_test);
+
+} // namespace
