@@ -103,11 +103,11 @@ image::image(const std::string &path) {
         const std::uint32_t length = loaded.dword(blocks.at + block + 4);
         require(length >= 8, "a block of relocations has no length");
         for (std::uint32_t i = 8; i < length; i += 2) {
-            const std::uint16_t entry = loaded.word(blocks.at + block + i);
-            if (entry >> 12 == 0) // padding
+            const std::uint16_t relocation = loaded.word(blocks.at + block + i);
+            if (relocation >> 12 == 0) // padding
                 continue;
-            require(entry >> 12 == 10, "a relocation of another kind");
-            const std::uint32_t at = page + (entry & 0xfff);
+            require(relocation >> 12 == 10, "a relocation of another kind");
+            const std::uint32_t at = page + (relocation & 0xfff);
             const std::uint64_t address = loaded.get<std::uint64_t>(at) + moved_by;
             std::memcpy(memory + at, &address, sizeof address);
             ++relocations;
