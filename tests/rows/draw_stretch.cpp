@@ -51,7 +51,6 @@ row_call draw_between_two_rows(const wanted_call &wanted,
     call.arguments = std::to_string(count) + " times, " + std::to_string(rows_next) + " rows on";
     call.rows = {{"src", size, read.rows + (count - 1) * rows_next, pitch},
                  {"dst", n, count, dst_next, true}};
-    call.reads_again = wanted.facts.name == std::string_view("along_edges");
     call.run = [=](const row_kernels &target, const addresses &at) {
         (target.*kernel)({at[dst], at[src] + read.rows_above * pitch + read.before, pitch, count,
                           rows_next * pitch, dst_next},

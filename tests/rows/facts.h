@@ -42,7 +42,7 @@ inline constexpr kernel_facts all_facts[] = {
     {"unpack_yuy2", 16, 16, 2, 1},
     {"average_rows", 8, 16, 1, 1},
     {"four_taps", 8, 16, 1, 1},
-    {"along_edges", 8, 16, 1, 1},
+    {"along_edges", 8, 0, 1, 1},
     {"stretch_plane", 8, 16, 1, 1},
     {"double_plane", 8, 16, 1, 2},
     {"emit_yuy2_of_double_height", 16, 16, 1, 2},
