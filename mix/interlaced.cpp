@@ -13,7 +13,9 @@ namespace {
 
 constexpr int step = 16;
 
-constexpr ptrdiff_t few_pixels = 4096;
+// How many pixels of a row and of those below it are mixed by one call of a kernel, which for narrow
+// rows takes long.
+constexpr ptrdiff_t narrow = 512, many_pixels = 20480, few_pixels = 4096;
 
 // Where the groups of four rows are.
 struct mix_groups {
@@ -73,7 +75,8 @@ mix_place mix_by_groups(const row_mixer &mixer, const mix_groups &p, bool in_ord
     } else {
         // Both pairs of a group, or of as many groups as have few pixels, in turn: what they share is
         // in the cache.
-        const ptrdiff_t band = p.pixels < few_pixels ? few_pixels / p.pixels : 1;
+        const ptrdiff_t most = p.pixels <= narrow ? many_pixels : few_pixels;
+        const ptrdiff_t band = p.pixels < most ? most / p.pixels : 1;
         in_runs(p.groups - 1, band, [&](ptrdiff_t from, ptrdiff_t groups) {
             const mix_place group = p.first + from * p.next;
             mixer.mix(p.upper_pair(group), p.next, groups, p.pixels);

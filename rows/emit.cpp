@@ -58,9 +58,16 @@ LUMALANE_INLINE bytes<n> load_pairs(const unsigned char *u, const unsigned char 
 }
 
 template <class Adjusted>
+inline constexpr bool is_common = true;
+template <>
+inline constexpr bool is_common<adjusted_samples<false>> = false;
+
+template <class Adjusted>
 struct to_yuy2 {
     static constexpr int bytes_per_pixel = 2, least = 8;
-    static constexpr bool filters = true, may_be_apart = true;
+    // Loops of gains that are rare, and small code, ask for each group.
+    static constexpr bool filters = true, may_be_apart = true,
+                          knows = !small_code && is_common<Adjusted>;
 
     Adjusted adjusted;
 
@@ -179,12 +186,24 @@ LUMALANE_INLINE bytes<n> lower_luma(const row_start &at, bytes<n> upper, ptrdiff
     return at.lower == lower_row::average ? average(upper, lower) : lower;
 }
 
+// What a loop to YUY2 knows of its rows, and does not ask for each group. (With 8 registers asking
+// makes pairs of which both are averages take 1.18 times as long.)
+enum class known {
+    nothing,
+    one_of_each,   // the lower row of a pair is itself, and chroma that of one row
+    average_luma,  // the lower row is the average
+    both_averages, // and chroma is averaged
+};
+
 // A group from x on: of a pair of rows, or of one. Of two rows the upper one is stored before the
-// lower one is loaded. `plain`: nothing is averaged.
-template <int n, bool pair, bool plain = false, class Surface>
+// lower one is loaded.
+template <int n, bool pair, known is = known::nothing, class Surface>
 LUMALANE_INLINE void emit_group(const Surface &surface, const row_start &at, ptrdiff_t x) {
+    constexpr bool one_chroma = is == known::one_of_each || is == known::average_luma;
+    if (is == known::both_averages && at.chroma_below == 0)
+        __builtin_unreachable(); // or the compiler asks
     const auto chroma =
-        surface.template chroma<n>(at.u + x / 2, at.v + x / 2, plain ? 0 : at.chroma_below);
+        surface.template chroma<n>(at.u + x / 2, at.v + x / 2, one_chroma ? 0 : at.chroma_below);
     unsigned char *const dst = at.dst + x * Surface::bytes_per_pixel;
     const auto pixels = [&](bytes<n> luma) LUMALANE_INLINE_LAMBDA {
         return surface.pixels(surface.permuted(luma), chroma);
@@ -194,8 +213,14 @@ LUMALANE_INLINE void emit_group(const Surface &surface, const row_start &at, ptr
         fetch_ahead<n, Surface::bytes_per_pixel>(dst);
         fetch_ahead<n, Surface::bytes_per_pixel>(dst + at.dst_below);
         store_all<cached>(dst, pixels(upper));
-        const bytes<n> lower =
-            plain ? load<n>(at.y + at.y_below + x) : lower_luma<Surface>(at, upper, x);
+        bytes<n> lower;
+        if constexpr (is == known::nothing) {
+            lower = lower_luma<Surface>(at, upper, x);
+        } else {
+            lower = load<n>(at.y + at.y_below + x);
+            if constexpr (is != known::one_of_each)
+                lower = average(upper, lower);
+        }
         store_all<cached>(dst + at.dst_below, pixels(lower));
     } else {
         store_all(at.stores, dst, pixels(upper));
@@ -218,16 +243,33 @@ template <class Surface>
         x);
 }
 
+// The groups of the widest vectors. Returns how far they came.
+template <bool pair, known is, class Surface>
+LUMALANE_INLINE ptrdiff_t emit_groups(const Surface &surface, const row_start &at, ptrdiff_t n) {
+    ptrdiff_t x = 0;
+    for (; x + widest <= n; x += widest)
+        emit_group<widest, pair, is>(surface, at, x);
+    return x;
+}
+
 template <bool pair, class Surface>
 LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by,
                                 typename Surface::format format, const row_start at, ptrdiff_t n) {
     ptrdiff_t x = 0;
-    if (pair && Surface::filters && at.lower == lower_row::itself && at.chroma_below == 0)
-        for (; x + widest <= n; x += widest)
-            emit_group<widest, pair, pair && Surface::filters>(surface, at, x);
-    else
-        for (; x + widest <= n; x += widest)
-            emit_group<widest, pair>(surface, at, x);
+    if constexpr (Surface::filters) {
+        const bool one_chroma = at.chroma_below == 0;
+        const bool averages = Surface::knows && pair && at.lower == lower_row::average;
+        if (one_chroma && (pair ? at.lower == lower_row::itself : Surface::knows))
+            x = emit_groups<pair, known::one_of_each>(surface, at, n);
+        else if (averages && one_chroma)
+            x = emit_groups<pair, known::average_luma>(surface, at, n);
+        else if (averages)
+            x = emit_groups<pair, known::both_averages>(surface, at, n);
+        else
+            x = emit_groups<pair, known::nothing>(surface, at, n);
+    } else {
+        x = emit_groups<pair, known::nothing>(surface, at, n);
+    }
     if constexpr (widest > Surface::least)
         if (x < n)
             // A record of its own: what is only in registers is not copied for each row.
