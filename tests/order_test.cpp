@@ -228,6 +228,15 @@ TEST_P(stores_test, go_around_the_cache_from_a_third_of_it_on) {
         EXPECT_EQ(decided(1, 1, bound), store_policy::non_temporal);
         EXPECT_EQ(decided(1, 0, bound), store_policy::cached);
     }
+    const auto alone = [&](unsigned cache, long long bytes) {
+        return decided(cache, bytes, bound_by::stores_alone);
+    };
+    EXPECT_EQ(alone(128'000'000, 8'000'000), store_policy::cached);
+    EXPECT_EQ(alone(128'000'000, 8'000'001), store_policy::non_temporal);
+    EXPECT_EQ(alone(128'000'001, 1'500'000), store_policy::cached);
+    EXPECT_EQ(alone(128'000'001, 1'500'001), store_policy::non_temporal);
+    EXPECT_EQ(alone(3'000'000, 1'000'000), store_policy::cached);
+    EXPECT_EQ(alone(3'000'000, 1'000'001), store_policy::non_temporal);
     EXPECT_EQ(decided(300'000'000, 8'000'000), store_policy::cached);
     EXPECT_EQ(decided(300'000'000, 8'000'001), store_policy::non_temporal);
     EXPECT_EQ(decided(300'000'000, 100'000'000, bound_by::arithmetic), store_policy::cached);
