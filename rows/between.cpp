@@ -30,9 +30,12 @@ LUMALANE_INLINE void store_rows(const between_rows &rows, ptrdiff_t n, const Mak
 
 constexpr int directions = 5, straight_down = 2, flat = 32;
 
-// n samples of a row; 8 twice.
+// 8 samples are loaded twice: there is no smaller vector.
+constexpr int bytes_of_group(int n) { return n == 8 ? 16 : n; }
+
+// n samples of a row.
 template <int n>
-LUMALANE_INLINE bytes<(n == 8 ? 16 : n)> load_group(const unsigned char *from) {
+LUMALANE_INLINE bytes<bytes_of_group(n)> load_group(const unsigned char *from) {
     if constexpr (n == 8)
         return load_halves<16>(from, from);
     else
@@ -73,7 +76,7 @@ public:
     template <int n>
     LUMALANE_INLINE void store_along(unsigned char *dst, const unsigned char *src, ptrdiff_t below,
                                      ptrdiff_t x) const {
-        constexpr int all = n == 8 ? 16 : n;
+        constexpr int all = bytes_of_group(n);
         const bytes<all> edges = groups_above(load_group<n>(differences[straight_down] + x), flat);
         if (all_zero(edges))
             return;
@@ -94,7 +97,7 @@ private:
         words<n / 2> even, odd;
     };
 
-    template <int direction, int n, int all = n == 8 ? 16 : n>
+    template <int direction, int n, int all = bytes_of_group(n)>
     LUMALANE_INLINE costs<all> smallest(ptrdiff_t x) const {
         const unsigned char *const at = differences[direction] + x;
         const bytes<all> first = load_group<n>(at), third = load_group<n>(at + 2),
