@@ -535,7 +535,10 @@ def main():
                 if counted % 25 == 0 and status not in ("does not compile", "same code"):
                     print(f"{counted} of {options.count}", file=sys.stderr, flush=True)
                 finished = counted >= options.count
-    tally = page.Tally(sample, options.count, options.seed, reasons)
+    command = f"scripts/mutate {options.count} --seed {options.seed}"
+    command += f" --only {options.only}" if options.only else ""
+    command += f" --targets {options.targets}" if options.targets != parser.get_default("targets") else ""
+    tally = page.Tally(sample, command, reasons)
     print(tally.text())
     if options.page:
         page.replace(options.page, tally.text())

@@ -10,10 +10,10 @@ def row(*cells):
 
 
 class Tally:
-    def __init__(self, sample, count, seed, reasons):
+    def __init__(self, sample, command, reasons):
         self.left_out = Counter(status for task, status, by in sample if status in LEFT_OUT)
         self.sample = [entry for entry in sample if entry[1] not in LEFT_OUT]
-        self.count, self.seed, self.reasons = count, seed, reasons
+        self.command, self.reasons = command, reasons
 
     def _table(self, heading, group_of):
         groups = {}
@@ -31,7 +31,7 @@ class Tally:
     def text(self):
         found = Counter(status for task, status, by in self.sample)
         killed = found["killed"] + found["killed by the time limit"]
-        text = f"`scripts/mutate {self.count} --seed {self.seed}`: {killed} of {len(self.sample)} mutants killed "
+        text = f"`{self.command}`: {killed} of {len(self.sample)} mutants killed "
         text += f"({100 * killed / max(1, len(self.sample)):.1f} %), {found['equivalent']} equivalent, "
         text += f"{found['survived']} survived. Beside them, {self.left_out['same code']} were drawn that "
         text += f"compile to the same code, and {self.left_out['does not compile']} that do not compile.\n\n"
