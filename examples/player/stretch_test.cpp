@@ -216,6 +216,8 @@ TEST_F(player_test, the_comparison_is_written) {
     const rgb_image seen = read_png(directory / "ways.png");
     EXPECT_EQ(seen.width, 4 * 3 * compared_width + 3 * 6);
     EXPECT_EQ(seen.height, 3 * compared_height);
+    EXPECT_EQ(seen.samples, read_png(LUMALANE_PLAYER_DOCS "/stretch.png").samples)
+        << "the manual shows another one: scripts/play --compare-stretch docs/stretch.png";
     expect_refused("--compare-stretch missing/ways.png", "missing/ways.png");
 }
 
