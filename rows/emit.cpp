@@ -396,7 +396,7 @@ LUMALANE_INLINE bool makes_lower_rows(const planar_rows &rows) {
 // them 0.9 times as fast.)
 [[gnu::noinline]] void emit_chroma_between(row_kernel::planar_to_surface *emit, int bytes_per_pixel,
                                            const planar_rows &told, ptrdiff_t n) {
-    constexpr ptrdiff_t strip = 2048; // of chroma
+    constexpr ptrdiff_t strip = 1024; // of chroma
     alignas(stack_alignment) unsigned char u[strip], v[strip];
     planar_rows rows = told;
     rows.u = u, rows.v = v, rows.chroma_below = 0;

@@ -16,7 +16,7 @@ namespace {
 constexpr std::size_t most = 16 * 1024; // as the header promises
 constexpr unsigned char unused = 0xA5;
 
-std::vector<unsigned char> stack(4 * most);
+std::vector<unsigned char> stack(2 * most);
 ucontext_t caller, callee;
 std::function<void()> called;
 
