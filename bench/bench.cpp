@@ -318,8 +318,8 @@ void describe(CLI::App &app, options &options) {
         ->type_name("NAME=LIBRARY");
     app.add_option(
            "--beside", options.beside,
-           "also the lumalane_timer of another build, in a process of its own: on the first "
-           "of the targets, or with a shared library")
+           "also the lumalane_timer of another build, in a process of its own: on the widest "
+           "of its targets, or with a shared library")
         ->allow_extra_args(false)
         ->type_name("NAME=PROGRAM[,LIBRARY]");
     app.add_option("--threads", options.threads,
@@ -367,7 +367,7 @@ std::vector<build> builds_of(const options &options) {
     for (const std::string &other : options.beside) {
         const auto [name, process] = split_name(other);
         const auto [program, library] = split(process, ',');
-        add(name, library.empty() ? targets.front() : library, program);
+        add(name, library.empty() ? widest_target : library, program);
     }
     if (builds.empty())
         throw std::runtime_error("there is no build to measure");

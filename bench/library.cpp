@@ -21,6 +21,8 @@ constexpr functions own_functions = {
 
 // Null: there is none of that name, or this processor does not run it.
 const target *find_target(const std::string &name) {
+    if (name == widest_target)
+        return find_target(target_names().back());
     const target_list all = targets();
     const target *const found = std::find_if(all.begin(), all.end(), [&](const target &target) {
         return target.name == name && target.runs_here();

@@ -18,11 +18,14 @@ namespace lumalane::bench {
 std::vector<std::string> target_names();
 std::vector<std::string> shipped_target_names();
 
+// Stands for the last of them, which another build may know by another name.
+inline constexpr const char *widest_target = "widest";
+
 // A build whose functions are called: this one on one of its targets, or another one, from a shared
 // library, on the target that it chooses itself.
 class library {
 public:
-    // The name of a target, or the file of a shared library.
+    // The name of a target, or widest_target, or the file of a shared library.
     explicit library(const std::string &build);
 
     // Before its functions are called: chooses the target, and an adjustment in which every gain and
