@@ -78,8 +78,8 @@ library::library(const std::string &build)
     : target_(find_target(build)), functions_(target_ ? own_functions : load(build)) {}
 
 void library::prepare() const {
-    contrast_data adjustment{70, 60, 5, -3, 4, 0, 0, 0};
-    functions_.get_contrast_data(&adjustment);
+    contrast_data values = adjustment;
+    functions_.get_contrast_data(&values);
     if (target_)
         force(*target_);
 }

@@ -3,6 +3,7 @@
 
 #include "bench/contest.h"
 #include "bench/jobs.h"
+#include "lumalane.h"
 
 #include <string>
 #include <vector>
@@ -21,6 +22,9 @@ std::vector<std::string> shipped_target_names();
 // Stands for the last of them, which another build may know by another name.
 inline constexpr const char *widest_target = "widest";
 
+// What is measured with adjustment: every gain and offset differs from the neutral ones.
+inline constexpr contrast_data adjustment{70, 60, 5, -3, 4, 0, 0, 0};
+
 // A build whose functions are called: this one on one of its targets, or another one, from a shared
 // library, on the target that it chooses itself.
 class library {
@@ -28,8 +32,7 @@ public:
     // The name of a target, or widest_target, or the file of a shared library.
     explicit library(const std::string &build);
 
-    // Before its functions are called: chooses the target, and an adjustment in which every gain and
-    // offset differs from the neutral ones.
+    // Before its functions are called: chooses the target, and sets the adjustment.
     void prepare() const;
 
     // The job on a slice of the scene. Library, job and scene outlive it.

@@ -1,5 +1,6 @@
 // strech_opt_yuy2_ajust() as one would write it down, for progressive frames: what all the work per
 // pixel costs without vectors.
+#include "bench/library.h"
 #include "bench/peers.h"
 
 #include <algorithm>
@@ -78,11 +79,12 @@ public:
 private:
     void put_row(unsigned char *to, const unsigned char *y, const unsigned char *u,
                  const unsigned char *v) {
+        constexpr contrast_data a = adjustment;
         for (int x = 0; x < scene_.width; x += 2) {
-            *to++ = adjusted(y[x], 70, 5);
-            *to++ = adjusted(u[x / 2], 60, -3);
-            *to++ = adjusted(y[x + 1], 70, 5);
-            *to++ = adjusted(v[x / 2], 60, 4);
+            *to++ = adjusted(y[x], a.y_gain, a.y_offset);
+            *to++ = adjusted(u[x / 2], a.uv_gain, a.u_offset);
+            *to++ = adjusted(y[x + 1], a.y_gain, a.y_offset);
+            *to++ = adjusted(v[x / 2], a.uv_gain, a.v_offset);
         }
     }
 

@@ -340,8 +340,6 @@ constexpr int sample_at(int lane) {
     return pixel_at<count>(2 * lane) / 2;
 }
 
-template <int count>
-constexpr permutation pixels_permuted = make_permutation(pixel_at<count>);
 // Samples in the lower bytes of words.
 template <int count>
 constexpr permutation samples_permuted = make_permutation([](int i) {

@@ -2,7 +2,6 @@
 #include <dlfcn.h>
 
 #include <cstdio>
-#include <cstring>
 #include <fstream>
 #include <map>
 #include <string>
@@ -10,20 +9,20 @@
 
 #include <gtest/gtest.h>
 
-#include "abi/signatures.h"
+#include "tests/stretched_plane.h"
 
 namespace {
 
 // Mappings of this process that are of the library, and all.
 struct mappings {
-    int library = 0, all = 0;
+    int of_it = 0, all = 0;
 };
 
 mappings count_mappings() {
     mappings count;
     std::ifstream file("/proc/self/maps");
     for (std::string line; std::getline(file, line); ++count.all)
-        count.library += line.find("liblumalane") != std::string::npos;
+        count.of_it += line.find("liblumalane") != std::string::npos;
     return count;
 }
 
@@ -51,27 +50,18 @@ TEST(shared_library, is_new_each_time_it_is_loaded_and_leaves_nothing) {
         ASSERT_TRUE(find(stretch, "strech_pic_1X2_adjust"));
         ASSERT_TRUE(find(set, "get_contrast_data"));
 
-        constexpr int width = 16, height = 4;
-        unsigned char plane[width * height], stretched[2 * width * height];
-        std::memset(plane, 77, sizeof plane);
-        std::memset(stretched, 1, sizeof stretched);
-        const auto run = [&] {
-            stretch(plane, stretched, width, height, width, width, nullptr, 1);
-        };
         // Before it is set, every adjusted sample is 0: also when it was set before it was unloaded.
-        std::thread(run).join();
-        for (const unsigned char sample : stretched)
-            ASSERT_EQ(sample, 0);
+        bool is_new = false;
+        std::thread([&] { is_new = tests::stretches_to(0, stretch); }).join();
+        ASSERT_TRUE(is_new);
         contrast_data unchanged{64, 64, 0, 0, 0, 0, 0, 0};
         set(&unchanged);
-        run();
-        for (const unsigned char sample : stretched)
-            ASSERT_EQ(sample, 77);
+        ASSERT_TRUE(tests::stretches_to(77, stretch));
 
         ASSERT_EQ(dlclose(library), 0);
         ASSERT_EQ(dlopen(LUMALANE_SHARED_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr);
         const mappings now = count_mappings();
-        ASSERT_EQ(now.library, 0);
+        ASSERT_EQ(now.of_it, 0);
         if (i == 0)
             first = now;
         ASSERT_LE(now.all, first.all + 8) << "after " << i; // what the C library keeps of threads

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "tests/boundary/call_record.h"
+#include "tests/boundary/upper_halves.h"
 
 namespace {
 
@@ -15,27 +16,8 @@ constexpr word empty_tags = 0xffff;
 
 word stack_offset = 0;
 
-__attribute__((target("avx"))) bool upper_halves_in_use() {
-    std::uint64_t halves[2];
-    __asm__ volatile("vorps %%ymm1, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm2, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm3, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm4, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm5, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm6, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm7, %%ymm0, %%ymm0\n\t"
-                     "vextractf128 $1, %%ymm0, %0\n\t"
-                     "vzeroupper"
-                     : "=m"(halves)
-                     :
-                     : "xmm0");
-    return halves[0] != 0 || halves[1] != 0;
-}
-
-void complain(const char *function, const char *what) {
-    if (so_far.complaint.empty())
-        so_far.complaint = std::string(function) + " " + what + " (stack at +" +
-                           std::to_string(stack_offset) + ")";
+void complain_here(const char *function, const std::string &what) {
+    complain(function, what + " (stack at +" + std::to_string(stack_offset) + ")");
 }
 
 template <class Function, class... Arguments>
@@ -65,17 +47,17 @@ void call(const char *name, Function function, Arguments... arguments) {
 
     ++so_far.calls;
     if (left_mxcsr != unusual_mxcsr)
-        complain(name, "changes MXCSR");
+        complain_here(name, "changes MXCSR");
     if (record.after != record.before)
-        complain(name, "changes ebx, esi, edi, ebp or esp");
+        complain_here(name, "changes ebx, esi, edi, ebp or esp");
     if (record.flags & direction_flag)
-        complain(name, "leaves the direction flag set");
+        complain_here(name, "leaves the direction flag set");
     if ((record.environment.tags & empty_tags) != empty_tags)
-        complain(name, "leaves the multimedia state in use");
+        complain_here(name, "leaves the multimedia state in use");
     if ((record.environment.control & 0xffff) != unusual_control_word)
-        complain(name, "changes the floating-point control word");
+        complain_here(name, "changes the floating-point control word");
     if (has_upper_halves && upper_halves_in_use())
-        complain(name, "leaves the upper halves of the wide registers in use");
+        complain_here(name, "leaves the upper halves of the wide registers in use");
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // Every register that belongs to the caller of a 64-bit ARM library, with something in it.
-#include "tests/boundary/hostile_functions.h"
+#include "tests/boundary/hostile_functions_64.h"
 
 #include <cstdint>
 #include <cstring>
@@ -7,8 +7,6 @@
 extern "C" void hostile_call(void *record);
 
 namespace {
-
-using word = std::uint64_t;
 
 struct registers {
     word x19_to_x29[11], d8_to_d15[8], sp, fpcr;
@@ -102,16 +100,6 @@ hostile_call:
     ret
 )");
 
-boundary::convention spoken;
-
-// As it lies in a register, the upper half of an int anything.
-template <class T>
-word as_word(T argument) {
-    word bits = 0xabababab'abababab;
-    std::memcpy(&bits, &argument, sizeof argument);
-    return bits;
-}
-
 template <class Function, class... Arguments>
 void call(const char *name, Function function, Arguments... arguments) {
     call_record record{};
@@ -127,20 +115,8 @@ void call(const char *name, Function function, Arguments... arguments) {
     ++so_far.calls;
     if (spoken != boundary::convention::of_windows)
         record.after.x18 = record.before.x18;
-    if (std::memcmp(&record.before, &record.after, sizeof record.after) != 0 &&
-        so_far.complaint.empty())
-        so_far.complaint = std::string(name) + " changes a register of its caller";
+    if (std::memcmp(&record.before, &record.after, sizeof record.after) != 0)
+        complain(name, "changes a register of its caller");
 }
 
 } // namespace
-
-namespace boundary {
-
-std::vector<differential::target> hostile_callers(const tests::function_table &functions,
-                                                  convention c) {
-    called = functions;
-    spoken = c;
-    return {{calling("registers in use"), [] {}}};
-}
-
-} // namespace boundary

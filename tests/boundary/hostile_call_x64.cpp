@@ -1,6 +1,7 @@
 // Every register and mode that belongs to the caller of a 64-bit x86 library, with something in it:
 // by the convention of Linux, or by that of Windows.
-#include "tests/boundary/hostile_functions.h"
+#include "tests/boundary/hostile_functions_64.h"
+#include "tests/boundary/upper_halves.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -10,8 +11,6 @@
 extern "C" void hostile_call(void *record);
 
 namespace {
-
-using word = std::uint64_t;
 
 struct registers {
     word rbx, rbp, r12, r13, r14, r15, rsp, rsi, rdi;
@@ -135,46 +134,6 @@ constexpr std::uint32_t empty_tags = 0xffff;
 // Neither is what programs begin with: towards zero, denormals are zeros; and of 53 bits.
 constexpr std::uint32_t unusual_mxcsr = 0xffc0, unusual_control = 0x0e7f;
 
-boundary::convention spoken;
-
-// As it lies in a register, the upper half of an int anything.
-template <class T>
-word as_word(T argument) {
-    word bits = 0xabababab'abababab;
-    std::memcpy(&bits, &argument, sizeof argument);
-    return bits;
-}
-
-__attribute__((target("avx"))) bool upper_halves_in_use() {
-    std::uint64_t halves[2];
-    __asm__ volatile("vorps %%ymm1, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm2, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm3, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm4, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm5, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm6, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm7, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm8, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm9, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm10, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm11, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm12, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm13, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm14, %%ymm0, %%ymm0\n\t"
-                     "vorps %%ymm15, %%ymm0, %%ymm0\n\t"
-                     "vextractf128 $1, %%ymm0, %0\n\t"
-                     "vzeroupper"
-                     : "=m"(halves)
-                     :
-                     : "xmm0");
-    return halves[0] != 0 || halves[1] != 0;
-}
-
-void complain(const char *function, const char *what) {
-    if (so_far.complaint.empty())
-        so_far.complaint = std::string(function) + " " + what;
-}
-
 template <class Function, class... Arguments>
 void call(const char *name, Function function, Arguments... arguments) {
     static const bool has_upper_halves = __builtin_cpu_supports("avx");
@@ -228,14 +187,3 @@ void call(const char *name, Function function, Arguments... arguments) {
 }
 
 } // namespace
-
-namespace boundary {
-
-std::vector<differential::target> hostile_callers(const tests::function_table &functions,
-                                                  convention c) {
-    called = functions;
-    spoken = c;
-    return {{calling("registers in use"), [] {}}};
-}
-
-} // namespace boundary

@@ -8,6 +8,12 @@ namespace {
 tests::function_table called;
 boundary::report so_far;
 
+// The first complaint stays.
+void complain(const char *function, const std::string &what) {
+    if (so_far.complaint.empty())
+        so_far.complaint = std::string(function) + " " + what;
+}
+
 template <class Function, class... Arguments>
 void call(const char *name, Function function, Arguments... arguments);
 

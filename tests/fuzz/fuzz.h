@@ -24,7 +24,7 @@ inline void expect(bool true_of_it, const char *what) {
         report(std::string("not so: ") + what);
 }
 
-// The first bytes are the seed of contents, the others choose.
+// The first bytes seed the generator of contents, the others choose.
 inline differential::random choices_of(const std::uint8_t *data, std::size_t size) {
     std::uint64_t seed = 0;
     const std::size_t count = size < 2 ? size : 2;

@@ -6,22 +6,30 @@
 #include <windows.h>
 
 #include <cstdio>
-#include <cstring>
 #include <string>
 
 #include "tests/boundary/hostile_call.h"
 #include "tests/differential/differential.h"
-#include "tests/wine/decoration.h"
+#include "tests/stretched_plane.h"
+
+// The names under which the 32-bit library for Windows exports its functions.
+namespace decoration {
+#define LUMALANE_DECORATION(signature, linux_, windows_32, windows_64)                             \
+    constexpr char signature[] = windows_32;
+#include "abi/decorations.inc"
+#undef LUMALANE_DECORATION
+} // namespace decoration
 
 namespace {
 
 // Says so on standard error if the DLL has no such function.
 template <class Function>
-bool look_up(HMODULE dll, const char *decorated_name, Function *&function) {
-    function =
-        reinterpret_cast<Function *>(reinterpret_cast<void *>(GetProcAddress(dll, decorated_name)));
+bool look_up(HMODULE dll, const std::string &name, const char *signature, Function *&function) {
+    const std::string decorated = "?" + name + "@@YAX" + signature + "@Z";
+    function = reinterpret_cast<Function *>(
+        reinterpret_cast<void *>(GetProcAddress(dll, decorated.c_str())));
     if (!function)
-        std::fprintf(stderr, "not exported: %s\n", decorated_name);
+        std::fprintf(stderr, "not exported: %s\n", decorated.c_str());
     return function;
 }
 
@@ -33,20 +41,14 @@ bool load_and_unload(unsigned times) {
         void (*stretch)(LUMALANE_PARAMETERS_plane_stretch_ajust);
         void (*set)(LUMALANE_PARAMETERS_parameters);
         if (!dll ||
-            !look_up(dll, LUMALANE_DECORATED_NAME(plane_stretch_ajust, strech_pic_1X2_adjust),
-                     stretch) ||
-            !look_up(dll, LUMALANE_DECORATED_NAME(parameters, get_contrast_data), set))
+            !look_up(dll, "strech_pic_1X2_adjust", decoration::plane_stretch_ajust, stretch) ||
+            !look_up(dll, "get_contrast_data", decoration::parameters, set))
             return false;
-        constexpr int width = 16, height = 4;
-        unsigned char plane[width * height], stretched[2 * width * height];
-        std::memset(plane, 77, sizeof plane);
-        std::memset(stretched, 1, sizeof stretched);
-        stretch(plane, stretched, width, height, width, width, nullptr, 1);
-        const bool unset = stretched[0] == 0 && stretched[2 * width * height - 1] == 0;
+        const bool unset = tests::stretches_to(0, stretch);
         contrast_data unchanged{64, 64, 0, 0, 0, 0, 0, 0};
         set(&unchanged);
-        stretch(plane, stretched, width, height, width, width, nullptr, 1);
-        if (!unset || stretched[0] != 77 || !FreeLibrary(dll) || GetModuleHandleA("lumalane.dll")) {
+        if (!unset || !tests::stretches_to(77, stretch) || !FreeLibrary(dll) ||
+            GetModuleHandleA("lumalane.dll")) {
             std::fprintf(stderr, "lumalane.dll is not new when it is loaded for the %u. time\n", i);
             return false;
         }
@@ -75,7 +77,7 @@ int main(int argc, char **argv) {
     tests::function_table exported{};
     bool complete = true;
 #define LUMALANE_EXPORT(signature, name)                                                           \
-    complete &= look_up(dll, LUMALANE_DECORATED_NAME(signature, name), exported.name);
+    complete &= look_up(dll, #name, decoration::signature, exported.name);
 #include "abi/exports.inc"
 #undef LUMALANE_EXPORT
     if (!complete)
