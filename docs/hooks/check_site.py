@@ -167,12 +167,13 @@ def told_figures(told):
     shown, sums = {}, {}
     for section, entries in told.items():
         for name, value in (entries or {}).items():
-            if section == "builds":
-                for figure, number in value.items():
-                    shown[f"builds/{name}/{figure}"] = f"{number:,}"
+            if not isinstance(value, dict):
+                shown[f"{section}/{name}"] = value
+                continue
+            for figure, number in value.items():
+                shown[f"{section}/{name}/{figure}"] = f"{number:,}"
+                if section == "builds":
                     sums[figure] = sums.get(figure, 0) + number
-            else:
-                shown[f"{section}/{name}"] = f"{value:,}" if isinstance(value, int) else value
     return shown, {name: f"{number:,}" for name, number in sums.items()}
 
 

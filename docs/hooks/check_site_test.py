@@ -13,10 +13,11 @@ GOOD = f"""<link rel="stylesheet" href="a.css"><h1 id="top">Manual</h1><a href="
 <h3 id="load" class="function">load</h3><img src="one.png"><img src="two.png">
 <svg viewBox="0 0 1 1" role="img"></svg><table><tr>{FACTS}</tr></table>
 <span data-figure="builds/one/calls">1,000</span> and <span data-figure="builds/two/calls">234</span>,
-in all <b data-figure="calls">1,234</b>; <i data-figure="processors/old">narrow</i>"""
+in all <b data-figure="calls">1,234</b>; <i data-figure="processors/old">narrow</i>
+<i data-figure="fuzz/bytes/executions">5,678</i>"""
 
 TOLD = {"builds": {"one": {"calls": 1000}, "two": {"calls": 234}},
-        "processors": {"old": "narrow"}, "fuzz": None}
+        "processors": {"old": "narrow"}, "fuzz": {"bytes": {"executions": 5678}}}
 
 FAULTS = [
     ("no anchor", '"#top"', '"#nowhere"'),
@@ -36,6 +37,7 @@ FAULTS = [
     ("calls is 1,233, and not 1,234", "1,234", "1,233"),
     ("two/calls is 1,234, and not 234", "234</span>", "1,234</span>"),
     ("processors/old is not shown", "processors/old", "processors/new"),
+    ("bytes/executions is 5,679, and not 5,678", "5,678", "5,679"),
     ("processors/new is narrow, and not None", "processors/old", "processors/new"),
 ]
 

@@ -434,20 +434,21 @@ def figure_cell(key, value):
     return f'<span data-figure="{html.escape(key)}">{text}</span>'
 
 
+TABLES_OF_FIGURES = {"builds": "Figure", "processors": "Processor", "fuzz": "Target"}
+
+
 def figures_table(section):
-    told = figures()[section] or {}
-    if section != "builds":
-        rows = "".join(f"<tr><td>{html.escape(name)}</td>"
-                       f"<td>{figure_cell(f'{section}/{name}', value)}</td></tr>"
-                       for name, value in told.items())
-        return [f'<table class="told">{rows}</table>']
-    names = sorted({name for build in told.values() for name in build})
-    head = "".join(f"<th>{html.escape(build)}</th>" for build in told)
-    rows = "".join(
-        f"<tr><td>{name}</td>" + "".join(
-            "<td>" + (figure_cell(f"builds/{build}/{name}", values[name]) if name in values else "")
-            + "</td>" for build, values in told.items()) + "</tr>" for name in names)
-    return [f'<div class="wide"><table class="told"><tr><th></th>{head}</tr>{rows}</table></div>']
+    cells = {}  # by row and column
+    for name, told in (figures()[section] or {}).items():
+        for figure, value in told.items() if isinstance(told, dict) else [("", told)]:
+            key = figure_cell("/".join(filter(None, (section, name, figure))), value)
+            cells[(figure, name) if section == "builds" else (name, figure or "takes")] = key
+    columns = list(dict.fromkeys(column for _, column in cells))
+    head = "".join(f"<th>{html.escape(c)}</th>" for c in (TABLES_OF_FIGURES[section], *columns))
+    rows = "".join(f"<tr><td>{html.escape(row)}</td>"
+                   + "".join(f"<td>{cells.get((row, c), '')}</td>" for c in columns) + "</tr>"
+                   for row in sorted({row for row, _ in cells}))
+    return [f'<div class="wide told"><table><tr>{head}</tr>{rows}</table></div>']
 
 
 # ---- mkdocs ---------------------------------------------------------------------------------------
