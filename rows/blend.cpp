@@ -606,7 +606,7 @@ void blend_plane(const blended_planes &rows, ptrdiff_t n) {
 }
 
 void blend_chroma_planes(const blended_planes &rows, ptrdiff_t n) {
-    if (is_rare(rows.by[0]))
+    if (is_rare(rows.by[0])) // and so is the other one, which has the same gain
         return blend_rare_rows(blend_chroma_planes, rows, 2, n, n / 2);
     const auto of_maps = [&](const auto map_u, const auto map_v) LUMALANE_INLINE_LAMBDA {
         with_stores(rows.stores, [&](auto stores) LUMALANE_INLINE_LAMBDA {
