@@ -568,9 +568,10 @@ constexpr void rows_of_adjusted_plane(pointer from, number start, const plane_st
     to.reads(from, {(h - 1) * next - S, W, 2, next - S});
     const number made = times == 2 ? 2 * w - w % 16 : w;
     to.writes(pointer::dst, {start + D + left, made - left, 2 * h - 3, D});
-    // Whole steps, where the others may end within one.
+    // Whole steps, where the others may end within one; the former of the last two over an average,
+    // which begins where the others do.
     to.writes_again(pointer::dst, {start, times * W});
-    to.writes_again(pointer::dst, {start + (2 * h - 2) * D, times * W});
+    to.writes_again(pointer::dst, {start + (2 * h - 2) * D + left, times * W - left});
     to.writes_again(pointer::dst, {start + (2 * h - 2) * D + times * w, times * W});
 }
 

@@ -26,11 +26,11 @@ constexpr stretch_function stretch_functions[] = {
     {"strech_picture_1X2_yuy2_ajust_rgb24", 3, 16, 16, -9},
     {"strech_picture_1X2_yuy2_ajust_rgb16", 2, 16, 16, -9},
     // Each chroma plane has half of both.
-    {"strech_picture_2X2_yv12_ajust", 2, 32, 1, 4},
-    {"strech_picture_1X2_yv12_ajust", 1, 32, 1, 4},
-    {"strech_pic_2X2", 2, 8, 1, 2},
-    {"strech_pic_2X2_adjust", 2, 16, 1, 2},
-    {"strech_pic_1X2_adjust", 1, 16, 1, 2},
+    {"strech_picture_2X2_yv12_ajust", 2, 2, 1, 4},
+    {"strech_picture_1X2_yv12_ajust", 1, 2, 1, 4},
+    {"strech_pic_2X2", 2, 1, 1, 2},
+    {"strech_pic_2X2_adjust", 2, 1, 1, 2},
+    {"strech_pic_1X2_adjust", 1, 1, 1, 2},
     {"strech_opt_yuy2_ajust", 2, 32, 1, -9},
 };
 
