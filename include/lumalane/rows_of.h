@@ -89,7 +89,7 @@ constexpr row_set moved(row_set rows, long long by) {
 
 /// Columns that lie side by side as rows.
 constexpr row_set joined(row_set rows) {
-    if (rows.columns > 1 && rows.column_pitch == rows.bytes) {
+    if (rows.column_pitch == rows.bytes) {
         rows.bytes *= rows.columns;
         rows.columns = 1, rows.column_pitch = 0;
     }
