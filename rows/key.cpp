@@ -78,18 +78,27 @@ template <int m, class Pixels, class Adjusted>
 LUMALANE_INLINE ptrdiff_t emit_keyed_groups(const keyed_rows &row, ptrdiff_t x, ptrdiff_t n,
                                             const key_colour &key, const Adjusted &adjusted) {
     constexpr int size = Pixels::bytes_per_pixel, count = permuted_for<Pixels, m>;
+    const auto pixels_at = [&](ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+        const auto terms = to_rgb::chroma(adjusted.rgb_chroma(
+            chroma_words<m / 2>{load_chroma_permuted<count, m / 2>(row.u + x / 2),
+                                load_chroma_permuted<count, m / 2>(row.v + x / 2)}));
+        return to_rgb::pixels(adjusted.rgb_luma(load_permuted<count, m>(row.y + x)), terms);
+    };
     while (x + m <= n) {
+        if constexpr (calls_are_apart<m>) {
+            for (; x + m <= n && all_in_1_to_127(load<m>(row.alpha + x)); x += m)
+                store_all(row.stores, row.dst + size * x, Pixels::interleaved(pixels_at(x)));
+            if (x + m > n)
+                break;
+        }
         const bytes<m> alpha = load<m>(row.alpha + x);
         if (all_zero(alpha)) {
             x += emit_clear<m, size>(row.dst + size * x, row.alpha + x, n - x, key.pixels,
                                      row.stores);
             continue;
         }
-        const auto terms = to_rgb::chroma(adjusted.rgb_chroma(
-            chroma_words<m / 2>{load_chroma_permuted<count, m / 2>(row.u + x / 2),
-                                load_chroma_permuted<count, m / 2>(row.v + x / 2)}));
-        auto pixels = to_rgb::pixels(adjusted.rgb_luma(load_permuted<count, m>(row.y + x)), terms);
-        if (!all(in_1_to_127(alpha)))
+        auto pixels = pixels_at(x);
+        if (calls_are_apart<m> || !all_in_1_to_127(alpha))
             pixels = keyed(pixels, split(permuted<count>(alpha)), key);
         store_all(row.stores, row.dst + size * x, Pixels::interleaved(pixels));
         x += m;

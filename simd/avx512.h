@@ -64,6 +64,10 @@ constexpr __mmask64 make_every(int size, int at) {
     return bits;
 }
 
+// Masks of lanes are made in general registers.
+template <>
+inline constexpr bool calls_are_apart<64> = true;
+
 // Where a picture outgrows the second-level cache, rows of pairs are up to 1.1 times as fast so, and
 // 0.9 times as fast as AVX2's otherwise.
 template <>
@@ -183,8 +187,21 @@ LUMALANE_INLINE bytes<64> equal(bytes<64> a, bytes<64> b) {
     return {_mm512_movm_epi8(_mm512_cmpeq_epi8_mask(a.v, b.v))};
 }
 
+LUMALANE_INLINE __mmask64 mask_of_1_to_127(bytes<64> a) {
+    return _mm512_cmpgt_epi8_mask(a.v, _mm512_setzero_si512());
+}
+
 LUMALANE_INLINE bytes<64> in_1_to_127(bytes<64> a) {
-    return {_mm512_movm_epi8(_mm512_cmpgt_epi8_mask(a.v, _mm512_setzero_si512()))};
+    return {_mm512_movm_epi8(mask_of_1_to_127(a))};
+}
+
+LUMALANE_INLINE bool all_in_1_to_127(bytes<64> a) {
+    const __mmask64 mask = mask_of_1_to_127(a);
+    return _kortestc_mask64_u8(mask, mask) != 0;
+}
+
+LUMALANE_INLINE bool all(bytes<64> where) {
+    return _mm512_cmpneq_epi32_mask(where.v, _mm512_set1_epi32(-1)) == 0;
 }
 
 // Bits of `chosen` where those of `where` are set, of `otherwise` elsewhere.
@@ -195,10 +212,6 @@ LUMALANE_INLINE bytes<64> choose(bytes<64> where, bytes<64> chosen, bytes<64> ot
 LUMALANE_INLINE bytes<64> choose_equal(bytes<64> a, bytes<64> b, bytes<64> chosen,
                                        bytes<64> otherwise) {
     return {_mm512_mask_mov_epi8(otherwise.v, _mm512_cmpeq_epi8_mask(a.v, b.v), chosen.v)};
-}
-
-LUMALANE_INLINE bool all(bytes<64> where) {
-    return _mm512_cmpneq_epi32_mask(where.v, _mm512_set1_epi32(-1)) == 0;
 }
 
 // ---- Between bytes and words -------------------------------------------------------------------

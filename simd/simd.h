@@ -65,6 +65,11 @@ inline constexpr int padded_parts = 4;
 template <int n>
 inline constexpr int widest_with_gaps = n;
 
+// Whether a loop takes longer where another one of its ways calls a function, for vectors of n bytes:
+// what that function may change is loaded anew in every turn.
+template <int n>
+inline constexpr bool calls_are_apart = false;
+
 // How many bytes before they are stored lines of the destination are fetched, where vectors have n. 0:
 // the processor does by itself.
 template <int n>

@@ -227,6 +227,9 @@ constexpr void add_operations(tests::probe &probe) {
         return choose_equal(where & fill_bytes<n>(3), fill_bytes<n>(2), x, y);
     });
     add_one("all", [](b x, b y) { return short{all(equal(x, y))}; });
+    add_one("all_in_1_to_127", [](b a) { return short{all_in_1_to_127(a)}; });
+    add_one("all_in_1_to_127",
+            [](b x, b y) { return short{all_in_1_to_127(equal(x, y) & fill_bytes<n>(1))}; });
     add_one("average", [](b x, b y) { return average(even(x), even(y)); });
     add_one("absolute_difference", [](b x, b y) { return absolute_difference(x, y); });
     add_one("groups_above", [](b a) { return groups_above(a, 512); });
