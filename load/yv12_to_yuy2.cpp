@@ -7,7 +7,7 @@ namespace lumalane {
 // [yuy2_surface.the_plain_form_keeps_8_bytes_of_every_32_in_lower_rows]
 void loadimage_yuy2(const machine &machine, const call::picture &p) {
     load_row_pairs(machine, p, pair_order::both_rows_by_steps,
-                   {machine.rows.emit_yuy2_with_gaps, 2, bound_by::stores});
+                   {machine.rows.emit_yuy2_with_gaps, 2, bound_by::stores_alone});
 }
 
 // quirk: heights of 8 and less and odd ones write nothing
@@ -21,14 +21,14 @@ void loadimage_yuy2_ajust(const machine &machine, const call::picture &p) {
 void loadimage_yuy2_mono_ajust(const machine &machine, const call::picture &p) {
     constexpr plane_adjustment none = prepared(64, 0);
     load_row_pairs(machine, p, pair_order::row_by_row,
-                   {machine.rows.emit_mono_yuy2, 2, bound_by::stores},
+                   {machine.rows.emit_mono_yuy2, 2, bound_by::stores_alone},
                    {current_adjustment().y, none, none}, chroma_is::unread);
 }
 
 // Two neighbours make one sample before the adjustment, U with U and V with V.
 void loadimage_half_yuy2_ajust(const machine &machine, const call::picture &p) {
     load_row_pairs(machine, p, pair_order::row_by_row,
-                   {machine.rows.emit_half_yuy2, 1, bound_by::stores}, current_adjustment());
+                   {machine.rows.emit_half_yuy2, 1, bound_by::stores_alone}, current_adjustment());
 }
 
 } // namespace lumalane

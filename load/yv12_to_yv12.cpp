@@ -22,10 +22,12 @@ plane chroma_of(const call::picture &p, const unsigned char *src, unsigned char 
 }
 
 // The rows of a plane through `emit`, adjusted unless `by` is neutral. Rows have whole steps of 8
-// destination bytes, each from `times` source bytes.
+// destination bytes, each from `times` source bytes; all planes have so many.
 void load_plane(const machine &machine, const byte_rows &dst, const byte_rows &src, int times,
-                row_kernel::plane_to_surface *emit, const plane_adjustment &by, bool in_order) {
-    const surface_stores stores(machine, dst.first, dst.pitch, dst.count * dst.bytes, in_order);
+                row_kernel::plane_to_surface *emit, const plane_adjustment &by, bool in_order,
+                long long all_bytes) {
+    const surface_stores stores(machine, dst.first, dst.pitch, all_bytes, in_order,
+                                bound_by::stores_alone);
     // Rows without gaps are one.
     const bool one = !in_order && dst.pitch == dst.bytes && src.pitch == times * dst.bytes &&
                      src.pitch * dst.count <= PTRDIFF_MAX;
@@ -59,9 +61,12 @@ void loadimage_yv12_ajust(const machine &machine, const call::picture &p) {
     const adjustment by = current_adjustment();
     // quirk: V gets the offset of U, and U that of V
     const plane_adjustment *const by_plane[] = {&by.y, &by.u, &by.v};
+    long long all_bytes = 0;
+    for (int plane = 0; plane < 3; ++plane)
+        all_bytes += rows.written[plane].count * rows.written[plane].bytes;
     for (int plane = 0; plane < 3; ++plane)
         load_plane(machine, rows.written[plane], rows.read[plane], 1, machine.rows.emit_plane,
-                   *by_plane[plane], in_order);
+                   *by_plane[plane], in_order, all_bytes);
 }
 
 // ---- Half the width ----------------------------------------------------------------------------
@@ -107,7 +112,7 @@ void loadimage_half_yv12_ajust(const machine &machine, const call::picture &p) {
     const bool in_order = machine.in_order || rows.order_can_be_observed();
     const adjustment by = current_adjustment();
     load_plane(machine, rows.written[0], rows.read[0], 2, machine.rows.emit_half_plane, by.y,
-               in_order);
+               in_order, rows.written[0].count * rows.written[0].bytes);
     halve_chroma(machine, chroma_of(p, p.src_v, dst_v), by.v, in_order);
     halve_chroma(machine, chroma_of(p, p.src_u, dst_u), by.u, in_order);
 }

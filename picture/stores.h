@@ -37,12 +37,13 @@ private:
     // too, and other processes have theirs. But a cache of more than 24 MB is that of many cores, and
     // slower to write: 8 MB are enough there. (Measured with 32 MB: at 8 MB of output cached stores
     // are as fast, from 16 MB on non-temporal ones are 1.2 to 1.6 times as fast. With 260 MB, on a
-    // server: 1.4 to 2 times from 8 MB on where stores are the bound, 0.9 where arithmetic is; where
-    // stores alone are, 1.1 to 1.2 times as soon as the second-level cache is outgrown.)
+    // server: 1.4 to 2 times from 8 MB on where stores are the bound, 0.9 where arithmetic is;
+    // where stores alone are, 1.1 to 1.3 times as soon as the second-level cache of 2 MB is outgrown by
+    // what is read and stored.)
     static bool outgrows_cache(const machine &machine, long long bytes, bound_by bound) {
         const unsigned cache = machine.last_level_cache_bytes, third = cache / 3;
         const unsigned most = bound == bound_by::arithmetic                            ? third
-                              : bound == bound_by::stores_alone && cache > 128'000'000 ? 1'500'000
+                              : bound == bound_by::stores_alone && cache > 128'000'000 ? 1'250'000
                                                                                        : 8'000'000;
         return cache != 0 && bytes > (third > most ? most : third);
     }

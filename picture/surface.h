@@ -39,7 +39,7 @@ struct packed_to_surface {
 };
 
 inline packed_to_surface packed_to_rgb32(const row_kernels &rows) {
-    return {rows.emit_packed_rgb32, 4, bound_by::stores};
+    return {rows.emit_packed_rgb32, 4, bound_by::stores_alone};
 }
 
 inline packed_to_surface packed_to_rgb24(const row_kernels &rows) {
@@ -47,7 +47,7 @@ inline packed_to_surface packed_to_rgb24(const row_kernels &rows) {
 }
 
 inline packed_to_surface packed_to_yuy2(const row_kernels &rows) {
-    return {rows.emit_packed_yuy2, 2, bound_by::stores};
+    return {rows.emit_packed_yuy2, 2, bound_by::stores_alone};
 }
 
 inline packed_to_surface packed_to_rgb16(const row_kernels &rows, unsigned layout) {

@@ -9,7 +9,8 @@ namespace {
 void transfer(const machine &machine, const call_rows &p, ptrdiff_t pixels, bool in_order,
               ptrdiff_t step, row_kernel::plane_to_surface *kernel) {
     const byte_rows &dst = p.written[0], &src = p.read[0];
-    const surface_stores stores(machine, dst.first, dst.pitch, most_bytes(p), in_order);
+    const surface_stores stores(machine, dst.first, dst.pitch, most_bytes(p), in_order,
+                                bound_by::stores_alone);
     for_rows(p, pixels, in_order, step, [&](const rows_run &run) {
         kernel({source_row(src, run.row), destination_row(dst, run.row), stores, nullptr, run.count,
                 run.next(src), run.next(dst)},

@@ -233,8 +233,8 @@ TEST_P(stores_test, go_around_the_cache_from_a_third_of_it_on) {
     };
     EXPECT_EQ(alone(128'000'000, 8'000'000), store_policy::cached);
     EXPECT_EQ(alone(128'000'000, 8'000'001), store_policy::non_temporal);
-    EXPECT_EQ(alone(128'000'001, 1'500'000), store_policy::cached);
-    EXPECT_EQ(alone(128'000'001, 1'500'001), store_policy::non_temporal);
+    EXPECT_EQ(alone(128'000'001, 1'250'000), store_policy::cached);
+    EXPECT_EQ(alone(128'000'001, 1'250'001), store_policy::non_temporal);
     EXPECT_EQ(alone(3'000'000, 1'000'000), store_policy::cached);
     EXPECT_EQ(alone(3'000'000, 1'000'001), store_policy::non_temporal);
     EXPECT_EQ(decided(300'000'000, 8'000'000), store_policy::cached);
