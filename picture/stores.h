@@ -10,7 +10,7 @@ namespace lumalane {
 // What bounds a function whose surface outgrows the second-level cache. (Rows that are stored one
 // after the other make what they share anew: where arithmetic is the bound that costs its gain. Where
 // there is hardly any, stores alone are the bound.)
-enum class bound_by : unsigned char { stores_alone, stores, arithmetic };
+enum class bound_by : unsigned char { stores_alone, stores, both, arithmetic };
 
 // The store policy for a call that writes `bytes` in rows at `dst`; finishes the stores at its end. In
 // order stores are cached: kernels store the rows of a pair in turn otherwise.
@@ -37,12 +37,13 @@ private:
     // too, and other processes have theirs. But a cache of more than 24 MB is that of many cores, and
     // slower to write: 8 MB are enough there. (Measured with 32 MB: at 8 MB of output cached stores
     // are as fast, from 16 MB on non-temporal ones are 1.2 to 1.6 times as fast. With 260 MB, on a
-    // server: 1.4 to 2 times from 8 MB on where stores are the bound, 0.9 where arithmetic is;
-    // where stores alone are, 1.1 to 1.3 times as soon as the second-level cache of 2 MB is outgrown by
-    // what is read and stored.)
+    // server: 1.4 to 2 times from 8 MB on where stores are the bound, 0.9 where arithmetic is, and
+    // where both are 0.8 to 1 at 12 MB and 1.1 to 1.3 from 25 MB on; where stores alone are, 1.1 to 1.3
+    // times as soon as the second-level cache of 2 MB is outgrown by what is read and stored.)
     static bool outgrows_cache(const machine &machine, long long bytes, bound_by bound) {
         const unsigned cache = machine.last_level_cache_bytes, third = cache / 3;
         const unsigned most = bound == bound_by::arithmetic                            ? third
+                              : bound == bound_by::both                                ? 16'000'000
                               : bound == bound_by::stores_alone && cache > 128'000'000 ? 1'250'000
                                                                                        : 8'000'000;
         return cache != 0 && bytes > (third > most ? most : third);

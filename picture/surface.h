@@ -11,12 +11,18 @@ struct planar_to_surface {
     bound_by bound;
 };
 
+// Whether a vector of pixels is whole lines of the cache: then non-temporal stores may go to both rows of
+// a pair in turn, which share the arithmetic of chroma.
+inline bool fills_lines(const row_kernels &rows, int bytes_per_pixel) {
+    return rows.vector_bytes * bytes_per_pixel % 64 == 0;
+}
+
 inline planar_to_surface planar_to_rgb32(const row_kernels &rows) {
     return {rows.emit_rgb32, 4, bound_by::stores};
 }
 
 inline planar_to_surface planar_to_rgb24(const row_kernels &rows) {
-    return {rows.emit_rgb24, 3, bound_by::arithmetic};
+    return {rows.emit_rgb24, 3, fills_lines(rows, 3) ? bound_by::both : bound_by::arithmetic};
 }
 
 inline planar_to_surface planar_to_yuy2(const row_kernels &rows) {

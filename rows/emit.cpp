@@ -195,9 +195,9 @@ enum class known {
     both_averages, // and chroma is averaged
 };
 
-// A group from x on: of a pair of rows, or of one. Of two rows the upper one is stored before the
-// lower one is loaded.
-template <int n, bool pair, known is = known::nothing, class Surface>
+// A group from x on: of a pair of rows, or of one, which asks how to store. Of two rows the upper one
+// is stored before the lower one is loaded.
+template <int n, bool pair, known is = known::nothing, class Stores = cached, class Surface>
 LUMALANE_INLINE void emit_group(const Surface &surface, const row_start &at, ptrdiff_t x) {
     constexpr bool one_chroma = is == known::one_of_each || is == known::average_luma;
     if (is == known::both_averages && at.chroma_below == 0)
@@ -210,9 +210,11 @@ LUMALANE_INLINE void emit_group(const Surface &surface, const row_start &at, ptr
     };
     const bytes<n> upper = load<n>(at.y + x);
     if constexpr (pair) {
-        fetch_ahead<n, Surface::bytes_per_pixel>(dst);
-        fetch_ahead<n, Surface::bytes_per_pixel>(dst + at.dst_below);
-        store_all<cached>(dst, pixels(upper));
+        if constexpr (Stores::takes_lines) {
+            fetch_ahead<n, Surface::bytes_per_pixel>(dst);
+            fetch_ahead<n, Surface::bytes_per_pixel>(dst + at.dst_below);
+        }
+        store_all<Stores>(dst, pixels(upper));
         bytes<n> lower;
         if constexpr (is == known::nothing) {
             lower = lower_luma<Surface>(at, upper, x);
@@ -221,7 +223,7 @@ LUMALANE_INLINE void emit_group(const Surface &surface, const row_start &at, ptr
             if constexpr (is != known::one_of_each)
                 lower = average(upper, lower);
         }
-        store_all<cached>(dst + at.dst_below, pixels(lower));
+        store_all<Stores>(dst + at.dst_below, pixels(lower));
     } else {
         store_all(at.stores, dst, pixels(upper));
     }
@@ -244,13 +246,20 @@ template <class Surface>
 }
 
 // The groups of the widest vectors. Returns how far they came.
-template <bool pair, known is, class Surface>
+template <bool pair, known is, class Stores = cached, class Surface>
 LUMALANE_INLINE ptrdiff_t emit_groups(const Surface &surface, const row_start &at, ptrdiff_t n) {
     ptrdiff_t x = 0;
     for (; x + widest <= n; x += widest)
-        emit_group<widest, pair, is>(surface, at, x);
+        emit_group<widest, pair, is, Stores>(surface, at, x);
     return x;
 }
+
+// Whether the pixels of a group fill lines of the cache, so that non-temporal stores may go to both rows
+// of a pair in turn.
+template <class Surface>
+inline constexpr bool streams_pairs =
+    streams &&vector_registers >= 16 && Surface::bytes_per_pixel > 2 &&
+    widest *Surface::bytes_per_pixel % 64 == 0;
 
 template <bool pair, class Surface>
 LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by,
@@ -267,6 +276,8 @@ LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by,
             x = emit_groups<pair, known::both_averages>(surface, at, n);
         else
             x = emit_groups<pair, known::nothing>(surface, at, n);
+    } else if (pair && streams_pairs<Surface> && at.stores == store_policy::non_temporal) {
+        x = emit_groups<pair, known::nothing, non_temporal>(surface, at, n);
     } else {
         x = emit_groups<pair, known::nothing>(surface, at, n);
     }
@@ -279,14 +290,18 @@ LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by,
                                pair, n, x);
 }
 
-// Whether the rows of a pair are stored one after the other, although the stores are cached.
+// Whether the rows of a pair are stored in turn.
 template <class Surface>
-LUMALANE_INLINE bool apart(const planar_rows &rows, ptrdiff_t n) {
-    if constexpr (Surface::may_be_apart)
-        return n > longest_run_in_order && rows.lower == lower_row::itself &&
-               cross_cache_lines(rows);
-    else
+LUMALANE_INLINE bool in_turn(const planar_rows &rows, ptrdiff_t n) {
+    if (rows.lower == lower_row::none)
         return false;
+    if (!rows_in_turn(rows.stores)) {
+        const auto places = reinterpret_cast<uintptr_t>(rows.dst) |
+                            static_cast<uintptr_t>(rows.dst_below | rows.dst_next);
+        return streams_pairs<Surface> && places % 64 == 0;
+    }
+    return !Surface::may_be_apart || n <= longest_run_in_order || rows.lower != lower_row::itself ||
+           !cross_cache_lines(rows);
 }
 
 template <class Surface>
@@ -299,10 +314,9 @@ LUMALANE_INLINE void emit_rows(const planar_rows &rows, ptrdiff_t n,
     row_start at{
         rows.y,      rows.u,    rows.v, rows.dst, rows.y_below, rows.dst_below, rows.chroma_below,
         rows.stores, rows.lower};
-    const bool pairs = rows.lower != lower_row::none,
-               in_turn = pairs && rows_in_turn(rows.stores) && !apart<Surface>(rows, n);
+    const bool pairs = rows.lower != lower_row::none, both_at_once = in_turn<Surface>(rows, n);
     for (ptrdiff_t left = rows.count; left > 0; --left) {
-        if (in_turn) {
+        if (both_at_once) {
             emit_along<true>(surface, by, format, at, n);
         } else {
             // (A loop for both rows that asks how to store is slower in the cache, by 2 to 10 %.)
