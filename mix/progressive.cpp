@@ -53,9 +53,11 @@ void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surf
     const mix_pairs p(mix, surface.bytes_per_pixel, d);
     const bool in_order =
         machine.in_order || order_can_be_observed(mix, surface.bytes_per_pixel, d);
+    // What is blended goes to the surface one row after the other anyhow.
+    const bool around = p.bytes_per_pixel > 2 && fills_lines(machine.rows, p.bytes_per_pixel);
     const surface_stores stores(machine, p.first.dst, p.below.dst | p.next.dst,
                                 2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order,
-                                bound_by::arithmetic);
+                                around ? bound_by::both : bound_by::arithmetic);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, surface, by.neutral() ? nullptr : &by, stores);
     if (in_order) {
