@@ -13,10 +13,10 @@ void loadimage_yuy2(const machine &machine, const call::picture &p) {
 // quirk: heights of 8 and less and odd ones write nothing
 // [yuy2_surface.the_adjusted_form_alone_does_nothing_at_heights_up_to_8_and_odd_ones]
 void loadimage_yuy2_ajust(const machine &machine, const call::picture &p) {
-    // The adjustment takes less time than the stores.
-    const planar_to_surface surface{machine.rows.emit_yuy2, 2, bound_by::stores_alone};
+    const adjustment by = current_adjustment();
+    const bound_by bound = by.neutral() ? bound_by::stores_alone : bound_by::loads_and_stores;
     if (p.height > 8 && p.height % 2 == 0)
-        load_row_pairs(machine, p, pair_order::row_by_row, surface, current_adjustment());
+        load_row_pairs(machine, p, pair_order::row_by_row, {machine.rows.emit_yuy2, 2, bound}, by);
 }
 
 void loadimage_yuy2_mono_ajust(const machine &machine, const call::picture &p) {

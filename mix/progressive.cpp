@@ -57,7 +57,7 @@ void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surf
     const bool around = p.bytes_per_pixel > 2 && fills_lines(machine.rows, p.bytes_per_pixel);
     const surface_stores stores(machine, p.first.dst, p.below.dst | p.next.dst,
                                 2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order,
-                                around ? bound_by::both : bound_by::arithmetic);
+                                around ? bound_by::stores_and_arithmetic : bound_by::arithmetic);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, surface, by.neutral() ? nullptr : &by, stores);
     if (in_order) {

@@ -22,7 +22,8 @@ inline planar_to_surface planar_to_rgb32(const row_kernels &rows) {
 }
 
 inline planar_to_surface planar_to_rgb24(const row_kernels &rows) {
-    return {rows.emit_rgb24, 3, fills_lines(rows, 3) ? bound_by::both : bound_by::arithmetic};
+    return {rows.emit_rgb24, 3,
+            fills_lines(rows, 3) ? bound_by::stores_and_arithmetic : bound_by::arithmetic};
 }
 
 inline planar_to_surface planar_to_yuy2(const row_kernels &rows) {

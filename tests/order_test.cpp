@@ -219,7 +219,8 @@ protected:
 };
 
 TEST_P(stores_test, go_around_the_cache_from_a_third_of_it_on) {
-    for (const bound_by bound : {bound_by::stores, bound_by::both, bound_by::arithmetic}) {
+    for (const bound_by bound : {bound_by::loads_and_stores, bound_by::stores,
+                                 bound_by::stores_and_arithmetic, bound_by::arithmetic}) {
         EXPECT_EQ(decided(3'000'002, 1'000'000, bound), store_policy::cached);
         EXPECT_EQ(decided(3'000'002, 1'000'001, bound), store_policy::non_temporal);
         EXPECT_EQ(decided(24'000'000, 8'000'000, bound), store_policy::cached);
@@ -237,10 +238,19 @@ TEST_P(stores_test, go_around_the_cache_from_a_third_of_it_on) {
     EXPECT_EQ(alone(128'000'001, 1'250'001), store_policy::non_temporal);
     EXPECT_EQ(alone(3'000'000, 1'000'000), store_policy::cached);
     EXPECT_EQ(alone(3'000'000, 1'000'001), store_policy::non_temporal);
+    const auto moving = [&](unsigned cache, long long bytes) {
+        return decided(cache, bytes, bound_by::loads_and_stores);
+    };
+    EXPECT_EQ(moving(128'000'000, 8'000'000), store_policy::cached);
+    EXPECT_EQ(moving(128'000'000, 8'000'001), store_policy::non_temporal);
+    EXPECT_EQ(moving(128'000'001, 4'000'000), store_policy::cached);
+    EXPECT_EQ(moving(128'000'001, 4'000'001), store_policy::non_temporal);
     EXPECT_EQ(decided(300'000'000, 8'000'000), store_policy::cached);
     EXPECT_EQ(decided(300'000'000, 8'000'001), store_policy::non_temporal);
-    EXPECT_EQ(decided(300'000'000, 16'000'000, bound_by::both), store_policy::cached);
-    EXPECT_EQ(decided(300'000'000, 16'000'001, bound_by::both), store_policy::non_temporal);
+    EXPECT_EQ(decided(300'000'000, 16'000'000, bound_by::stores_and_arithmetic),
+              store_policy::cached);
+    EXPECT_EQ(decided(300'000'000, 16'000'001, bound_by::stores_and_arithmetic),
+              store_policy::non_temporal);
     EXPECT_EQ(decided(300'000'000, 100'000'000, bound_by::arithmetic), store_policy::cached);
     EXPECT_EQ(decided(300'000'000, 100'000'001, bound_by::arithmetic), store_policy::non_temporal);
 }
