@@ -184,6 +184,29 @@ void mix_by_bands(const machine &machine, const mixed_planes &p, const adjustmen
     }
 }
 
+// Whether all rows have one row of alpha, which is clear.
+bool is_clear(const mixed_plane &p) {
+    if (p.alpha_next != 0 || p.below_lower != 0)
+        return false;
+    unsigned long long any = 0;
+    for (ptrdiff_t x = 0; x < p.alpha_per_sample * p.samples; x += step) {
+        unsigned long long weights;
+        __builtin_memcpy(&weights, p.alpha + x, step);
+        any |= weights;
+    }
+    return any == 0;
+}
+
+// The video alone: to adjust planes of any pitches, which blending takes 1.2 times as long for.
+void copy_video(const machine &machine, const mixed_plane &p, const plane_adjustment *by) {
+    const surface_stores stores(machine, p.dst, p.dst_next,
+                                static_cast<long long>(p.rows) * p.samples, false);
+    plane_rows rows{p.video, p.dst};
+    rows.stores = stores, rows.by = by;
+    rows.count = p.rows, rows.src_next = p.video_to_lower, rows.dst_next = p.dst_next;
+    machine.rows.emit_plane(rows, p.samples);
+}
+
 // Y, then V and U with half of the height that the record has.
 void mix(const machine &machine, tagMIX_INFO &record, video_rows kind, const adjustment *by) {
     const mixed_planes p(record, kind);
@@ -194,6 +217,10 @@ void mix(const machine &machine, tagMIX_INFO &record, video_rows kind, const adj
         mix_in_order(machine.rows, p.y, by ? &by->y : nullptr);
         mix_in_order(machine.rows, p.v, by ? &by->v : nullptr);
         mix_in_order(machine.rows, p.u, by ? &by->u : nullptr);
+    } else if (is_clear(p.y) && is_clear(p.u)) {
+        copy_video(machine, p.y, by ? &by->y : nullptr);
+        copy_video(machine, p.v, by ? &by->v : nullptr);
+        copy_video(machine, p.u, by ? &by->u : nullptr);
     } else {
         mix_by_bands(machine, p, by);
     }

@@ -337,9 +337,21 @@ inline void adjust_by_strip(const view &s, const view &d, const rectangle &part)
 // Adjusts planes that lie as loadimage_yv12_ajust() has them, or returns false. That crosses the
 // offsets of U and V; so it gets U for V.
 inline bool adjust_without_gaps(const view &s, const view &d, int width, int height) {
-    if (width % 16 != 0 || height % 2 != 0 || s.stride[0] != width || s.stride[1] != width / 2 ||
-        s.stride[2] != width / 2 || d.stride[0] < width || !d.chroma_has_half_the_stride())
+    const auto has_gaps = [=](const view &v) {
+        return v.stride[0] != width || v.stride[1] != width / 2 || v.stride[2] != width / 2;
+    };
+    if (width % 2 != 0 || height % 2 != 0 || has_gaps(s) || d.stride[0] < width ||
+        !d.chroma_has_half_the_stride())
         return false;
+    int pitch = d.stride[0];
+    if (width % 16 != 0) {
+        // Where there are no gaps at all, rows are as long as the function wants them.
+        const long long pairs_of_steps = static_cast<long long>(width) * height / 32;
+        if (has_gaps(d) || pairs_of_steps * 32 != static_cast<long long>(width) * height ||
+            pairs_of_steps > largest_size)
+            return false;
+        width = pitch = 16, height = static_cast<int>(2 * pairs_of_steps);
+    }
     // The least surface height H and rows E to its plane's end, of pitch D, for which
     // H * D >> 2 and E * D + ((H * D - E * D) >> 2) are where the planes are.
     const auto distance = [](const unsigned char *from, const unsigned char *to) {
@@ -348,7 +360,7 @@ inline bool adjust_without_gaps(const view &s, const view &d, int width, int hei
     };
     constexpr long long farthest = 1 << 28;
     const long long to_first = distance(d.data[0], d.data[1]),
-                    to_second = distance(d.data[1], d.data[2]), pitch = d.stride[0];
+                    to_second = distance(d.data[1], d.data[2]);
     if (to_first > farthest || to_first < -farthest || to_second > farthest ||
         to_second < -farthest)
         return false;
@@ -360,8 +372,8 @@ inline bool adjust_without_gaps(const view &s, const view &d, int width, int hei
     tag_ajust_contrast_info info{};
     info.surface_height = static_cast<int>(surface / pitch);
     info.rows_to_plane_end = static_cast<int>(plane / pitch);
-    loadimage_yv12_ajust(s.data[0], s.data[2], s.data[1], d.data[0], width, height, s.stride[0],
-                         d.stride[0], &info);
+    loadimage_yv12_ajust(s.data[0], s.data[2], s.data[1], d.data[0], width, height, width, pitch,
+                         &info);
     return true;
 }
 
@@ -369,11 +381,19 @@ inline void adjust(const view &s, const view &d, int width, int height) {
     if (adjust_without_gaps(s, d, width, height))
         return;
     const int whole = down(width, 16), left = columns_left(width, whole);
+    // The last step may begin in one that was made, but not within a pair.
+    const bool in_steps = whole == width || (whole > 0 && width % 2 == 0);
     for (int y = 0, rows; y < height; y += rows) {
-        rows = whole == width ? height : band(height - y, rows_before_strip);
+        rows = in_steps ? height : band(height - y, rows_before_strip);
+        const view from = s.at(layout::yuv420, 0, y), to = d.at(layout::yuv420, 0, y);
         if (whole > 0)
-            adjust_steps(s.at(layout::yuv420, 0, y), d.at(layout::yuv420, 0, y), whole, rows);
-        if (whole < width)
+            adjust_steps(from, to, whole, rows);
+        if (whole == width)
+            continue;
+        if (in_steps)
+            adjust_steps(from.at(layout::yuv420, left, 0), to.at(layout::yuv420, left, 0), 16,
+                         rows);
+        else
             adjust_by_strip(s, d, {left, y, width - left, rows});
     }
 }
