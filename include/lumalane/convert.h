@@ -50,6 +50,15 @@ constexpr int rows_before_gaps = 64;
 // The rows of the next band; the last one has at least as many as the others.
 constexpr int band(int left, int rows) { return left < 2 * rows ? left : rows; }
 
+// Whether the library may store the surface around the cache. It decides that for each call: then
+// there is one for all rows.
+inline bool may_outgrow_cache(layout l, const view &d, int height) {
+    const long long stride = d.stride[0] < 0 ? -d.stride[0] : d.stride[0];
+    const bool on_vectors =
+        reinterpret_cast<std::uintptr_t>(d.data[0]) % 32 == 0 && stride % 32 == 0;
+    return on_vectors && stride * height > (l == layout::yuy2 ? 4'000'000 : 8'000'000);
+}
+
 // Where the columns begin that are left after whole steps: 15 or 16 of them, of which some were in a
 // step, are copied faster than any other number.
 constexpr int columns_left(int width, int whole) {
@@ -199,8 +208,9 @@ inline void load(const loader &l, tag_ajust_contrast_info &info, const view &s, 
         return;
     }
     const int left = columns_left(width, whole);
+    const bool at_once = whole == width || may_outgrow_cache(l.to, d, height);
     for (int y = 0, rows; y < height; y += rows) {
-        rows = whole == width ? height : band(height - y, rows_before_strip);
+        rows = at_once ? height : band(height - y, rows_before_strip);
         load_steps(l, info, s.at(l.from, 0, y), d.at(l.to, 0, y), whole, rows, in_one_call);
         if (whole < width)
             load_by_strip(l, info, s, d, {left, y, width - left, rows});
