@@ -19,6 +19,7 @@
 #define LUMALANE_ADJUST_H
 
 #include <lumalane.h>
+#include <lumalane/compiled_for.h>
 
 #include <mutex>
 
@@ -43,6 +44,8 @@ struct process_adjustment {
 
 inline process_adjustment the_process_adjustment;
 
+inline namespace LUMALANE_COMPILED_FOR {
+
 inline void apply(const adjustment &a) {
     contrast_data values{a.y_gain, a.uv_gain, a.y_offset, a.u_offset, a.v_offset, 0, 0, 0};
     get_contrast_data(&values);
@@ -62,7 +65,10 @@ private:
     std::lock_guard<std::mutex> locked;
 };
 
+} // namespace LUMALANE_COMPILED_FOR
 } // namespace detail
+
+inline namespace LUMALANE_COMPILED_FOR {
 
 /// Sets the adjustment of the process: that of the functions of lumalane.h with _ajust or _adjust.
 inline void set_adjustment(const adjustment &a) {
@@ -71,6 +77,7 @@ inline void set_adjustment(const adjustment &a) {
     detail::apply(a);
 }
 
+} // namespace LUMALANE_COMPILED_FOR
 } // namespace lumalane
 
 #endif

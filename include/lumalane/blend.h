@@ -17,6 +17,8 @@ struct subpicture {
     const_plane v;
 };
 
+inline namespace LUMALANE_COMPILED_FOR {
+
 /// Converts a picture with a subpicture over it, whose upper left corner is at pixel x, y of it.
 ///
 ///   from          to
@@ -40,9 +42,12 @@ inline status blend(const const_picture &video, const subpicture &over, int x, i
 inline status blend(const const_picture &video, const subpicture &over, int x, int y,
                     const picture &destination, const adjustment &own);
 
+} // namespace LUMALANE_COMPILED_FOR
+
 // ---- How ---------------------------------------------------------------------------------------
 
 namespace detail {
+inline namespace LUMALANE_COMPILED_FOR {
 
 inline mixer mixer_of(format to, bool adjusts) {
     const layout made = layout_of(to);
@@ -219,7 +224,10 @@ inline status check_blend(const const_picture &video, const subpicture &over,
     return s;
 }
 
+} // namespace LUMALANE_COMPILED_FOR
 } // namespace detail
+
+inline namespace LUMALANE_COMPILED_FOR {
 
 inline status blend(const const_picture &video, const subpicture &over, int x, int y,
                     const picture &destination) {
@@ -243,6 +251,7 @@ inline status blend(const const_picture &video, const subpicture &over, int x, i
     return s;
 }
 
+} // namespace LUMALANE_COMPILED_FOR
 } // namespace lumalane
 
 #endif

@@ -12,6 +12,7 @@
 #endif
 
 namespace lumalane {
+inline namespace LUMALANE_COMPILED_FOR {
 
 /// Converts a picture to the format of `destination`, which has its size.
 ///
@@ -38,9 +39,12 @@ inline status convert(const const_picture &source, const picture &destination);
 inline status convert(const const_picture &source, const picture &destination,
                       const adjustment &own);
 
+} // namespace LUMALANE_COMPILED_FOR
+
 // ---- How ---------------------------------------------------------------------------------------
 
 namespace detail {
+inline namespace LUMALANE_COMPILED_FOR {
 
 // Rows that go at a time where there is more to do in them than one call does: few enough to find
 // them in the cache, and many enough for calls to cost nothing.
@@ -437,7 +441,10 @@ inline status check_conversion(const const_picture &source, const picture &desti
                : s;
 }
 
+} // namespace LUMALANE_COMPILED_FOR
 } // namespace detail
+
+inline namespace LUMALANE_COMPILED_FOR {
 
 inline status convert(const const_picture &source, const picture &destination) {
     const status s = detail::check_conversion(source, destination);
@@ -458,6 +465,7 @@ inline status convert(const const_picture &source, const picture &destination,
     return s;
 }
 
+} // namespace LUMALANE_COMPILED_FOR
 } // namespace lumalane
 
 #endif

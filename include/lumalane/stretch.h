@@ -14,6 +14,8 @@ enum class stretching {
     along_edges,  ///< twice the height; new rows follow the edges
 };
 
+inline namespace LUMALANE_COMPILED_FOR {
+
 /// Converts a picture to the format of `destination`, which is twice as high, and for twice_both
 /// twice as wide.
 ///
@@ -43,9 +45,12 @@ inline status stretch(const const_picture &source, const picture &destination, s
 inline status stretch(const const_picture &source, const picture &destination, stretching how,
                       const adjustment &own);
 
+} // namespace LUMALANE_COMPILED_FOR
+
 // ---- How ---------------------------------------------------------------------------------------
 
 namespace detail {
+inline namespace LUMALANE_COMPILED_FOR {
 
 // Products of a height and a pitch are numbers of 32 bits.
 constexpr long long largest_rewind = 2147483647;
@@ -264,7 +269,10 @@ inline status check_stretch(const stretcher &t, const const_picture &source,
                                               : s;
 }
 
+} // namespace LUMALANE_COMPILED_FOR
 } // namespace detail
+
+inline namespace LUMALANE_COMPILED_FOR {
 
 inline status stretch(const const_picture &source, const picture &destination, stretching how) {
     const detail::stretcher t = detail::stretcher_of(source.format, destination.format, how, false);
@@ -287,6 +295,7 @@ inline status stretch(const const_picture &source, const picture &destination, s
     return s;
 }
 
+} // namespace LUMALANE_COMPILED_FOR
 } // namespace lumalane
 
 #endif

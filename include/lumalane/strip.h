@@ -4,6 +4,7 @@
 #define LUMALANE_STRIP_H
 
 #include <lumalane.h>
+#include <lumalane/compiled_for.h>
 #include <lumalane/format.h>
 
 #include <cstddef>
@@ -12,6 +13,7 @@
 
 namespace lumalane {
 namespace detail {
+inline namespace LUMALANE_COMPILED_FOR {
 
 // ---- Checks ------------------------------------------------------------------------------------
 
@@ -344,6 +346,7 @@ inline void scatter(layout l, const view &to, int rows, int known_columns, int k
                   bytes_of_row(l, i, known_columns));
 }
 
+} // namespace LUMALANE_COMPILED_FOR
 } // namespace detail
 } // namespace lumalane
 

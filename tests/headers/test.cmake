@@ -1,6 +1,7 @@
 # Every companion header by itself, in C++17 with every warning and without exceptions; those that
 # are freestanding also for a system that has no C++ library.
-#     cmake -D include=DIR -D scratch=DIR -D compilers=FILE;... -D clang=FILE -P test.cmake
+# Files that are compiled for different processors share none of their functions.
+#     cmake -D include=DIR -D scratch=DIR -D compilers=FILE;... -D clang=FILE -D nm=FILE -P test.cmake
 cmake_minimum_required(VERSION 3.25)
 
 set(warnings -Wall -Wextra -Wconversion -Wshadow -pedantic -Werror)
@@ -23,3 +24,37 @@ foreach(header IN LISTS headers)
     check(${header} ${clang} -ffreestanding --target=x86_64-pc-windows-msvc)
   endif()
 endforeach()
+
+# The functions of a file that uses all of them, and of which the linker may take another file's.
+function(shared_functions result compiler)
+  set(object ${scratch}/${result}.o)
+  execute_process(COMMAND ${compiler} -std=c++17 -O2 ${ARGN} -I ${include} -c ${scratch}/uses.cpp -o ${object}
+                  COMMAND_ERROR_IS_FATAL ANY)
+  execute_process(COMMAND ${nm} -C --defined-only ${object} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+  string(REGEX MATCHALL " [WT] lumalane::[^\n]*" functions "${symbols}")
+  set(${result} "${functions}" PARENT_SCOPE)
+endfunction()
+
+if(nm)
+  file(WRITE ${scratch}/uses.cpp "#include <lumalane/picture.h>
+using namespace lumalane;
+bool use(const picture &a, const picture &b, const subpicture &c) {
+    set_adjustment({});
+    return convert(a, b) && convert(a, b, {}) && blend(a, c, 0, 0, b) && blend(a, c, 0, 0, b, {}) &&
+           stretch(a, b, stretching::twice_both) && stretch(a, b, stretching::along_edges, {});
+}
+")
+  foreach(compiler IN LISTS compilers)
+    shared_functions(narrow ${compiler} -mno-avx)
+    shared_functions(wide ${compiler} -mavx2)
+    list(LENGTH wide count)
+    if(count LESS 10)
+      message(FATAL_ERROR "${compiler}: only ${count} functions of the companion in an object")
+    endif()
+    foreach(function IN LISTS wide)
+      if(function IN_LIST narrow)
+        message(FATAL_ERROR "${compiler}: files for different processors share${function}")
+      endif()
+    endforeach()
+  endforeach()
+endif()
