@@ -1,39 +1,33 @@
-// lumalane-convert IN.y4m OUT.bmp: the first picture of raw 4:2:0 video, of any size, as a bitmap.
-#include <lumalane/picture.h>
-
-#include <cstdint>
+// lumalane-convert IN.y4m OUT.bmp: the first picture of 4:2:0 video, of any size, as a bitmap.
 #include <cstdio>
 #include <cstring>
+#include <lumalane/picture.h>
 #include <vector>
+
+int fail(const char *why) { return std::fprintf(stderr, "lumalane-convert: %s\n", why), 1; }
 
 int main(int argc, char **argv) {
     std::FILE *const in = argc == 3 ? std::fopen(argv[1], "rb") : nullptr;
-    char header[256] = "", line[256] = "";
-    int width = 0, height = 0;
-    if (!in || !std::fgets(header, sizeof header, in) || !std::fgets(line, sizeof line, in) ||
-        std::sscanf(header, "YUV4MPEG2 W%d H%d", &width, &height) != 2 || width < 1 ||
-        width > 16384 || height < 1 || height > 16384 || std::strstr(header, "C420p1") ||
-        (std::strstr(header, " C") && !std::strstr(header, " C420")))
-        return std::fputs("lumalane-convert IN.y4m OUT.bmp: wants 4:2:0 video of 8 bits\n", stderr),
-               1;
+    char head[256] = "", frame[256] = "";
+    int width = 0, height = 0, chroma = 420, bits = 8;
+    if (in && std::fgets(head, sizeof head, in) && std::fgets(frame, sizeof frame, in))
+        for (const char *tag = std::strtok(head, " "); tag; tag = std::strtok(nullptr, " "))
+            std::sscanf(tag, "W%d", &width), std::sscanf(tag, "H%d", &height),
+                std::sscanf(tag, "C%dp%d", &chroma, &bits);
+    if (std::strcmp(head, "YUV4MPEG2") != 0 || width < 1 || width > 9999 || height < 1 ||
+        height > 9999 || chroma != 420 || bits != 8)
+        return fail("wants IN.y4m of 4:2:0 video with 8 bits, and OUT.bmp");
 
     using namespace lumalane;
-    std::vector<unsigned char> yuv(
-        static_cast<std::size_t>(picture_bytes(format::i420, width, height)));
-    const int stride = (3 * width + 3) / 4 * 4; // a bitmap has rows of whole words,
-    const std::uint32_t size = static_cast<std::uint32_t>(stride * height); // the last one first
-    std::vector<unsigned char> bgr(size);
+    std::vector<unsigned char> yuv(picture_bytes(format::i420, width, height));
+    std::vector<unsigned char> bgr(picture_bytes(format::rgb32, width, height));
     const picture source = packed_planes(format::i420, width, height, yuv.data());
-    picture bitmap = packed_planes(format::rgb24, width, height, bgr.data());
-    bitmap.planes[0].stride = stride;
-
-    const bool whole = std::fread(yuv.data(), 1, yuv.size(), in) == yuv.size();
-    const status converted = convert(source, flipped(bitmap));
-    std::FILE *const out = whole && converted ? std::fopen(argv[2], "wb") : nullptr;
-    const auto columns = static_cast<std::uint32_t>(width),
-               rows = static_cast<std::uint32_t>(height);
-    const std::uint32_t fields[13] = {54 + size, 0, 54, 40, columns, rows, 1 | 24 << 16, 0, size};
-    const bool written = out && std::fwrite("BM", 2, 1, out) && std::fwrite(fields, 52, 1, out) &&
-                         std::fwrite(bgr.data(), size, 1, out) && std::fclose(out) == 0;
-    return written ? 0 : (std::fputs("lumalane-convert: no whole picture to write\n", stderr), 1);
+    const picture bitmap = packed_planes(format::rgb32, width, height, bgr.data());
+    if (std::fread(yuv.data(), yuv.size(), 1, in) != 1 || !convert(source, flipped(bitmap)))
+        return fail("IN.y4m has no whole picture");
+    const int header[13] = {54 + 4 * width * height, 0, 54, 40, width, height, 1 | 32 << 16};
+    std::FILE *const out = std::fopen(argv[2], "wb");
+    if (!out || !std::fwrite("BM", 2, 1, out) || !std::fwrite(header, sizeof header, 1, out) ||
+        !std::fwrite(bgr.data(), bgr.size(), 1, out) || std::fclose(out) != 0)
+        return fail("OUT.bmp cannot be written");
 }

@@ -5,7 +5,7 @@ set(out ${scratch}/out.bmp)
 set(samples "09AZaz}~ a~Zz~zA0") # Y, U, V
 
 function(run expected_status header picture)
-  file(REMOVE ${out})
+  file(REMOVE_RECURSE ${out})
   file(WRITE ${in} "${header}\nFRAME\n${picture}")
   execute_process(COMMAND ${convert} ${in} ${out} RESULT_VARIABLE status ERROR_QUIET)
   if(NOT status EQUAL expected_status)
@@ -14,14 +14,15 @@ function(run expected_status header picture)
 endfunction()
 
 run(0 "YUV4MPEG2 W3 H3 F25:1 C420jpeg" "${samples}")
+run(0 "YUV4MPEG2 C420paldv W3 Ip H3" "${samples}") # in any order
 file(READ ${out} bitmap HEX)
 set(expected
     424d5a0000000000000036000000 # file
-    2800000003000000030000000100180000000000 # picture
-    2400000000000000000000000000000000000000
-    31c11933c31b055700000000 # rows, the last one first, with 3 bytes behind each
-    1765521f6d5a768171000000
-    003421003e2b343f2f000000)
+    2800000003000000030000000100200000000000 # picture
+    0000000000000000000000000000000000000000
+    31c1190033c31b0005570000 # rows, the last one first
+    176552001f6d5a0076817100
+    00342100003e2b00343f2f00)
 string(JOIN "" expected ${expected})
 if(NOT bitmap STREQUAL expected)
   message(FATAL_ERROR "The bitmap is\n${bitmap}\ninstead of\n${expected}")
@@ -31,7 +32,17 @@ run(1 "YUV4MPEG2 W3 H3 F25:1 C444" "${samples}")
 run(1 "YUV4MPEG2 W3 H3 F25:1 C420p10" "${samples}")
 run(1 "YUV4MPEG2 W3 H4 F25:1" "${samples}") # too short
 run(1 "YUV4MPEG2 W0 H3 F25:1" "${samples}")
+run(1 "YUV4MPEG2 W3 H-3 F25:1" "${samples}")
+run(1 "YUV4MPEG2 W30000 H30000 F25:1" "${samples}")
 run(1 "RIFF" "${samples}")
 if(EXISTS ${out})
   message(FATAL_ERROR "A refused file made a bitmap")
 endif()
+
+file(WRITE ${in} "YUV4MPEG2 W3 H3 F25:1\nFRAME\n${samples}")
+file(MAKE_DIRECTORY ${out}) # a file cannot be written there
+execute_process(COMMAND ${convert} ${in} ${out} RESULT_VARIABLE status ERROR_QUIET)
+if(NOT status EQUAL 1)
+  message(FATAL_ERROR "A bitmap that cannot be written: exit status ${status}")
+endif()
+file(REMOVE_RECURSE ${out})
