@@ -666,32 +666,48 @@ TEST_F(element, tells_of_a_frame_that_has_not_the_size_of_the_caps) {
     EXPECT_NE(error(), "");
 }
 
-// Buffers that are not what the caps or their meta say. What each was answered is a row of a table.
+// Buffers that are not what the caps or their meta say. What was answered scripts/figures gathers.
 struct bad_buffer {
     const char *what;
     int left_out; // bytes at the end
     gssize moved; // the last plane, by so many bytes
     int wider;    // the stride of the last plane, by so many bytes
     bool with_meta;
+    bool converted = false;
+    size_t address = 0; // to a multiple of 16
 };
+
+constexpr int all_but_one = -1, everything = -2;
+constexpr gssize onto_the_first = G_MINSSIZE;
+
+GstBuffer *buffer_at(size_t address, const unsigned char *bytes, size_t size) {
+    if (size == 0)
+        return gst_buffer_new();
+    auto *const memory = static_cast<unsigned char *>(g_malloc(address + size));
+    std::copy_n(bytes, size, memory + address);
+    return gst_buffer_new_wrapped_full(GstMemoryFlags(0), memory, address + size, address, size,
+                                       memory, g_free);
+}
 
 TEST_F(element, refuses_buffers_that_have_not_what_they_say) {
     constexpr bad_buffer all[] = {
-        {"whole", 0, 0, 0, true},
-        {"whole, without a meta", 0, 0, 0, false},
-        {"a byte short", 1, 0, 0, true},
-        {"a byte short, without a meta", 1, 0, 0, false},
-        {"half of it", 200, 0, 0, true},
-        {"half of it, without a meta", 200, 0, 0, false},
-        {"a byte alone", -1, 0, 0, true},
-        {"a plane that ends a byte behind the buffer", 0, 1, 0, true},
-        {"a plane that begins behind the buffer", 0, 100000, 0, true},
-        {"strides that lead out of the buffer", 0, 0, 4096, true},
-        {"negative strides that lead out of the buffer", 0, 0, -4096, true},
+        {"that is whole", 0, 0, 0, true, true},
+        {"that is whole, without a meta", 0, 0, 0, false, true},
+        {"that begins at an odd address", 0, 0, 0, true, true, 1},
+        {"whose planes lie on each other", 0, onto_the_first, 0, true, true},
+        {"that has no memory", everything, 0, 0, true},
+        {"that has no memory, without a meta", everything, 0, 0, false},
+        {"that is a byte short", 1, 0, 0, true},
+        {"that is a byte short, without a meta", 1, 0, 0, false},
+        {"of which half is there", 200, 0, 0, true},
+        {"of which half is there, without a meta", 200, 0, 0, false},
+        {"of a byte alone", all_but_one, 0, 0, true},
+        {"with a plane that ends a byte behind it", 0, 1, 0, true},
+        {"with a plane that begins behind it", 0, 100000, 0, true},
+        {"with strides that lead out of it", 0, 0, 4096, true},
+        {"with negative strides that lead out of it", 0, 0, -4096, true},
     };
     constexpr int width = 24, height = 12; // GStreamer's strides are those of the rows
-    std::printf("| input | a buffer that has | tried | made a frame | an error | no frame |\n"
-                "|---|---|---|---|---|---|\n");
     for (const named_format &from : sinks)
         for (const bad_buffer &b : all) {
             int frames = 0, errors = 0, neither = 0;
@@ -704,17 +720,20 @@ TEST_F(element, refuses_buffers_that_have_not_what_they_say) {
                 ASSERT_TRUE(negotiate(caps_of(from, width, height),
                                       string("video/x-raw, format=") + to.name));
                 const drawn d = noise(from.format, width, height);
-                const auto size =
-                    b.left_out < 0 ? 1 : d.bytes.size() - static_cast<size_t>(b.left_out);
-                GstBuffer *const buffer =
-                    gst_buffer_new_wrapped(g_memdup2(d.bytes.data(), size), size);
+                const auto size = b.left_out == everything ? 0
+                                  : b.left_out == all_but_one
+                                      ? 1
+                                      : d.bytes.size() - static_cast<size_t>(b.left_out);
+                GstBuffer *const buffer = buffer_at(b.address, d.bytes.data(), size);
                 if (b.with_meta) {
                     gint strides[GST_VIDEO_MAX_PLANES] = {};
                     gsize offsets[GST_VIDEO_MAX_PLANES] = {};
                     const size_t planes = d.offsets.size();
                     for (size_t i = 0; i < planes; ++i)
                         strides[i] = d.p.planes[i].stride, offsets[i] = d.offsets[i];
-                    offsets[planes - 1] += static_cast<gsize>(b.moved);
+                    offsets[planes - 1] = b.moved == onto_the_first
+                                              ? 0
+                                              : offsets[planes - 1] + static_cast<gsize>(b.moved);
                     strides[planes - 1] += b.wider;
                     gst_buffer_add_video_meta_full(
                         buffer, GST_VIDEO_FRAME_FLAG_NONE, gst_video_format_from_string(from.name),
@@ -725,13 +744,17 @@ TEST_F(element, refuses_buffers_that_have_not_what_they_say) {
                 GstBuffer *const made = gst_harness_try_pull(harness);
                 ++(made ? frames : flow != GST_FLOW_OK ? errors : neither);
                 EXPECT_EQ(error().empty(), flow == GST_FLOW_OK);
-                if (made)
-                    gst_buffer_unref(made);
+                const_picture expected = d.p;
+                if (b.moved == onto_the_first)
+                    expected.planes[lumalane::plane_count(from.format) - 1].data =
+                        d.p.planes[0].data;
+                if (made) {
+                    EXPECT_EQ(pixels(made, to.format), converted(expected, to.format));
+                }
             }
-            std::printf("| %s | %s | %d | %d | %d | %d |\n", from.name, b.what,
-                        frames + errors + neither, frames, errors, neither);
-            const bool whole = &b - all < 2;
-            EXPECT_EQ(whole ? frames : errors, frames + errors + neither) << b.what;
+            std::printf("bad input | lumalaneconvert, a buffer %s | %s | %d\n", b.what,
+                        b.converted ? "a frame" : "an error", b.converted ? frames : errors);
+            EXPECT_EQ(b.converted ? frames : errors, frames + errors + neither) << b.what;
             EXPECT_GT(frames + errors, 0);
         }
 }

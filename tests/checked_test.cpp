@@ -39,7 +39,7 @@ std::string text_of(const status &s) {
 
 // ---- What was tried ------------------------------------------------------------------------------
 
-// How often something was done to a buffer, and what was said of it: a table, for people.
+// How often something was done to a buffer, and what was said of it: scripts/figures gathers it.
 class tally : public testing::Environment {
 public:
     static void count(const char *what, const status &said) {
@@ -47,9 +47,9 @@ public:
     }
 
     void TearDown() override {
-        std::printf("| a buffer, of a call of each function | said | times |\n|---|---|---|\n");
         for (const auto &[what, times] : tried)
-            std::printf("| %s | %s | %ld |\n", what.first.c_str(), what.second.c_str(), times);
+            std::printf("bad input | a checked call, a buffer %s | %s | %ld\n", what.first.c_str(),
+                        what.second.c_str(), times);
     }
 
 private:
