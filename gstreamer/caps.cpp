@@ -164,21 +164,6 @@ void append(GstCaps *to, const GstStructure *like, const formats &named, kept ke
     gst_caps_append_structure(to, s);
 }
 
-// Limits the height to that of BT.601; false if there is none.
-bool limit_height(GstStructure *s) {
-    GValue limits = G_VALUE_INIT, both = G_VALUE_INIT;
-    g_value_init(&limits, GST_TYPE_INT_RANGE);
-    gst_value_set_int_range(&limits, 1, greatest_height_of_bt601);
-    const GValue *const height = gst_structure_get_value(s, "height");
-    const bool fits = !height || gst_value_intersect(&both, &limits, height);
-    if (fits)
-        gst_structure_set_value(s, "height", height ? &both : &limits);
-    if (G_IS_VALUE(&both))
-        g_value_unset(&both);
-    g_value_unset(&limits);
-    return fits;
-}
-
 // What the formats of `s` become on the other side, with fields as they are in `other`.
 void append_formats(GstCaps *to, GstPadDirection direction, const GstStructure *s,
                     const GstStructure *other, deinterlacing how, bool fixed) {
@@ -203,11 +188,10 @@ void append_formats(GstCaps *to, GstPadDirection direction, const GstStructure *
     if (allows_rgb(s, fixed))
         append(to, other, rgb, {false, false}, &rgb_colorimetries());
     if (!of_rgb.empty() && allows(s, is_full_rgb)) {
+        // The first one by itself: of several, videoconvert keeps what it has instead.
+        const std::vector<std::string> first{GST_VIDEO_COLORIMETRY_BT601};
+        append(to, other, of_rgb, {false, false}, &first);
         append(to, other, of_rgb, {false, false}, &bt601_colorimetries());
-        GstStructure *const low = gst_structure_copy(other);
-        if (limit_height(low))
-            append(to, low, of_rgb, {false, false});
-        gst_structure_free(low);
     }
 }
 

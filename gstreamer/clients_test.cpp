@@ -190,6 +190,18 @@ TEST_F(clients, what_is_not_bt601_is_refused_with_a_reason) {
     EXPECT_NE(done.text.find("limited-range BT.601"), string::npos) << done.text;
 }
 
+TEST_F(clients, videoconvert_makes_bt601_of_what_is_not) {
+    for (const char *const height : {"480", "720"})
+        for (const char *const colorimetry : {"bt709", "1:4:0:0"}) { // the latter is that of JPEG
+            const outcome done =
+                run(string("gst-launch-1.0 videotestsrc num-buffers=2 ! ") +
+                    "\"video/x-raw,format=I420,width=64,height=" + height +
+                    ",colorimetry=(string)" + colorimetry + "\" ! videoconvert ! " +
+                    "lumalaneconvert ! video/x-raw,format=BGRx ! fakesink");
+            EXPECT_EQ(done.status, 0) << done.text;
+        }
+}
+
 TEST_F(clients, no_object_stays_alive) {
     const outcome done = run("gst-launch-1.0 -q videotestsrc num-buffers=3 ! "
                              "video/x-raw,format=I420,interlace-mode=interleaved ! "
