@@ -132,13 +132,14 @@ inline void blend_by_strip(const mixer &m, tag_ajust_contrast_info &info, const 
     strip<pixels> alpha;
     strip<2 * pixels> over;
     strip<4 * pixels> written;
-    const int columns = least(128, up(part.width, 16)), most_groups = pixels / (2 * columns);
+    const int columns = least(128, rounded_up(part.width, 16)),
+              most_groups = pixels / (2 * columns);
     std::memset(over.memory, 0, sizeof over.memory);
     for (int x = part.x; x < part.right(); x += columns) {
         const int n = least(columns, part.right() - x);
         for (int y = part.y, groups; y < part.bottom(); y += 2 * groups) {
             const int left = part.bottom() - y;
-            groups = least(most_groups, up(left, 2) / 2);
+            groups = least(most_groups, rounded_up(left, 2) / 2);
             const int width = groups * columns, known = least(left, 2 * groups);
             const view from = read.lay_out(layout::yuv420, width, 2);
             const view sub = over.lay_out(layout::yuv422, width, 2);
@@ -166,7 +167,7 @@ inline void blend_views(format from, const view &video, const subpicture &over, 
                           d.at(layout_of(to), part.x, part.y), part.width, part.height, adjusts);
     };
     // Of an odd width, the repeated column still weighs U and V of the last pair.
-    if (x >= up(width, 2) || y >= height || x + over.width <= 0 || y + over.height <= 0) {
+    if (x >= rounded_up(width, 2) || y >= height || x + over.width <= 0 || y + over.height <= 0) {
         convert_part({0, 0, width, height});
         return;
     }
@@ -177,8 +178,8 @@ inline void blend_views(format from, const view &video, const subpicture &over, 
     // What is under the subpicture: of the pixels, and of whole pairs of columns and rows.
     const int left = most(0, placed.x), right = least(width, placed.x + over.width);
     const int top = most(0, placed.y), bottom = least(height, placed.y + over.height);
-    const int first_column = down(left, 2), end_column = least(width, up(right, 2));
-    const int first_row = down(top, 2), end_row = least(height, up(bottom, 2));
+    const int first_column = rounded_down(left, 2), end_column = least(width, rounded_up(right, 2));
+    const int first_row = rounded_down(top, 2), end_row = least(height, rounded_up(bottom, 2));
     const int rows = end_row - first_row;
     convert_part({0, 0, width, first_row});
     convert_part({0, first_row, first_column, rows});
@@ -190,8 +191,8 @@ inline void blend_views(format from, const view &video, const subpicture &over, 
             blend_by_strip(m, info, video, placed, d, part);
     };
     // Whole steps under nothing but the subpicture.
-    const int x0 = up(left, 2), x1 = x0 + down(most(0, right - x0), 16);
-    const int y0 = up(top, 2), y1 = most(y0, down(bottom, 2));
+    const int x0 = rounded_up(left, 2), x1 = x0 + rounded_down(most(0, right - x0), 16);
+    const int y0 = rounded_up(top, 2), y1 = most(y0, rounded_down(bottom, 2));
     if (x0 == x1 || y0 == y1 || !placed.has_one_pitch() || video.stride[0] % 2 != 0 ||
         !video.chroma_has_half_the_stride() ||
         (m.to == layout::yuv420 && !d.chroma_has_half_the_stride())) {

@@ -66,7 +66,7 @@ inline bool may_outgrow_cache(layout l, const view &d, int height) {
 // Where the columns begin that are left after whole steps: 15 or 16 of them, of which some were in a
 // step, are copied faster than any other number.
 constexpr int columns_left(int width, int whole) {
-    return whole > 0 && whole < width ? up(width, 2) - 16 : whole;
+    return whole > 0 && whole < width ? rounded_up(width, 2) - 16 : whole;
 }
 
 // ---- To RGB and YUY2
@@ -159,13 +159,13 @@ inline void load_by_strip(const loader &l, tag_ajust_contrast_info &info, const 
     constexpr int pixels = 2048;
     strip<2 * pixels> read;
     strip<4 * pixels> written;
-    const int columns = least(128, up(part.width, 16)), rows = l.least_rows;
+    const int columns = least(128, rounded_up(part.width, 16)), rows = l.least_rows;
     const int most_groups = pixels / (columns * rows);
     for (int x = part.x; x < part.right(); x += columns) {
         const int n = least(columns, part.right() - x);
         for (int y = part.y, groups; y < part.bottom(); y += groups * rows) {
             const int left = part.bottom() - y;
-            groups = least(most_groups, up(left, rows) / rows);
+            groups = least(most_groups, rounded_up(left, rows) / rows);
             const int width = groups * columns, known = least(left, groups * rows);
             const view from = read.lay_out(l.from, width, rows);
             const view made = written.lay_out(l.to, width, rows);
@@ -181,7 +181,7 @@ inline void load_by_strip(const loader &l, tag_ajust_contrast_info &info, const 
 // Whole steps of any height, in as few calls as there can be.
 inline void load_steps(const loader &l, tag_ajust_contrast_info &info, const view &s, const view &d,
                        int width, int height, bool in_one_call) {
-    const int even = down(height, 2);
+    const int even = rounded_down(height, 2);
     for (int y = 0, rows; y < even; y += rows) {
         rows = !in_one_call ? 2 : l.leaves_gaps ? band(even - y, rows_before_gaps) : even;
         const view from = s.at(l.from, 0, y), to = d.at(l.to, 0, y);
@@ -204,9 +204,9 @@ inline void load(const loader &l, tag_ajust_contrast_info &info, const view &s, 
     const bool in_one_call = packed ? s.stride[0] % 2 == 0 : s.chroma_has_half_the_stride();
     // One row pair does not depend on where the next one is.
     const bool in_pairs = !packed && l.least_rows == 2;
-    const int even = down(height, 2);
+    const int even = rounded_down(height, 2);
     const bool direct = in_pairs || (in_one_call && even >= l.least_rows);
-    const int whole = direct ? down(width, l.step) : 0;
+    const int whole = direct ? rounded_down(width, l.step) : 0;
     if (whole == 0) {
         load_by_strip(l, info, s, d, {0, 0, width, height});
         return;
@@ -244,7 +244,7 @@ inline void interleave_32_pixels(unsigned char *to, const unsigned char *y, cons
 
 inline void interleave_row(unsigned char *to, const unsigned char *y, const unsigned char *u,
                            const unsigned char *v, int width) {
-    const int even = down(width, 2);
+    const int even = rounded_down(width, 2);
     const auto group = [&](int x) {
         interleave_32_pixels(to + 2 * x, y + x, u + x / 2, v + x / 2);
     };
@@ -318,7 +318,7 @@ inline void adjust_steps(const view &s, const view &d, int width, int height) {
     const mixer m{mix_ayv12_yv12_p_ajust, layout::yuv420};
     unsigned char *const nothing = const_cast<unsigned char *>(no_alpha);
     const view no_subpicture{{nothing, nothing, nothing}, {0, 0, 0}};
-    const int even = down(height, 2);
+    const int even = rounded_down(height, 2);
     const int rows = s.chroma_has_half_the_stride() && d.chroma_has_half_the_stride() ? even : 2;
     for (int x = 0, n; x < width; x += n) {
         n = least(width - x, longest_row_without_alpha);
@@ -339,7 +339,7 @@ inline void adjust_by_strip(const view &s, const view &d, const rectangle &part)
     constexpr int pixels = 2048, columns = 16, most_rows = pixels / columns;
     strip<2 * pixels> read, written;
     for (int y = part.y; y < part.bottom(); y += most_rows) {
-        const int known = least(most_rows, part.bottom() - y), groups = up(known, 2) / 2;
+        const int known = least(most_rows, part.bottom() - y), groups = rounded_up(known, 2) / 2;
         const view from = read.lay_out(planes, columns * groups, 2);
         const view made = written.lay_out(planes, columns * groups, 2);
         gather(planes, from, groups, columns, 2, s.at(planes, part.x, y), part.width, known);
@@ -394,7 +394,7 @@ inline bool adjust_without_gaps(const view &s, const view &d, int width, int hei
 inline void adjust(const view &s, const view &d, int width, int height) {
     if (adjust_without_gaps(s, d, width, height))
         return;
-    const int whole = down(width, 16), left = columns_left(width, whole);
+    const int whole = rounded_down(width, 16), left = columns_left(width, whole);
     // The last step may begin in one that was made, but not within a pair.
     const bool in_steps = whole == width || (whole > 0 && width % 2 == 0);
     for (int y = 0, rows; y < height; y += rows) {

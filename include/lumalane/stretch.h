@@ -190,11 +190,12 @@ inline void stretch_by_strip(const stretcher &t, tag_ajust_contrast_info &info, 
     constexpr int pixels = 2048;
     strip<2 * pixels> read;
     strip<8 * pixels> written;
-    const int padded_width = most(up(p.width, t.step), t.least_width);
-    const int padded_height = most(up(p.height, t.row_step), t.least_rows);
-    const int most_columns = most(t.least_width, least(128, up(part.width, t.step) + 2 * t.beside));
+    const int padded_width = most(rounded_up(p.width, t.step), t.least_width);
+    const int padded_height = most(rounded_up(p.height, t.row_step), t.least_rows);
+    const int most_columns =
+        most(t.least_width, least(128, rounded_up(part.width, t.step) + 2 * t.beside));
     const int columns = most_columns - 2 * t.beside;
-    const int rows = down(pixels / most_columns, 2) - t.above - t.below;
+    const int rows = rounded_down(pixels / most_columns, 2) - t.above - t.below;
     // The part that is made for [x, end), within what there is and not less than the least.
     const auto widen = [](int &first, int &end, int before, int after, int padded, int fewest) {
         end = least(padded, end + after);
@@ -222,7 +223,7 @@ inline void stretch_by_strip(const stretcher &t, tag_ajust_contrast_info &info, 
 }
 
 inline void stretch_picture(const stretcher &t, tag_ajust_contrast_info &info, const stretched &p) {
-    const int whole = down(p.width, t.step), even = down(p.height, t.row_step);
+    const int whole = rounded_down(p.width, t.step), even = rounded_down(p.height, t.row_step);
     if (whole < t.least_width || even < t.least_rows || t.times_width * whole > p.to_width ||
         2 * even > p.to_height || !fits(t, p.s, p.d, whole, even)) {
         stretch_by_strip(t, info, p, {0, 0, p.width, p.height});

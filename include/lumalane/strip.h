@@ -194,8 +194,8 @@ inline tag_ajust_contrast_info info_of(format f) {
     return info;
 }
 
-constexpr int up(int x, int step) { return (x + step - 1) / step * step; }
-constexpr int down(int x, int step) { return x / step * step; }
+constexpr int rounded_up(int x, int step) { return (x + step - 1) / step * step; }
+constexpr int rounded_down(int x, int step) { return x / step * step; }
 constexpr int least(int a, int b) { return a < b ? a : b; }
 constexpr int most(int a, int b) { return a > b ? a : b; }
 

@@ -25,6 +25,18 @@ foreach(header IN LISTS headers)
   endif()
 endforeach()
 
+# All of them in one file, in both orders.
+foreach(order forward backward)
+  if(order STREQUAL backward)
+    list(REVERSE headers)
+  endif()
+  list(JOIN headers ">\n#include <lumalane/" all)
+  file(WRITE ${scratch}/${order}.cpp "#include <lumalane/${all}>\n")
+  list(GET compilers 0 compiler)
+  execute_process(COMMAND ${compiler} -std=c++17 -fsyntax-only ${warnings} -I ${include}
+                          ${scratch}/${order}.cpp COMMAND_ERROR_IS_FATAL ANY)
+endforeach()
+
 # The functions of a file that uses all of them, and of which the linker may take another file's.
 function(shared_functions result compiler)
   set(object ${scratch}/${result}.o)
