@@ -183,6 +183,7 @@ function(lumalane_objects library)
 endfunction()
 
 lumalane_objects(lumalane_functions ${library_files})
+target_compile_options(lumalane_functions PRIVATE ${LUMALANE_FUZZ_OPTIONS})
 # The table of the targets, for the library and for the tests.
 foreach(which IN ITEMS shipped all)
   lumalane_objects(lumalane_targets_${which} abi/targets.cpp)
