@@ -165,9 +165,10 @@ function(lumalane_for_target library target)
   target_compile_definitions(${library} PRIVATE LUMALANE_TARGET_NAME=${target})
   # At -O3 compilers copy a loop for each value of what is the same throughout it.
   target_compile_options(${library} PRIVATE -O2 ${target_flags_${target}})
-  if(x86_32 AND NOT target IN_LIST shipped_targets)
-    # For the tests: vectors that no register holds are taken apart, of which -O2 makes more code.
-    target_compile_options(${library} PRIVATE -Os)
+  if(NOT target IN_LIST shipped_targets)
+    # For the tests alone: what is sooner compiled. (32 bits: vectors that no register holds are taken
+    # apart, of which others make more code.)
+    target_compile_options(${library} PRIVATE $<IF:$<BOOL:${x86_32}>,-Os,-O1>)
   endif()
   set_target_properties(${library} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()
