@@ -6,16 +6,10 @@ namespace lumalane::LUMALANE_TARGET_NAME {
 
 namespace {
 
-// The average of a row with itself is the row: it takes no branch.
-template <int n>
-LUMALANE_INLINE bytes<n> load_video(const unsigned char *video, ptrdiff_t below) {
-    return average(load<n>(video), load<n>(video + below));
-}
-
 template <bool averaged, int n>
 LUMALANE_INLINE bytes<n> load_row(const unsigned char *video, ptrdiff_t below) {
     if constexpr (averaged)
-        return load_video<n>(video, below);
+        return average(load<n>(video), load<n>(video + below));
     else
         return load<n>(video);
 }
@@ -35,6 +29,20 @@ struct average_weight {
         return load_averages<1, n>(alpha);
     }
 };
+
+// Along n samples of chroma. (With 8 registers there are no groups between the widest vectors and 8: a
+// third of the code.)
+template <class Step>
+LUMALANE_INLINE void along_chroma(ptrdiff_t n, const Step &step) {
+    if constexpr (vector_registers >= 16) {
+        along_row<8>(n, step);
+    } else {
+        ptrdiff_t x = 0;
+        for (; x + widest <= n; x += widest)
+            step(group_of<widest>{}, x);
+        along_row<8, 8>(n, step, x);
+    }
+}
 
 // Gains that have no loops of their own: a blend is adjusted where it was stored.
 
@@ -114,7 +122,7 @@ constexpr ptrdiff_t strip = 512, longest_look = 2048;
 // Pixels of pairs, blended: n from x on, of `count` pairs from `first` on. From one to the next is
 // `pitch`, and half of it for chroma.
 struct pair_strip {
-    static constexpr ptrdiff_t bytes = 2 * strip; // of upper rows, and then as many of lower rows
+    static constexpr ptrdiff_t bytes = 3 * strip; // of upper rows, and then as many of lower rows
 
     ptrdiff_t first, count, x, n, pitch;
     alignas(stack_alignment) unsigned char y[2 * bytes];
@@ -125,8 +133,8 @@ struct pair_strip {
 // Of rows of n pixels, so that those of chroma begin in lines of the cache, too.
 LUMALANE_INLINE ptrdiff_t pitch_of_strip(ptrdiff_t n) { return (n + 127) & -128; }
 
-// Both rows of a pair. (Row by row, for which there is no average but with the row itself, where there
-// are 8 registers: in one loop they take 1.6 times as long there.)
+// Both rows of a pair. (Where there are 8 registers row by row, the upper one averaged with itself: in
+// one loop they take 1.6 times as long there.)
 template <bool averaged, class Map>
 LUMALANE_INLINE void blend_rows(unsigned char *dst, const unsigned char *video,
                                 ptrdiff_t luma_below, ptrdiff_t to_average,
@@ -137,7 +145,7 @@ LUMALANE_INLINE void blend_rows(unsigned char *dst, const unsigned char *video,
         for (int left = 2;;) {
             along_row<16>(n, [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
                 constexpr int size = group.size;
-                const bytes<size> samples = load_video<size>(video + x, with);
+                const bytes<size> samples = load_row<averaged, size>(video + x, with);
                 store(dst + x, map(blend(samples, load<size>(sub + x), load<size>(alpha + x))));
             });
             if (--left == 0)
@@ -189,7 +197,7 @@ struct pair_maps {
 
 template <class Map>
 LUMALANE_INLINE void blend_luma_by(pair_strip &to, const mixed_pairs &pairs, const Map &map) {
-    if (vector_registers >= 16 && pairs.lower == lower_row::average)
+    if (pairs.lower == lower_row::average)
         blend_luma<true>(to, pairs, map);
     else
         blend_luma<false>(to, pairs, map);
@@ -212,15 +220,11 @@ struct pair_chroma {
 template <class Weight, class Map, class Row>
 LUMALANE_INLINE void blend_chroma(const mixed_pairs &pairs, const pair_chroma at, ptrdiff_t n,
                                   const Map &map_u, const Map &map_v, const Row &row) {
-    const ptrdiff_t below = pairs.below.chroma, sub_next = pairs.below.sub_chroma;
+    const ptrdiff_t sub_next = pairs.below.sub_chroma;
     const ptrdiff_t alpha_next = pairs.below.sub;
-    along_row<8>(n / 2, [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+    along_chroma(n / 2, [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
         constexpr int size = group.size;
-        bytes<size> u = load<size>(at.video_u + x), v = load<size>(at.video_v + x);
-        if (below != 0) {
-            u = average(u, load<size>(at.video_u + x + below));
-            v = average(v, load<size>(at.video_v + x + below));
-        }
+        const bytes<size> u = load<size>(at.video_u + x), v = load<size>(at.video_v + x);
         const auto blended = [&](bool lower, ptrdiff_t sub,
                                  const unsigned char *weights) LUMALANE_INLINE_LAMBDA {
             const bytes<size> weight = Weight::template load<size>(weights + 2 * x);
@@ -276,8 +280,10 @@ struct odd_yuy2 {
     }
 };
 
-// To the surface at once, with the strip's luma, which makes full veils 1.08 times as fast. (With 8
-// registers it takes 8 times as long.)
+// To the surface at once, with the strip's luma, which makes full veils 1.08 to 1.17 times as fast.
+// (With 8 registers of 16 bytes it takes 8 times as long.)
+constexpr bool emits_at_once = vector_registers >= 16 || widest > 16;
+
 template <class Surface, class Stores>
 struct surface_chroma {
     using weight = weight_of_second;
@@ -323,11 +329,18 @@ LUMALANE_INLINE void blend_chroma_by(pair_strip &to, const mixed_pairs &pairs, c
     const ptrdiff_t sub_from = to.first * sub_next + to.x / 2;
     pair_chroma at{pairs.upper.u + from, pairs.upper.v + from, pairs.upper.sub_u + sub_from,
                    pairs.upper.sub_v + sub_from, pairs.upper.alpha + to.first * luma_next + to.x};
+    ptrdiff_t video_next = chroma_next;
+    if (const ptrdiff_t below = pairs.below.chroma; below != 0) {
+        video_next = to.pitch / 2;
+        average_rows({to.u, at.video_u, below, to.count, chroma_next, video_next}, n / 2);
+        average_rows({to.v, at.video_v, below, to.count, chroma_next, video_next}, n / 2);
+        at.video_u = to.u, at.video_v = to.v;
+    }
     for (ptrdiff_t pair = 0;;) {
         blend_chroma<weight>(pairs, at, n, map_u, map_v, Chroma(to, pairs, pair));
         if (++pair == to.count)
             break;
-        at.video_u += chroma_next, at.video_v += chroma_next;
+        at.video_u += video_next, at.video_v += video_next;
         at.sub_u += sub_next, at.sub_v += sub_next, at.alpha += luma_next;
     }
 }
@@ -477,14 +490,19 @@ LUMALANE_INLINE void blend_pixels(pair_strip &blended, const mixed_pairs &pairs,
 template <class Surface>
 LUMALANE_INLINE void mix_to(const mixed_pairs &pairs, ptrdiff_t n) {
     constexpr blending *into_strip = blend_chroma_of_pairs<strip_chroma<weight_of_second>>;
-    if constexpr (vector_registers < 16)
+    if constexpr (emits_at_once) {
+        blending *blend = blend_chroma_of_pairs<surface_chroma<Surface, cached>>;
+        if (pairs.stores == store_policy::non_temporal) {
+            // Small code is worth more than what that gains where stores are the bound.
+            if constexpr (vector_registers >= 16)
+                blend = blend_chroma_of_pairs<surface_chroma<Surface, non_temporal>>;
+            else
+                blend = into_strip;
+        }
+        mix(pairs, n, blend, into_strip);
+    } else {
         mix(pairs, n, into_strip, into_strip);
-    else
-        mix(pairs, n,
-            pairs.stores == store_policy::cached
-                ? blend_chroma_of_pairs<surface_chroma<Surface, cached>>
-                : blend_chroma_of_pairs<surface_chroma<Surface, non_temporal>>,
-            into_strip);
+    }
 }
 
 // ---- Rows of planes ----------------------------------------------------------------------------
@@ -498,20 +516,45 @@ LUMALANE_INLINE bool are_clear(const unsigned char *alpha) {
         return all_zero(load<n>(alpha) | load<n>(alpha + n));
 }
 
-// Calls `row.operator()<averaged>(dst, video, sub, alpha, below)` for every row, with the offsets of
-// the row in its planes. Only videos that are not adjusted are averaged.
-template <bool adjusted, class Row>
-LUMALANE_INLINE void for_rows(const blended_planes &rows, const Row &row) {
-    ptrdiff_t dst = 0, video = 0, sub = 0;
-    const unsigned char *alpha = rows.alpha;
-    for (ptrdiff_t i = 0; i < rows.count; ++i) {
-        const bool lower = i % 2 != 0;
-        if (!adjusted && lower && rows.below_lower != 0)
-            row.template operator()<!adjusted>(dst, video, sub, alpha, rows.below_lower);
-        else
-            row.template operator()<false>(dst, video, sub, alpha, 0);
-        dst += rows.dst_next, sub += rows.sub_next, alpha += rows.alpha_next;
-        video += lower ? rows.video_next - rows.video_to_lower : rows.video_to_lower;
+// Rows of planes: where the first one is in each of them, and how far it is from one to the next.
+struct rows_of_planes {
+    ptrdiff_t dst, video, sub;
+    const unsigned char *alpha;
+    ptrdiff_t dst_next, video_next, sub_next, alpha_next, count;
+
+    // Where dst is after the last one. (See end_of().)
+    LUMALANE_INLINE ptrdiff_t end() const { return dst + count * dst_next; }
+};
+
+// Calls `some.operator()<averaged>(rows_of_planes, below)` until every row is made: all at once, or the
+// upper rows of a field and the lower ones, which are averaged unless they are adjusted, in turn.
+template <bool adjusted, class Some>
+LUMALANE_INLINE void for_rows(const blended_planes &rows, ptrdiff_t n, const Some &some) {
+    const ptrdiff_t to_lower = rows.video_to_lower, below = adjusted ? 0 : rows.below_lower;
+    const bool alike = below == 0 && rows.video_next == 2 * to_lower;
+    const ptrdiff_t kinds = alike ? 1 : 2;
+    // Wide rows pair by pair: what the lower one shares with the upper one is in the cache. Runs of one
+    // group row by row.
+    constexpr ptrdiff_t narrow = 1024, one_group = 2 * longest_run_in_order;
+    const ptrdiff_t together = alike || (n > one_group && n < narrow) ? rows.count : 2;
+    for (ptrdiff_t first = 0; first < rows.count; first += together) {
+        const ptrdiff_t left = rows.count - first < together ? rows.count - first : together;
+        for (ptrdiff_t kind = 0; kind < kinds && kind < left; ++kind) {
+            const ptrdiff_t row = first + kind;
+            const rows_of_planes places{row * rows.dst_next,
+                                        first / 2 * rows.video_next + kind * to_lower,
+                                        row * rows.sub_next,
+                                        rows.alpha + row * rows.alpha_next,
+                                        kinds * rows.dst_next,
+                                        alike ? to_lower : rows.video_next,
+                                        kinds * rows.sub_next,
+                                        kinds * rows.alpha_next,
+                                        (left - kind + kinds - 1) / kinds};
+            if (!adjusted && below != 0 && kind != 0)
+                some.template operator()<!adjusted>(places, below);
+            else
+                some.template operator()<false>(places, 0);
+        }
     }
 }
 
@@ -561,46 +604,50 @@ void blend_plane(const blended_planes &rows, ptrdiff_t n) {
         return blend_rare_rows(blend_plane, rows, 1, n, n);
     with_map(rows.by[0], [&](const auto map) LUMALANE_INLINE_LAMBDA {
         with_stores(rows.stores, [&](auto stores) LUMALANE_INLINE_LAMBDA {
-            const auto row = [&]<bool averaged>(ptrdiff_t to, ptrdiff_t from, ptrdiff_t sub_at,
-                                                const unsigned char *alpha,
-                                                ptrdiff_t below) LUMALANE_INLINE_LAMBDA {
-                unsigned char *const dst = rows.dst[0] + to;
-                const unsigned char *const video = rows.video[0] + from, *const sub =
-                                                                             rows.sub[0] + sub_at;
-                const auto take = [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-                    stores.store(dst + x, map(load_row<averaged, group.size>(video + x, below)));
-                };
-                const auto blended = [=]<int size>(ptrdiff_t x,
-                                                   bytes<size> weight) LUMALANE_INLINE_LAMBDA {
-                    const bytes<size> samples = load_row<averaged, size>(video + x, below);
-                    stores.store(dst + x, map(blend(samples, load<size>(sub + x), weight)));
-                };
-                // Two vectors with one test.
-                ptrdiff_t x = 0;
-                for (; x + 2 * widest <= n; x += 2 * widest) {
-                    constexpr group_of<widest> group;
-                    const bytes<widest> first = load<widest>(alpha + x);
-                    const bytes<widest> second = load<widest>(alpha + x + widest);
-                    if (all_zero(first | second)) {
-                        take(group, x);
-                        take(group, x + widest);
-                    } else {
-                        blended(x, first);
-                        blended(x + widest, second);
+            const auto some = [&]<bool averaged>(const rows_of_planes &at,
+                                                 ptrdiff_t below) LUMALANE_INLINE_LAMBDA {
+                unsigned char *dst = rows.dst[0] + at.dst;
+                const unsigned char *video = rows.video[0] + at.video, *sub = rows.sub[0] + at.sub;
+                const unsigned char *alpha = at.alpha, *const end = rows.dst[0] + at.end();
+                for (bool more = true; more; more = dst != end) {
+                    const auto take = [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+                        stores.store(dst + x,
+                                     map(load_row<averaged, group.size>(video + x, below)));
+                    };
+                    const auto blended = [=]<int size>(ptrdiff_t x,
+                                                       bytes<size> weight) LUMALANE_INLINE_LAMBDA {
+                        const bytes<size> samples = load_row<averaged, size>(video + x, below);
+                        stores.store(dst + x, map(blend(samples, load<size>(sub + x), weight)));
+                    };
+                    // Two vectors with one test.
+                    ptrdiff_t x = 0;
+                    for (; x + 2 * widest <= n; x += 2 * widest) {
+                        constexpr group_of<widest> group;
+                        const bytes<widest> first = load<widest>(alpha + x);
+                        const bytes<widest> second = load<widest>(alpha + x + widest);
+                        if (all_zero(first | second)) {
+                            take(group, x);
+                            take(group, x + widest);
+                        } else {
+                            blended(x, first);
+                            blended(x + widest, second);
+                        }
                     }
+                    along_row<8>(
+                        n,
+                        [=](auto group, ptrdiff_t i) LUMALANE_INLINE_LAMBDA {
+                            const bytes<group.size> weight = load<group.size>(alpha + i);
+                            if (all_zero(weight))
+                                take(group, i);
+                            else
+                                blended(i, weight);
+                        },
+                        x);
+                    dst += at.dst_next, video += at.video_next, sub += at.sub_next;
+                    alpha += at.alpha_next;
                 }
-                along_row<8>(
-                    n,
-                    [=](auto group, ptrdiff_t at) LUMALANE_INLINE_LAMBDA {
-                        const bytes<group.size> weight = load<group.size>(alpha + at);
-                        if (all_zero(weight))
-                            take(group, at);
-                        else
-                            blended(at, weight);
-                    },
-                    x);
             };
-            for_rows<is_adjusted<decltype(map)>>(rows, row);
+            for_rows<is_adjusted<decltype(map)>>(rows, n, some);
         });
     });
 }
@@ -610,32 +657,37 @@ void blend_chroma_planes(const blended_planes &rows, ptrdiff_t n) {
         return blend_rare_rows(blend_chroma_planes, rows, 2, n, n / 2);
     const auto of_maps = [&](const auto map_u, const auto map_v) LUMALANE_INLINE_LAMBDA {
         with_stores(rows.stores, [&](auto stores) LUMALANE_INLINE_LAMBDA {
-            const auto row = [&]<bool averaged>(ptrdiff_t to, ptrdiff_t from, ptrdiff_t sub_at,
-                                                const unsigned char *alpha,
-                                                ptrdiff_t below) LUMALANE_INLINE_LAMBDA {
-                unsigned char *const dst_u = rows.dst[0] + to, *const dst_v = rows.dst[1] + to;
-                const unsigned char *const video_u = rows.video[0] + from, *const video_v =
-                                                                               rows.video[1] + from;
-                const unsigned char *const sub_u = rows.sub[0] + sub_at, *const sub_v =
-                                                                             rows.sub[1] + sub_at;
-                along_row<8>(n / 2, [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-                    constexpr int size = group.size;
-                    const bytes<size> u = load_row<averaged, size>(video_u + x, below);
-                    const bytes<size> v = load_row<averaged, size>(video_v + x, below);
-                    const unsigned char *const of_pairs = alpha + 2 * x;
-                    if (are_clear<size>(of_pairs)) {
-                        stores.store(dst_u + x, map_u(u));
-                        stores.store(dst_v + x, map_v(v));
-                    } else {
-                        const bytes<size> weight = weight_of_second::load<size>(of_pairs);
-                        const bytes<size> of_u = load<size>(sub_u + x);
-                        const bytes<size> of_v = load<size>(sub_v + x);
-                        stores.store(dst_u + x, map_u(blend(u, of_u, weight)));
-                        stores.store(dst_v + x, map_v(blend(v, of_v, weight)));
-                    }
-                });
+            const auto some = [&]<bool averaged>(const rows_of_planes &at,
+                                                 ptrdiff_t below) LUMALANE_INLINE_LAMBDA {
+                unsigned char *dst_u = rows.dst[0] + at.dst, *dst_v = rows.dst[1] + at.dst;
+                const unsigned char *video_u = rows.video[0] + at.video;
+                const unsigned char *video_v = rows.video[1] + at.video;
+                const unsigned char *sub_u = rows.sub[0] + at.sub, *sub_v = rows.sub[1] + at.sub;
+                const unsigned char *alpha = at.alpha, *const end = rows.dst[0] + at.end();
+                for (bool more = true; more; more = dst_u != end) {
+                    along_row<8>(n / 2, [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+                        constexpr int size = group.size;
+                        const bytes<size> u = load_row<averaged, size>(video_u + x, below);
+                        const bytes<size> v = load_row<averaged, size>(video_v + x, below);
+                        const unsigned char *const of_pairs = alpha + 2 * x;
+                        if (are_clear<size>(of_pairs)) {
+                            stores.store(dst_u + x, map_u(u));
+                            stores.store(dst_v + x, map_v(v));
+                        } else {
+                            const bytes<size> weight = weight_of_second::load<size>(of_pairs);
+                            const bytes<size> of_u = load<size>(sub_u + x);
+                            const bytes<size> of_v = load<size>(sub_v + x);
+                            stores.store(dst_u + x, map_u(blend(u, of_u, weight)));
+                            stores.store(dst_v + x, map_v(blend(v, of_v, weight)));
+                        }
+                    });
+                    dst_u += at.dst_next, dst_v += at.dst_next;
+                    video_u += at.video_next, video_v += at.video_next;
+                    sub_u += at.sub_next, sub_v += at.sub_next;
+                    alpha += at.alpha_next;
+                }
             };
-            for_rows<is_adjusted<decltype(map_u)>>(rows, row);
+            for_rows<is_adjusted<decltype(map_u)>>(rows, n, some);
         });
     };
     with_chroma_maps(rows.by[0], rows.by[1], of_maps);
