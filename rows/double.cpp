@@ -177,14 +177,16 @@ template <int times, bool all>
 [[gnu::noinline]] void emit_doubled_rest(const doubled_rows &rows, const doubled_row at,
                                          ptrdiff_t n, ptrdiff_t x) {
     if (times == 2 && rows.repeats_last) {
-        if (x + widest == n)
+        if (widest == 16 || x + widest == n)
             return emit_doubled_group<times, all, widest, true>(rows, at, x);
         n -= 16;
     }
-    for (; x < n; x += 16)
-        emit_doubled_group<times, all, 16, false>(rows, at, x);
-    if (times == 2 && rows.repeats_last)
-        emit_doubled_group<times, all, 16, true>(rows, at, x);
+    if constexpr (widest > 16) {
+        for (; x < n; x += 16)
+            emit_doubled_group<times, all, 16, false>(rows, at, x);
+        if (times == 2 && rows.repeats_last)
+            emit_doubled_group<times, all, 16, true>(rows, at, x);
+    }
 }
 
 template <int times, bool all>
@@ -192,23 +194,43 @@ LUMALANE_INLINE void emit_doubled_rows(const doubled_rows &rows, ptrdiff_t n) {
     const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next;
     const ptrdiff_t end = times == 2 && rows.repeats_last ? n - 1 : n; // before it groups end
     doubled_row at{rows.y, rows.u, rows.v, rows.dst};
-    for (ptrdiff_t left = rows.count; left > 0; --left) {
+    const doubled_rows own = rows; // which no store can change
+    const unsigned char *const below_all = end_of(rows);
+    for (bool more = rows.count > 0; more; more = at.dst != below_all) {
         ptrdiff_t x = 0;
-        const doubled_rows own = rows; // which no store can change
         for (; x + widest <= end; x += widest)
             emit_doubled_group<times, all, widest, false>(own, at, x);
-        if (x < n)
-            emit_doubled_rest<times, all>(rows, at, n, x);
+        if constexpr (times == 2 || widest > 16)
+            if (x < n)
+                emit_doubled_rest<times, all>(rows, at, n, x);
         at.y += y_next, at.u += chroma_next, at.v += chroma_next, at.dst += dst_next;
     }
 }
 
 template <int times>
 LUMALANE_INLINE void emit_doubled(const doubled_rows &rows, ptrdiff_t n) {
-    if (rows.made == pair_made::all)
+    const bool all = rows.made == pair_made::all;
+    if constexpr (small_code) {
+        // All upper rows, all that lie below them, and so on.
+        doubled_rows row = rows;
+        for (int k = 0;;) {
+            if (all) {
+                const bool own_chroma = k < 2 || (k == 2 && rows.lower_has_own_chroma);
+                row.made = k % 2 != 0 ? pair_made::between : pair_made::row;
+                row.chroma_below = own_chroma ? 0 : rows.chroma_below;
+            }
+            emit_doubled_rows<times, false>(row, n);
+            if (!all || ++k == 4)
+                break;
+            row.dst += rows.dst_below;
+            if (k == 2)
+                row.y += rows.y_below;
+        }
+    } else if (all) {
         emit_doubled_rows<times, true>(rows, n);
-    else
+    } else {
         emit_doubled_rows<times, false>(rows, n);
+    }
 }
 
 // ---- Planes ------------------------------------------------------------------------------------
@@ -243,9 +265,9 @@ struct stretched_row {
 };
 
 // A group from x on: both rows, or one of them.
-template <int times, int n, bool both, class Map>
+template <int times, int n, bool both, class Map, class Stores>
 LUMALANE_INLINE void stretch_group(const stretched_rows &rows, const stretched_row at, ptrdiff_t x,
-                                   bool at_end, const Map &map) {
+                                   bool at_end, const Map &map, Stores stores) {
     const unsigned char *const src = at.src + x;
     unsigned char *const dst = at.dst + times * x;
     const auto upper = widened<times, n>(src, at_end);
@@ -254,65 +276,57 @@ LUMALANE_INLINE void stretch_group(const stretched_rows &rows, const stretched_r
     };
     if constexpr (both) {
         const auto lower = between();
-        store_all(rows.stores, dst, mapped(upper, map));
-        store_all(rows.stores, dst + rows.dst_below, mapped(lower, map));
+        store_all(stores, dst, mapped(upper, map));
+        store_all(stores, dst + rows.dst_below, mapped(lower, map));
     } else {
-        store_all(rows.stores, dst,
-                  mapped(rows.made == rows_made::between ? between() : upper, map));
+        store_all(stores, dst, mapped(rows.made == rows_made::between ? between() : upper, map));
     }
 }
 
 template <int times, class Map>
 [[gnu::noinline]] void stretch_rest(const stretched_rows &rows, const stretched_row at, ptrdiff_t n,
                                     const Map &map, ptrdiff_t first) {
-    along_row<8, 16>(
+    along_row<8, most_left>(
         n,
         [&](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
             const bool at_end = rows.repeats_last && x + group.size == n;
             if (rows.made == rows_made::both)
-                stretch_group<times, group.size, true>(rows, at, x, at_end, map);
+                stretch_group<times, group.size, true>(rows, at, x, at_end, map, rows.stores);
             else
-                stretch_group<times, group.size, false>(rows, at, x, at_end, map);
+                stretch_group<times, group.size, false>(rows, at, x, at_end, map, rows.stores);
         },
         first);
 }
 
-template <int times, bool both, class Map>
+// `own_rows` and `own_map`: copies, which no store can change.
+template <int times, bool both, class Map, class Stores>
 LUMALANE_INLINE void stretch_along(const stretched_rows &rows, const stretched_row at, ptrdiff_t n,
-                                   const Map &map) {
-    const auto rest = [&](ptrdiff_t x)
-                          LUMALANE_INLINE_LAMBDA { stretch_rest<times>(rows, at, n, map, x); };
-    const stretched_rows own_rows = rows; // which no store can change
-    const bool repeats_last = times == 2 && rows.repeats_last;
-    // With 8 registers the map is in memory anyway, and a copy for every row takes up to 2.6 times as
-    // long as a row of 320 samples.
-    if constexpr (vector_registers < 16)
-        along_doubled_row(
-            n, repeats_last,
-            [&](auto group, ptrdiff_t x, bool at_end) LUMALANE_INLINE_LAMBDA {
-                stretch_group<times, group.size, both>(own_rows, at, x, at_end, map);
-            },
-            rest);
-    else
-        along_doubled_row(
-            n, repeats_last,
-            [=](auto group, ptrdiff_t x, bool at_end) LUMALANE_INLINE_LAMBDA {
-                stretch_group<times, group.size, both>(own_rows, at, x, at_end, map);
-            },
-            rest);
+                                   const Map &map, const stretched_rows &own_rows,
+                                   const Map &own_map, Stores stores) {
+    along_doubled_row(
+        n, times == 2 && own_rows.repeats_last,
+        [&](auto group, ptrdiff_t x, bool at_end) LUMALANE_INLINE_LAMBDA {
+            stretch_group<times, group.size, both>(own_rows, at, x, at_end, own_map, stores);
+        },
+        [&](ptrdiff_t x) LUMALANE_INLINE_LAMBDA { stretch_rest<times>(rows, at, n, map, x); });
 }
 
 template <int times>
 LUMALANE_INLINE void stretch(const stretched_rows &rows, ptrdiff_t n) {
     const auto run = [&](const auto map) LUMALANE_INLINE_LAMBDA {
-        stretched_row at{rows.src, rows.dst};
-        for (ptrdiff_t left = rows.count; left > 0; --left) {
-            if (rows.made == rows_made::both)
-                stretch_along<times, true>(rows, at, n, map);
-            else
-                stretch_along<times, false>(rows, at, n, map);
-            at.src += rows.src_next, at.dst += rows.dst_next;
-        }
+        with_stores(rows.stores, [&](auto stores) LUMALANE_INLINE_LAMBDA {
+            const stretched_rows own_rows = rows;
+            const auto own_map = map;
+            stretched_row at{rows.src, rows.dst};
+            const unsigned char *const end = end_of(rows);
+            for (bool more = rows.count > 0; more; more = at.dst != end) {
+                if (own_rows.made == rows_made::both)
+                    stretch_along<times, true>(rows, at, n, map, own_rows, own_map, stores);
+                else
+                    stretch_along<times, false>(rows, at, n, map, own_rows, own_map, stores);
+                at.src += own_rows.src_next, at.dst += own_rows.dst_next;
+            }
+        });
     };
     with_adjustment(rows.by, run);
 }

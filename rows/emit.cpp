@@ -234,7 +234,7 @@ template <class Surface>
 [[gnu::noinline]] void emit_rest(const adjustment *by, typename Surface::format format,
                                  const row_start &at, bool pair, ptrdiff_t n, ptrdiff_t x) {
     const Surface surface(by, format);
-    along_row<Surface::least, 16>(
+    along_row<Surface::least, Surface::least == 16 ? 16 : most_left>(
         n,
         [&](auto group, ptrdiff_t from) LUMALANE_INLINE_LAMBDA {
             if (pair)

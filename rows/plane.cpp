@@ -12,7 +12,8 @@ LUMALANE_INLINE void store_rows(const plane_rows &rows, ptrdiff_t n, const Make 
     with_stores(rows.stores, [=](auto stores) LUMALANE_INLINE_LAMBDA {
         const unsigned char *src = rows.src;
         unsigned char *dst = rows.dst;
-        for (ptrdiff_t left = rows.count; left > 0; --left) {
+        const unsigned char *const end = end_of(rows);
+        for (bool more = rows.count > 0; more; more = dst != end) {
             const auto step = [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
                 stores.store(dst + x, make.template operator()<group.size>(src + times * x));
             };

@@ -25,6 +25,17 @@ LUMALANE_INLINE void along_row(ptrdiff_t count, const Step &step, ptrdiff_t x = 
         along_row<least, least>(count, step, x);
 }
 
+// The widest groups that the widest vectors leave of a row of which n is a multiple of 8.
+inline constexpr int most_left = widest > 16 ? 16 : 8;
+
+// Where the row after the last one would go. (Rows are not counted: with 8 registers the count is kept
+// in memory, and stores there between those to a surface make rows of 320 bytes take up to 1.4 times as
+// long.)
+template <class Rows>
+LUMALANE_INLINE const unsigned char *end_of(const Rows &rows) {
+    return rows.dst + rows.count * rows.dst_next;
+}
+
 // ---- Stores ------------------------------------------------------------------------------------
 
 struct cached {
@@ -80,13 +91,23 @@ LUMALANE_INLINE void store_and_fetch(unsigned char *to, const Interleaved &v) {
     store_all<cached>(to, v);
 }
 
+template <class Vectors>
+LUMALANE_INLINE void store_all(cached, unsigned char *to, const Vectors &v) {
+    store_and_fetch(to, v);
+}
+
+template <class Vectors>
+LUMALANE_INLINE void store_all(non_temporal, unsigned char *to, const Vectors &v) {
+    store_all<non_temporal>(to, v);
+}
+
 // Where computing takes much more code than storing: one loop for both policies.
 template <class Vectors>
 LUMALANE_INLINE void store_all(store_policy stores, unsigned char *to, const Vectors &v) {
     if (streams && stores == store_policy::non_temporal)
-        store_all<non_temporal>(to, v);
+        store_all(non_temporal{}, to, v);
     else
-        store_and_fetch(to, v);
+        store_all(cached{}, to, v);
 }
 
 // Four taps and the adjustment together are too much for 8 registers, and slower in one loop where

@@ -9,6 +9,8 @@
 // What a kernel is told comes in records that were stored just before: kernels load each field once, by
 // itself, and copy no record, for a wide load would have to wait until all fields are in the cache.
 //
+// Of several rows that it is told, each goes to a place of its own.
+//
 // A run of one group with cached stores is what a step of the promised loops is, also where its source
 // and its destination overlap: all that is needed of a row is loaded before any of it is stored, and
 // of two rows the upper one is stored before the lower one's luma is loaded. In longer runs, and with
