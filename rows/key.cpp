@@ -78,11 +78,11 @@ template <int m, class Pixels, class Adjusted>
 LUMALANE_INLINE ptrdiff_t emit_keyed_groups(const keyed_rows &row, ptrdiff_t x, ptrdiff_t n,
                                             const key_colour &key, const Adjusted &adjusted) {
     constexpr int size = Pixels::bytes_per_pixel, count = permuted_for<Pixels, m>;
-    const auto pixels_at = [&](ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+    const auto pixels_at = [&](ptrdiff_t at) LUMALANE_INLINE_LAMBDA {
         const auto terms = to_rgb::chroma(adjusted.rgb_chroma(
-            chroma_words<m / 2>{load_chroma_permuted<count, m / 2>(row.u + x / 2),
-                                load_chroma_permuted<count, m / 2>(row.v + x / 2)}));
-        return to_rgb::pixels(adjusted.rgb_luma(load_permuted<count, m>(row.y + x)), terms);
+            chroma_words<m / 2>{load_chroma_permuted<count, m / 2>(row.u + at / 2),
+                                load_chroma_permuted<count, m / 2>(row.v + at / 2)}));
+        return to_rgb::pixels(adjusted.rgb_luma(load_permuted<count, m>(row.y + at)), terms);
     };
     while (x + m <= n) {
         if constexpr (calls_are_apart<m>) {
