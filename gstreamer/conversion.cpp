@@ -139,7 +139,7 @@ status converter::double_height(const frame &f, const const_picture &field, cons
 // A picture that stays within the converter, with rows as the library has them in one call.
 picture converter::between(format format, int width, int height) {
     const int whole = (width + 31) / 32 * 32;
-    memory.resize(static_cast<std::size_t>(lumalane::picture_bytes(format, whole, height)));
+    memory.resize(lumalane::picture_bytes(format, whole, height));
     picture made = lumalane::packed_planes(format, whole, height, memory.data());
     made.width = width;
     return made;

@@ -171,7 +171,7 @@ def told_figures(told):
                 shown[f"{section}/{name}"] = value
                 continue
             for figure, number in value.items():
-                shown[f"{section}/{name}/{figure}"] = f"{number:,}"
+                shown[f"{section}/{name}/{figure}"] = f"{number:,}" if isinstance(number, int) else number
                 if section == "builds":
                     sums[figure] = sums.get(figure, 0) + number
     return shown, {name: f"{number:,}" for name, number in sums.items()}

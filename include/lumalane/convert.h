@@ -60,7 +60,7 @@ inline bool may_outgrow_cache(layout l, const view &d, int height) {
     const long long stride = d.stride[0] < 0 ? -d.stride[0] : d.stride[0];
     const bool on_vectors =
         reinterpret_cast<std::uintptr_t>(d.data[0]) % 32 == 0 && stride % 32 == 0;
-    return on_vectors && stride * height > (l == layout::yuy2 ? 4'000'000 : 8'000'000);
+    return on_vectors && stride * height > (l == layout::yuy2 ? 1'250'000 : 8'000'000);
 }
 
 // Where the columns begin that are left after whole steps: 15 or 16 of them, of which some were in a

@@ -91,12 +91,15 @@ struct picture {
     }
 };
 
-/// Bytes of a picture whose planes follow each other without gaps.
-constexpr long long picture_bytes(format f, int width, int height) {
-    long long bytes = 0;
+/// Bytes of a picture whose planes follow each other without gaps. (Of one that no memory can hold, the
+/// greatest size there is.)
+constexpr std::size_t picture_bytes(format f, int width, int height) {
+    constexpr std::size_t most = static_cast<std::size_t>(-1);
+    unsigned long long bytes = 0;
     for (int i = 0; i < plane_count(f); ++i)
-        bytes += row_bytes(f, i, width) * plane_height(f, i, height);
-    return bytes;
+        bytes +=
+            static_cast<unsigned long long>(row_bytes(f, i, width) * plane_height(f, i, height));
+    return bytes < most ? static_cast<std::size_t>(bytes) : most;
 }
 
 /// Such a picture in the picture_bytes() from `data` on. For one plane with gaps between its rows,
