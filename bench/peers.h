@@ -27,6 +27,10 @@ extern const peer swscale_half_yuy2, swscale_half_yv12;
 extern const peer libyuv_argb_from_yuy2, libyuv_rgb24_from_yuy2, libyuv_rgb565_from_yuy2;
 extern const peer swscale_bgra_from_yuy2, swscale_bgr24_from_yuy2, swscale_rgb565_from_yuy2;
 
+// From the colour planes of the subpicture, which have chroma on every row. (Alpha is not looked at.)
+extern const peer libyuv_argb_from_i422, libyuv_rgb24_from_i422, libyuv_rgb565_from_i422;
+extern const peer swscale_bgra_from_i422, swscale_bgr24_from_i422, swscale_rgb565_from_i422;
+
 // From a drawing surface to the colour planes of the subpicture.
 extern const peer libyuv_i422_from_argb, libyuv_i422_from_rgb24, libyuv_i422_from_rgb565;
 extern const peer swscale_i422_from_bgra, swscale_i422_from_bgr24, swscale_i422_from_rgb565;

@@ -78,6 +78,15 @@ task packed(scene &s) {
     return [&s] { pack(picture(s), convert, s.dst.data(), s.dst_pitch); };
 }
 
+template <packer convert>
+task packed_from_i422(scene &s) {
+    return [&s] {
+        planes rows = subpicture(s);
+        rows.chroma_pitch /= 2;
+        pack(rows, convert, s.dst.data(), s.dst_pitch);
+    };
+}
+
 template <libyuv::FilterMode filter>
 task scaled(scene &s, size to) {
     return [&s, to] { scale(picture(s), planes_at(s.dst.data(), to), filter); };
@@ -210,6 +219,11 @@ const peer libyuv_rgb24_from_yuy2{"libyuv", "YUY2ToARGB, ARGBToRGB24",
                                   packed_from_yuy2<libyuv::ARGBToRGB24>};
 const peer libyuv_rgb565_from_yuy2{"libyuv", "YUY2ToARGB, ARGBToRGB565",
                                    packed_from_yuy2<libyuv::ARGBToRGB565>};
+
+const peer libyuv_argb_from_i422{"libyuv", "I422ToARGB", packed_from_i422<libyuv::I422ToARGB>};
+const peer libyuv_rgb24_from_i422{"libyuv", "I422ToRGB24", packed_from_i422<libyuv::I422ToRGB24>};
+const peer libyuv_rgb565_from_i422{"libyuv", "I422ToRGB565",
+                                   packed_from_i422<libyuv::I422ToRGB565>};
 
 const peer libyuv_i422_from_argb{
     "libyuv", "ARGBToI422", [](scene &s) -> task {

@@ -52,6 +52,16 @@ task stretched(scene &s) {
     return scaled(s, {wider * s.width, 2 * s.height}, AV_PIX_FMT_YUV420P, to, SWS_FAST_BILINEAR);
 }
 
+template <AVPixelFormat to>
+task subpicture_to(scene &s) {
+    return [&s, context = scaler(s.picture(), AV_PIX_FMT_YUV422P, s.picture(), to, SWS_POINT)] {
+        const uint8_t *const planes[] = {s.sub_y.data(), s.sub_u.data(), s.sub_v.data()};
+        const int pitches[] = {s.src_pitch, s.src_pitch / 2, s.src_pitch / 2};
+        uint8_t *const surface[] = {s.dst.data()};
+        sws_scale(context.get(), planes, pitches, 0, s.height, surface, &s.dst_pitch);
+    };
+}
+
 template <AVPixelFormat from>
 task subpicture_from(scene &s) {
     return [&s, context = scaler(s.picture(), from, s.picture(), AV_PIX_FMT_YUV422P, SWS_POINT)] {
@@ -83,6 +93,12 @@ const peer swscale_bgr24_from_yuy2{"libswscale", "yuyv422 to bgr24",
                                    converted<yuyv, AV_PIX_FMT_BGR24, SWS_FAST_BILINEAR>};
 const peer swscale_rgb565_from_yuy2{"libswscale", "yuyv422 to rgb565le",
                                     converted<yuyv, AV_PIX_FMT_RGB565LE, SWS_FAST_BILINEAR>};
+
+const peer swscale_bgra_from_i422{"libswscale", "yuv422p to bgra", subpicture_to<AV_PIX_FMT_BGRA>};
+const peer swscale_bgr24_from_i422{"libswscale", "yuv422p to bgr24",
+                                   subpicture_to<AV_PIX_FMT_BGR24>};
+const peer swscale_rgb565_from_i422{"libswscale", "yuv422p to rgb565le",
+                                    subpicture_to<AV_PIX_FMT_RGB565LE>};
 
 const peer swscale_i422_from_bgra{"libswscale", "bgra to yuv422p",
                                   subpicture_from<AV_PIX_FMT_BGRA>};

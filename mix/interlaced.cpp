@@ -122,12 +122,14 @@ void mix_onto_rgb(const machine &machine, const tagMIX_INFO &mix,
     const ptrdiff_t pixels = mix.width <= 0 ? step : whole_steps(mix.width, step);
     const mix_groups p(mix, surface.bytes_per_pixel, pixels);
     const mix_distance rewind = rewind_of(mix);
-    call_rows rows = rows_at(mix);
-    detail::rows_of_mix_columns(sizes_of(mix), surface.bytes_per_pixel, rows);
     const bool in_order =
-        machine.in_order || !equal(p.groups * p.next, rewind) || rows.order_can_be_observed();
+        machine.in_order || !equal(p.groups * p.next, rewind) ||
+        order_can_be_observed(mix, [&](call_rows &rows) {
+            detail::rows_of_mix_columns(sizes_of(mix), surface.bytes_per_pixel, rows);
+        });
     const surface_stores stores(machine, p.first.dst, mix.dst_pitch,
-                                4LL * p.groups * pixels * p.bytes_per_pixel, in_order, bound_by::arithmetic);
+                                4LL * p.groups * pixels * p.bytes_per_pixel, in_order,
+                                bound_by::arithmetic);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, {surface, machine.rows.mix_pairs_by_averages, true},
                           by.neutral() ? nullptr : &by, stores);
@@ -169,11 +171,12 @@ void mix_ayuy2_yuy2_i_ajust(const machine &machine, const call::mix &call) {
               difference(twice(twice(mix.dst_pitch)), product(mix.width, p.bytes_per_pixel))};
     p.next = p.next + along_row(p.pixels, p.bytes_per_pixel);
 
-    call_rows rows = rows_at(mix);
-    detail::rows_of_mix_groups(sizes_of(mix), rows);
-    const bool in_order = machine.in_order || rows.order_can_be_observed();
+    const bool in_order = machine.in_order || order_can_be_observed(mix, [&](call_rows &rows) {
+                              detail::rows_of_mix_groups(sizes_of(mix), rows);
+                          });
     const surface_stores stores(machine, p.first.dst, p.row.dst | p.next.dst,
-                                4LL * p.groups * p.pixels * p.bytes_per_pixel, in_order, bound_by::arithmetic);
+                                4LL * p.groups * p.pixels * p.bytes_per_pixel, in_order,
+                                bound_by::arithmetic);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, {surface, machine.rows.mix_pairs_to_yuy2, false},
                           by.neutral() ? nullptr : &by, stores);

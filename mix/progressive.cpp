@@ -40,19 +40,14 @@ struct mix_pairs {
     }
 };
 
-bool order_can_be_observed(const tagMIX_INFO &mix, int bytes_per_pixel,
-                           const mix_pairs::distances &d) {
-    call_rows rows = rows_at(mix);
-    detail::rows_of_mix_pairs(sizes_of(mix), bytes_per_pixel,
-                              {d.lower_luma, d.lower_sub, d.next_chroma}, rows);
-    return rows.order_can_be_observed();
-}
-
 void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surface &surface,
                    const mix_pairs::distances &d) {
     const mix_pairs p(mix, surface.bytes_per_pixel, d);
     const bool in_order =
-        machine.in_order || order_can_be_observed(mix, surface.bytes_per_pixel, d);
+        machine.in_order || order_can_be_observed(mix, [&](call_rows &rows) {
+            detail::rows_of_mix_pairs(sizes_of(mix), surface.bytes_per_pixel,
+                                      {d.lower_luma, d.lower_sub, d.next_chroma}, rows);
+        });
     // What is blended goes to the surface one row after the other anyhow.
     const bool around = p.bytes_per_pixel > 2 && fills_lines(machine.rows, p.bytes_per_pixel);
     const surface_stores stores(machine, p.first.dst, p.below.dst | p.next.dst,

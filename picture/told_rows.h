@@ -30,4 +30,13 @@ inline call_rows rows_at(const tagMIX_INFO &mix) {
     return rows;
 }
 
+// Of the rows that `tell` tells of a call. (Its frame is gone when kernels that need much of the stack
+// run.)
+template <class Tell>
+[[gnu::noinline]] bool order_can_be_observed(const tagMIX_INFO &mix, const Tell &tell) {
+    call_rows rows = rows_at(mix);
+    tell(rows);
+    return rows.order_can_be_observed();
+}
+
 } // namespace lumalane

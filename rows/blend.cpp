@@ -122,7 +122,8 @@ constexpr ptrdiff_t strip = 512, longest_look = 2048;
 // Pixels of pairs, blended: n from x on, of `count` pairs from `first` on. From one to the next is
 // `pitch`, and half of it for chroma.
 struct pair_strip {
-    static constexpr ptrdiff_t bytes = 3 * strip; // of upper rows, and then as many of lower rows
+    static constexpr ptrdiff_t bytes =
+        5 * strip / 2; // of upper rows, and then as many of lower rows
 
     ptrdiff_t first, count, x, n, pitch;
     alignas(stack_alignment) unsigned char y[2 * bytes];
@@ -130,8 +131,8 @@ struct pair_strip {
     alignas(stack_alignment) unsigned char v[bytes];
 };
 
-// Of rows of n pixels, so that those of chroma begin in lines of the cache, too.
-LUMALANE_INLINE ptrdiff_t pitch_of_strip(ptrdiff_t n) { return (n + 127) & -128; }
+// Of rows of n pixels. (Those of chroma begin in the middle of lines of the cache, too.)
+LUMALANE_INLINE ptrdiff_t pitch_of_strip(ptrdiff_t n) { return (n + 63) & -64; }
 
 // Both rows of a pair. (Where there are 8 registers row by row, the upper one averaged with itself: in
 // one loop they take 1.6 times as long there.)
