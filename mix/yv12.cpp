@@ -210,10 +210,11 @@ void copy_video(const machine &machine, const mixed_plane &p, const plane_adjust
 // Y, then V and U with half of the height that the record has.
 void mix(const machine &machine, tagMIX_INFO &record, video_rows kind, const adjustment *by) {
     const mixed_planes p(record, kind);
-    call_rows rows = rows_at(record);
-    rows.at(pointer::dst_u, record.dst_u), rows.at(pointer::dst_v, record.dst_v);
-    detail::rows_of_mixed_planes(sizes_of(record), kind == video_rows::doubled_field, rows);
-    if (machine.in_order || rows.order_can_be_observed()) {
+    const auto tell = [&](call_rows &rows) {
+        rows.at(pointer::dst_u, record.dst_u), rows.at(pointer::dst_v, record.dst_v);
+        detail::rows_of_mixed_planes(sizes_of(record), kind == video_rows::doubled_field, rows);
+    };
+    if (machine.in_order || order_can_be_observed(record, tell)) {
         mix_in_order(machine.rows, p.y, by ? &by->y : nullptr);
         mix_in_order(machine.rows, p.v, by ? &by->v : nullptr);
         mix_in_order(machine.rows, p.u, by ? &by->u : nullptr);

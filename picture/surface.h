@@ -11,10 +11,10 @@ struct planar_to_surface {
     bound_by bound;
 };
 
-// Whether a vector of pixels is whole lines of the cache: then non-temporal stores may go to both rows of
-// a pair in turn, which share the arithmetic of chroma.
+// Whether a vector of RGB is whole lines of the cache: then non-temporal stores may go to both rows of a
+// pair in turn, which share the arithmetic of chroma. (See streams_pairs in rows/emit.cpp.)
 inline bool fills_lines(const row_kernels &rows, int bytes_per_pixel) {
-    return rows.vector_bytes * bytes_per_pixel % 64 == 0;
+    return bytes_per_pixel > 2 && rows.vector_bytes * bytes_per_pixel % 64 == 0;
 }
 
 inline planar_to_surface planar_to_rgb32(const row_kernels &rows) {

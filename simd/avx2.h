@@ -172,8 +172,6 @@ LUMALANE_INLINE bytes<32> choose(bytes<32> where, bytes<32> chosen, bytes<32> ot
 
 LUMALANE_INLINE bool all(bytes<32> where) { return _mm256_movemask_epi8(where.v) == -1; }
 
-LUMALANE_INLINE bool all_in_1_to_127(bytes<32> a) { return all(in_1_to_127(a)); }
-
 // ---- Between bytes and words -------------------------------------------------------------------
 
 LUMALANE_INLINE bytes<16> lower_half(bytes<32> a) { return {_mm256_castsi256_si128(a.v)}; }

@@ -224,8 +224,6 @@ LUMALANE_INLINE bool all(bytes<16> where) {
     return vgetq_lane_u64(vreinterpretq_u64_u32(vpminq_u32(lanes, lanes)), 0) == ~0ull;
 }
 
-LUMALANE_INLINE bool all_in_1_to_127(bytes<16> a) { return all(in_1_to_127(a)); }
-
 LUMALANE_INLINE bytes<16> choose_equal(bytes<16> a, bytes<16> b, bytes<16> chosen,
                                        bytes<16> otherwise) {
     return choose(equal(a, b), chosen, otherwise);

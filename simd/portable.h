@@ -263,11 +263,6 @@ LUMALANE_INLINE bool all(bytes<n> where) {
     return all_zero(bytes<n>{~where.lane});
 }
 
-template <int n>
-LUMALANE_INLINE bool all_in_1_to_127(bytes<n> a) {
-    return all(in_1_to_127(a));
-}
-
 // Averages rounded up: a | b are the bits of both and those that differ, of which half too many.
 template <int n>
 LUMALANE_INLINE bytes<n> average(bytes<n> a, bytes<n> b) {

@@ -102,3 +102,13 @@ struct halves {
 #define LUMALANE_QUOTE(name) #name
 #define LUMALANE_TARGET_HEADER(target) LUMALANE_QUOTE(target.h)
 #include LUMALANE_TARGET_HEADER(LUMALANE_TARGET_NAME)
+
+namespace lumalane::LUMALANE_TARGET_NAME {
+
+// (A target may have a shorter way.)
+template <int n>
+LUMALANE_INLINE bool all_in_1_to_127(bytes<n> a) {
+    return all(in_1_to_127(a));
+}
+
+} // namespace lumalane::LUMALANE_TARGET_NAME

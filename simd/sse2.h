@@ -231,8 +231,6 @@ LUMALANE_INLINE bytes<n> choose_equal(bytes<n> a, bytes<n> b, bytes<n> chosen, b
 
 LUMALANE_INLINE bool all(bytes<16> where) { return _mm_movemask_epi8(where.v) == 0xffff; }
 
-LUMALANE_INLINE bool all_in_1_to_127(bytes<16> a) { return all(in_1_to_127(a)); }
-
 // ---- Between bytes and words -------------------------------------------------------------------
 
 LUMALANE_INLINE bytes<8> lower_half(bytes<16> a) { return {a.v}; }

@@ -219,40 +219,27 @@ protected:
 };
 
 TEST_P(stores_test, go_around_the_cache_from_a_third_of_it_on) {
+    // In a cache of so many bytes cached stores are best up to `most`.
+    const auto expect = [&](unsigned cache, long long most, bound_by bound) {
+        EXPECT_EQ(decided(cache, most, bound), store_policy::cached) << cache << " " << most;
+        EXPECT_EQ(decided(cache, most + 1, bound), store_policy::non_temporal)
+            << cache << " " << most;
+    };
     for (const bound_by bound : {bound_by::loads_and_stores, bound_by::stores,
                                  bound_by::stores_and_arithmetic, bound_by::arithmetic}) {
-        EXPECT_EQ(decided(3'000'002, 1'000'000, bound), store_policy::cached);
-        EXPECT_EQ(decided(3'000'002, 1'000'001, bound), store_policy::non_temporal);
-        EXPECT_EQ(decided(24'000'000, 8'000'000, bound), store_policy::cached);
-        EXPECT_EQ(decided(24'000'000, 8'000'001, bound), store_policy::non_temporal);
+        expect(3'000'002, 1'000'000, bound);
+        expect(24'000'000, 8'000'000, bound);
+        expect(1, 0, bound);
         EXPECT_EQ(decided(0, 1LL << 40, bound), store_policy::cached);
-        EXPECT_EQ(decided(1, 1, bound), store_policy::non_temporal);
-        EXPECT_EQ(decided(1, 0, bound), store_policy::cached);
     }
-    const auto alone = [&](unsigned cache, long long bytes) {
-        return decided(cache, bytes, bound_by::stores_alone);
-    };
-    EXPECT_EQ(alone(128'000'000, 8'000'000), store_policy::cached);
-    EXPECT_EQ(alone(128'000'000, 8'000'001), store_policy::non_temporal);
-    EXPECT_EQ(alone(128'000'001, 1'250'000), store_policy::cached);
-    EXPECT_EQ(alone(128'000'001, 1'250'001), store_policy::non_temporal);
-    EXPECT_EQ(alone(3'000'000, 1'000'000), store_policy::cached);
-    EXPECT_EQ(alone(3'000'000, 1'000'001), store_policy::non_temporal);
-    const auto moving = [&](unsigned cache, long long bytes) {
-        return decided(cache, bytes, bound_by::loads_and_stores);
-    };
-    EXPECT_EQ(moving(128'000'000, 8'000'000), store_policy::cached);
-    EXPECT_EQ(moving(128'000'000, 8'000'001), store_policy::non_temporal);
-    EXPECT_EQ(moving(128'000'001, 4'000'000), store_policy::cached);
-    EXPECT_EQ(moving(128'000'001, 4'000'001), store_policy::non_temporal);
-    EXPECT_EQ(decided(300'000'000, 8'000'000), store_policy::cached);
-    EXPECT_EQ(decided(300'000'000, 8'000'001), store_policy::non_temporal);
-    EXPECT_EQ(decided(300'000'000, 16'000'000, bound_by::stores_and_arithmetic),
-              store_policy::cached);
-    EXPECT_EQ(decided(300'000'000, 16'000'001, bound_by::stores_and_arithmetic),
-              store_policy::non_temporal);
-    EXPECT_EQ(decided(300'000'000, 100'000'000, bound_by::arithmetic), store_policy::cached);
-    EXPECT_EQ(decided(300'000'000, 100'000'001, bound_by::arithmetic), store_policy::non_temporal);
+    expect(3'000'000, 1'000'000, bound_by::stores_alone);
+    for (const bound_by bound : {bound_by::stores_alone, bound_by::loads_and_stores})
+        expect(128'000'000, 8'000'000, bound);
+    expect(128'000'001, 1'250'000, bound_by::stores_alone);
+    expect(128'000'001, 4'000'000, bound_by::loads_and_stores);
+    expect(300'000'000, 8'000'000, bound_by::stores);
+    expect(300'000'000, 16'000'000, bound_by::stores_and_arithmetic);
+    expect(300'000'000, 100'000'000, bound_by::arithmetic);
 }
 
 TEST_P(stores_test, stay_in_the_cache_off_the_vectors_and_in_order) {

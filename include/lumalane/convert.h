@@ -54,8 +54,8 @@ constexpr int rows_before_gaps = 64;
 // The rows of the next band; the last one has at least as many as the others.
 constexpr int band(int left, int rows) { return left < 2 * rows ? left : rows; }
 
-// Whether the library may store the surface around the cache. It decides that for each call: then
-// there is one for all rows.
+// Whether the library may store the surface around the cache, which bands of it would not outgrow (by
+// picture/stores.h). It decides that for each call: then there is one for all rows.
 inline bool may_outgrow_cache(layout l, const view &d, int height) {
     const long long stride = d.stride[0] < 0 ? -d.stride[0] : d.stride[0];
     const bool on_vectors =

@@ -403,7 +403,7 @@ def equivalents():
 
 
 def population(seed):
-    """Every mutant of every source, shuffled by the seed, each with a number that is its own."""
+    """Every mutant of every source, shuffled, each with a number of its own."""
     found, times = [], Counter()
     for file in sources():
         source = Source(read(f"{ROOT}/{file}"))
@@ -417,7 +417,7 @@ def population(seed):
 
 
 def draw(builds, seed):
-    """Mutants of what is compiled, shuffled by the seed."""
+    """Those of what is compiled, in the same order."""
     places = [(name, target) for name, build in builds.items() for target in build.targets]
     for number, file, source, mutant in population(seed):
         name, target = next(iter(builds)), None
