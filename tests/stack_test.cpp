@@ -36,7 +36,7 @@ std::size_t used_by(std::function<void()> function) {
     return static_cast<std::size_t>(stack.end() - deepest);
 }
 
-std::size_t used; // by the call that needed most
+std::size_t *used; // by the call that needed most
 
 template <auto function>
 struct measured;
@@ -44,7 +44,7 @@ struct measured;
 template <class... Arguments, void (*function)(Arguments...)>
 struct measured<function> {
     static void call(Arguments... arguments) {
-        used = std::max(used, used_by([&] { function(arguments...); }));
+        *used = std::max(*used, used_by([&] { function(arguments...); }));
     }
 };
 
@@ -60,23 +60,30 @@ class stack_test : public testing::TestWithParam<differential::subject> {};
 TEST_P(stack_test, calls_need_no_more_than_promised) {
     const std::size_t entry = used_by([] {});
     ASSERT_LT(entry, 2048u);
+    struct order {
+        const lumalane::target *target;
+        bool in_order;
+        std::size_t used = 0;
+    };
+    std::vector<order> orders;
     for (const lumalane::target *target : tests::runnable_targets())
-        for (const bool in_order : {false, true}) {
-            used = 0;
-            const differential::outcome result =
-                differential::run(GetParam(),
-                                  {{measured_functions,
-                                    [=] {
-                                        lumalane::force(*target);
-                                        lumalane::force_in_order(in_order);
-                                    }}},
-                                  {.cases = 20});
-            EXPECT_EQ(result.failure, "");
-            EXPECT_GT(used, entry);
-            EXPECT_LE(used - entry, most);
-            std::printf("%s, %s%s: %zu bytes\n", GetParam().name, target->name,
-                        in_order ? ", in order" : "", used - entry);
-        }
+        for (const bool in_order : {false, true})
+            orders.push_back({target, in_order});
+    std::vector<differential::target> measured;
+    for (order &o : orders)
+        measured.push_back({measured_functions, [&o] {
+                                lumalane::force(*o.target);
+                                lumalane::force_in_order(o.in_order);
+                                used = &o.used;
+                            }});
+    const differential::outcome result = differential::run(GetParam(), measured, {.cases = 20});
+    EXPECT_EQ(result.failure, "");
+    for (const order &o : orders) {
+        EXPECT_GT(o.used, entry);
+        EXPECT_LE(o.used - entry, most);
+        std::printf("%s, %s%s: %zu bytes\n", GetParam().name, o.target->name,
+                    o.in_order ? ", in order" : "", o.used - entry);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(every, stack_test, testing::ValuesIn(differential::subjects()),

@@ -43,20 +43,20 @@ surface_facts draw_surface(random &r, const shape &s) {
     return facts;
 }
 
-struct layout {
+struct picture_layout {
     spot src, src_u, src_v, dst;
 };
 
 // Each plane in a buffer of its own, or some of them in that of the first. A stretch never reads
 // what it writes.
-layout draw_layout(random &r, drawn_call &drawn, const shape &s, bool stretched) {
+picture_layout draw_layout(random &r, drawn_call &drawn, const shape &s, bool stretched) {
     const int plane_bytes = std::abs(s.src_pitch) * s.height;
     const auto distance = [&] {
         return r.one_of({0, r.between(-64, 64), s.src_pitch, -s.src_pitch, s.dst_pitch, plane_bytes,
                          r.between(-2 * plane_bytes, 2 * plane_bytes)});
     };
     const bool shared = r.one_in(3);
-    layout l;
+    picture_layout l;
     l.src = {drawn.add({"src"}), draw_offset(r)};
     for (auto [plane, name] :
          {std::pair{&l.src_u, "src_u"}, {&l.src_v, "src_v"}, {&l.dst, "dst"}}) {
@@ -77,7 +77,7 @@ drawn_call draw_picture(random &r, const char *name,
     drawn.contrast = draw_contrast(r);
     const bool stretched = std::string_view(name).starts_with("strech");
     const shape s = stretched ? draw_stretch_shape(r, name) : draw_shape(r, name);
-    const layout l = draw_layout(r, drawn, s, stretched);
+    const picture_layout l = draw_layout(r, drawn, s, stretched);
     const surface_facts surface = draw_surface(r, s);
     const spot info{drawn.add({"info", sizeof(tag_ajust_contrast_info),
                                [=](void *record, const placement &) {

@@ -91,13 +91,13 @@ patch draw_alpha(random &r, std::ptrdiff_t offset, const mix_shape &s) {
     return {offset + std::min(rows_bytes, 0), alpha};
 }
 
-struct layout {
+struct mix_layout {
     spot video_y, video_v, video_u, alpha_plane, sub_y, sub_v, sub_u, dst, dst_u, dst_v;
 };
 
 // Each plane in a buffer of its own, or some of them in that of the video or, those of the surface,
 // in that of the surface. A mix never reads the surface.
-layout draw_layout(random &r, drawn_call &drawn, const mix_function &f, const mix_shape &s) {
+mix_layout draw_layout(random &r, drawn_call &drawn, const mix_function &f, const mix_shape &s) {
     const auto distance = [&] {
         return r.one_of({0, r.between(-64, 64), s.video_pitch, -s.sub_pitch, s.dst_pitch,
                          r.between(-2000, 2000)});
@@ -108,7 +108,7 @@ layout draw_layout(random &r, drawn_call &drawn, const mix_function &f, const mi
             return {beside.buffer, beside.offset + distance()};
         return {drawn.add({name}), draw_offset(r)};
     };
-    layout l;
+    mix_layout l;
     l.video_y = {drawn.add({"video_y"}), draw_offset(r)};
     l.video_v = place(l.video_y, "video_v");
     l.video_u = place(l.video_y, "video_u");
@@ -134,7 +134,7 @@ drawn_call draw_video_mix(random &r, const char *name,
     drawn_call drawn;
     drawn.contrast = draw_contrast(r);
     const mix_shape s = draw_one_of(r, f, draw_regular, draw_almost_regular, draw_irregular);
-    const layout l = draw_layout(r, drawn, f, s);
+    const mix_layout l = draw_layout(r, drawn, f, s);
 
     const bool with_info = f.name.find("rgb16") != f.name.npos;
     const unsigned rgb16_layout = draw_rgb16_layout(r);

@@ -13,29 +13,16 @@ extent memory::footprint(std::size_t number) const {
     return {std::min(read.first, written.first), std::max(read.end, written.end)};
 }
 
-std::uint8_t *memory::touch(address where, extent buffer::*how) {
-    const auto holds = [&](const buffer &b) {
-        return b.bytes.first <= where && where < b.bytes.end;
-    };
-    if (allowed-- == 0)
+void memory::follow(address where) {
+    std::size_t found = buffers.empty() ? 0 : buffers[latest].next;
+    if (found >= buffers.size() || !buffers[found].holds(where))
+        found = static_cast<std::size_t>(
+            std::ranges::find_if(buffers, [&](const buffer &b) { return b.holds(where); }) -
+            buffers.begin());
+    if (found == buffers.size())
         throw stray_access{where};
-    for (std::size_t tried = 0; tried < buffers.size();
-         ++tried, latest = (latest + 1) % buffers.size()) {
-        buffer &b = buffers[latest];
-        if (!holds(b))
-            continue;
-        extent &touched = b.*how;
-        if (touched.empty())
-            touched = {where, where + 1};
-        else if (where < touched.first)
-            touched.first = where;
-        else if (where >= touched.end)
-            touched.end = where + 1;
-        if (b.marks)
-            b.marks[where - b.bytes.first] |= how == &buffer::read ? is_read : is_written;
-        return reinterpret_cast<std::uint8_t *>(where);
-    }
-    throw stray_access{where};
+    buffers[latest].next = found;
+    latest = found;
 }
 
 } // namespace model

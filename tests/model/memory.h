@@ -32,7 +32,7 @@ struct stray_access {
 class memory {
 public:
     // Lets the model touch the bytes of one more buffer. Buffers are numbered 0, 1 ...
-    void add(extent bytes) { buffers.push_back({bytes, {}, {}, nullptr}); }
+    void add(extent bytes) { buffers.push_back({bytes, {}, {}, nullptr, 0}); }
 
     // Marks every byte that is touched, in as many marks as the latest buffer has bytes.
     enum mark : std::uint8_t { is_read = 1, is_written = 2 };
@@ -78,10 +78,33 @@ private:
     struct buffer {
         extent bytes;
         extent read, written;
-        std::uint8_t *marks; // or null
+        std::uint8_t *marks;  // or null
+        std::size_t next = 0; // the buffer of the latest access that followed one of this buffer
+
+        bool holds(address where) const { return bytes.first <= where && where < bytes.end; }
     };
 
-    std::uint8_t *touch(address where, extent buffer::*how);
+    // Tests spend much of their time here.
+    std::uint8_t *touch(address where, extent buffer::*how) {
+        if (allowed-- == 0)
+            throw stray_access{where};
+        if (latest >= buffers.size() || !buffers[latest].holds(where))
+            follow(where);
+        buffer &b = buffers[latest];
+        extent &touched = b.*how;
+        if (touched.empty())
+            touched = {where, where + 1};
+        else if (where < touched.first)
+            touched.first = where;
+        else if (where >= touched.end)
+            touched.end = where + 1;
+        if (b.marks)
+            b.marks[where - b.bytes.first] |= how == &buffer::read ? is_read : is_written;
+        return reinterpret_cast<std::uint8_t *>(where);
+    }
+
+    // To the buffer of another access than the latest.
+    void follow(address where);
 
     std::vector<buffer> buffers;
     std::size_t allowed = ~std::size_t{0};

@@ -11,7 +11,7 @@ namespace model {
 
 namespace {
 
-struct plane {
+struct stretched_plane {
     address from, to;
     int width, height, from_pitch, to_pitch;
 };
@@ -26,7 +26,7 @@ adjustment adjustment_of(int plane_number) {
 
 // As wide as it was, or twice as wide.
 template <int times_width>
-void stretch_adjusted(memory &m, const plane &p, int plane_number) {
+void stretch_adjusted(memory &m, const stretched_plane &p, int plane_number) {
     const adjustment by = adjustment_of(plane_number);
     const std::intptr_t from_pitch = p.from_pitch, to_pitch = p.to_pitch;
     const auto store = [&](address to, const auto &row) {
