@@ -491,6 +491,11 @@ def main():
                 worker = free.pop()
             try:
                 known[key] = worker.judge(task, source.text, source.applied(task.mutant))
+                # Of companion headers, processors of another baseline see other lines.
+                for name in [n for n in builds if n != task.build and task.file.startswith("include/")]:
+                    if known[key][0] == "survived":
+                        other = worker.judge(task._replace(build=name), source.text, source.applied(task.mutant))
+                        known[key] = other if other[0].startswith("killed") else known[key]
             finally:
                 with lock:
                     free.append(worker)
