@@ -373,24 +373,25 @@ class Worker:
 
 
 def equivalents():
-    """Of (file, line, mutated line) the reason. See the list."""
+    """Of (file, line, mutated line, target or None) the reason. See the list."""
     reasons = {}
-    file = before = after = None
+    file = target = before = after = None
     for number, line in enumerate(read(f"{ROOT}/{EQUIVALENT}").splitlines(), 1):
         if line.startswith("#") or not line.strip():
             continue
         if line.startswith("file "):
-            file = line[5:].strip()
+            file, target = [*line[5:].split(), None][:2]
         elif line.startswith("- "):
             before, after = line[2:].strip(), None
         elif line.startswith("+ "):
             after = line[2:].strip()
-            reasons[file, before, after] = ""
+            reasons[file, before, after, target] = ""
         elif line.startswith("  ") and after is not None:
-            reasons[file, before, after] = f"{reasons[file, before, after]} {line.strip()}".strip()
+            key = file, before, after, target
+            reasons[key] = f"{reasons[key]} {line.strip()}".strip()
         else:
             sys.exit(f"{EQUIVALENT}:{number}: cannot read {line}")
-    for (file, before, after), reason in reasons.items():
+    for (file, before, after, _), reason in reasons.items():
         if not reason:
             sys.exit(f"{EQUIVALENT}: no reason for {file}: {after}")
         known = {Source(read(f"{ROOT}/{file}"))} if os.path.exists(f"{ROOT}/{file}") else set()
@@ -482,7 +483,7 @@ def main():
     output = open(journal, "a", encoding="utf-8")
 
     def settle(number, task, source):
-        listed = (task.file, task.before, task.after) in reasons
+        listed = page.reason_of(reasons, task) is not None
         if listed and not options.doubt:
             return number, task, "equivalent", ""
         key = (task.file, str(task.mutant.first), task.after, task.build, task.target or "")

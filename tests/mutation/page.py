@@ -9,6 +9,12 @@ def row(*cells):
     return "| " + " | ".join(str(cell) for cell in cells) + " |\n"
 
 
+def reason_of(reasons, task):
+    """Why a mutant is listed as equivalent, for its target or for every one; or None."""
+    told = task.file, task.before, task.after
+    return reasons.get((*told, task.target), reasons.get((*told, None)))
+
+
 class Tally:
     def __init__(self, sample, command, reasons):
         self.left_out = Counter(status for task, status, by in sample if status in LEFT_OUT)
@@ -31,9 +37,10 @@ class Tally:
     def text(self):
         found = Counter(status for task, status, by in self.sample)
         killed = found["killed"] + found["killed by the time limit"]
-        text = f"`{self.command}`: {killed} of {len(self.sample)} mutants killed "
-        text += f"({100 * killed / max(1, len(self.sample)):.1f} %), {found['equivalent']} equivalent, "
-        text += f"{found['survived']} survived. Beside them, {self.left_out['same code']} were drawn that "
+        different = len(self.sample) - found["equivalent"]
+        text = f"`{self.command}`: {killed} of {len(self.sample)} mutants killed, {found['equivalent']} "
+        text += f"equivalent, {found['survived']} survived: {100 * killed / max(1, different):.1f} % of those "
+        text += f"that a test can kill. Beside them, {self.left_out['same code']} were drawn that "
         text += f"compile to the same code, and {self.left_out['does not compile']} that do not compile.\n\n"
         text += self._table("part", lambda entry: f"`{entry[0].file.rsplit('/', 1)[0]}/`")
         text += self._table("row kernels of", lambda entry: entry[0].target or "(no row kernel)")
@@ -48,14 +55,12 @@ class Tally:
         listed = set()
         for task, status, by in self.sample:
             if status == "equivalent":
-                listed.add((task.file, task.before, task.after))
+                told = f"`{task.file}`: `{task.before}` as `{task.after}`", reason_of(self.reasons, task)
+                listed.add(tuple(part.replace("|", "\\|") for part in told))
         if not listed:
             return ""
         text = "\n" + row("equivalent", "because") + row("---", "---")
-        for key in sorted(listed):
-            file, before, after = (part.replace("|", "\\|") for part in key)
-            text += row(f"`{file}`: `{before}` as `{after}`", self.reasons[key].replace("|", "\\|"))
-        return text
+        return text + "".join(row(*told) for told in sorted(listed))
 
 
 def replace(path, text):
