@@ -63,8 +63,8 @@ inline bool may_outgrow_cache(layout l, const view &d, int height) {
     return on_vectors && stride * height > (l == layout::yuy2 ? 1'250'000 : 8'000'000);
 }
 
-// Where the columns begin that are left after whole steps: 15 or 16 of them, of which some were in a
-// step, are copied faster than any other number.
+// Where the last columns begin that are left after whole steps: 15 or 16 of them, of which some were in
+// a step, are copied faster than any other number.
 constexpr int columns_left(int width, int whole) {
     return whole > 0 && whole < width ? rounded_up(width, 2) - 16 : whole;
 }
@@ -152,6 +152,12 @@ inline void call(const loader &l, tag_ajust_contrast_info &info, const view &s, 
                l.from == layout::yuy2 ? stride / 2 : stride, dst_stride, &info);
 }
 
+// Where whole steps end ahead of the last columns and of the cache lines that these are in: lines that
+// were stored around the cache would have to come back. (A surface begins on one, or on a half.)
+constexpr int steps_before(layout l, int left) {
+    return rounded_down(left, l == layout::rgb32 ? 16 : l == layout::rgb24 ? 64 : 32);
+}
+
 // Any columns and rows. Row groups of the least height stand side by side in the strip, so that it
 // has long rows for any part.
 inline void load_by_strip(const loader &l, tag_ajust_contrast_info &info, const view &s,
@@ -169,11 +175,16 @@ inline void load_by_strip(const loader &l, tag_ajust_contrast_info &info, const 
             const int width = groups * columns, known = least(left, groups * rows);
             const view from = read.lay_out(l.from, width, rows);
             const view made = written.lay_out(l.to, width, rows);
-            gather(l.from, from, groups, columns, rows, s.at(l.from, x, y), n, known);
+            const view read_at = s.at(l.from, x, y), written_at = d.at(l.to, x, y);
+            if (columns == 16) {
+                fetch_rows(l.from, read_at, known);
+                fetch_rows(l.to, written_at, known);
+            }
+            gather(l.from, from, groups, columns, rows, read_at, n, known);
             call(l, info, from, made, width, rows, from.stride[0], made.stride[0]);
             if (l.leaves_gaps)
                 fill_gaps(from, made, width, rows);
-            scatter(l.to, d.at(l.to, x, y), rows, n, known, made, columns);
+            scatter(l.to, written_at, rows, n, known, made, columns);
         }
     }
 }
@@ -212,12 +223,15 @@ inline void load(const loader &l, tag_ajust_contrast_info &info, const view &s, 
         return;
     }
     const int left = columns_left(width, whole);
-    const bool at_once = whole == width || may_outgrow_cache(l.to, d, height);
+    const bool around = whole < width && may_outgrow_cache(l.to, d, height);
+    const int before = around ? steps_before(l.to, left) : 0, steps = before > 0 ? before : whole;
     for (int y = 0, rows; y < height; y += rows) {
-        rows = at_once ? height : band(height - y, rows_before_strip);
-        load_steps(l, info, s.at(l.from, 0, y), d.at(l.to, 0, y), whole, rows, in_one_call);
-        if (whole < width)
-            load_by_strip(l, info, s, d, {left, y, width - left, rows});
+        rows = whole == width || around ? height : band(height - y, rows_before_strip);
+        load_steps(l, info, s.at(l.from, 0, y), d.at(l.to, 0, y), steps, rows, in_one_call);
+        for (int x = steps; x < width; x += 16) {
+            x = least(x, left);
+            load_by_strip(l, info, s, d, {x, y, least(16, width - x), rows});
+        }
     }
 }
 

@@ -303,6 +303,23 @@ inline void pad_row(layout l, unsigned char *row, std::ptrdiff_t known, std::ptr
     }
 }
 
+// Asks for the lines of the cache in which 16 columns begin and end, before they are needed one after
+// the other. (Pictures off the step: 1.05 times as fast.)
+inline void fetch_rows(layout l, const view &of, int rows) {
+#ifdef __GNUC__
+    for (int i = 0; i < planes_of(l); ++i) {
+        const unsigned char *at = of.data[i];
+        const std::ptrdiff_t last = bytes_of_row(l, i, 15) - 1;
+        for (int y = rows_of(l, i, rows); y > 0; --y, at += of.stride[i]) {
+            __builtin_prefetch(at);
+            __builtin_prefetch(at + last);
+        }
+    }
+#else
+    static_cast<void>(l), static_cast<void>(of), static_cast<void>(rows);
+#endif
+}
+
 // Fills `groups` of `columns` x `rows` pixels, an even number of rows, that stand side by side in
 // `to`, with what is one below the other in `from`. Of that there are `known_columns` and
 // `known_rows`; the last column and the last row are repeated.

@@ -62,6 +62,37 @@ TEST_P(conversion, makes_the_pixels_of_the_function_of_larger_pictures) {
     }
 }
 
+// Surfaces of so many bytes that the library may store around the cache: steps end where a line does.
+TEST_P(conversion, makes_the_pixels_of_the_function_on_surfaces_that_outgrow_the_cache) {
+    constexpr int stride = 1 << 16, height = 129;
+    constexpr std::size_t plane_bytes = std::size_t{height} * stride;
+    static bytes memory(3 * plane_bytes + 64);
+    unsigned char *const aligned =
+        memory.data() + (64 - reinterpret_cast<std::uintptr_t>(memory.data()) % 64) % 64;
+    const auto [from, to] = GetParam();
+    for (int i = 0; i < (sanitized ? 1 : 4); ++i) {
+        const int width = 65 + random() % 300, indent = i % 2 * 32;
+        const rows_of_pixels pixels = random_pixels(from, width, height, random);
+        const optional_adjustment &by = adjustments[i / 2 % 2];
+        const auto expected = expected_conversion(pixels, to, by);
+        ASSERT_TRUE(expected);
+        const lumalane::picture source =
+            source_memory.lay_out(from, width, height, {0, false, true});
+        store(pixels, source);
+        std::ranges::fill(memory, guarded_planes::mark);
+        lumalane::picture made{to, width, height, {}};
+        for (int plane = 0; plane < lumalane::plane_count(to); ++plane)
+            made.planes[plane] = {aligned + plane * plane_bytes + indent, stride};
+        ASSERT_TRUE(convert(source, made, by));
+        expect_made(made, *expected, [&](std::ostream &text) {
+            text << width << "x" << height << (by ? " adjusted" : "") << ", " << indent
+                 << " bytes from a line of the cache";
+        });
+        if (HasFatalFailure())
+            return;
+    }
+}
+
 std::vector<std::tuple<format, format>> served_pairs() {
     std::vector<std::tuple<format, format>> pairs;
     for (const format from : {format::yv12, format::i420, format::yuy2})
