@@ -7,6 +7,8 @@
 
 #include <lumalane/lumalane.hpp>
 
+#include "tests/differential/draw.h"
+
 namespace {
 
 using lumalane::error;
@@ -48,6 +50,12 @@ limits limits_of(std::string_view name) {
     };
     const auto found = others.find(name);
     return found == others.end() ? limits{} : found->second;
+}
+
+// Of a surface, by what the function's name says.
+int row_bytes_of(std::string_view name, int width) {
+    return differential::destination_row_bytes(name, width) *
+           (name.find("2X2") == name.npos ? 1 : 2);
 }
 
 // One function with numbers that it takes, of which one is then another.
@@ -129,9 +137,7 @@ void expect_limits(const lumalane::picture_function &f) {
               !copies && !doubles);
     if (doubles)
         of.refuses(&call::src_pitch, "src_pitch", width + 1, error::stride_unsupported);
-    of.stride(&call::dst_pitch, "dst_pitch",
-              f.shape == picture_shape::halved_copy ? width / 2 : f.bytes_per_pixel * width,
-              !copies);
+    of.stride(&call::dst_pitch, "dst_pitch", row_bytes_of(f.name, width), !copies);
 }
 
 void expect_limits(const lumalane::mix_function &f) {
@@ -152,7 +158,10 @@ void expect_limits(const lumalane::mix_function &f) {
         of.stride(&call::video_pitch, "video_pitch", 32);
     if (!subpicture && !transfer)
         of.stride(&call::sub_pitch, "sub_pitch", 32, !conversion);
-    of.stride(&call::dst_pitch, "dst_pitch", 32 * f.bytes_per_pixel);
+    else // which have none
+        for (const int any : {0, 31, -1, largest_size + 1})
+            of.takes(&call::sub_pitch, any);
+    of.stride(&call::dst_pitch, "dst_pitch", row_bytes_of(f.name, 32));
 }
 
 void expect_limits(const lumalane::key_fill_function &f) {
@@ -160,7 +169,7 @@ void expect_limits(const lumalane::key_fill_function &f) {
     const limited<lumalane::key_fill_function, call> of{f, {32, 4, 1 << 20}};
     of.width(&call::width, "width", 1);
     of.size(&call::height, "height", 1, 1, error::height_too_small);
-    of.stride(&call::pitch, "pitch", 32 * f.bytes_per_pixel);
+    of.stride(&call::pitch, "pitch", row_bytes_of(f.name, 32));
 }
 
 void expect_limits(const lumalane::mask_function &f) {
@@ -187,7 +196,7 @@ void expect_limits(const lumalane::plane_stretch_function &f) {
     of.width(&call::width, "width", l.width);
     of.size(&call::height, "height", l.height, 1, error::height_too_small);
     of.stride(&call::src_pitch, "src_pitch", 32);
-    of.stride(&call::dst_pitch, "dst_pitch", 32 * f.times_width);
+    of.stride(&call::dst_pitch, "dst_pitch", row_bytes_of(f.name, 32));
 }
 
 void expect_limits(const lumalane::frame_stretch_function &f) {
