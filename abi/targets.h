@@ -34,8 +34,8 @@ void force(const target &);
 // is seen by later ones.)
 machine machine_of(const target &);
 
-// For tests: as if the last-level cache had so many bytes (0: as if the processor did not tell), and
-// as if the order of the stores could always be observed.
+// For tests: as if the last-level cache had so many bytes (0: as if the processor did not tell; ~0u: what
+// it tells), and as if the order of the stores could always be observed.
 void assume_last_level_cache(unsigned bytes);
 void force_in_order(bool);
 

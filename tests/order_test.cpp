@@ -259,4 +259,18 @@ TEST_P(stores_test, stay_in_the_cache_off_the_vectors_and_in_order) {
 
 INSTANTIATE_ON_EACH_TARGET(stores_test);
 
+TEST(machine, has_the_cache_that_the_processor_tells_or_that_is_assumed) {
+    const auto told = [] {
+        return lumalane::machine_of(lumalane::current_target()).last_level_cache_bytes;
+    };
+    lumalane::assume_last_level_cache(~0u); // asks again
+    const unsigned asked = told();
+    EXPECT_NE(asked, ~0u);
+    EXPECT_EQ(told(), asked);
+    for (const unsigned assumed : {0u, 1u, 3'000'000u}) {
+        lumalane::assume_last_level_cache(assumed);
+        EXPECT_EQ(told(), assumed);
+    }
+}
+
 } // namespace

@@ -267,7 +267,7 @@ def stages(build, task, affected, thorough):
     names = build.names_in(library, EXPORTS)
     callers = [Stage(p, []) for p in EDGE_CASES + ["state_test"]] + [differential(2000, names)]
     if not task.file.startswith("include/"):
-        first = DISPATCH if task.file.startswith("abi/") else []
+        first = [*DISPATCH, "order_test"] if task.file.startswith("abi/") else []
         first = ["order_test"] if task.file.startswith("picture/") else first
         first = [Stage(program, []) for program in first]
         return [*first, differential(100, names), *callers, Stage("checked_test", []), *slow]
