@@ -76,7 +76,7 @@ struct picture_function {
     const char *name;
     picture_shape shape;
     int bytes_per_pixel;
-    int step = 16;
+    int step = 16; ///< pixels, where functions of one shape have several
     int least_width = 1, width_step = 1, least_height = 1;
     bool even_height = false;
     bool reads_layout = false;
@@ -126,7 +126,7 @@ struct mix_function {
     const char *name;
     mix_shape shape;
     int bytes_per_pixel;
-    int step = 16;
+    int step = 16; ///< pixels, where functions of one shape have several
     int least_width = 1, least_height = 1;
     bool reads_layout = false;
     int bytes_beyond = 0;       ///< of each row of the drawing surface
@@ -190,7 +190,7 @@ inline constexpr parameters_function get_contrast_data{"get_contrast_data"};
 
 inline constexpr auto loadimage_yv12 = picture_function{"loadimage_yv12", picture_shape::copy, 1};
 inline constexpr auto loadimage_yv12_ajust =
-    picture_function{"loadimage_yv12_ajust", picture_shape::adjusted_copy, 1}.with_step(8);
+    picture_function{"loadimage_yv12_ajust", picture_shape::adjusted_copy, 1};
 
 inline constexpr auto loadimage_rgb32 =
     picture_function{"loadimage_rgb32", picture_shape::planar_pairs, 4};
@@ -236,14 +236,11 @@ inline constexpr auto LoadYUY2_RGB32_adjust =
     picture_function{"LoadYUY2_RGB32_adjust", picture_shape::packed_pairs, 4};
 
 inline constexpr auto Convert_RGB32_To_AYUY2 =
-    mix_function{"Convert_RGB32_To_AYUY2", mix_shape::conversion, 4}.with_step(8).from(8, 1);
+    mix_function{"Convert_RGB32_To_AYUY2", mix_shape::conversion, 4}.from(8, 1);
 inline constexpr auto Convert_RGB24_To_AYUY2 =
-    mix_function{"Convert_RGB24_To_AYUY2", mix_shape::conversion, 3}
-        .with_step(8)
-        .from(8, 1)
-        .reading_beyond(1);
+    mix_function{"Convert_RGB24_To_AYUY2", mix_shape::conversion, 3}.from(8, 1).reading_beyond(1);
 inline constexpr auto Convert_RGB16_565_To_AYUY2 =
-    mix_function{"Convert_RGB16_565_To_AYUY2", mix_shape::conversion, 2}.with_step(8).from(8, 1);
+    mix_function{"Convert_RGB16_565_To_AYUY2", mix_shape::conversion, 2}.from(8, 1);
 
 inline constexpr auto Restore_RGB32_To_Alpha =
     mix_function{"Restore_RGB32_To_Alpha", mix_shape::restored_alpha, 4}.with_step(8);
@@ -285,12 +282,11 @@ inline constexpr auto mix_ayuy2_half_yuy2_p_ajust =
     mix_function{"mix_ayuy2_half_yuy2_p_ajust", mix_shape::half_yuy2_pairs, 1};
 inline constexpr auto mix_ayuy2_yuy2_i_ajust =
     mix_function{"mix_ayuy2_yuy2_i_ajust", mix_shape::field_groups, 2}.from(1, 4);
-inline constexpr auto mix_ayv12_yv12_p =
-    mix_function{"mix_ayv12_yv12_p", mix_shape::planes, 1}.with_step(8);
+inline constexpr auto mix_ayv12_yv12_p = mix_function{"mix_ayv12_yv12_p", mix_shape::planes, 1};
 inline constexpr auto mix_ayv12_yv12_i =
-    mix_function{"mix_ayv12_yv12_i", mix_shape::field_planes, 1}.with_step(8);
+    mix_function{"mix_ayv12_yv12_i", mix_shape::field_planes, 1};
 inline constexpr auto mix_ayv12_yv12_p_ajust =
-    mix_function{"mix_ayv12_yv12_p_ajust", mix_shape::planes, 1}.with_step(8);
+    mix_function{"mix_ayv12_yv12_p_ajust", mix_shape::planes, 1};
 
 inline constexpr auto mix_ayuy2_rgb32_p_ajust =
     mix_function{"mix_ayuy2_rgb32_p_ajust", mix_shape::rgb_pairs, 4};
@@ -335,12 +331,10 @@ inline constexpr auto strech_picture_1X2_yuy2_ajust_rgb16 =
 
 inline constexpr auto strech_picture_2X2_yv12_ajust =
     picture_function{"strech_picture_2X2_yv12_ajust", picture_shape::adjusted_planes, 2}
-        .with_step(8)
         .from_height(4)
         .from_width(32);
 inline constexpr auto strech_picture_1X2_yv12_ajust =
     picture_function{"strech_picture_1X2_yv12_ajust", picture_shape::adjusted_planes, 1}
-        .with_step(8)
         .from_height(4)
         .from_width(32);
 inline constexpr plane_stretch_function strech_pic_2X2{"strech_pic_2X2", 2, false, 1};

@@ -41,10 +41,10 @@ TEST_P(stretched, makes_the_pixels_of_the_function_and_touches_nothing_else) {
                 const rows_of_pixels pixels = draw(width, height);
                 const auto expected = expected_stretch(pixels, GetParam().to, GetParam().how, by);
                 ASSERT_TRUE(expected);
-                for (const int gap : {0, 1, 18})
+                for (const auto &[source_gap, gap] : {std::pair(0, 0), {0, 1}, {1, 18}, {18, 1}})
                     for (const bool bottom_up : {false, true}) {
                         const bool at_end = (width + height + gap + bottom_up) % 2 == 0;
-                        compare(pixels, *expected, by, {gap, bottom_up, at_end},
+                        compare(pixels, *expected, by, {source_gap, bottom_up, at_end},
                                 {gap, (width + height) % 3 == 0, !bottom_up});
                         if (HasFatalFailure())
                             return;
