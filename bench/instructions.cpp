@@ -233,7 +233,7 @@ int main(int, char **arguments) {
         if (arguments[1] && std::strcmp(target.name, arguments[1]) == 0) {
             const row_kernels &rows = target.rows;
             static runner run(rows);
-#define LUMALANE_ROW_KERNEL(kind, name) run(#name, rows.name);
+#define LUMALANE_ROW_KERNEL(kind, name, ...) run(#name, rows.name);
 #include "rows/rows.inc"
 #undef LUMALANE_ROW_KERNEL
             return 0;

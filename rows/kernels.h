@@ -5,7 +5,7 @@
 
 namespace lumalane::LUMALANE_TARGET_NAME {
 
-#define LUMALANE_ROW_KERNEL(kind, name) row_kernel::kind name;
+#define LUMALANE_ROW_KERNEL(kind, name, ...) row_kernel::kind name;
 #include "rows/rows.inc"
 #undef LUMALANE_ROW_KERNEL
 

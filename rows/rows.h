@@ -2,7 +2,7 @@
 // compiled once.
 //
 // A kernel works on n samples or pixels of one row, or of two rows that share chroma, and of as many
-// such rows as it is told; n is a multiple of 16, or of 8 where rows.inc says so, and may be 0. It
+// such rows as it is told; n is a multiple of 16 or of 8, as rows.inc says, and may be 0. It
 // touches the bytes of those n and no other. It goes through them in groups: the target's widest
 // vectors first, then 16, then 8.
 //
@@ -300,7 +300,7 @@ struct row_kernels {
     int vector_bytes;   // of the widest vectors
     int streamed_bytes; // what their non-temporal stores are to be aligned to
     bool filters_pairs; // lower rows of four taps are made in the loops that emit pairs
-#define LUMALANE_ROW_KERNEL(kind, name) row_kernel::kind *name;
+#define LUMALANE_ROW_KERNEL(kind, name, ...) row_kernel::kind *name;
 #include "rows/rows.inc"
 #undef LUMALANE_ROW_KERNEL
 };

@@ -13,7 +13,7 @@ constinit const row_kernels kernels = {
     widest,
     streamed_bytes<widest>,
     filters_pairs,
-#define LUMALANE_ROW_KERNEL(kind, name) name,
+#define LUMALANE_ROW_KERNEL(kind, name, ...) name,
 #include "rows/rows.inc"
 #undef LUMALANE_ROW_KERNEL
 };

@@ -27,7 +27,7 @@ const lumalane::row_kernels counted_rows = {
     lumalane::targets().begin()->rows.vector_bytes,
     lumalane::targets().begin()->rows.streamed_bytes,
     lumalane::targets().begin()->rows.filters_pairs,
-#define LUMALANE_ROW_KERNEL(kind, name) counted<&lumalane::row_kernels::name>::call,
+#define LUMALANE_ROW_KERNEL(kind, name, ...) counted<&lumalane::row_kernels::name>::call,
 #include "rows/rows.inc"
 #undef LUMALANE_ROW_KERNEL
 };

@@ -49,8 +49,8 @@ void PrintTo(const kernel &k, std::ostream *out) { *out << k.facts.name; }
 
 // A kind without a function to draw its calls does not compile.
 const kernel kernels[] = {
-#define LUMALANE_ROW_KERNEL(kind, name)                                                            \
-    {row_tests::facts_of(#name), [](const row_tests::wanted_call &wanted) {                        \
+#define LUMALANE_ROW_KERNEL(kind, name, multiple, group, read, written)                            \
+    {{#name, multiple, group, read, written}, [](const row_tests::wanted_call &wanted) {           \
          return row_tests::draw_##kind(wanted, &lumalane::row_kernels::name);                      \
      }},
 #include "rows/rows.inc"
@@ -261,26 +261,26 @@ protected:
 };
 
 TEST_P(row_kernels_test, makes_the_same_bytes_at_every_length_and_alignment) {
-    const int granularity = GetParam().facts.granularity;
-    for (std::ptrdiff_t n = granularity; n <= longest; n += granularity)
-        for (int i = static_cast<int>(n / granularity) % part; i < alignments; i += part) {
+    const int multiple = GetParam().facts.multiple;
+    for (std::ptrdiff_t n = multiple; n <= longest; n += multiple)
+        for (int i = static_cast<int>(n / multiple) % part; i < alignments; i += part) {
             const row_call call = draw(n);
             ASSERT_NO_FATAL_FAILURE(expect_equal(call, aligned(call, i)));
         }
-    finish(static_cast<unsigned>(longest / granularity * (alignments / part)));
+    finish(static_cast<unsigned>(longest / multiple * (alignments / part)));
 }
 
 TEST_P(row_kernels_test, touches_the_bytes_of_its_rows_and_no_other) {
-    const int granularity = GetParam().facts.granularity;
+    const int multiple = GetParam().facts.multiple;
     // As many calls as go through all modes of any kind, or within `part` lengths do.
     constexpr int modes = part == 1 ? 24 : 24 / part + 1;
-    for (std::ptrdiff_t n = 0; n <= longest; n += granularity)
+    for (std::ptrdiff_t n = 0; n <= longest; n += multiple)
         for (int i = 0; i < modes; ++i) {
             const row_call call = draw(n);
             ASSERT_NO_FATAL_FAILURE(expect_equal(call, against_the_start(call)));
             ASSERT_NO_FATAL_FAILURE(expect_equal(call, against_the_end(call)));
         }
-    finish(static_cast<unsigned>(2 * (longest / granularity + 1) * modes));
+    finish(static_cast<unsigned>(2 * (longest / multiple + 1) * modes));
 }
 
 // Kernels that promise an order; the others are called only where nothing overlaps.
@@ -289,7 +289,7 @@ class ordered_row_kernels_test : public row_kernels_test {};
 std::vector<kernel> ordered_kernels() {
     std::vector<kernel> ordered;
     for (const kernel &k : kernels)
-        if (k.facts.longest_group != 0)
+        if (k.facts.group != 0)
             ordered.push_back(k);
     return ordered;
 }
@@ -298,8 +298,8 @@ TEST_P(ordered_row_kernels_test, loads_a_group_before_it_stores_any_of_it) {
     const auto &facts = GetParam().facts;
     constexpr unsigned calls = 4000 / part;
     for (unsigned i = 0; i < calls; ++i) {
-        const int groups = facts.longest_group / facts.granularity;
-        const std::ptrdiff_t n = facts.granularity * randomness.between(1, groups);
+        const int groups = facts.group / facts.multiple;
+        const std::ptrdiff_t n = facts.multiple * randomness.between(1, groups);
         row_call call = draw(n);
         while (call.reads_again)
             call = draw(n);

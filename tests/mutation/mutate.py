@@ -223,7 +223,7 @@ def exports():
 
 def row_kernels():
     text = read(f"{ROOT}/rows/rows.inc")
-    return set(re.findall(r"^LUMALANE_ROW_KERNEL\(\w+, (\w+)\)", text, re.MULTILINE))
+    return set(re.findall(r"^LUMALANE_ROW_KERNEL\(\w+, (\w+),", text, re.MULTILINE))
 
 
 EXPORTS, ROW_KERNELS = exports(), row_kernels()

@@ -2,14 +2,20 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 
 #include "tests/differential/random.h"
-#include "tests/rows/facts.h"
 #include "tests/rows/row_call.h"
 
 namespace row_tests {
 
 using differential::random;
+
+// What rows.inc says of a kernel.
+struct kernel_facts {
+    std::string_view name;
+    int multiple, group, read, written;
+};
 
 // Which call: `number` runs through the modes of the kind, so that they come in turn.
 struct wanted_call {

@@ -76,7 +76,7 @@ row_call draw_mixing_pairs(const wanted_call &wanted,
                                            {"odd yuy2", &row_kernels::emit_odd_yuy2, 1}};
     random &r = wanted.randomness;
     const std::ptrdiff_t n = wanted.n;
-    const int bytes_per_pixel = wanted.facts.destination_bytes;
+    const int bytes_per_pixel = wanted.facts.written;
     const surface to = bytes_per_pixel == 4   ? surfaces[r.between(0, 3)]
                        : bytes_per_pixel == 2 ? surfaces[3]
                                               : surfaces[4];

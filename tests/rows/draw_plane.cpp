@@ -34,8 +34,8 @@ unsigned char adjusted(int sample, const plane_adjustment *by) {
 row_call draw_plane_to_surface(const wanted_call &wanted,
                                member<lumalane::row_kernel::plane_to_surface> kernel) {
     using lumalane::plane_rows;
-    const std::ptrdiff_t n = wanted.n, size = n * wanted.facts.source_bytes;
-    const std::ptrdiff_t dst_size = n * wanted.facts.destination_bytes;
+    const std::ptrdiff_t n = wanted.n, size = n * wanted.facts.read;
+    const std::ptrdiff_t dst_size = n * wanted.facts.written;
     repetition<plane_adjustment> drawn;
     drawn.count = wanted.randomness.between(1, 3);
     drawn.stores = policy(wanted.number);

@@ -78,8 +78,8 @@ row_call draw_between_two_rows(const wanted_call &wanted,
 row_call draw_plane_stretching(const wanted_call &wanted,
                                member<lumalane::row_kernel::plane_stretching> kernel) {
     using lumalane::stretched_rows;
-    const bool doubles = wanted.facts.destination_bytes == 2;
-    const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.destination_bytes;
+    const bool doubles = wanted.facts.written == 2;
+    const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.written;
     const auto made = static_cast<rows_made>(wanted.number / 4 % 3);
     const bool both = made == rows_made::both, reads_below = made != rows_made::itself;
     const bool repeats_last = wanted.number / 12 % 2 == 1;
@@ -145,8 +145,8 @@ row_call draw_plane_stretching(const wanted_call &wanted,
 row_call draw_doubled_to_surface(const wanted_call &wanted,
                                  member<lumalane::row_kernel::doubled_to_surface> kernel) {
     using lumalane::doubled_rows;
-    const bool doubles_width = wanted.facts.destination_bytes == 4;
-    const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.destination_bytes;
+    const bool doubles_width = wanted.facts.written == 4;
+    const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.written;
     const auto made = static_cast<pair_made>(wanted.number / 2 % 3);
     const bool all = made == pair_made::all;
     const bool repeats_last = doubles_width && wanted.number / 6 % 2 == 1;

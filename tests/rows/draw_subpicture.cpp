@@ -31,12 +31,12 @@ bytes drawn_bytes(random &r, std::ptrdiff_t size) {
 
 row_call draw_keyed_to_surface(const wanted_call &wanted,
                                member<lumalane::row_kernel::keyed_to_surface> kernel) {
-    const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.destination_bytes;
+    const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.written;
     const store_policy stores = policy(wanted.number);
     const bytes channels = drawn_bytes(wanted.randomness, 3);
     const model::rgb colour{channels[0], channels[1], channels[2]};
     const auto pixel_of = [&]() -> bytes {
-        switch (wanted.facts.destination_bytes) {
+        switch (wanted.facts.written) {
         case 2: {
             const auto pixel = model::pack_rgb16(colour, 0);
             return {pixel.begin(), pixel.end()};
@@ -92,7 +92,7 @@ row_call draw_keyed_to_surface(const wanted_call &wanted,
 row_call draw_surface_to_planes(const wanted_call &wanted,
                                 member<lumalane::row_kernel::surface_to_planes> kernel) {
     const std::ptrdiff_t n = wanted.n;
-    const int size = wanted.facts.source_bytes;
+    const int size = wanted.facts.read;
     random &r = wanted.randomness;
     // A key with anything in its upper byte is no pixel's of 3 bytes; of 2 bytes the lower half
     // counts.

@@ -95,15 +95,17 @@ row_call draw_planar_to_surface(const wanted_call &wanted,
                                 member<lumalane::row_kernel::planar_to_surface> kernel) {
     if (wanted.facts.name == "emit_yuy2" && wanted.number / 12 % 4 == 0)
         return draw_filtered_pairs(wanted, kernel);
-    const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.destination_bytes;
-    const bool gaps = wanted.facts.gaps, mono = wanted.facts.mono;
+    const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.written;
+    const bool gaps = wanted.facts.name == "emit_yuy2_with_gaps";
+    const bool mono = wanted.facts.name == "emit_mono_yuy2";
     repetition<adjustment> drawn = draw_repetition(wanted);
     if (gaps)
         drawn.by = nullptr;
     const lower_row lower =
         gaps ? lower_row::itself : static_cast<lower_row>(wanted.number / 4 % 3);
     const bool pair = lower != lower_row::none;
-    const bool between = wanted.facts.between && wanted.number / 12 % 2 == 1;
+    const bool whole_pixels = wanted.facts.written > 1;
+    const bool between = whole_pixels && !gaps && !mono && wanted.number / 12 % 2 == 1;
     const std::ptrdiff_t chroma_rows = between ? 2 : 1;
     const std::ptrdiff_t y_next = draw_pitch(wanted.randomness, n, store_policy::cached);
     const std::ptrdiff_t below_next = draw_pitch(wanted.randomness, n, store_policy::cached);
@@ -169,7 +171,7 @@ row_call draw_planar_to_surface(const wanted_call &wanted,
 
 row_call draw_packed_to_surface(const wanted_call &wanted,
                                 member<lumalane::row_kernel::packed_to_surface> kernel) {
-    const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.destination_bytes;
+    const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.written;
     const repetition<adjustment> drawn = draw_repetition(wanted);
     enum { one_row, a_pair, chroma_of_another };
     const unsigned form = wanted.number / 4 % 3;
