@@ -38,6 +38,8 @@ LUMALANE_INLINE bytes<n> narrowed(sixteenths<n> a, const Map &map) {
 
 // The samples of a plane, or of a blend, as they are.
 struct unadjusted_plane {
+    explicit constexpr unadjusted_plane(const plane_adjustment * = nullptr) {}
+
     template <int n>
     LUMALANE_INLINE bytes<n> operator()(bytes<n> samples) const {
         return samples;
@@ -59,11 +61,11 @@ struct unadjusted_plane {
 template <bool product_fits>
 class adjusted_plane {
 public:
-    explicit adjusted_plane(const plane_adjustment &by)
-        : offset(by.offset), gain(rounded ? 8 * by.gain : by.gain), gain_16(32 * by.gain),
-          gain_256(4 * by.gain), fraction(fill_bytes<widest>(by.rounding)),
-          gain_bytes(fill_bytes<widest>(by.gain)), byte_offset(of_bytes(by.offset)),
-          biased_offset(by.offset + bias) {}
+    explicit adjusted_plane(const plane_adjustment *by)
+        : offset(by->offset), gain(rounded ? 8 * by->gain : by->gain), gain_16(32 * by->gain),
+          gain_256(4 * by->gain), fraction(fill_bytes<widest>(by->rounding)),
+          gain_bytes(fill_bytes<widest>(by->gain)), byte_offset(of_bytes(by->offset)),
+          biased_offset(by->offset + bias) {}
 
     template <int n>
     LUMALANE_INLINE bytes<n> operator()(bytes<n> samples) const {
@@ -179,26 +181,6 @@ private:
     filled_words byte_offset, biased_offset;
 };
 
-// Whether the loops for products of 15 bits serve. (Small code has those for all gains alone.)
-LUMALANE_INLINE bool fits_15_bits(const plane_adjustment &by) {
-    return !small_code && by.product_fits_15_bits;
-}
-
-LUMALANE_INLINE bool fits_15_bits(const adjustment &by) {
-    return fits_15_bits(by.y) && fits_15_bits(by.u);
-}
-
-// Runs `run(map)` with what adjusts samples as `by` tells; with none for null.
-template <class Run>
-LUMALANE_INLINE void with_adjustment(const plane_adjustment *by, const Run &run) {
-    if (!by)
-        run(unadjusted_plane{});
-    else if (fits_15_bits(*by))
-        run(adjusted_plane<true>(*by));
-    else
-        run(adjusted_plane<false>(*by));
-}
-
 // Samples as they are, on their way to a surface. (See adjusted_samples.)
 struct unadjusted_samples {
     explicit constexpr unadjusted_samples(const adjustment *) {}
@@ -231,7 +213,7 @@ class adjusted_samples {
 
 public:
     explicit adjusted_samples(const adjustment *by)
-        : y(by->y), u(by->u), v(by->v), uv_offsets(by->u.offset, by->v.offset),
+        : y(&by->y), u(&by->u), v(&by->v), uv_offsets(by->u.offset, by->v.offset),
           uv_byte_offsets(plane::of_bytes(by->u.offset), plane::of_bytes(by->v.offset)) {}
 
     // ---- To YUY2: luma, and U and V in turn, in bytes or in words that are narrowed later. U and V
@@ -298,5 +280,53 @@ private:
     plane y, u, v;
     filled_words uv_offsets, uv_byte_offsets;
 };
+
+// ---- Which of them ------------------------------------------------------------------------------
+
+// Whether the loops for products of 15 bits serve. (Small code has those for all gains alone.)
+LUMALANE_INLINE bool fits_15_bits(const plane_adjustment &by) {
+    return !small_code && by.product_fits_15_bits;
+}
+
+LUMALANE_INLINE bool fits_15_bits(const adjustment &by) {
+    return fits_15_bits(by.y) && fits_15_bits(by.u);
+}
+
+struct no_gain {
+    using plane = unadjusted_plane;
+    using samples = unadjusted_samples;
+    static constexpr bool is_rare = false;
+};
+
+template <bool product_fits>
+struct some_gain {
+    using plane = adjusted_plane<product_fits>;
+    using samples = adjusted_samples<product_fits>;
+    static constexpr bool is_rare = !product_fits;
+};
+
+// Runs `run(gain)` with that of these that serves `by`; null: no gain.
+template <class Adjustment, class Run>
+LUMALANE_INLINE void with_gain(const Adjustment *by, const Run &run) {
+    if (!by)
+        run(no_gain{});
+    else if (fits_15_bits(*by))
+        run(some_gain<true>{});
+    else
+        run(some_gain<false>{});
+}
+
+// Runs `run(map)` with what adjusts the samples of a plane, or of a picture, as `by` tells.
+
+template <class Run>
+LUMALANE_INLINE void with_adjustment(const plane_adjustment *by, const Run &run) {
+    with_gain(by, [&]<class Gain>(Gain) LUMALANE_INLINE_LAMBDA { run(typename Gain::plane(by)); });
+}
+
+template <class Run>
+LUMALANE_INLINE void with_adjustment(const adjustment *by, const Run &run) {
+    with_gain(by,
+              [&]<class Gain>(Gain) LUMALANE_INLINE_LAMBDA { run(typename Gain::samples(by)); });
+}
 
 } // namespace lumalane::LUMALANE_TARGET_NAME

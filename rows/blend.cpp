@@ -46,33 +46,12 @@ LUMALANE_INLINE void along_chroma(ptrdiff_t n, const Step &step) {
 
 // Gains that have no loops of their own: a blend is adjusted where it was stored.
 
-bool is_rare(const plane_adjustment *by) { return by && !fits_15_bits(*by); }
-
 void adjust_in_place(unsigned char *samples, ptrdiff_t next, ptrdiff_t count, ptrdiff_t n,
                      const plane_adjustment *by) {
     plane_rows rows{samples, samples};
     rows.by = by;
     rows.count = count, rows.src_next = next, rows.dst_next = next;
     emit_plane(rows, n);
-}
-
-// Runs `run(map)` with what makes samples of the destination of a blend, for other gains.
-template <class Run>
-LUMALANE_INLINE void with_map(const plane_adjustment *by, const Run &run) {
-    if (!by)
-        run(unadjusted_plane{});
-    else
-        run(adjusted_plane<true>(*by));
-}
-
-// The same with the maps of U and of V, which have the same gain.
-template <class Run>
-LUMALANE_INLINE void with_chroma_maps(const plane_adjustment *by_u, const plane_adjustment *by_v,
-                                      const Run &run) {
-    if (!by_u)
-        run(unadjusted_plane{}, unadjusted_plane{});
-    else
-        run(adjusted_plane<true>(*by_u), adjusted_plane<true>(*by_v));
 }
 
 // ---- Alpha of pairs of rows --------------------------------------------------------------------
@@ -193,7 +172,7 @@ LUMALANE_INLINE void blend_luma(pair_strip &to, const mixed_pairs &pairs, const 
 struct pair_maps {
     adjusted_plane<true> y, u, v;
 
-    explicit pair_maps(const adjustment &by) : y(by.y), u(by.u), v(by.v) {}
+    explicit pair_maps(const adjustment &by) : y(&by.y), u(&by.u), v(&by.v) {}
 };
 
 template <class Map>
@@ -560,8 +539,9 @@ LUMALANE_INLINE void for_rows(const blended_planes &rows, ptrdiff_t n, const Som
 }
 
 // The rows of one plane or of two, one by one, n samples of each.
-void blend_rare_rows(row_kernel::blending_planes *blend, const blended_planes &rows, int planes,
-                     ptrdiff_t n, ptrdiff_t samples) {
+[[gnu::noinline]] void blend_rare_rows(row_kernel::blending_planes *blend,
+                                       const blended_planes &rows, int planes, ptrdiff_t n,
+                                       ptrdiff_t samples) {
     blended_planes row = rows;
     row.by[0] = row.by[1] = nullptr;
     row.stores = store_policy::cached;
@@ -601,9 +581,7 @@ void mix_pairs_to_yuy2(const mixed_pairs &pairs, ptrdiff_t n) { mix_to<whole_yuy
 void mix_pairs_to_odd_yuy2(const mixed_pairs &pairs, ptrdiff_t n) { mix_to<odd_yuy2>(pairs, n); }
 
 void blend_plane(const blended_planes &rows, ptrdiff_t n) {
-    if (is_rare(rows.by[0]))
-        return blend_rare_rows(blend_plane, rows, 1, n, n);
-    with_map(rows.by[0], [&](const auto map) LUMALANE_INLINE_LAMBDA {
+    const auto of_map = [&](const auto map) LUMALANE_INLINE_LAMBDA {
         with_stores(rows.stores, [&](auto stores) LUMALANE_INLINE_LAMBDA {
             const auto some = [&]<bool averaged>(const rows_of_planes &at,
                                                  ptrdiff_t below) LUMALANE_INLINE_LAMBDA {
@@ -650,12 +628,16 @@ void blend_plane(const blended_planes &rows, ptrdiff_t n) {
             };
             for_rows<is_adjusted<decltype(map)>>(rows, n, some);
         });
+    };
+    with_gain(rows.by[0], [&]<class Gain>(Gain) LUMALANE_INLINE_LAMBDA {
+        if constexpr (Gain::is_rare)
+            blend_rare_rows(blend_plane, rows, 1, n, n);
+        else
+            of_map(typename Gain::plane(rows.by[0]));
     });
 }
 
 void blend_chroma_planes(const blended_planes &rows, ptrdiff_t n) {
-    if (is_rare(rows.by[0])) // and so is the other one, which has the same gain
-        return blend_rare_rows(blend_chroma_planes, rows, 2, n, n / 2);
     const auto of_maps = [&](const auto map_u, const auto map_v) LUMALANE_INLINE_LAMBDA {
         with_stores(rows.stores, [&](auto stores) LUMALANE_INLINE_LAMBDA {
             const auto some = [&]<bool averaged>(const rows_of_planes &at,
@@ -691,7 +673,13 @@ void blend_chroma_planes(const blended_planes &rows, ptrdiff_t n) {
             for_rows<is_adjusted<decltype(map_u)>>(rows, n, some);
         });
     };
-    with_chroma_maps(rows.by[0], rows.by[1], of_maps);
+    const plane_adjustment *const by_u = rows.by[0], *const by_v = rows.by[1]; // of one gain
+    with_gain(by_u, [&]<class Gain>(Gain) LUMALANE_INLINE_LAMBDA {
+        if constexpr (Gain::is_rare)
+            blend_rare_rows(blend_chroma_planes, rows, 2, n, n / 2);
+        else
+            of_maps(typename Gain::plane(by_u), typename Gain::plane(by_v));
+    });
 }
 
 } // namespace lumalane::LUMALANE_TARGET_NAME

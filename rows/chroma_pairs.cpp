@@ -4,23 +4,8 @@
 
 namespace lumalane::LUMALANE_TARGET_NAME {
 
-namespace {
-
-// Runs `run(map)` with what adjusts samples as `by` tells; with none for null.
-template <class Run>
-LUMALANE_INLINE void with_samples_adjusted(const adjustment *by, const Run &run) {
-    if (!by)
-        run(unadjusted_samples(nullptr));
-    else if (fits_15_bits(*by))
-        run(adjusted_samples<true>(by));
-    else
-        run(adjusted_samples<false>(by));
-}
-
-} // namespace
-
 void interleave_chroma(const interleaved_chroma &rows, ptrdiff_t n) {
-    with_samples_adjusted(rows.by, [&](const auto adjusted) LUMALANE_INLINE_LAMBDA {
+    with_adjustment(rows.by, [&](const auto adjusted) LUMALANE_INLINE_LAMBDA {
         const unsigned char *u = rows.u, *v = rows.v;
         unsigned char *uv = rows.uv;
         for (ptrdiff_t left = rows.count; left > 0; --left) {
@@ -34,7 +19,7 @@ void interleave_chroma(const interleaved_chroma &rows, ptrdiff_t n) {
 }
 
 void unpack_yuy2(const unpacked_yuy2 &rows, ptrdiff_t n) {
-    with_samples_adjusted(rows.by, [&](const auto adjusted) LUMALANE_INLINE_LAMBDA {
+    with_adjustment(rows.by, [&](const auto adjusted) LUMALANE_INLINE_LAMBDA {
         const unsigned char *src = rows.src;
         unsigned char *y = rows.y, *uv = rows.uv;
         for (ptrdiff_t left = rows.count; left > 0; --left) {

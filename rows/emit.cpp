@@ -440,12 +440,13 @@ LUMALANE_INLINE void emit_rgb(row_kernel::planar_to_surface *itself, const plana
         emit_chroma_between(itself, Pixels::bytes_per_pixel, rows, n);
     else if (makes_lower_rows(rows))
         emit_with_lower_rows(itself, Pixels::bytes_per_pixel, rows, n);
-    else if (!rows.by)
-        emit_rows<to_rgb_surface<Pixels, unadjusted_samples>>(rows, n, format);
-    else if (fits_15_bits(*rows.by))
-        emit_rows<to_rgb_surface<Pixels, adjusted_samples<true>>>(rows, n, format);
     else
-        emit_in_strips(itself, Pixels::bytes_per_pixel, rows, n);
+        with_gain(rows.by, [&]<class Gain>(Gain) LUMALANE_INLINE_LAMBDA {
+            if constexpr (Gain::is_rare)
+                emit_in_strips(itself, Pixels::bytes_per_pixel, rows, n);
+            else
+                emit_rows<to_rgb_surface<Pixels, typename Gain::samples>>(rows, n, format);
+        });
 }
 
 [[gnu::noinline]] void emit_rare_rgb16(row_kernel::planar_to_surface *itself,
@@ -458,12 +459,10 @@ LUMALANE_INLINE void emit_yuv(row_kernel::planar_to_surface *itself, const plana
                               ptrdiff_t n) {
     if (makes_lower_rows(rows))
         emit_with_lower_rows(itself, Surface<unadjusted_samples>::bytes_per_pixel, rows, n);
-    else if (!rows.by)
-        emit_rows<Surface<unadjusted_samples>>(rows, n);
-    else if (fits_15_bits(*rows.by))
-        emit_rows<Surface<adjusted_samples<true>>>(rows, n);
     else
-        emit_rows<Surface<adjusted_samples<false>>>(rows, n);
+        with_gain(rows.by, [&]<class Gain>(Gain) LUMALANE_INLINE_LAMBDA {
+            emit_rows<Surface<typename Gain::samples>>(rows, n);
+        });
 }
 
 } // namespace

@@ -150,12 +150,12 @@ LUMALANE_INLINE void emit_keyed_in_strips(row_kernel::keyed_to_surface *emit, ke
 template <class Pixels>
 LUMALANE_INLINE void emit_keyed(row_kernel::keyed_to_surface *itself, const keyed_rows &row,
                                 ptrdiff_t n, const key_colour &key) {
-    if (!row.by)
-        emit_keyed_rows<Pixels, unadjusted_samples>(row, n, key);
-    else if (fits_15_bits(*row.by))
-        emit_keyed_rows<Pixels, adjusted_samples<true>>(row, n, key);
-    else
-        emit_keyed_in_strips<Pixels>(itself, row, n, key);
+    with_gain(row.by, [&]<class Gain>(Gain) LUMALANE_INLINE_LAMBDA {
+        if constexpr (Gain::is_rare)
+            emit_keyed_in_strips<Pixels>(itself, row, n, key);
+        else
+            emit_keyed_rows<Pixels, typename Gain::samples>(row, n, key);
+    });
 }
 
 } // namespace

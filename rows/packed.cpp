@@ -44,7 +44,7 @@ struct packed_to_rgb {
 };
 
 // n pixels are one vector.
-struct packed_to_yuy2 {
+struct packed_yuy2 {
     struct format {};
 
     static constexpr int bytes_per_pixel = 2, least = 8, most = widest / 2;
@@ -55,10 +55,32 @@ struct packed_to_yuy2 {
     }
 };
 
-struct unadjusted_packed : packed_to_yuy2 {
+template <class Adjusted>
+struct packed_to_yuy2 : packed_yuy2 {
+    static constexpr bool fetches_ahead = false;
+
+    Adjusted adjusted;
+
+    explicit packed_to_yuy2(const adjustment *by, format) : adjusted(by) {}
+
+    LUMALANE_INLINE static bool apart(const packed_rows &rows) { return cross_cache_lines(rows); }
+
+    template <int size>
+    LUMALANE_INLINE words<size / 2> chroma(bytes<size> samples) const {
+        return adjusted.odd_chroma(samples);
+    }
+
+    template <int size>
+    LUMALANE_INLINE vectors<1, size> pixels(bytes<size> samples, words<size / 2> chroma) const {
+        return {{narrow_interleaved(adjusted.even_luma(samples), chroma)}};
+    }
+};
+
+template <>
+struct packed_to_yuy2<unadjusted_samples> : packed_yuy2 {
     static constexpr bool fetches_ahead = !small_code;
 
-    explicit unadjusted_packed(const adjustment *, format) {}
+    explicit packed_to_yuy2(const adjustment *, format) {}
 
     // There is nothing to make of chroma that rows share.
     LUMALANE_INLINE static bool apart(const packed_rows &) { return true; }
@@ -71,27 +93,6 @@ struct unadjusted_packed : packed_to_yuy2 {
     template <int size>
     LUMALANE_INLINE static vectors<1, size> pixels(bytes<size> samples, bytes<size> chroma) {
         return {{(samples & as_bytes(fill_words<size / 2>(0x00ff))) | chroma}};
-    }
-};
-
-template <bool product_fits>
-struct adjusted_packed : packed_to_yuy2 {
-    static constexpr bool fetches_ahead = false;
-
-    adjusted_samples<product_fits> adjusted;
-
-    explicit adjusted_packed(const adjustment *by, format) : adjusted(by) {}
-
-    LUMALANE_INLINE static bool apart(const packed_rows &rows) { return cross_cache_lines(rows); }
-
-    template <int size>
-    LUMALANE_INLINE words<size / 2> chroma(bytes<size> samples) const {
-        return adjusted.odd_chroma(samples);
-    }
-
-    template <int size>
-    LUMALANE_INLINE vectors<1, size> pixels(bytes<size> samples, words<size / 2> chroma) const {
-        return {{narrow_interleaved(adjusted.even_luma(samples), chroma)}};
     }
 };
 
@@ -250,12 +251,12 @@ LUMALANE_INLINE void emit_rows(const packed_rows &told, ptrdiff_t n,
 template <class Pixels>
 LUMALANE_INLINE void emit_rgb(row_kernel::packed_to_surface *itself, const packed_rows &rows,
                               ptrdiff_t n, Pixels format = {}) {
-    if (!rows.by)
-        emit_rows<packed_to_rgb<Pixels, unadjusted_samples>>(rows, n, format);
-    else if (fits_15_bits(*rows.by))
-        emit_rows<packed_to_rgb<Pixels, adjusted_samples<true>>>(rows, n, format);
-    else
-        emit_in_strips(itself, Pixels::bytes_per_pixel, rows, n);
+    with_gain(rows.by, [&]<class Gain>(Gain) LUMALANE_INLINE_LAMBDA {
+        if constexpr (Gain::is_rare)
+            emit_in_strips(itself, Pixels::bytes_per_pixel, rows, n);
+        else
+            emit_rows<packed_to_rgb<Pixels, typename Gain::samples>>(rows, n, format);
+    });
 }
 
 [[gnu::noinline]] void emit_rare_rgb16(row_kernel::packed_to_surface *itself,
@@ -290,12 +291,9 @@ void emit_packed_rgb16_655(const packed_rows &rows, ptrdiff_t n) {
 }
 
 void emit_packed_yuy2(const packed_rows &rows, ptrdiff_t n) {
-    if (!rows.by)
-        emit_rows<unadjusted_packed>(rows, n);
-    else if (fits_15_bits(*rows.by))
-        emit_rows<adjusted_packed<true>>(rows, n);
-    else
-        emit_rows<adjusted_packed<false>>(rows, n);
+    with_gain(rows.by, [&]<class Gain>(Gain) LUMALANE_INLINE_LAMBDA {
+        emit_rows<packed_to_yuy2<typename Gain::samples>>(rows, n);
+    });
 }
 
 } // namespace lumalane::LUMALANE_TARGET_NAME
