@@ -1,7 +1,7 @@
 #include "load/row_pairs.h"
 
-#include "picture/strip.h"
 #include "picture/told_rows.h"
+#include "rows/strip.h"
 
 namespace lumalane {
 

@@ -3,9 +3,9 @@
 #include "picture/adjustment.h"
 #include "picture/calls.h"
 #include "picture/geometry.h"
-#include "picture/strip.h"
 #include "picture/surface.h"
 #include "picture/told_rows.h"
+#include "rows/strip.h"
 
 namespace lumalane {
 

@@ -156,8 +156,7 @@ void four_taps(const between_rows &rows, ptrdiff_t n) {
 
 void along_edges(const between_rows &rows, ptrdiff_t n) {
     for (ptrdiff_t k = 0; k < rows.count; ++k)
-        for (ptrdiff_t from = 0; from < n; from += edge_strip::most) {
-            const ptrdiff_t samples = n - from < edge_strip::most ? n - from : edge_strip::most;
+        in_runs(n, edge_strip::most, [&](ptrdiff_t from, ptrdiff_t samples) LUMALANE_INLINE_LAMBDA {
             const unsigned char *const src = rows.src + k * rows.src_next + from;
             unsigned char *const dst = rows.dst + k * rows.dst_next + from;
             ptrdiff_t first = samples, end = 0; // of what has edges
@@ -173,7 +172,7 @@ void along_edges(const between_rows &rows, ptrdiff_t n) {
                          });
             if (first < end)
                 follow_edges(dst, src, rows.below, first, end);
-        }
+        });
 }
 
 } // namespace lumalane::LUMALANE_TARGET_NAME

@@ -96,7 +96,7 @@ LUMALANE_INLINE ptrdiff_t count_drawn(const unsigned char *alpha, ptrdiff_t belo
 
 // What is blended at once of a row, and how far alpha is read ahead of the video alone. (Of each
 // other's length both take 1.05 to 1.1 times as long in rows of 1280 and 1920 pixels.)
-constexpr ptrdiff_t strip = 512, longest_look = 2048;
+constexpr ptrdiff_t strip = strip_pixels, longest_look = 2048;
 
 // Pixels of pairs, blended: n from x on, of `count` pairs from `first` on. From one to the next is
 // `pitch`, and half of it for chroma.

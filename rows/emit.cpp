@@ -341,69 +341,60 @@ LUMALANE_INLINE bool makes_lower_rows(const planar_rows &rows) {
 }
 
 [[gnu::noinline]] void emit_with_lower_rows(row_kernel::planar_to_surface *emit,
-                                            int bytes_per_pixel, const planar_rows &rows,
+                                            int bytes_per_pixel, const planar_rows &told,
                                             ptrdiff_t n) {
-    constexpr ptrdiff_t strip = 512;
-    alignas(stack_alignment) unsigned char between[strip];
+    planar_rows rows = told;
+    alignas(stack_alignment) unsigned char between[strip_pixels];
     row_kernel::between_two_rows *const make =
         rows.lower == lower_row::average ? average_rows : four_taps;
-    planar_rows row{rows.y, rows.u, rows.v, rows.dst};
-    row.stores = rows.stores, row.by = rows.by, row.chroma_below = rows.chroma_below;
-    ptrdiff_t y_below = rows.y_below;
     for (ptrdiff_t left = rows.count; left > 0; --left) {
+        planar_rows row{rows.y, rows.u, rows.v, rows.dst};
+        row.stores = rows.stores, row.by = rows.by, row.chroma_below = rows.chroma_below;
         emit(row, n);
-        for (ptrdiff_t x = 0; x < n; x += strip) {
-            const ptrdiff_t run = n - x < strip ? n - x : strip;
-            make({between, row.y + x, y_below}, run);
+        in_runs(n, strip_pixels, [&](ptrdiff_t x, ptrdiff_t run) LUMALANE_INLINE_LAMBDA {
+            make({between, row.y + x, rows.y_below}, run);
             planar_rows lower = row;
             lower.y = between, lower.u += x / 2, lower.v += x / 2;
             lower.dst += rows.dst_below + x * bytes_per_pixel;
             emit(lower, run);
-        }
-        row.y += rows.y_next, row.u += rows.chroma_next, row.v += rows.chroma_next;
-        row.dst += rows.dst_next, y_below += rows.y_below_next;
+        });
+        advance(rows);
     }
 }
 
 // Adjusts into a strip, for gains that have no loops of their own.
 [[gnu::noinline]] void emit_in_strips(row_kernel::planar_to_surface *emit, int bytes_per_pixel,
                                       planar_rows rows, ptrdiff_t n) {
-    constexpr ptrdiff_t strip = 512;
-    alignas(stack_alignment) unsigned char upper[strip], y[strip], u[strip / 2], v[strip / 2];
+    alignas(stack_alignment) unsigned char upper[strip_pixels], y[strip_pixels],
+        u[strip_pixels / 2], v[strip_pixels / 2];
     const auto adjust = [](unsigned char *to, const unsigned char *from, ptrdiff_t samples,
                            const plane_adjustment *by) {
-        plane_rows row{from, to};
-        row.by = by;
-        emit_plane(row, samples);
+        emit_plane({from, to, store_policy::cached, by}, samples);
     };
-    const adjustment &by = *rows.by;
-    for (ptrdiff_t left = rows.count; left > 0; --left) {
-        for (ptrdiff_t x = 0; x < n; x += strip) {
-            const ptrdiff_t run = n - x < strip ? n - x : strip;
-            planar_rows row{y, u, v, rows.dst + x * bytes_per_pixel};
-            row.stores = rows.stores;
-            adjust(u, rows.u + x / 2, run / 2, &by.u);
-            adjust(v, rows.v + x / 2, run / 2, &by.v);
-            adjust(upper, rows.y + x, run, nullptr);
-            adjust(y, upper, run, &by.y);
-            emit(row, run);
-            if (rows.lower == lower_row::none)
-                continue;
-            const unsigned char *const lower = rows.y + rows.y_below + x;
-            if (rows.lower == lower_row::average)
-                along_row<16>(run, [&](auto group, ptrdiff_t at) LUMALANE_INLINE_LAMBDA {
-                    store(upper + at,
-                          average(load<group.size>(upper + at), load<group.size>(lower + at)));
-                });
-            else
-                adjust(upper, lower, run, nullptr);
-            adjust(y, upper, run, &by.y);
-            row.dst += rows.dst_below;
-            emit(row, run);
-        }
-        rows.y += rows.y_next, rows.u += rows.chroma_next, rows.v += rows.chroma_next;
-        rows.dst += rows.dst_next, rows.y_below += rows.y_below_next;
-    }
+    const auto strip = [&](const planar_rows &at, ptrdiff_t x,
+                           ptrdiff_t run) LUMALANE_INLINE_LAMBDA {
+        const adjustment &by = *at.by;
+        planar_rows row{y, u, v, at.dst + x * bytes_per_pixel};
+        row.stores = at.stores;
+        adjust(u, at.u + x / 2, run / 2, &by.u);
+        adjust(v, at.v + x / 2, run / 2, &by.v);
+        adjust(upper, at.y + x, run, nullptr);
+        adjust(y, upper, run, &by.y);
+        emit(row, run);
+        if (at.lower == lower_row::none)
+            return;
+        const unsigned char *const lower = at.y + at.y_below + x;
+        if (at.lower == lower_row::average)
+            along_row<16>(run, [&](auto group, ptrdiff_t i) LUMALANE_INLINE_LAMBDA {
+                store(upper + i, average(load<group.size>(upper + i), load<group.size>(lower + i)));
+            });
+        else
+            adjust(upper, lower, run, nullptr);
+        adjust(y, upper, run, &by.y);
+        row.dst += at.dst_below;
+        emit(row, run);
+    };
+    in_strips(rows, n, strip);
 }
 
 // Averages chroma into a strip, of several narrow rows at once. (A branch in the loops to RGB makes
@@ -419,8 +410,7 @@ LUMALANE_INLINE bool makes_lower_rows(const planar_rows &rows) {
         const ptrdiff_t most = pitch > 0 && pitch <= strip / 2 ? strip / pitch : 1;
         rows.count = left < most ? left : most;
         rows.chroma_next = pitch;
-        for (ptrdiff_t x = 0; x < n; x += 2 * strip) {
-            const ptrdiff_t run = n - x < 2 * strip ? n - x : 2 * strip;
+        in_runs(n, 2 * strip, [&](ptrdiff_t x, ptrdiff_t run) LUMALANE_INLINE_LAMBDA {
             const ptrdiff_t from = first * told.chroma_next + x / 2, below = told.chroma_below;
             average_rows({u, told.u + from, below, rows.count, told.chroma_next, pitch}, run / 2);
             average_rows({v, told.v + from, below, rows.count, told.chroma_next, pitch}, run / 2);
@@ -428,7 +418,7 @@ LUMALANE_INLINE bool makes_lower_rows(const planar_rows &rows) {
             rows.y_below = told.y_below + first * told.y_below_next;
             rows.dst = told.dst + first * told.dst_next + x * bytes_per_pixel;
             emit(rows, run);
-        }
+        });
         first += rows.count, left -= rows.count;
     }
 }

@@ -112,11 +112,6 @@ LUMALANE_INLINE ptrdiff_t emit_keyed_groups(const keyed_rows &row, ptrdiff_t x, 
     return x;
 }
 
-LUMALANE_INLINE void next_row(keyed_rows &row) {
-    row.y += row.luma_next, row.u += row.chroma_next, row.v += row.chroma_next;
-    row.alpha += row.luma_next, row.dst += row.dst_next;
-}
-
 template <class Pixels, class Adjusted>
 LUMALANE_INLINE void emit_keyed_rows(keyed_rows row, ptrdiff_t n, const key_colour &key) {
     const Adjusted adjusted(row.by);
@@ -124,27 +119,24 @@ LUMALANE_INLINE void emit_keyed_rows(keyed_rows row, ptrdiff_t n, const key_colo
         const ptrdiff_t x = emit_keyed_groups<widest, Pixels>(row, 0, n, key, adjusted);
         if constexpr (widest > 16)
             emit_keyed_groups<16, Pixels>(row, x, n, key, adjusted);
-        next_row(row);
+        advance(row);
     }
 }
 
 // Adjusts into a strip, for gains that have no loops of their own.
 template <class Pixels>
-LUMALANE_INLINE void emit_keyed_in_strips(row_kernel::keyed_to_surface *emit, keyed_rows row,
+LUMALANE_INLINE void emit_keyed_in_strips(row_kernel::keyed_to_surface *emit, keyed_rows rows,
                                           ptrdiff_t n, const key_colour &key) {
-    constexpr ptrdiff_t strip = 512;
-    alignas(stack_alignment) unsigned char y[strip], u[strip / 2], v[strip / 2];
-    for (ptrdiff_t left = row.count; left > 0; --left) {
-        for (ptrdiff_t x = 0; x < n; x += strip) {
-            const ptrdiff_t run = n - x < strip ? n - x : strip;
-            emit_plane({row.y + x, y, store_policy::cached, &row.by->y}, run);
-            emit_plane({row.u + x / 2, u, store_policy::cached, &row.by->u}, run / 2);
-            emit_plane({row.v + x / 2, v, store_policy::cached, &row.by->v}, run / 2);
-            emit({y, u, v, row.alpha + x, row.dst + Pixels::bytes_per_pixel * x, row.stores}, run,
-                 key);
-        }
-        next_row(row);
-    }
+    alignas(stack_alignment) unsigned char y[strip_pixels], u[strip_pixels / 2],
+        v[strip_pixels / 2];
+    const auto strip = [&](const keyed_rows &at, ptrdiff_t x,
+                           ptrdiff_t run) LUMALANE_INLINE_LAMBDA {
+        emit_plane({at.y + x, y, store_policy::cached, &at.by->y}, run);
+        emit_plane({at.u + x / 2, u, store_policy::cached, &at.by->u}, run / 2);
+        emit_plane({at.v + x / 2, v, store_policy::cached, &at.by->v}, run / 2);
+        emit({y, u, v, at.alpha + x, at.dst + Pixels::bytes_per_pixel * x, at.stores}, run, key);
+    };
+    in_strips(rows, n, strip);
 }
 
 template <class Pixels>

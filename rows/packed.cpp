@@ -216,36 +216,34 @@ LUMALANE_INLINE void emit_rows(const packed_rows &told, ptrdiff_t n,
                 row.src += rows.src_below, row.dst += rows.dst_below;
             }
         }
-        rows.src += rows.src_next, rows.chroma += rows.src_next, rows.dst += rows.dst_next;
+        advance(rows);
     }
 }
 
 // Adjusts into a strip, for gains that have no loops of their own.
 [[gnu::noinline]] void emit_in_strips(row_kernel::packed_to_surface *emit, int bytes_per_pixel,
                                       packed_rows rows, ptrdiff_t n) {
-    constexpr ptrdiff_t strip = 512;
-    alignas(stack_alignment) unsigned char chroma[2 * strip], lower[2 * strip], upper[2 * strip];
-    const auto adjust = [&](unsigned char *to, const unsigned char *from, ptrdiff_t run) {
-        packed_rows row{from, from, to};
-        row.by = rows.by;
-        emit_packed_yuy2(row, run);
+    constexpr ptrdiff_t bytes = 2 * strip_pixels;
+    alignas(stack_alignment) unsigned char chroma[bytes], lower[bytes], upper[bytes];
+    const auto strip = [&](const packed_rows &at, ptrdiff_t x,
+                           ptrdiff_t run) LUMALANE_INLINE_LAMBDA {
+        const auto adjust = [&](unsigned char *to, const unsigned char *from) {
+            packed_rows row{from, from, to};
+            row.by = at.by;
+            emit_packed_yuy2(row, run);
+        };
+        packed_rows row{upper, chroma, at.dst + x * bytes_per_pixel};
+        row.stores = at.stores;
+        adjust(chroma, at.chroma + 2 * x);
+        adjust(upper, at.src + 2 * x);
+        emit(row, run);
+        if (at.lower == lower_row::none)
+            return;
+        adjust(lower, at.src + at.src_below + 2 * x);
+        row.src = lower, row.dst += at.dst_below;
+        emit(row, run);
     };
-    for (ptrdiff_t left = rows.count; left > 0; --left) {
-        for (ptrdiff_t x = 0; x < n; x += strip) {
-            const ptrdiff_t run = n - x < strip ? n - x : strip;
-            packed_rows row{upper, chroma, rows.dst + x * bytes_per_pixel};
-            row.stores = rows.stores;
-            adjust(chroma, rows.chroma + 2 * x, run);
-            adjust(upper, rows.src + 2 * x, run);
-            emit(row, run);
-            if (rows.lower == lower_row::none)
-                continue;
-            adjust(lower, rows.src + rows.src_below + 2 * x, run);
-            row.src = lower, row.dst += rows.dst_below;
-            emit(row, run);
-        }
-        rows.src += rows.src_next, rows.chroma += rows.src_next, rows.dst += rows.dst_next;
-    }
+    in_strips(rows, n, strip);
 }
 
 template <class Pixels>

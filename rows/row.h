@@ -2,6 +2,7 @@
 #pragma once
 
 #include "rows/rows.h"
+#include "rows/strip.h"
 #include "simd/simd.h"
 
 #include <stdint.h>
@@ -34,6 +35,35 @@ inline constexpr int most_left = widest > 16 ? 16 : 8;
 template <class Rows>
 LUMALANE_INLINE const unsigned char *end_of(const Rows &rows) {
     return rows.dst + rows.count * rows.dst_next;
+}
+
+// ---- Strips ------------------------------------------------------------------------------------
+
+// From a row (or a pair) to the next one.
+
+LUMALANE_INLINE void advance(planar_rows &rows) {
+    rows.y += rows.y_next, rows.u += rows.chroma_next, rows.v += rows.chroma_next;
+    rows.dst += rows.dst_next, rows.y_below += rows.y_below_next;
+}
+
+LUMALANE_INLINE void advance(packed_rows &rows) {
+    rows.src += rows.src_next, rows.chroma += rows.src_next, rows.dst += rows.dst_next;
+}
+
+LUMALANE_INLINE void advance(keyed_rows &rows) {
+    rows.y += rows.luma_next, rows.u += rows.chroma_next, rows.v += rows.chroma_next;
+    rows.alpha += rows.luma_next, rows.dst += rows.dst_next;
+}
+
+// Calls `make(at, x, run)` for what of each row (or pair) goes into a strip: `run` pixels from x on of
+// the first one of `at`.
+template <class Rows, class Make>
+LUMALANE_INLINE void in_strips(Rows &at, ptrdiff_t n, const Make &make) {
+    for (ptrdiff_t left = at.count; left > 0; --left) {
+        in_runs(n, strip_pixels,
+                [&](ptrdiff_t x, ptrdiff_t run) LUMALANE_INLINE_LAMBDA { make(at, x, run); });
+        advance(at);
+    }
 }
 
 // ---- Stores ------------------------------------------------------------------------------------

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "picture/machine.h"
-#include "picture/strip.h"
 #include "picture/surface.h"
+#include "rows/strip.h"
 #include "stretch/pair_rows.h"
 
 namespace lumalane {

@@ -3,7 +3,7 @@
 #include "picture/calls.h"
 #include "picture/geometry.h"
 #include "picture/stores.h"
-#include "picture/strip.h"
+#include "rows/strip.h"
 #include "stretch/doubled_pairs.h"
 #include "stretch/pairs_of_samples.h"
 #include "stretch/recent_rows.h"

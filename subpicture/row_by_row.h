@@ -3,8 +3,8 @@
 
 #include "picture/geometry.h"
 #include "picture/stores.h"
-#include "picture/strip.h"
 #include "picture/told_rows.h"
+#include "rows/strip.h"
 
 namespace lumalane {
 

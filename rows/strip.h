@@ -1,6 +1,8 @@
 // Pieces of rows between two row kernels: on the stack, and small enough for the first-level cache.
 #pragma once
 
+#include "simd/inline.h"
+
 #include <stddef.h>
 
 namespace lumalane {
@@ -9,7 +11,7 @@ constexpr ptrdiff_t strip_pixels = 512;
 
 // Calls `convert_run(x, n)` for the runs of a row of `count` pixels: n is `run`, or what is left of it.
 template <class Convert>
-inline void in_runs(ptrdiff_t count, ptrdiff_t run, const Convert &convert_run) {
+LUMALANE_INLINE void in_runs(ptrdiff_t count, ptrdiff_t run, const Convert &convert_run) {
     for (ptrdiff_t x = 0; x < count; x += run)
         convert_run(x, count - x < run ? count - x : run);
 }
