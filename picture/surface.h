@@ -11,19 +11,14 @@ struct planar_to_surface {
     bound_by bound;
 };
 
-// Whether a vector of RGB is whole lines of the cache: then non-temporal stores may go to both rows of a
-// pair in turn, which share the arithmetic of chroma. (See streams_pairs in rows/emit.cpp.)
-inline bool fills_lines(const row_kernels &rows, int bytes_per_pixel) {
-    return bytes_per_pixel > 2 && rows.vector_bytes * bytes_per_pixel % 64 == 0;
-}
-
 inline planar_to_surface planar_to_rgb32(const row_kernels &rows) {
     return {rows.emit_rgb32, 4, bound_by::stores};
 }
 
 inline planar_to_surface planar_to_rgb24(const row_kernels &rows) {
     return {rows.emit_rgb24, 3,
-            fills_lines(rows, 3) ? bound_by::stores_and_arithmetic : bound_by::arithmetic};
+            fills_lines(rows.vector_bytes, 3) ? bound_by::stores_and_arithmetic
+                                              : bound_by::arithmetic};
 }
 
 inline planar_to_surface planar_to_yuy2(const row_kernels &rows) {

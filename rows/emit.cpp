@@ -254,12 +254,10 @@ LUMALANE_INLINE ptrdiff_t emit_groups(const Surface &surface, const row_start &a
     return x;
 }
 
-// Whether the pixels of a group fill lines of the cache, so that non-temporal stores may go to both rows
-// of a pair in turn.
+// Whether non-temporal stores go to both rows of a pair in turn, where these begin on lines of the cache.
 template <class Surface>
-inline constexpr bool streams_pairs =
-    streams &&vector_registers >= 16 && Surface::bytes_per_pixel > 2 &&
-    widest *Surface::bytes_per_pixel % 64 == 0;
+inline constexpr bool streams_pairs = streams &&vector_registers >= 16 &&
+                                      fills_lines(widest, Surface::bytes_per_pixel);
 
 template <bool pair, class Surface>
 LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by,

@@ -34,6 +34,12 @@ constexpr int stack_alignment = 64;
 // destination is aligned to the target's vectors for them.
 enum class store_policy : int { cached, non_temporal };
 
+// Whether a vector's pixels of RGB are whole lines of the cache: then non-temporal stores may go to both
+// rows of a pair in turn, which share the arithmetic of chroma.
+constexpr bool fills_lines(int vector_bytes, int bytes_per_pixel) {
+    return bytes_per_pixel > 2 && vector_bytes * bytes_per_pixel % 64 == 0;
+}
+
 // The adjustment of one plane: a sample x becomes
 //     clamp((low16(x * gain) saturating+ 32) logical>> 6) saturating+ offset)
 struct plane_adjustment {
