@@ -5,18 +5,11 @@
 
 #include <stdint.h>
 
+#include <lumalane/store_bounds.h>
+
 namespace lumalane {
 
-// What bounds a function whose surface outgrows the second-level cache, from hardly any arithmetic to
-// much. (Rows that are stored one after the other make what they share anew: where arithmetic is the
-// bound that costs its gain.)
-enum class bound_by : unsigned char {
-    stores_alone,
-    loads_and_stores,
-    stores,
-    stores_and_arithmetic,
-    arithmetic
-};
+using detail::bound_by;
 
 // The store policy for a call that writes `bytes` in rows at `dst`; finishes the stores at its end. In
 // order stores are cached: kernels store the rows of a pair in turn otherwise.
@@ -44,28 +37,8 @@ private:
     // slower to write.
     static bool outgrows_cache(const machine &machine, long long bytes, bound_by bound) {
         const unsigned cache = machine.last_level_cache_bytes, third = cache / 3;
-        const unsigned most = most_bytes(bound, cache > 128'000'000);
+        const unsigned most = detail::most_cached_bytes(bound, cache > 128'000'000);
         return cache != 0 && bytes > (third > most ? most : third);
-    }
-
-    // Measured with 32 MB: at 8 MB of output cached stores are as fast, from 16 MB on non-temporal ones
-    // are 1.2 to 1.6 times as fast. On a server with 260 MB, and 2 MB in the second level: where stores
-    // alone are the bound 1.1 to 1.3 times as soon as what is read and stored outgrows the second level;
-    // loads and stores, 1.0 to 1.2 times at 4 MB; stores, 1.4 to 2 times from 8 MB on; stores and
-    // arithmetic, 0.8 to 1 times at 12 MB and 1.1 to 1.3 times from 25 MB on; arithmetic, 0.9 times.
-    static unsigned most_bytes(bound_by bound, bool of_a_server) {
-        switch (bound) {
-        case bound_by::stores_alone:
-            return of_a_server ? 1'250'000 : 8'000'000;
-        case bound_by::loads_and_stores:
-            return of_a_server ? 4'000'000 : 8'000'000;
-        case bound_by::stores:
-            return 8'000'000;
-        case bound_by::stores_and_arithmetic:
-            return 16'000'000;
-        default:
-            return -1U;
-        }
     }
 
     // Every row, that is.

@@ -4,6 +4,7 @@
 
 #include <lumalane/adjust.h>
 #include <lumalane/format.h>
+#include <lumalane/store_bounds.h>
 #include <lumalane/strip.h>
 
 #if defined(__SSE2__) || defined(_M_X64)
@@ -54,13 +55,16 @@ constexpr int rows_before_gaps = 64;
 // The rows of the next band; the last one has at least as many as the others.
 constexpr int band(int left, int rows) { return left < 2 * rows ? left : rows; }
 
-// Whether the library may store the surface around the cache, which bands of it would not outgrow (by
-// picture/stores.h). It decides that for each call: then there is one for all rows.
+// Whether the library may store the surface around the cache, which bands of it would not outgrow. It
+// decides that for each call: then there is one for all rows. (RGB of packed pictures it stores so from
+// less on; bands of that are as fast.)
 inline bool may_outgrow_cache(layout l, const view &d, int height) {
+    constexpr unsigned most_yuy2 = most_cached_bytes(bound_by::stores_alone, true);
+    constexpr unsigned most_rgb = most_cached_bytes(bound_by::stores, true);
     const long long stride = d.stride[0] < 0 ? -d.stride[0] : d.stride[0];
     const bool on_vectors =
         reinterpret_cast<std::uintptr_t>(d.data[0]) % 32 == 0 && stride % 32 == 0;
-    return on_vectors && stride * height > (l == layout::yuy2 ? 1'250'000 : 8'000'000);
+    return on_vectors && stride * height > (l == layout::yuy2 ? most_yuy2 : most_rgb);
 }
 
 // Where the last columns begin that are left after whole steps: 15 or 16 of them, of which some were in

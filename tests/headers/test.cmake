@@ -5,7 +5,7 @@
 cmake_minimum_required(VERSION 3.25)
 
 set(warnings -Wall -Wextra -Wconversion -Wshadow -pedantic -Werror)
-set(freestanding errors.h rows_of.h footprint.h checked.h)
+set(freestanding errors.h rows_of.h store_bounds.h footprint.h checked.h)
 
 file(GLOB headers RELATIVE ${include}/lumalane ${include}/lumalane/*)
 function(check header)
