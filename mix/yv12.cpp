@@ -127,7 +127,8 @@ blended_planes blended_rows(const mixed_plane &a, const mixed_plane &b, ptrdiff_
     return rows;
 }
 
-void mix_in_order(const row_kernels &kernels, const mixed_plane &p, const plane_adjustment *by) {
+void mix_in_order(const machine &machine, const mixed_plane &p, const plane_adjustment *by) {
+    const row_kernels &kernels = machine.rows;
     unsigned char weights[step], between[step];
     for (ptrdiff_t row = 0; row < p.rows; ++row) {
         const unsigned char *const row_video = p.video + p.video_of(row);
@@ -184,7 +185,8 @@ void mix_by_bands(const machine &machine, const mixed_planes &p, const adjustmen
     }
 }
 
-// Whether all rows have one row of alpha, which is clear.
+// Whether all rows have one row of alpha, which is clear: so planes of any pitches are adjusted (by
+// <lumalane/convert.h>, for one), which blending takes 1.1 to 1.2 times as long for.
 bool is_clear(const mixed_plane &p) {
     if (p.alpha_next != 0 || p.below_lower != 0)
         return false;
@@ -197,7 +199,7 @@ bool is_clear(const mixed_plane &p) {
     return any == 0;
 }
 
-// The video alone: to adjust planes of any pitches, which blending takes 1.2 times as long for.
+// The video alone.
 void copy_video(const machine &machine, const mixed_plane &p, const plane_adjustment *by) {
     const surface_stores stores(machine, p.dst, p.dst_next,
                                 static_cast<long long>(p.rows) * p.samples, false);
@@ -214,17 +216,17 @@ void mix(const machine &machine, tagMIX_INFO &record, video_rows kind, const adj
         rows.at(pointer::dst_u, record.dst_u), rows.at(pointer::dst_v, record.dst_v);
         detail::rows_of_mixed_planes(sizes_of(record), kind == video_rows::doubled_field, rows);
     };
-    if (machine.in_order || order_can_be_observed(record, tell)) {
-        mix_in_order(machine.rows, p.y, by ? &by->y : nullptr);
-        mix_in_order(machine.rows, p.v, by ? &by->v : nullptr);
-        mix_in_order(machine.rows, p.u, by ? &by->u : nullptr);
-    } else if (is_clear(p.y) && is_clear(p.u)) {
-        copy_video(machine, p.y, by ? &by->y : nullptr);
-        copy_video(machine, p.v, by ? &by->v : nullptr);
-        copy_video(machine, p.u, by ? &by->u : nullptr);
-    } else {
+    const auto plane_by_plane = [&](auto *make) {
+        make(machine, p.y, by ? &by->y : nullptr);
+        make(machine, p.v, by ? &by->v : nullptr);
+        make(machine, p.u, by ? &by->u : nullptr);
+    };
+    if (machine.in_order || order_can_be_observed(record, tell))
+        plane_by_plane(mix_in_order);
+    else if (is_clear(p.y) && is_clear(p.u))
+        plane_by_plane(copy_video);
+    else
         mix_by_bands(machine, p, by);
-    }
     record.height = static_cast<int>(static_cast<unsigned>(record.height) >> 1);
 }
 
