@@ -47,6 +47,12 @@ bytes draw_alpha(random &r, std::ptrdiff_t size) {
     return alpha;
 }
 
+bytes averaged(bytes a, const bytes &b) {
+    for (std::size_t i = 0; i < a.size(); ++i)
+        a[i] = static_cast<unsigned char>((a[i] + b[i] + 1) >> 1);
+    return a;
+}
+
 std::string told(const lumalane::plane_adjustment &by) {
     return "gain " + std::to_string(by.gain) + ", offset " + std::to_string(by.offset);
 }

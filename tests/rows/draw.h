@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string_view>
+#include <type_traits>
 
 #include "tests/differential/random.h"
 #include "tests/rows/row_call.h"
@@ -61,6 +62,9 @@ std::ptrdiff_t draw_pitch(random &, std::ptrdiff_t size, lumalane::store_policy)
 // Alpha with stretches of one kind: nothing, some, opaque, anything.
 bytes draw_alpha(random &, std::ptrdiff_t size);
 
+// Of every two bytes the average, rounded up.
+bytes averaged(bytes, const bytes &);
+
 std::string told(const lumalane::plane_adjustment &);
 std::string told(const lumalane::adjustment &);
 
@@ -73,12 +77,34 @@ inline std::string told(lumalane::store_policy stores) {
     return stores == lumalane::store_policy::cached ? "cached" : "non-temporal";
 }
 
+// Of two calls, one after the other, of each four: an adjustment of a plane or of a picture. Else null.
+template <class Adjustment>
+std::shared_ptr<const Adjustment> draw_by(const wanted_call &wanted) {
+    if (wanted.number / 2 % 2 == 0)
+        return nullptr;
+    if constexpr (std::is_same_v<Adjustment, lumalane::adjustment>)
+        return std::make_shared<const Adjustment>(draw_adjustment(wanted.randomness));
+    else
+        return std::make_shared<const Adjustment>(draw_plane_adjustment(wanted.randomness));
+}
+
 // How often in a call, and by what, if by anything.
 template <class Adjustment>
 struct repetition {
-    std::ptrdiff_t count = 1;
-    lumalane::store_policy stores = lumalane::store_policy::cached;
+    std::ptrdiff_t count;
+    lumalane::store_policy stores;
     std::shared_ptr<const Adjustment> by; // or null
+
+    explicit repetition(const wanted_call &wanted)
+        : count(wanted.randomness.between(1, 3)), stores(policy(wanted.number)),
+          by(draw_by<Adjustment>(wanted)) {}
+
+    bool non_temporal() const { return stores == lumalane::store_policy::non_temporal; }
+
+    template <class Rows>
+    void tell(Rows &rows) const {
+        rows.count = count, rows.stores = stores, rows.by = by.get();
+    }
 
     std::string told() const {
         return std::to_string(count) + " times, " + row_tests::told(stores) +

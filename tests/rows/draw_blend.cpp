@@ -15,12 +15,6 @@ using lumalane::plane_adjustment;
 using lumalane::row_kernels;
 using lumalane::store_policy;
 
-std::shared_ptr<const adjustment> draw_by(const wanted_call &wanted) {
-    if (wanted.number / 2 % 2 == 0)
-        return nullptr;
-    return std::make_shared<const adjustment>(draw_adjustment(wanted.randomness));
-}
-
 std::string told(const std::shared_ptr<const adjustment> &by) {
     return by ? row_tests::told(*by) : "not adjusted";
 }
@@ -28,17 +22,14 @@ std::string told(const std::shared_ptr<const adjustment> &by) {
 // A row of a plane as the reference makes it, the video's averaged with another row first.
 bytes blended_row(const row_kernels &reference, const bytes &video, const bytes &below,
                   const bytes &sub, const bytes &alpha, const plane_adjustment *by) {
-    bytes averaged = video, made(video.size());
-    const auto n = static_cast<std::ptrdiff_t>(video.size());
-    if (!below.empty())
-        for (std::ptrdiff_t i = 0; i < n; ++i)
-            averaged[i] = static_cast<unsigned char>((video[i] + below[i] + 1) >> 1);
+    const bytes samples = below.empty() ? video : averaged(video, below);
+    bytes made(video.size());
     reference.blend_plane({{made.data(), nullptr},
-                           {averaged.data(), nullptr},
+                           {samples.data(), nullptr},
                            {sub.data(), nullptr},
                            alpha.data(),
                            {by, nullptr}},
-                          n);
+                          static_cast<std::ptrdiff_t>(video.size()));
     return made;
 }
 
@@ -81,7 +72,7 @@ row_call draw_mixing_pairs(const wanted_call &wanted,
                        : bytes_per_pixel == 2 ? surfaces[3]
                                               : surfaces[4];
     const std::ptrdiff_t row_bytes = n * to.bytes_per_pixel;
-    const auto by = draw_by(wanted);
+    const auto by = draw_by<adjustment>(wanted);
     const store_policy stores = policy(wanted.number);
     const bool averaged = wanted.number / 4 % 2 == 1;
     const bool between = to.bytes_per_pixel > 1 && wanted.number / 8 % 3 == 0;
@@ -163,9 +154,9 @@ row_call draw_blending_planes(const wanted_call &wanted,
                               member<lumalane::row_kernel::blending_planes> kernel) {
     const bool chroma = wanted.facts.name == "blend_chroma_planes";
     const std::ptrdiff_t n = wanted.n, samples = chroma ? n / 2 : n;
-    const auto by = draw_by(wanted);
+    const auto by = draw_by<adjustment>(wanted);
     const store_policy stores = policy(wanted.number);
-    const bool averaged = !by && wanted.number / 4 % 2 == 1;
+    const bool averages = !by && wanted.number / 4 % 2 == 1;
     const std::ptrdiff_t count = wanted.randomness.between(1, 3);
     random &r = wanted.randomness;
     const std::ptrdiff_t video_next = draw_pitch(r, samples, store_policy::cached);
@@ -174,14 +165,14 @@ row_call draw_blending_planes(const wanted_call &wanted,
     const std::ptrdiff_t dst_next = draw_pitch(r, samples, stores);
     const std::ptrdiff_t v_samples = chroma ? samples : 0;
     // Of a field the lower rows are made of the upper ones and those below them.
-    const std::ptrdiff_t video_rows = averaged ? count / 2 + 1 : count;
-    const auto video_row = [=](std::ptrdiff_t i) { return averaged ? i / 2 : i; };
+    const std::ptrdiff_t video_rows = averages ? count / 2 + 1 : count;
+    const auto video_row = [=](std::ptrdiff_t i) { return averages ? i / 2 : i; };
 
     enum { video_u, video_v, sub_u, sub_v, alpha, dst_u, dst_v };
     row_call call;
     call.reads_again = by != nullptr; // where gains have no loops of their own
     call.arguments = std::to_string(count) + " times, " + told(by) +
-                     (averaged ? ", lower rows averaged, " : ", ") + row_tests::told(stores);
+                     (averages ? ", lower rows averaged, " : ", ") + row_tests::told(stores);
     call.rows = {{"video", samples, video_rows, video_next},
                  {"video v", v_samples, video_rows, video_next},
                  {"sub", samples, count, sub_next},
@@ -203,9 +194,9 @@ row_call draw_blending_planes(const wanted_call &wanted,
         rows.stores = stores;
         rows.count = count;
         rows.dst_next = dst_next, rows.sub_next = sub_next, rows.alpha_next = alpha_next;
-        rows.video_to_lower = averaged ? 0 : video_next;
-        rows.video_next = averaged ? video_next : 2 * video_next;
-        rows.below_lower = averaged ? video_next : 0;
+        rows.video_to_lower = averages ? 0 : video_next;
+        rows.video_next = averages ? video_next : 2 * video_next;
+        rows.below_lower = averages ? video_next : 0;
         (target.*kernel)(rows, n);
         return 0;
     };
@@ -214,17 +205,14 @@ row_call draw_blending_planes(const wanted_call &wanted,
             const bytes weights =
                 chroma ? chroma_weights(held.read(alpha, i), false) : held.read(alpha, i);
             const auto made = [&](std::size_t video, std::size_t sub, const plane_adjustment *map) {
-                bytes samples_read = held.read(video, video_row(i));
-                bytes below;
-                if (averaged && i % 2 == 1)
-                    below = held.read(video, video_row(i) + 1);
-                bytes blended(samples_read.size());
+                bytes blended = held.read(video, video_row(i));
+                if (averages && i % 2 == 1)
+                    blended = averaged(blended, held.read(video, video_row(i) + 1));
+                const bytes of_sub = held.read(sub, i);
                 for (std::size_t k = 0; k < blended.size(); ++k) {
-                    const int of_video =
-                        below.empty() ? samples_read[k] : (samples_read[k] + below[k] + 1) >> 1;
                     const int a = std::min<int>(weights[k], 16);
-                    blended[k] = static_cast<unsigned char>(
-                        (of_video * (16 - a) + held.read(sub, i)[k] * a) >> 4);
+                    blended[k] =
+                        static_cast<unsigned char>((blended[k] * (16 - a) + of_sub[k] * a) >> 4);
                 }
                 if (map) {
                     bytes adjusted(blended.size());

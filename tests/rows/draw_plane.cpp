@@ -36,12 +36,7 @@ row_call draw_plane_to_surface(const wanted_call &wanted,
     using lumalane::plane_rows;
     const std::ptrdiff_t n = wanted.n, size = n * wanted.facts.read;
     const std::ptrdiff_t dst_size = n * wanted.facts.written;
-    repetition<plane_adjustment> drawn;
-    drawn.count = wanted.randomness.between(1, 3);
-    drawn.stores = policy(wanted.number);
-    if (wanted.number / 2 % 2 == 1)
-        drawn.by =
-            std::make_shared<const plane_adjustment>(draw_plane_adjustment(wanted.randomness));
+    const repetition<plane_adjustment> drawn(wanted);
     const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, size, store_policy::cached);
     const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, dst_size, drawn.stores);
 
@@ -50,12 +45,10 @@ row_call draw_plane_to_surface(const wanted_call &wanted,
     call.arguments = drawn.told();
     call.rows = {{"src", size, drawn.count, src_next},
                  {"dst", dst_size, drawn.count, dst_next, true}};
-    call.non_temporal = drawn.stores == store_policy::non_temporal;
+    call.non_temporal = drawn.non_temporal();
     call.run = [=](const row_kernels &target, const addresses &at) {
         plane_rows rows{at[src], at[dst]};
-        rows.stores = drawn.stores;
-        rows.by = drawn.by.get();
-        rows.count = drawn.count;
+        drawn.tell(rows);
         rows.src_next = src_next, rows.dst_next = dst_next;
         (target.*kernel)(rows, n);
         return 0;

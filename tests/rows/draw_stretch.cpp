@@ -85,12 +85,7 @@ row_call draw_plane_stretching(const wanted_call &wanted,
     const bool repeats_last = wanted.number / 12 % 2 == 1;
     const std::ptrdiff_t size = n == 0 ? 0 : n + (doubles && !repeats_last);
 
-    repetition<lumalane::plane_adjustment> drawn;
-    drawn.count = wanted.randomness.between(1, 3);
-    drawn.stores = policy(wanted.number);
-    if (wanted.number / 2 % 2 == 1)
-        drawn.by = std::make_shared<const lumalane::plane_adjustment>(
-            draw_plane_adjustment(wanted.randomness));
+    const repetition<lumalane::plane_adjustment> drawn(wanted);
     const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, size, store_policy::cached);
     const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, row_bytes, drawn.stores);
 
@@ -102,18 +97,16 @@ row_call draw_plane_stretching(const wanted_call &wanted,
                  {"src below", reads_below ? size : 0, drawn.count, src_next},
                  {"dst", row_bytes, drawn.count, dst_next, true},
                  {"dst below", both ? row_bytes : 0, drawn.count, dst_next, true}};
-    call.non_temporal = drawn.stores == store_policy::non_temporal;
+    call.non_temporal = drawn.non_temporal();
     call.run = [=](const row_kernels &target, const addresses &at) {
         stretched_rows rows{at[src], at[dst]};
         rows.made = made;
         rows.repeats_last = repeats_last;
-        rows.stores = drawn.stores;
-        rows.by = drawn.by.get();
+        drawn.tell(rows);
         if (reads_below)
             rows.src_below = at[src_below] - at[src];
         if (both)
             rows.dst_below = at[dst_below] - at[dst];
-        rows.count = drawn.count;
         rows.src_next = src_next, rows.dst_next = dst_next;
         (target.*kernel)(rows, n);
         return 0;

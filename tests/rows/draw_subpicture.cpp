@@ -48,9 +48,7 @@ row_call draw_keyed_to_surface(const wanted_call &wanted,
         }
     };
     const lumalane::key_colour key{colour.r, colour.g, colour.b, *pattern_of(pixel_of())};
-    std::shared_ptr<const lumalane::adjustment> by;
-    if (wanted.number / 2 % 2 == 1)
-        by = std::make_shared<const lumalane::adjustment>(draw_adjustment(wanted.randomness));
+    const auto by = draw_by<lumalane::adjustment>(wanted);
 
     const std::ptrdiff_t count = wanted.randomness.between(1, 3);
     const std::ptrdiff_t luma_next = draw_pitch(wanted.randomness, n, store_policy::cached);

@@ -18,26 +18,11 @@ std::string told(lower_row lower) {
     return names[static_cast<int>(lower)];
 }
 
-bytes averaged(bytes a, const bytes &b) {
-    for (std::size_t i = 0; i < a.size(); ++i)
-        a[i] = static_cast<unsigned char>((a[i] + b[i] + 1) >> 1);
-    return a;
-}
-
-repetition<adjustment> draw_repetition(const wanted_call &wanted) {
-    repetition<adjustment> drawn;
-    drawn.count = wanted.randomness.between(1, 3);
-    drawn.stores = policy(wanted.number);
-    if (wanted.number / 2 % 2 == 1)
-        drawn.by = std::make_shared<const adjustment>(draw_adjustment(wanted.randomness));
-    return drawn;
-}
-
 // Pairs of YUY2 whose lower row is made of the four rows around it.
 row_call draw_filtered_pairs(const wanted_call &wanted,
                              member<lumalane::row_kernel::planar_to_surface> kernel) {
     const std::ptrdiff_t n = wanted.n, row_bytes = 2 * n;
-    const repetition<adjustment> drawn = draw_repetition(wanted);
+    const repetition<adjustment> drawn(wanted);
     const std::ptrdiff_t pitch = draw_pitch(wanted.randomness, n, store_policy::cached);
     const std::ptrdiff_t chroma_next = draw_pitch(wanted.randomness, n / 2, store_policy::cached);
     const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, row_bytes, drawn.stores);
@@ -50,15 +35,13 @@ row_call draw_filtered_pairs(const wanted_call &wanted,
                  {"v", n / 2, drawn.count, chroma_next},
                  {"dst", row_bytes, drawn.count, dst_next, true},
                  {"lower dst", row_bytes, drawn.count, dst_next, true}};
-    call.non_temporal = drawn.stores == store_policy::non_temporal;
+    call.non_temporal = drawn.non_temporal();
     call.reads_again = true;
     call.run = [=](const row_kernels &target, const addresses &at) {
         planar_rows rows{at[y] + pitch, at[u], at[v], at[dst]};
         rows.lower = lower_row::four_taps;
         rows.y_below = pitch, rows.dst_below = at[dst_below] - at[dst];
-        rows.stores = drawn.stores;
-        rows.by = drawn.by.get();
-        rows.count = drawn.count;
+        drawn.tell(rows);
         rows.y_next = pitch, rows.chroma_next = chroma_next, rows.dst_next = dst_next;
         (target.*kernel)(rows, n);
         return 0;
@@ -98,7 +81,7 @@ row_call draw_planar_to_surface(const wanted_call &wanted,
     const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.written;
     const bool gaps = wanted.facts.name == "emit_yuy2_with_gaps";
     const bool mono = wanted.facts.name == "emit_mono_yuy2";
-    repetition<adjustment> drawn = draw_repetition(wanted);
+    repetition<adjustment> drawn(wanted);
     if (gaps)
         drawn.by = nullptr;
     const lower_row lower =
@@ -121,7 +104,7 @@ row_call draw_planar_to_surface(const wanted_call &wanted,
                  {"v", mono ? 0 : n / 2, chroma_rows * drawn.count, chroma_next},
                  {"dst", row_bytes, drawn.count, dst_next, true},
                  {"lower dst", pair ? row_bytes : 0, drawn.count, dst_next, true}};
-    call.non_temporal = drawn.stores == store_policy::non_temporal;
+    call.non_temporal = drawn.non_temporal();
     // Chroma that is averaged may be so for several rows before the first one is stored.
     call.reads_again = (call.non_temporal && pair && !gaps) || (between && drawn.count > 1);
     call.run = [=](const row_kernels &target, const addresses &at) {
@@ -130,9 +113,7 @@ row_call draw_planar_to_surface(const wanted_call &wanted,
         if (pair)
             rows.y_below = at[y_below] - at[y], rows.dst_below = at[dst_below] - at[dst];
         rows.y_below_next = below_next - y_next;
-        rows.stores = drawn.stores;
-        rows.by = drawn.by.get();
-        rows.count = drawn.count;
+        drawn.tell(rows);
         rows.chroma_below = between ? chroma_next : 0;
         rows.y_next = y_next, rows.dst_next = dst_next;
         rows.chroma_next = chroma_rows * chroma_next;
@@ -172,7 +153,7 @@ row_call draw_planar_to_surface(const wanted_call &wanted,
 row_call draw_packed_to_surface(const wanted_call &wanted,
                                 member<lumalane::row_kernel::packed_to_surface> kernel) {
     const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.written;
-    const repetition<adjustment> drawn = draw_repetition(wanted);
+    const repetition<adjustment> drawn(wanted);
     enum { one_row, a_pair, chroma_of_another };
     const unsigned form = wanted.number / 4 % 3;
     const bool pair = form == a_pair, own_chroma = form != chroma_of_another;
@@ -188,7 +169,7 @@ row_call draw_packed_to_surface(const wanted_call &wanted,
                  {"lower src", pair ? 2 * n : 0, drawn.count, src_next},
                  {"dst", row_bytes, drawn.count, dst_next, true},
                  {"lower dst", pair ? row_bytes : 0, drawn.count, dst_next, true}};
-    call.non_temporal = drawn.stores == store_policy::non_temporal;
+    call.non_temporal = drawn.non_temporal();
     call.reads_again = call.non_temporal && pair;
     call.run = [=](const row_kernels &target, const addresses &at) {
         packed_rows rows{at[src], own_chroma ? at[src] : at[chroma], at[dst]};
@@ -196,9 +177,7 @@ row_call draw_packed_to_surface(const wanted_call &wanted,
             rows.lower = lower_row::itself;
             rows.src_below = at[src_below] - at[src], rows.dst_below = at[dst_below] - at[dst];
         }
-        rows.stores = drawn.stores;
-        rows.by = drawn.by.get();
-        rows.count = drawn.count;
+        drawn.tell(rows);
         rows.src_next = src_next, rows.dst_next = dst_next;
         (target.*kernel)(rows, n);
         return 0;
