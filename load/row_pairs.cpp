@@ -107,7 +107,7 @@ void load_row_pairs(const machine &machine, const call::picture &p, pair_order o
 
 void load_row_pairs(const machine &machine, const call::picture &p, pair_order order,
                     const planar_to_surface &surface, const adjustment &by, chroma_is chroma) {
-    load(machine, p, order, surface, by.neutral() ? nullptr : &by, chroma);
+    load(machine, p, order, surface, by.unless_neutral(), chroma);
 }
 
 } // namespace lumalane

@@ -66,7 +66,7 @@ void load(const machine &machine, const call::picture &picture, int step_pixels,
 void load_adjusted(const machine &machine, const call::picture &p, int step_pixels,
                    const packed_to_surface &surface) {
     const adjustment by = current_adjustment();
-    load(machine, p, step_pixels, surface, by.neutral() ? nullptr : &by);
+    load(machine, p, step_pixels, surface, by.unless_neutral());
 }
 
 } // namespace

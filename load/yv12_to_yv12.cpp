@@ -39,7 +39,7 @@ void load_plane(const machine &machine, const byte_rows &dst, const byte_rows &s
         in_runs(bytes, run, [&](ptrdiff_t x, ptrdiff_t n) {
             plane_rows rows{src.first + row * src.pitch + times * x,
                             const_cast<unsigned char *>(dst.first) + row * dst.pitch + x};
-            rows.stores = stores, rows.by = by.neutral() ? nullptr : &by;
+            rows.stores = stores, rows.by = by.unless_neutral();
             rows.count = rows_at_once;
             rows.src_next = static_cast<ptrdiff_t>(src.pitch);
             rows.dst_next = static_cast<ptrdiff_t>(dst.pitch);
@@ -87,7 +87,7 @@ void halve_chroma(const machine &machine, const plane &p, const plane_adjustment
     const ptrdiff_t rows_at_once = in_order ? 1 : static_cast<ptrdiff_t>(rows);
     for (ptrdiff_t row = 0; row < rows; row += rows_at_once) {
         plane_rows at{p.src + row * p.src_pitch, p.dst + row * p.dst_pitch};
-        at.by = by.neutral() ? nullptr : &by;
+        at.by = by.unless_neutral();
         at.count = rows_at_once;
         at.src_next = p.src_pitch, at.dst_next = p.dst_pitch;
         in_runs(whole / 2, run, [&](ptrdiff_t x, ptrdiff_t n) {

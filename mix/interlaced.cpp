@@ -132,7 +132,7 @@ void mix_onto_rgb(const machine &machine, const tagMIX_INFO &mix,
                                 bound_by::arithmetic);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, {surface, machine.rows.mix_pairs_by_averages, true},
-                          by.neutral() ? nullptr : &by, stores);
+                          by.unless_neutral(), stores);
     if (in_order)
         mix_by_columns(mixer, p, rewind);
     else
@@ -179,7 +179,7 @@ void mix_ayuy2_yuy2_i_ajust(const machine &machine, const call::mix &call) {
                                 bound_by::arithmetic);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, {surface, machine.rows.mix_pairs_to_yuy2, false},
-                          by.neutral() ? nullptr : &by, stores);
+                          by.unless_neutral(), stores);
     consume(mix, mix_by_groups(mixer, p, in_order), 0);
 }
 

@@ -54,7 +54,7 @@ void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surf
                                 2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order,
                                 around ? bound_by::stores_and_arithmetic : bound_by::arithmetic);
     const adjustment by = current_adjustment();
-    const row_mixer mixer(machine, surface, by.neutral() ? nullptr : &by, stores);
+    const row_mixer mixer(machine, surface, by.unless_neutral(), stores);
     if (in_order) {
         for (ptrdiff_t i = 0; i < p.pairs; ++i)
             for (ptrdiff_t x = 0; x < p.pixels; x += step)

@@ -238,7 +238,7 @@ void mix_ayv12_yv12_p(const machine &machine, const call::mix &p) {
 
 void mix_ayv12_yv12_p_ajust(const machine &machine, const call::mix &p) {
     const adjustment by = current_adjustment();
-    mix(machine, *p.record, video_rows::frame, by.neutral() ? nullptr : &by);
+    mix(machine, *p.record, video_rows::frame, by.unless_neutral());
 }
 
 void mix_ayv12_yv12_i(const machine &machine, const call::mix &p) {

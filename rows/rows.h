@@ -48,15 +48,17 @@ struct plane_adjustment {
     bool product_fits_15_bits; // gain 33..128: x * gain + 32 is less than 2^15 for every sample
     unsigned char rounding;    // then 32 / gain in 1/256, rounded up
 
+    // Leaves every sample as it is: kernels are told of none.
     bool neutral() const { return gain == 64 && offset == 0; }
+    const plane_adjustment *unless_neutral() const { return neutral() ? nullptr : this; }
 };
 
 // Of the planes of a picture; U and V have the same gain.
 struct adjustment {
     plane_adjustment y, u, v;
 
-    // Leaves every sample as it is.
     bool neutral() const { return y.neutral() && u.neutral() && v.neutral(); }
+    const adjustment *unless_neutral() const { return neutral() ? nullptr : this; }
 };
 
 // What a kernel for row pairs makes of the lower row.

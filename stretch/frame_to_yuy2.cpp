@@ -82,7 +82,7 @@ void strech_opt_yuy2_ajust(const machine &machine, const call::frame_stretch &p)
         return;
     const frame_rows rows(p);
     const adjustment adjusted = current_adjustment();
-    const adjustment *const by = adjusted.neutral() ? nullptr : &adjusted;
+    const adjustment *const by = adjusted.unless_neutral();
     // Rows of both kinds are as long as each other from 33 pixels on.
     const bool in_order =
         machine.in_order || rows.pixels != rows.pixels_copied || order_can_be_observed(p);

@@ -188,7 +188,7 @@ void yuy2_strech_picture_2X2_yuy2_ajust(const machine &machine,
     if (p.height < least_height)
         return;
     const adjustment by = current_adjustment();
-    double_both(machine, p, by.neutral() ? nullptr : &by);
+    double_both(machine, p, by.unless_neutral());
 }
 
 } // namespace lumalane

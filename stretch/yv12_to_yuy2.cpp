@@ -147,7 +147,7 @@ void strech_picture_1X2_yuy2(const machine &machine, const call::picture &p) {
 // Adjusted after the interpolation.
 void strech_picture_1X2_yuy2_ajust(const machine &machine, const call::picture &p) {
     const adjustment by = current_adjustment();
-    stretch(machine, p, true, by.neutral() ? nullptr : &by);
+    stretch(machine, p, true, by.unless_neutral());
 }
 
 // ---- Twice the width ---------------------------------------------------------------------------
@@ -277,7 +277,7 @@ void strech_picture_2X2_yuy2_ajust(const machine &machine, const call::picture &
     if (p.height < least_height)
         return;
     const adjustment by = current_adjustment();
-    double_both(machine, p, by.neutral() ? nullptr : &by);
+    double_both(machine, p, by.unless_neutral());
 }
 
 } // namespace lumalane

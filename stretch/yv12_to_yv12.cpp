@@ -75,7 +75,7 @@ private:
     stretched_rows rows(unsigned char *dst, const unsigned char *src, rows_made made,
                         store_policy policy) const {
         stretched_rows r{src, dst};
-        r.made = made, r.stores = policy, r.by = by.neutral() ? nullptr : &by;
+        r.made = made, r.stores = policy, r.by = by.unless_neutral();
         r.src_below = p.src_pitch, r.dst_below = p.dst_pitch;
         return r;
     }

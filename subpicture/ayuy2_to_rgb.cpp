@@ -58,7 +58,7 @@ void load(const machine &machine, const tagMIX_INFO &mix, const keyed_surface &s
 
 void load_adjusted(const machine &machine, const tagMIX_INFO &mix, const keyed_surface &surface) {
     const adjustment by = current_adjustment();
-    load(machine, mix, surface, by.neutral() ? nullptr : &by);
+    load(machine, mix, surface, by.unless_neutral());
 }
 
 // quirk: every layout that there is means 5-6-5
