@@ -7,14 +7,14 @@ namespace lumalane {
 // [yuy2_surface.the_plain_form_keeps_8_bytes_of_every_32_in_lower_rows]
 void loadimage_yuy2(const machine &machine, const call::picture &p) {
     load_row_pairs(machine, p, pair_order::both_rows_by_steps,
-                   {machine.rows.emit_yuy2_with_gaps, 2, bound_by::stores_alone});
+                   {machine.rows.emit_yuy2_with_gaps, 2, detail::bound_of_yuy2});
 }
 
 // quirk: heights of 8 and less and odd ones write nothing
 // [yuy2_surface.the_adjusted_form_alone_does_nothing_at_heights_up_to_8_and_odd_ones]
 void loadimage_yuy2_ajust(const machine &machine, const call::picture &p) {
     const adjustment by = current_adjustment();
-    const bound_by bound = by.neutral() ? bound_by::stores_alone : bound_by::loads_and_stores;
+    const bound_by bound = by.neutral() ? detail::bound_of_yuy2 : bound_by::loads_and_stores;
     if (p.height > 8 && p.height % 2 == 0)
         load_row_pairs(machine, p, pair_order::row_by_row, {machine.rows.emit_yuy2, 2, bound}, by);
 }

@@ -12,7 +12,7 @@ struct planar_to_surface {
 };
 
 inline planar_to_surface planar_to_rgb32(const row_kernels &rows) {
-    return {rows.emit_rgb32, 4, bound_by::stores};
+    return {rows.emit_rgb32, 4, detail::bound_of_planar_rgb32};
 }
 
 inline planar_to_surface planar_to_rgb24(const row_kernels &rows) {
@@ -41,7 +41,7 @@ struct packed_to_surface {
 };
 
 inline packed_to_surface packed_to_rgb32(const row_kernels &rows) {
-    return {rows.emit_packed_rgb32, 4, bound_by::stores_alone};
+    return {rows.emit_packed_rgb32, 4, detail::bound_of_packed_rgb32};
 }
 
 inline packed_to_surface packed_to_rgb24(const row_kernels &rows) {
@@ -49,7 +49,7 @@ inline packed_to_surface packed_to_rgb24(const row_kernels &rows) {
 }
 
 inline packed_to_surface packed_to_yuy2(const row_kernels &rows) {
-    return {rows.emit_packed_yuy2, 2, bound_by::stores_alone};
+    return {rows.emit_packed_yuy2, 2, detail::bound_of_yuy2};
 }
 
 inline packed_to_surface packed_to_rgb16(const row_kernels &rows, unsigned layout) {

@@ -56,15 +56,12 @@ constexpr int rows_before_gaps = 64;
 constexpr int band(int left, int rows) { return left < 2 * rows ? left : rows; }
 
 // Whether the library may store the surface around the cache, which bands of it would not outgrow. It
-// decides that for each call: then there is one for all rows. (RGB of packed pictures it stores so from
-// less on; bands of that are as fast.)
-inline bool may_outgrow_cache(layout l, const view &d, int height) {
-    constexpr unsigned most_yuy2 = most_cached_bytes(bound_by::stores_alone, true);
-    constexpr unsigned most_rgb = most_cached_bytes(bound_by::stores, true);
+// decides that for each call: then there is one for all rows.
+inline bool may_outgrow_cache(unsigned most_cached, const view &d, int height) {
     const long long stride = d.stride[0] < 0 ? -d.stride[0] : d.stride[0];
     const bool on_vectors =
         reinterpret_cast<std::uintptr_t>(d.data[0]) % 32 == 0 && stride % 32 == 0;
-    return on_vectors && stride * height > (l == layout::yuy2 ? most_yuy2 : most_rgb);
+    return on_vectors && stride * height > most_cached;
 }
 
 // Where the last columns begin that are left after whole steps: 15 or 16 of them, of which some were in
@@ -83,11 +80,15 @@ struct loader {
     int step;
     int least_rows;
     bool leaves_gaps;
+    unsigned most_cached; // of the surface's bytes, on a server: there it is the least
 };
 
 inline loader loader_of(format from, format to, bool adjusts) {
     const layout made = layout_of(to);
-    loader l{nullptr, layout_of(from), made, 16, 2, false};
+    constexpr unsigned of_yuy2 = most_cached_bytes(bound_of_yuy2, true);
+    constexpr unsigned of_rgb = most_cached_bytes(bound_of_planar_rgb32, true);
+    constexpr unsigned of_packed_rgb32 = most_cached_bytes(bound_of_packed_rgb32, true);
+    loader l{nullptr, layout_of(from), made, 16, 2, false, made == layout::yuy2 ? of_yuy2 : of_rgb};
     if (l.from == layout::yuv420) {
         switch (made) {
         case layout::rgb32:
@@ -111,6 +112,7 @@ inline loader loader_of(format from, format to, bool adjusts) {
         switch (made) {
         case layout::rgb32:
             l.function = adjusts ? LoadYUY2_RGB32_adjust : LoadYUY2_RGB32;
+            l.most_cached = adjusts ? of_rgb : of_packed_rgb32;
             break;
         case layout::rgb24:
             l.function = adjusts ? LoadYUY2_RGB24_adjust : LoadYUY2_RGB24;
@@ -227,7 +229,7 @@ inline void load(const loader &l, tag_ajust_contrast_info &info, const view &s, 
         return;
     }
     const int left = columns_left(width, whole);
-    const bool around = whole < width && may_outgrow_cache(l.to, d, height);
+    const bool around = whole < width && may_outgrow_cache(l.most_cached, d, height);
     const int before = around ? steps_before(l.to, left) : 0, steps = before > 0 ? before : whole;
     for (int y = 0, rows; y < height; y += rows) {
         rows = whole == width || around ? height : band(height - y, rows_before_strip);

@@ -17,6 +17,11 @@ enum class bound_by : unsigned char {
     arithmetic
 };
 
+// Of functions without an adjustment. (Those with one have no less to do.)
+constexpr bound_by bound_of_yuy2 = bound_by::stores_alone;
+constexpr bound_by bound_of_planar_rgb32 = bound_by::stores;
+constexpr bound_by bound_of_packed_rgb32 = bound_by::stores_alone;
+
 // The most bytes that are stored in the cache where a third of the last level has room for more.
 //
 // Measured with 32 MB: at 8 MB of output cached stores are as fast, from 16 MB on non-temporal ones
