@@ -3,7 +3,7 @@
 #include "picture/calls.h"
 #include "picture/geometry.h"
 #include "picture/stores.h"
-#include "rows/strip.h"
+#include "stretch/double_by_samples.h"
 #include "stretch/doubled_pairs.h"
 #include "stretch/pairs_of_samples.h"
 #include "stretch/recent_rows.h"
@@ -142,34 +142,20 @@ void double_both(const machine &machine, const call::packed_stretch &p, const ad
     }
     const surface_stores stores(machine, columns.dst, columns.dst_pitch,
                                 16 * columns.pairs * columns.pixels, false);
-    const ptrdiff_t pairs = static_cast<ptrdiff_t>(columns.pairs);
-    doubled_pairs doubled(machine.rows, 2, columns.dst_pitch, true, stores);
-    pairs_of_samples samples(machine.rows, true);
-    in_runs(pixels, pairs_of_samples::most_pixels, [&](ptrdiff_t x, ptrdiff_t n) {
-        const bool at_end = x + n == pixels;
-        const ptrdiff_t read = at_end ? n : n + pairs_of_samples::following;
-        samples.begin(n);
-        in_runs(pairs, samples.most(), [&](ptrdiff_t pair, ptrdiff_t count) {
-            const bool last = pair + count == pairs;
-            const ptrdiff_t pitch = columns.src_pitch;
-            const unsigned char *const src = columns.src + 2 * (pair * pitch + x);
-            const auto make = [&](const sample_rows &to) {
-                const ptrdiff_t upper = to.first, lower = 1 - upper;
-                machine.rows.unpack_yuy2({src + 2 * upper * pitch, to.y + upper * to.pitch,
-                                          to.chroma, by, to.chroma_count, 2 * pitch, 2 * to.pitch,
-                                          to.pitch},
-                                         read);
-                machine.rows.unpack_yuy2({src + pitch, to.y + lower * to.pitch, nullptr, by, count,
-                                          2 * pitch, 2 * to.pitch},
-                                         read);
-                for (ptrdiff_t i = 0; at_end && i < to.chroma_count; ++i)
-                    repeat_last_pair(to.chroma + i * to.pitch + n);
-            };
-            const pair_rows at = samples.take(count, last, make);
-            doubled.emit(columns.dst + 4 * (pair * columns.dst_pitch + x), at, count, n, at_end,
-                         last);
-        });
-    });
+    const ptrdiff_t pitch = columns.src_pitch;
+    const auto make = [&](const sample_rows &to, ptrdiff_t pair, ptrdiff_t count, ptrdiff_t x,
+                          ptrdiff_t n) {
+        const unsigned char *const src = columns.src + 2 * (pair * pitch + x);
+        const ptrdiff_t upper = to.first, lower = 1 - upper;
+        machine.rows.unpack_yuy2({src + 2 * upper * pitch, to.y + upper * to.pitch, to.chroma, by,
+                                  to.chroma_count, 2 * pitch, 2 * to.pitch, to.pitch},
+                                 n);
+        machine.rows.unpack_yuy2(
+            {src + pitch, to.y + lower * to.pitch, nullptr, by, count, 2 * pitch, 2 * to.pitch}, n);
+    };
+    double_by_samples(machine.rows, doubled_pairs(machine.rows, 2, columns.dst_pitch, true, stores),
+                      columns.dst, columns.dst_pitch, pixels, static_cast<ptrdiff_t>(columns.pairs),
+                      nullptr, make);
 }
 
 } // namespace

@@ -5,7 +5,9 @@
 #include "picture/stores.h"
 #include "picture/surface.h"
 #include "picture/told_rows.h"
+#include "rows/strip.h"
 #include "stretch/between_rows.h"
+#include "stretch/double_by_samples.h"
 #include "stretch/doubled_pairs.h"
 #include "stretch/pairs_of_samples.h"
 
@@ -229,37 +231,24 @@ void double_both(const machine &machine, const call::picture &p, const adjustmen
     if (in_order || rows.drifts() || !rows.at(0).contiguous())
         return double_row_by_row(machine.rows, rows, by, in_order ? step : strip_pixels, stores);
 
-    const ptrdiff_t all = static_cast<ptrdiff_t>(rows.pairs);
-    doubled_pairs doubled(machine.rows, 2, rows.dst_to_row, false, stores);
-    pairs_of_samples samples(machine.rows, by != nullptr);
-    in_runs(rows.pixels, pairs_of_samples::most_pixels, [&](ptrdiff_t x, ptrdiff_t n) {
-        const bool at_end = x + n == rows.pixels;
-        const ptrdiff_t pixels = at_end ? n : n + pairs_of_samples::following;
-        samples.begin(n);
-        in_runs(all, samples.most(), [&](ptrdiff_t pair, ptrdiff_t count) {
-            const bool last = pair + count == all;
-            const pair_rows from = rows.at(pair).after(0, x);
-            const auto make = [&](const sample_rows &to) {
-                if (by) {
-                    plane_rows luma{from.y + to.first * from.y_below, to.y};
-                    luma.by = &by->y;
-                    luma.count = to.y_count, luma.src_next = from.y_below, luma.dst_next = to.pitch;
-                    machine.rows.emit_plane(luma, pixels);
-                }
-                const ptrdiff_t chroma = to.first * from.chroma_below;
-                machine.rows.interleave_chroma({from.u + chroma, from.v + chroma, to.chroma, by,
-                                                to.chroma_count, from.chroma_below, to.pitch},
-                                               pixels);
-                for (ptrdiff_t i = 0; at_end && i < to.chroma_count; ++i)
-                    repeat_last_pair(to.chroma + i * to.pitch + n);
-            };
-            pair_rows at = samples.take(count, last, make);
-            if (!by)
-                at.y = from.y, at.y_below = from.y_below, at.y_to_lower = from.y_to_lower,
-                at.y_next = from.y_next;
-            doubled.emit(rows.surface(pair, 0) + 4 * x, at, count, n, at_end, last);
-        });
-    });
+    const pair_rows all = rows.at(0);
+    const auto make = [&](const sample_rows &to, ptrdiff_t pair, ptrdiff_t, ptrdiff_t x,
+                          ptrdiff_t n) {
+        const pair_rows from = all.after(pair, x);
+        if (by) {
+            plane_rows luma{from.y + to.first * from.y_below, to.y};
+            luma.by = &by->y;
+            luma.count = to.y_count, luma.src_next = from.y_below, luma.dst_next = to.pitch;
+            machine.rows.emit_plane(luma, n);
+        }
+        const ptrdiff_t chroma = to.first * from.chroma_below;
+        machine.rows.interleave_chroma({from.u + chroma, from.v + chroma, to.chroma, by,
+                                        to.chroma_count, from.chroma_below, to.pitch},
+                                       n);
+    };
+    double_by_samples(machine.rows, doubled_pairs(machine.rows, 2, rows.dst_to_row, false, stores),
+                      rows.surface(0, 0), rows.dst_to_row, rows.pixels,
+                      static_cast<ptrdiff_t>(rows.pairs), by ? nullptr : &all, make);
 }
 
 } // namespace
