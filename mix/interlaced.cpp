@@ -13,10 +13,6 @@ namespace {
 
 constexpr int step = 16;
 
-// How many pixels of a row and of those below it are mixed by one call of a kernel, which for narrow
-// rows takes long.
-constexpr ptrdiff_t narrow = 512, many_pixels = 20480, few_pixels = 4096;
-
 // Where the groups of four rows are.
 struct mix_groups {
     mix_place first;
@@ -73,17 +69,8 @@ mix_place mix_by_groups(const row_mixer &mixer, const mix_groups &p, bool in_ord
             group = group + p.next;
         }
     } else {
-        // Both pairs of a group, or of as many groups as have few pixels, in turn: what they share is
-        // in the cache.
-        const ptrdiff_t most = p.pixels <= narrow ? many_pixels : few_pixels;
-        const ptrdiff_t band = p.pixels < most ? most / p.pixels : 1;
-        in_runs(p.groups - 1, band, [&](ptrdiff_t from, ptrdiff_t groups) {
-            const mix_place group = p.first + from * p.next;
-            mixer.mix(p.upper_pair(group), p.next, groups, p.pixels);
-            mixer.mix(p.lower_pair(group), p.next, groups, p.pixels);
-        });
-        mixer.mix(p.upper_pair(last), p.next, 1, p.pixels);
-        mixer.mix(p.last_pair(last), p.next, 1, p.pixels);
+        mixer.mix(p.upper_pair(p.first), p.lower_pair(p.first), p.next, p.groups - 1, p.pixels);
+        mixer.mix(p.upper_pair(last), p.last_pair(last), p.next, 1, p.pixels);
     }
     return last + p.next;
 }

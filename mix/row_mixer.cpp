@@ -22,11 +22,23 @@ row_mixer::row_mixer(const machine &machine, const mixed_to_surface &surface_,
                      const adjustment *by_, store_policy stores_)
     : rows(machine.rows), surface(surface_), by(by_), stores(stores_) {}
 
+mixed_pairs row_mixer::pairs_of(const mixed_pair &pair, const mix_distance &next,
+                                ptrdiff_t pairs) const {
+    return {pair.upper, pair.below, pair.lower, surface.emit, surface.bytes_per_pixel,
+            stores,     by,         pairs,      next};
+}
+
 void row_mixer::mix(const mixed_pair &pair, const mix_distance &next, ptrdiff_t pairs,
                     ptrdiff_t pixels) const {
-    surface.mix({pair.upper, pair.below, pair.lower, surface.emit, surface.bytes_per_pixel, stores,
-                 by, pairs, next},
-                pixels);
+    surface.mix(pairs_of(pair, next, pairs), pixels);
+}
+
+void row_mixer::mix(const mixed_pair &pair, const mixed_pair &other, const mix_distance &next,
+                    ptrdiff_t pairs, ptrdiff_t pixels) const {
+    const mixed_pairs others = pairs_of(other, next, pairs);
+    mixed_pairs first = pairs_of(pair, next, pairs);
+    first.alternate = &others;
+    surface.mix(first, pixels);
 }
 
 void row_mixer::mix_in_order(const mixed_pair &pair) const {

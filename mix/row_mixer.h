@@ -63,7 +63,13 @@ public:
     // So many pairs, `next` from one to the next.
     void mix(const mixed_pair &, const mix_distance &next, ptrdiff_t pairs, ptrdiff_t pixels) const;
 
+    // The same with pairs of two kinds in turn.
+    void mix(const mixed_pair &, const mixed_pair &other, const mix_distance &next, ptrdiff_t pairs,
+             ptrdiff_t pixels) const;
+
 private:
+    mixed_pairs pairs_of(const mixed_pair &, const mix_distance &next, ptrdiff_t pairs) const;
+
     const row_kernels &rows;
     mixed_to_surface surface;
     const adjustment *by;

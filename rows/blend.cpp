@@ -14,9 +14,13 @@ LUMALANE_INLINE bytes<n> load_row(const unsigned char *video, ptrdiff_t below) {
         return load<n>(video);
 }
 
-// The weights of n chroma samples, from the alpha of 2n pixels.
+// The weights of n chroma samples, from the alpha of 2n pixels. `of_fields`: mixes of fields have them,
+// where the video's chroma of every second pair is averaged. (Loops of other mixes do not ask for that,
+// which would make them take 1.02 times as long at 320x240.)
 
 struct weight_of_second {
+    static constexpr bool of_fields = false;
+
     template <int n>
     LUMALANE_INLINE static bytes<n> load(const unsigned char *alpha) {
         return load_odd<1, n>(alpha);
@@ -24,6 +28,8 @@ struct weight_of_second {
 };
 
 struct average_weight {
+    static constexpr bool of_fields = true;
+
     template <int n>
     LUMALANE_INLINE static bytes<n> load(const unsigned char *alpha) {
         return load_averages<1, n>(alpha);
@@ -94,15 +100,15 @@ LUMALANE_INLINE ptrdiff_t count_drawn(const unsigned char *alpha, ptrdiff_t belo
 
 // ---- Pairs of rows -----------------------------------------------------------------------------
 
-// What is blended at once of a row, and how far alpha is read ahead of the video alone. (Of each
-// other's length both take 1.05 to 1.1 times as long in rows of 1280 and 1920 pixels.)
-constexpr ptrdiff_t strip = strip_pixels, longest_look = 2048;
+// What is blended at once of a row, and how far alpha is read ahead of the video alone. (Strips of 512
+// pixels make full veils in rows of 1280 pixels take 1.02 to 1.05 times as long; a look of 640 makes
+// subtitles take 1.02 to 1.1 times as long.)
+constexpr ptrdiff_t strip = 1280, longest_look = 2048;
 
 // Pixels of pairs, blended: n from x on, of `count` pairs from `first` on. From one to the next is
 // `pitch`, and half of it for chroma.
 struct pair_strip {
-    static constexpr ptrdiff_t bytes =
-        5 * strip / 2; // of upper rows, and then as many of lower rows
+    static constexpr ptrdiff_t bytes = strip; // of upper rows, and then as many of lower rows
 
     ptrdiff_t first, count, x, n, pitch;
     alignas(stack_alignment) unsigned char y[2 * bytes];
@@ -196,15 +202,20 @@ struct pair_chroma {
 };
 
 // Calls `row.operator()<n>(lower, x, u, v)` with the blended chroma of n samples from x on, for each
-// row of a pair. What is loaded of the video serves both.
-template <class Weight, class Map, class Row>
+// row of a pair. What is loaded of the video serves both. (Averaged by itself first, into the strip, it
+// makes full veils over fields take 1.02 to 1.05 times as long.)
+template <class Weight, bool averages, class Map, class Row>
 LUMALANE_INLINE void blend_chroma(const mixed_pairs &pairs, const pair_chroma at, ptrdiff_t n,
                                   const Map &map_u, const Map &map_v, const Row &row) {
     const ptrdiff_t sub_next = pairs.below.sub_chroma;
-    const ptrdiff_t alpha_next = pairs.below.sub;
+    const ptrdiff_t alpha_next = pairs.below.sub, below = pairs.below.chroma;
     along_chroma(n / 2, [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
         constexpr int size = group.size;
-        const bytes<size> u = load<size>(at.video_u + x), v = load<size>(at.video_v + x);
+        bytes<size> u = load<size>(at.video_u + x), v = load<size>(at.video_v + x);
+        if (averages && below != 0) {
+            u = average(u, load<size>(at.video_u + x + below));
+            v = average(v, load<size>(at.video_v + x + below));
+        }
         const auto blended = [&](bool lower, ptrdiff_t sub,
                                  const unsigned char *weights) LUMALANE_INLINE_LAMBDA {
             const bytes<size> weight = Weight::template load<size>(weights + 2 * x);
@@ -224,7 +235,7 @@ LUMALANE_INLINE void blend_chroma(const mixed_pairs &pairs, const pair_chroma at
 template <class ChromaWeight>
 struct strip_chroma {
     using weight = ChromaWeight;
-    static constexpr bool emits = false;
+    static constexpr bool emits = false, averages = ChromaWeight::of_fields;
 
     unsigned char *u, *v;
 
@@ -243,6 +254,7 @@ struct strip_chroma {
 
 struct whole_yuy2 {
     [[maybe_unused]] static constexpr int parts = 2, bytes_per_pixel = 2;
+    [[maybe_unused]] static constexpr bool of_fields = true;
 
     template <int n>
     LUMALANE_INLINE static auto pixels(const unsigned char *y, bytes<n> pairs) {
@@ -253,6 +265,7 @@ struct whole_yuy2 {
 // The second of every two pixels and of every two chroma samples.
 struct odd_yuy2 {
     [[maybe_unused]] static constexpr int parts = 1, bytes_per_pixel = 1;
+    [[maybe_unused]] static constexpr bool of_fields = false;
 
     template <int n>
     LUMALANE_INLINE static vectors<1, n> pixels(const unsigned char *y, bytes<n> pairs) {
@@ -267,7 +280,7 @@ constexpr bool emits_at_once = vector_registers >= 16 || widest > 16;
 template <class Surface, class Stores>
 struct surface_chroma {
     using weight = weight_of_second;
-    static constexpr bool emits = true;
+    static constexpr bool emits = true, averages = Surface::of_fields;
 
     unsigned char *dst;
     const unsigned char *y;
@@ -310,14 +323,14 @@ LUMALANE_INLINE void blend_chroma_by(pair_strip &to, const mixed_pairs &pairs, c
     pair_chroma at{pairs.upper.u + from, pairs.upper.v + from, pairs.upper.sub_u + sub_from,
                    pairs.upper.sub_v + sub_from, pairs.upper.alpha + to.first * luma_next + to.x};
     ptrdiff_t video_next = chroma_next;
-    if (const ptrdiff_t below = pairs.below.chroma; below != 0) {
+    if (const ptrdiff_t below = pairs.below.chroma; !Chroma::averages && below != 0) {
         video_next = to.pitch / 2;
         average_rows({to.u, at.video_u, below, to.count, chroma_next, video_next}, n / 2);
         average_rows({to.v, at.video_v, below, to.count, chroma_next, video_next}, n / 2);
         at.video_u = to.u, at.video_v = to.v;
     }
     for (ptrdiff_t pair = 0;;) {
-        blend_chroma<weight>(pairs, at, n, map_u, map_v, Chroma(to, pairs, pair));
+        blend_chroma<weight, Chroma::averages>(pairs, at, n, map_u, map_v, Chroma(to, pairs, pair));
         if (++pair == to.count)
             break;
         at.video_u += video_next, at.video_v += video_next;
@@ -401,17 +414,22 @@ LUMALANE_INLINE void blend_pixels(pair_strip &blended, const mixed_pairs &pairs,
         take_strip(blended, pairs, maps);
 }
 
-[[gnu::noinline]] void mix(const mixed_pairs &pairs, ptrdiff_t n, blending *blend,
-                           const pair_maps *maps) {
-    pair_strip blended;
-    const ptrdiff_t below = pairs.below.sub, next = pairs.next.sub, count = pairs.count;
-    const ptrdiff_t most = most_clear_pairs(n);
-    // Narrow pairs that are drawn all over are blended together: full veils in rows of 320 pixels are
-    // 1.02 to 1.05 times as fast.
-    const ptrdiff_t most_drawn = n == 0 || n > strip ? 0 : pair_strip::bytes / pitch_of_strip(n);
-    const unsigned char *alpha = pairs.upper.alpha;
-    for (ptrdiff_t pair = 0; pair < count;) {
-        const ptrdiff_t left = count - pair;
+// What all runs of pairs have in common.
+struct mixing {
+    ptrdiff_t n, most_clear, most_drawn;
+    blending *blend;
+    const pair_maps *maps;
+};
+
+LUMALANE_INLINE void mix_run(pair_strip &blended, const mixed_pairs &pairs, ptrdiff_t first,
+                             ptrdiff_t count, const mixing &how) {
+    const ptrdiff_t below = pairs.below.sub, next = pairs.next.sub, n = how.n, end = first + count;
+    const ptrdiff_t most = how.most_clear, most_drawn = how.most_drawn;
+    blending *const blend = how.blend;
+    const pair_maps *const maps = how.maps;
+    const unsigned char *alpha = pairs.upper.alpha + first * next;
+    for (ptrdiff_t pair = first; pair < end;) {
+        const ptrdiff_t left = end - pair;
         ptrdiff_t look = n < longest_look ? n : longest_look, clear = 0, together = 0;
         for (; together < most && together < left; ++together) {
             clear = count_clear(alpha, below, look);
@@ -427,7 +445,7 @@ LUMALANE_INLINE void blend_pixels(pair_strip &blended, const mixed_pairs &pairs,
             together = 0;
         }
         if (clear == 0) {
-            const ptrdiff_t drawn_most = most_drawn < count - pair ? most_drawn : count - pair;
+            const ptrdiff_t drawn_most = most_drawn < end - pair ? most_drawn : end - pair;
             while (together < drawn_most && count_drawn(alpha, below, n) == n)
                 ++together, alpha += next;
             if (together > 0) {
@@ -452,6 +470,34 @@ LUMALANE_INLINE void blend_pixels(pair_strip &blended, const mixed_pairs &pairs,
         }
         alpha += next;
         ++pair;
+    }
+}
+
+// Of pairs of two kinds as many are mixed at once as have few pixels. (Narrow pairs in smaller runs take
+// 1.03 times as long; wide ones not one by one 1.05 times: nothing is read then in the order in which it
+// lies in memory.)
+LUMALANE_INLINE ptrdiff_t pairs_in_turn(ptrdiff_t n) {
+    constexpr ptrdiff_t narrow = 512, pixels = 20480;
+    return n > 0 && n <= narrow ? pixels / n : 1;
+}
+
+[[gnu::noinline]] void mix(const mixed_pairs &pairs, ptrdiff_t n, blending *blend,
+                           const pair_maps *maps) {
+    pair_strip blended;
+    // Narrow pairs that are drawn all over are blended together: full veils in rows of 320 pixels are
+    // 1.02 to 1.05 times as fast.
+    const ptrdiff_t most_drawn = n == 0 || n > strip ? 0 : pair_strip::bytes / pitch_of_strip(n);
+    const mixing how{n, most_clear_pairs(n), most_drawn, blend, maps};
+    const mixed_pairs *const others = pairs.alternate;
+    const ptrdiff_t count = pairs.count;
+    const ptrdiff_t run = others ? pairs_in_turn(n) : count;
+    for (ptrdiff_t first = 0; first < count; first += run) {
+        const ptrdiff_t pairs_of_run = count - first < run ? count - first : run;
+        for (const mixed_pairs *kind = &pairs;; kind = others) {
+            mix_run(blended, *kind, first, pairs_of_run, how);
+            if (!others || kind == others)
+                break;
+        }
     }
 }
 

@@ -262,6 +262,10 @@ struct mixed_pairs {
     // So many pairs, one after the other.
     ptrdiff_t count;
     mix_distance next; // from one to the next
+
+    // Not null: after each of them one of those, which are as many, for the same surface and by the same
+    // adjustment.
+    const mixed_pairs *alternate = nullptr;
 };
 
 // Rows of one plane, or of U and V, of the video under rows of a subpicture. They come in pairs.

@@ -77,7 +77,13 @@ row_call draw_mixing_pairs(const wanted_call &wanted,
     const bool averaged = wanted.number / 4 % 2 == 1;
     const bool between = to.bytes_per_pixel > 1 && wanted.number / 8 % 3 == 0;
     const bool by_averages = wanted.facts.name == "mix_pairs_by_averages";
-    const std::ptrdiff_t count = r.between(1, 3), chroma_rows = between ? 2 : 1;
+    // Pairs of two kinds: of the other ones lower rows are averaged where those of the first ones are not.
+    const bool alternate = wanted.number / 16 % 2 == 1;
+    const std::ptrdiff_t kinds = alternate ? 2 : 1;
+    const std::ptrdiff_t count = kinds * r.between(1, 3), chroma_rows = between ? 2 : 1;
+    const auto is_averaged = [=](std::ptrdiff_t pair) {
+        return averaged != (alternate && pair % 2 == 1);
+    };
     const std::ptrdiff_t y_next = draw_pitch(r, n, store_policy::cached);
     const std::ptrdiff_t chroma_next = draw_pitch(r, n / 2, store_policy::cached);
     const std::ptrdiff_t sub_next = draw_pitch(r, n, store_policy::cached);
@@ -99,6 +105,7 @@ row_call draw_mixing_pairs(const wanted_call &wanted,
     row_call call;
     call.arguments = std::to_string(count) + " times to " + to.name + ", " + told(by) +
                      (averaged ? ", lower row averaged" : "") +
+                     (alternate ? ", of every second pair otherwise" : "") +
                      (between ? ", chroma averaged, " : ", ") + row_tests::told(stores);
     call.rows = {{"y", n, 2 * count, y_next},
                  {"u", n / 2, chroma_rows * count, chroma_next},
@@ -110,18 +117,31 @@ row_call draw_mixing_pairs(const wanted_call &wanted,
                  {"dst", row_bytes, 2 * count, dst_next, true}};
     call.non_temporal = stores == store_policy::non_temporal;
     call.run = [=](const row_kernels &target, const addresses &at) {
-        (target.*
-         kernel)({{at[y], at[u], at[v], at[alpha], at[sub_y], at[sub_u], at[sub_v], at[dst]},
-                  {y_next, between ? chroma_next : 0, sub_next, sub_chroma_next, dst_next},
-                  averaged ? lower_row::average : lower_row::itself,
-                  target.*to.emit,
-                  to.bytes_per_pixel,
-                  stores,
-                  by.get(),
-                  count,
-                  {2 * y_next, chroma_rows * chroma_next, 2 * sub_next, 2 * sub_chroma_next,
-                   2 * dst_next}},
-                 n);
+        const std::ptrdiff_t to_chroma = chroma_rows * chroma_next;
+        mixed_pairs pairs{
+            {at[y], at[u], at[v], at[alpha], at[sub_y], at[sub_u], at[sub_v], at[dst]},
+            {y_next, between ? chroma_next : 0, sub_next, sub_chroma_next, dst_next},
+            averaged ? lower_row::average : lower_row::itself,
+            target.*to.emit,
+            to.bytes_per_pixel,
+            stores,
+            by.get(),
+            count / kinds,
+            {kinds * 2 * y_next, kinds * to_chroma, kinds * 2 * sub_next,
+             kinds * 2 * sub_chroma_next, kinds * 2 * dst_next}};
+        mixed_pairs others = pairs;
+        others.upper = {at[y] + 2 * y_next,
+                        at[u] + to_chroma,
+                        at[v] + to_chroma,
+                        at[alpha] + 2 * sub_next,
+                        at[sub_y] + 2 * sub_next,
+                        at[sub_u] + 2 * sub_chroma_next,
+                        at[sub_v] + 2 * sub_chroma_next,
+                        at[dst] + 2 * dst_next};
+        others.lower = averaged ? lower_row::itself : lower_row::average;
+        if (alternate)
+            pairs.alternate = &others;
+        (target.*kernel)(pairs, n);
         return 0;
     };
     call.expect = [=](const row_kernels &reference, contents &held) {
@@ -138,9 +158,10 @@ row_call draw_mixing_pairs(const wanted_call &wanted,
                                    held.read(sub, i), weights, map);
             };
             const bytes row_u = chroma(u, sub_u, u_of(by)), row_v = chroma(v, sub_v, v_of(by));
-            const bytes row_y = blended_row(reference, held.read(y, i),
-                                            averaged && i % 2 == 1 ? held.read(y, i - 1) : bytes(),
-                                            held.read(sub_y, i), row_alpha, by ? &by->y : nullptr);
+            const bytes row_y =
+                blended_row(reference, held.read(y, i),
+                            is_averaged(i / 2) && i % 2 == 1 ? held.read(y, i - 1) : bytes(),
+                            held.read(sub_y, i), row_alpha, by ? &by->y : nullptr);
             bytes made(row_bytes);
             (reference.*to.emit)({row_y.data(), row_u.data(), row_v.data(), made.data()}, n);
             held.write(dst, made, i);
