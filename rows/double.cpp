@@ -317,15 +317,18 @@ LUMALANE_INLINE void stretch(const stretched_rows &rows, ptrdiff_t n) {
         with_stores(rows.stores, [&](auto stores) LUMALANE_INLINE_LAMBDA {
             const stretched_rows own_rows = rows;
             const auto own_map = map;
-            stretched_row at{rows.src, rows.dst};
             const unsigned char *const end = end_of(rows);
-            for (bool more = rows.count > 0; more; more = at.dst != end) {
-                if (own_rows.made == rows_made::both)
-                    stretch_along<times, true>(rows, at, n, map, own_rows, own_map, stores);
-                else
-                    stretch_along<times, false>(rows, at, n, map, own_rows, own_map, stores);
-                at.src += own_rows.src_next, at.dst += own_rows.dst_next;
-            }
+            const auto along_rows = [&]<bool both>() LUMALANE_INLINE_LAMBDA {
+                stretched_row at{rows.src, rows.dst};
+                for (bool more = rows.count > 0; more; more = at.dst != end) {
+                    stretch_along<times, both>(rows, at, n, map, own_rows, own_map, stores);
+                    at.src += own_rows.src_next, at.dst += own_rows.dst_next;
+                }
+            };
+            if (own_rows.made == rows_made::both)
+                along_rows.template operator()<true>();
+            else
+                along_rows.template operator()<false>();
         });
     };
     with_adjustment(rows.by, run);
