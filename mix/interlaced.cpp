@@ -85,11 +85,6 @@ mix_distance rewind_of(const tagMIX_INFO &mix) {
     return {luma, luma >> 2, sub, sub >> 1, product(mix.dst_pitch, mix.height)};
 }
 
-bool equal(const mix_distance &a, const mix_distance &b) {
-    return a.luma == b.luma && a.chroma == b.chroma && a.sub == b.sub &&
-           a.sub_chroma == b.sub_chroma && a.dst == b.dst;
-}
-
 // A second loop: the promised order is another one here.
 void mix_by_columns(const row_mixer &mixer, const mix_groups &p, const mix_distance &rewind) {
     mix_place at = p.first;
@@ -110,8 +105,7 @@ void mix_onto_rgb(const machine &machine, const tagMIX_INFO &mix,
     const mix_groups p(mix, surface.bytes_per_pixel, pixels);
     const mix_distance rewind = rewind_of(mix);
     const bool in_order =
-        machine.in_order || !equal(p.groups * p.next, rewind) ||
-        order_can_be_observed(mix, [&](call_rows &rows) {
+        machine.in_order || order_can_be_observed(mix, [&](call_rows &rows) {
             detail::rows_of_mix_columns(sizes_of(mix), surface.bytes_per_pixel, rows);
         });
     const surface_stores stores(machine, p.first.dst, mix.dst_pitch,

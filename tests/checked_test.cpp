@@ -537,6 +537,18 @@ TEST(checked_calls, refuse_sizes_of_pictures) {
            "height");
 }
 
+TEST(checked_calls, tell_of_the_first_of_several_buffers) {
+    const picture_buffers p;
+    const auto call = [&](const const_buffer &y, const const_buffer &u, const const_buffer &v,
+                          const buffer &dst) {
+        return checked::loadimage_rgb32(y, u, v, dst, 16, 2, 16, 64, nullptr);
+    };
+    expect(call({}, {}, {}, {}), error::null_plane, "src");
+    expect(call(p.y, {}, {}, {}), error::null_plane, "src_u");
+    expect(call(p.y, p.u, {}, {}), error::null_plane, "src_v");
+    expect(call(p.y, p.u, p.v, {}), error::null_plane, "dst");
+}
+
 TEST(checked_calls, refuse_strides) {
     const picture_buffers p;
     expect(p.call(checked::loadimage_rgb32, 16, 2, 15, 64), error::stride_too_small, "src_pitch");

@@ -270,6 +270,18 @@ TEST_P(row_kernels_test, makes_the_same_bytes_at_every_length_and_alignment) {
     finish(static_cast<unsigned>(longest / multiple * (alignments / part)));
 }
 
+// Longer than anything that a kernel does in pieces.
+TEST_P(row_kernels_test, makes_the_same_bytes_of_long_rows) {
+    const int multiple = GetParam().facts.multiple;
+    constexpr int calls = 48 / part;
+    for (int i = 0; i < calls; ++i) {
+        const row_call call =
+            draw(multiple * std::ptrdiff_t{randomness.between(1, 5280 / multiple)});
+        ASSERT_NO_FATAL_FAILURE(expect_equal(call, aligned(call, i)));
+    }
+    finish(calls);
+}
+
 TEST_P(row_kernels_test, touches_the_bytes_of_its_rows_and_no_other) {
     const int multiple = GetParam().facts.multiple;
     // As many calls as go through all modes of any kind, or within `part` lengths do.

@@ -94,17 +94,20 @@ inline rows_of_pixels resized(const rows_of_pixels &from, int width, int height)
     return made;
 }
 
-// How a picture lies in memory: bytes between rows, whether the first row is the lowest one, and
-// whether it ends where the mapped memory does or begins there.
+// How a picture lies in memory: bytes between rows, whether the first row is the lowest one, whether
+// it ends where the mapped memory does or begins there, and how many bytes more are between rows of
+// its last plane.
 struct placement {
     int gap;
     bool bottom_up;
     bool at_end;
+    int gap_of_last = 0;
 };
 
 inline std::ostream &operator<<(std::ostream &out, const placement &p) {
     return out << "gap " << p.gap << (p.bottom_up ? ", bottom up" : ", top down")
-               << (p.at_end ? ", at the end" : ", at the beginning");
+               << (p.at_end ? ", at the end" : ", at the beginning") << ", " << p.gap_of_last
+               << " more of the last plane";
 }
 
 // Memory for the planes of a picture, each between unmapped pages.
@@ -117,7 +120,9 @@ public:
         lumalane::picture made{f, width, height, {}};
         for (int i = 0; i < lumalane::plane_count(f); ++i) {
             const int row = static_cast<int>(lumalane::row_bytes(f, i, width));
-            made.planes[i] = lay_out_plane(i, row, lumalane::plane_height(f, i, height), where);
+            placement at = where;
+            at.gap += i == 2 ? where.gap_of_last : 0;
+            made.planes[i] = lay_out_plane(i, row, lumalane::plane_height(f, i, height), at);
         }
         return made;
     }

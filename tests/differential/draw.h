@@ -79,6 +79,10 @@ Shape draw_one_of(random &r, const Of &of, Shape (*regular)(random &, const Of &
     }
 }
 
+// Some rows are longer than anything that is done in pieces: wide pictures of few rows.
+constexpr int widest_drawn = 5280;
+inline bool draw_wide(random &r) { return r.one_in(25); }
+
 // How large a picture is and how its rows lie: regular, regular but for one thing, or anything.
 struct shape {
     int width, height;

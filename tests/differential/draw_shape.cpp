@@ -33,9 +33,10 @@ namespace {
 
 // Widths on the step of 16 (on and off 32), even heights, rows that do not overlap.
 shape draw_regular(random &r, const std::string_view &name) {
+    const bool wide = draw_wide(r);
     shape s;
-    s.width = 16 * r.between(1, r.one_of({3, 44, 44, 120}));
-    s.height = 2 * r.between(1, 8);
+    s.width = 16 * r.between(1, wide ? widest_drawn / 16 : r.one_of({3, 44, 44, 120}));
+    s.height = 2 * r.between(1, wide ? 2 : 8);
     s.src_pitch = s.width + r.one_of({0, 0, 16, 32, 2 * r.between(0, 60)});
     s.dst_pitch =
         destination_row_bytes(name, s.width) + r.one_of({0, 0, 16, 64, r.between(0, 100)});

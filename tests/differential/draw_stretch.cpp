@@ -43,10 +43,11 @@ int draw_width(random &r, const stretch_function &f, int most) {
 // Widths on the step of 16 (on and off 32), even heights that suffice for most functions, rows that
 // do not overlap. Source rows are tight more often than not: some functions take them so.
 shape draw_regular(random &r, const stretch_function &f) {
+    const bool wide = draw_wide(r);
+    const int most = wide ? widest_drawn / 16 : r.one_of({3, 24, 24, 60});
     shape s;
-    s.width =
-        std::max(16 * r.between(1, r.one_of({3, 24, 24, 60})), (f.least_width + 15) / 16 * 16);
-    s.height = 2 * r.between(r.one_in(6) ? 2 : 6, 11);
+    s.width = std::max(16 * r.between(1, most), (f.least_width + 15) / 16 * 16);
+    s.height = 2 * r.between(r.one_in(6) ? 2 : 6, wide ? 7 : 11);
     s.src_pitch = s.width + r.one_of({0, 0, 0, 16, 2 * r.between(0, 60)});
     s.dst_pitch = f.row_bytes * s.width + r.one_of({0, 0, 16, 64, r.between(0, 100)});
     return s;

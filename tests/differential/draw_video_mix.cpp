@@ -34,9 +34,10 @@ constexpr mix_function mix_functions[] = {
 // do not overlap.
 mix_shape draw_regular(random &r, const mix_function &f) {
     const auto padding = [&] { return r.one_of({0, 0, 16, 32, 2 * r.between(0, 60)}); };
+    const bool wide = draw_wide(r);
     mix_shape s;
-    s.width = 16 * r.between(1, r.one_of({3, 24, 24, 80}));
-    s.height = f.rows * r.between(1, 5);
+    s.width = 16 * r.between(1, wide ? widest_drawn / 16 : r.one_of({3, 24, 24, 80}));
+    s.height = f.rows * r.between(1, wide ? 2 : 5);
     s.video_pitch = s.width + padding();
     s.sub_pitch = s.width + padding();
     s.dst_pitch =
