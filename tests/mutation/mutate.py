@@ -28,15 +28,17 @@ ROW_PROGRAMS = (
     "adjustment_test"
 ).split()
 DISPATCH = ["dispatch_test", "cpu_x86_test"]
+# That does not run the widest target.
+OLDER_PROCESSOR = ("qemu-x86_64", "-cpu", "Nehalem")
 EDGE_CASES = [f"edge_cases{of}_test" for of in ("", "_mix", "_stretch", "_subpicture", "_yuy2")]
 COMPANIONS = ["footprint_test", "checked_test", "picture_test"]
 OTHERS = ["order_test", "state_test", "in_order_test"]
 PROGRAMS = ["differential_test", *ROW_PROGRAMS, *DISPATCH, *EDGE_CASES, *OTHERS, *COMPANIONS]
 
 Task = namedtuple("Task", "file mutant build target before after")
-# With which objects alone, if not with all; and for how many seconds of the processor at most, ten
-# times as long as without a mutant or so.
-Stage = namedtuple("Stage", "program arguments objects seconds", defaults=(None, 40))
+# With which objects alone, if not with all; for how many seconds of the processor at most, ten times as
+# long as without a mutant or so; and on which emulator.
+Stage = namedtuple("Stage", "program arguments objects seconds emulator", defaults=(None, 40, ()))
 
 
 def read(path):
@@ -270,6 +272,8 @@ def stages(build, task, affected, thorough):
         first = [*DISPATCH, "order_test"] if task.file.startswith("abi/") else []
         first = ["order_test"] if task.file.startswith("picture/") else first
         first = [Stage(program, []) for program in first]
+        if task.file.startswith("abi/") and shutil.which(OLDER_PROCESSOR[0]):
+            first.append(Stage("dispatch_test", ["--expect", "sse2"], emulator=OLDER_PROCESSOR))
         return [*first, differential(100, names), *callers, Stage("checked_test", []), *slow]
     plan = []
     for program in COMPANIONS:
@@ -342,13 +346,13 @@ class Worker:
                     return "does not compile", ""
             # (Most mutants die at once, and need no comparison.)
             differing = {b: made(b) for b in objects if not done or differs(b)}
-            key = (stage.program, tuple(stage.arguments), tuple(sorted(differing)))
+            key = (stage.program, tuple(stage.arguments), stage.emulator, tuple(sorted(differing)))
             if not differing or key in done:
                 continue
             done.add(key)
             program = f"{self.made}/{stage.program}"
             build.link(stage.program, differing, program)
-            said = execute([program, "--gtest_fail_fast", *stage.arguments], stage.seconds)
+            said = execute([*stage.emulator, program, "--gtest_fail_fast", *stage.arguments], stage.seconds)
             if said != "passed":
                 return ("killed" if said == "failed" else "killed by the time limit"), stage.program
         own = [b for b, level in compiled if level == "-O1" and differs(b)]
