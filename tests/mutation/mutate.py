@@ -32,7 +32,7 @@ DISPATCH = ["dispatch_test", "cpu_x86_test"]
 OLDER_PROCESSOR = ("qemu-x86_64", "-cpu", "Nehalem")
 EDGE_CASES = [f"edge_cases{of}_test" for of in ("", "_mix", "_stretch", "_subpicture", "_yuy2")]
 COMPANIONS = ["footprint_test", "checked_test", "picture_test"]
-OTHERS = ["order_test", "state_test", "in_order_test"]
+OTHERS = ["order_test", "state_test", "in_order_test", "store_policy_test"]
 PROGRAMS = ["differential_test", *ROW_PROGRAMS, *DISPATCH, *EDGE_CASES, *OTHERS, *COMPANIONS]
 
 Task = namedtuple("Task", "file mutant build target before after")
@@ -267,7 +267,8 @@ def stages(build, task, affected, thorough):
         plan += [Stage(p, of_target) for p in EDGE_CASES] + [Stage("state_test", [])]
         return plan + slow + [differential(2000)]
     names = build.names_in(library, EXPORTS)
-    callers = [Stage(p, []) for p in EDGE_CASES + ["state_test"]] + [differential(2000, names)]
+    callers = [Stage(p, []) for p in EDGE_CASES + ["state_test", "store_policy_test"]]
+    callers += [differential(2000, names)]
     if not task.file.startswith("include/"):
         first = [*DISPATCH, "order_test"] if task.file.startswith("abi/") else []
         first = ["order_test"] if task.file.startswith("picture/") else first

@@ -1,0 +1,162 @@
+// From how many bytes on each function stores its surface around the cache: from those that it writes.
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/model/models.h"
+#include "tests/targets.h"
+
+namespace {
+
+// A call of each signature with pictures of 128x32 pixels, whose rows begin on vectors: nothing that
+// decides but the size.
+struct memory_of_call {
+    static constexpr int width = 128, height = 32, dst_pitch = 1024;
+    static constexpr std::size_t plane_bytes = 1 << 17;
+
+    struct alignas(64) plane {
+        unsigned char bytes[plane_bytes] = {};
+    };
+    // Sources, alpha, then surfaces.
+    std::vector<plane> planes = std::vector<plane>(10);
+    tag_ajust_contrast_info info{};
+    tagMIX_INFO mix{};
+    tagVideoFrame frame{};
+    contrast_data contrast{};
+
+    memory_of_call() {
+        info.surface_height = info.rows_to_plane_end = height;
+        std::fill_n(alpha(), plane_bytes, static_cast<unsigned char>(8)); // drawn everywhere
+        mix.video_y = at(0), mix.video_u = at(1), mix.video_v = at(2);
+        mix.sub_y = at(3), mix.sub_u = at(4), mix.sub_v = at(5);
+        mix.alpha_plane = alpha();
+        mix.dst = at(7), mix.dst_u = at(8), mix.dst_v = at(9);
+        mix.video_pitch = mix.sub_pitch = width, mix.dst_pitch = dst_pitch;
+        mix.width = width, mix.height = height;
+        mix.color_key = 1;
+        mix.adjust_info = &info;
+        frame.luma_pitch = width;
+        frame.plane_y = at(0), frame.plane_u = at(1), frame.plane_v = at(2);
+    }
+
+    unsigned char *at(std::size_t number) { return planes[number].bytes; }
+    unsigned char *alpha() { return at(6); }
+
+    void call(auto run, void (*)(LUMALANE_PARAMETERS_parameters)) { run(&contrast); }
+    void call(auto run, void (*)(LUMALANE_PARAMETERS_picture)) {
+        run(at(0), at(1), at(2), at(7), width, height, width, dst_pitch, &info);
+    }
+    void call(auto run, void (*)(LUMALANE_PARAMETERS_mix)) {
+        tagMIX_INFO record = mix;
+        run(&record);
+    }
+    void call(auto run, void (*)(LUMALANE_PARAMETERS_key_fill)) {
+        run(1u, static_cast<void *>(at(7)), width, height, 0, dst_pitch);
+    }
+    void call(auto run, void (*)(LUMALANE_PARAMETERS_mask)) {
+        run(at(7), at(0), 1u, 2u, width, width, height);
+    }
+    void call(auto run, void (*)(LUMALANE_PARAMETERS_packed_stretch)) {
+        run(at(0), nullptr, nullptr, at(7), 2 * width, height, dst_pitch);
+    }
+    void call(auto run, void (*)(LUMALANE_PARAMETERS_packed_stretch_ajust)) {
+        run(at(0), nullptr, nullptr, at(7), 2 * width, height, dst_pitch, &info);
+    }
+    void call(auto run, void (*)(LUMALANE_PARAMETERS_plane_stretch)) {
+        run(at(0), at(7), width, height, width, dst_pitch);
+    }
+    void call(auto run, void (*)(LUMALANE_PARAMETERS_plane_stretch_ajust)) {
+        run(at(0), at(7), width, height, width, dst_pitch, &info, 1);
+    }
+    void call(auto run, void (*)(LUMALANE_PARAMETERS_frame_stretch)) {
+        run(&frame, 0, height, at(7), dst_pitch, &info);
+    }
+};
+
+struct function {
+    const char *name;
+    void (*run)(memory_of_call &);
+    void (*model)(memory_of_call &, model::memory &);
+};
+
+const function functions[] = {
+#define LUMALANE_EXPORT(signature, name)                                                           \
+    {#name, [](memory_of_call &m) { m.call(name, name); },                                         \
+     [](memory_of_call &m, model::memory &memory) {                                                \
+         m.call([&](auto... arguments) { model::name(memory, arguments...); }, name);              \
+     }},
+#include "abi/exports.inc"
+#undef LUMALANE_EXPORT
+};
+
+// Of the plane of which most are written.
+long long bytes_written(const function &f) {
+    static std::map<std::string_view, long long> known;
+    if (const auto found = known.find(f.name); found != known.end())
+        return found->second;
+    memory_of_call m;
+    std::vector<std::vector<std::uint8_t>> marks;
+    model::memory memory;
+    const model::address begin = model::address_of(m.at(0));
+    for (std::size_t i = 0; i < m.planes.size(); ++i) {
+        marks.emplace_back(memory_of_call::plane_bytes);
+        const model::address first = begin + i * sizeof(memory_of_call::plane);
+        memory.add({first, first + memory_of_call::plane_bytes});
+        memory.mark_in(marks.back().data());
+    }
+    // Records are on the stack and elsewhere.
+    memory.add({0, begin});
+    memory.add({begin + m.planes.size() * sizeof(memory_of_call::plane), ~model::address{0}});
+    f.model(m, memory);
+    long long most = 0;
+    for (const auto &plane : marks)
+        most = std::max<long long>(most, std::ranges::count_if(plane, [](std::uint8_t mark) {
+                                       return mark & model::memory::is_written;
+                                   }));
+    return known[f.name] = most;
+}
+
+int finished;
+
+class store_policy_test : public tests::on_each_target {};
+
+// Of how many bytes, where it is not those: loadimage_yuy2() leaves gaps, loadimage_half_yv12_ajust() goes
+// by Y alone, and what reads a surface and writes alpha by the surface. 0: of none, all stores are cached.
+const std::map<std::string_view, long long> others = {
+    {"get_contrast_data", 0},          {"loadimage_yv12", 0},
+    {"loadimage_yuy2", 8192},          {"loadimage_half_yv12_ajust", 2048},
+    {"Convert_RGB32_To_AYUY2", 0},     {"Convert_RGB24_To_AYUY2", 0},
+    {"Convert_RGB16_565_To_AYUY2", 0}, {"Restore_RGB32_To_Alpha", 16384},
+    {"Restore_RGB24_To_Alpha", 12288}, {"Restore_RGB16_565_To_Alpha", 8192},
+    {"RelaceMaskWithColorKey", 0},
+};
+
+TEST_P(store_policy_test, is_that_of_the_bytes_that_are_written) {
+    lumalane::row_kernels counting = GetParam()->rows;
+    counting.finish_stores = [](auto...) { ++finished; };
+    const lumalane::target counted{GetParam()->name, counting, [] { return true; }, [] {}};
+    lumalane::force(counted);
+    memory_of_call memory;
+    for (const function &f : functions) {
+        // Stores go around a cache of which a third holds less.
+        const auto goes_around = [&](long long third) {
+            finished = 0;
+            lumalane::assume_last_level_cache(static_cast<unsigned>(3 * third));
+            f.run(memory);
+            return finished > 0;
+        };
+        const auto other = others.find(f.name);
+        const long long bytes = other == others.end() ? bytes_written(f) : other->second;
+        EXPECT_FALSE(goes_around(std::max(bytes, 1LL))) << f.name;
+        EXPECT_EQ(goes_around(std::max(bytes - 1, 1LL)), bytes > 0) << f.name;
+    }
+    lumalane::force(*GetParam());
+}
+
+INSTANTIATE_ON_EACH_TARGET(store_policy_test);
+
+} // namespace
