@@ -307,10 +307,10 @@ inline void pad_row(layout l, unsigned char *row, std::ptrdiff_t known, std::ptr
 // the other. (Pictures off the step: 1.05 times as fast.)
 inline void fetch_rows(layout l, const view &of, int rows) {
 #ifdef __GNUC__
-    for (int i = 0; i < planes_of(l); ++i) {
-        const unsigned char *at = of.data[i];
-        const std::ptrdiff_t last = bytes_of_row(l, i, 15) - 1;
-        for (int y = rows_of(l, i, rows); y > 0; --y, at += of.stride[i]) {
+    for (int plane = 0; plane < planes_of(l); ++plane) {
+        const unsigned char *at = of.data[plane];
+        const std::ptrdiff_t last = bytes_of_row(l, plane, 15) - 1;
+        for (int y = rows_of(l, plane, rows); y > 0; --y, at += of.stride[plane]) {
             __builtin_prefetch(at);
             __builtin_prefetch(at + last);
         }
