@@ -26,11 +26,11 @@ plane chroma_of(const call::picture &p, const unsigned char *src, unsigned char 
 void load_plane(const machine &machine, const byte_rows &dst, const byte_rows &src, int times,
                 row_kernel::plane_to_surface *emit, const plane_adjustment &by, bool in_order,
                 long long all_bytes) {
-    const surface_stores stores(machine, dst.first, dst.pitch, all_bytes, in_order,
-                                bound_by::stores_alone);
     // Rows without gaps are one.
     const bool one = !in_order && dst.pitch == dst.bytes && src.pitch == times * dst.bytes &&
                      src.pitch * dst.count <= PTRDIFF_MAX;
+    const surface_stores stores =
+        surface_stores::of_plane(machine, dst.first, dst.pitch, all_bytes, in_order);
     const ptrdiff_t count = static_cast<ptrdiff_t>(one ? 1 : dst.count);
     const ptrdiff_t bytes = static_cast<ptrdiff_t>(one ? dst.count * dst.bytes : dst.bytes);
     const ptrdiff_t run = in_order ? 8 : bytes;

@@ -63,6 +63,8 @@ struct mixed_plane {
         return count * samples;
     }
 
+    long long bytes() const { return static_cast<long long>(rows) * samples; }
+
     ptrdiff_t video_of(ptrdiff_t row) const {
         return row / 2 * video_next + row % 2 * video_to_lower;
     }
@@ -159,8 +161,7 @@ constexpr ptrdiff_t band = 32;
 
 void mix_by_bands(const machine &machine, const mixed_planes &p, const adjustment *by) {
     const auto stores_of = [&](const mixed_plane &plane) {
-        return surface_stores(machine, plane.dst, plane.dst_next,
-                              static_cast<long long>(plane.rows) * plane.samples, false);
+        return surface_stores(machine, plane.dst, plane.dst_next, plane.bytes(), false);
     };
     const surface_stores y_stores = stores_of(p.y), u_stores = stores_of(p.u),
                          v_stores = stores_of(p.v);
@@ -200,9 +201,10 @@ bool is_clear(const mixed_plane &p) {
 }
 
 // The video alone.
-void copy_video(const machine &machine, const mixed_plane &p, const plane_adjustment *by) {
-    const surface_stores stores(machine, p.dst, p.dst_next,
-                                static_cast<long long>(p.rows) * p.samples, false);
+void copy_video(const machine &machine, const mixed_plane &p, const plane_adjustment *by,
+                long long all_bytes) {
+    const surface_stores stores =
+        surface_stores::of_plane(machine, p.dst, p.dst_next, all_bytes, false);
     plane_rows rows{p.video, p.dst};
     rows.stores = stores, rows.by = by;
     rows.count = p.rows, rows.src_next = p.video_to_lower, rows.dst_next = p.dst_next;
@@ -216,15 +218,15 @@ void mix(const machine &machine, tagMIX_INFO &record, video_rows kind, const adj
         rows.at(pointer::dst_u, record.dst_u), rows.at(pointer::dst_v, record.dst_v);
         detail::rows_of_mixed_planes(sizes_of(record), kind == video_rows::doubled_field, rows);
     };
-    const auto plane_by_plane = [&](auto *make) {
-        make(machine, p.y, by ? &by->y : nullptr);
-        make(machine, p.v, by ? &by->v : nullptr);
-        make(machine, p.u, by ? &by->u : nullptr);
+    const auto plane_by_plane = [&](auto *make, auto... all_bytes) {
+        make(machine, p.y, by ? &by->y : nullptr, all_bytes...);
+        make(machine, p.v, by ? &by->v : nullptr, all_bytes...);
+        make(machine, p.u, by ? &by->u : nullptr, all_bytes...);
     };
     if (machine.in_order || order_can_be_observed(record, tell))
         plane_by_plane(mix_in_order);
     else if (is_clear(p.y) && is_clear(p.u))
-        plane_by_plane(copy_video);
+        plane_by_plane(copy_video, p.y.bytes() + p.v.bytes() + p.u.bytes());
     else
         mix_by_bands(machine, p, by);
     record.height = static_cast<int>(static_cast<unsigned>(record.height) >> 1);

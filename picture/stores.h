@@ -17,10 +17,16 @@ class surface_stores {
 public:
     surface_stores(const machine &machine, const unsigned char *dst, long long pitch,
                    long long bytes, bool in_order, bound_by bound = bound_by::stores)
-        : rows(machine.rows), policy_(!in_order && outgrows_cache(machine, bytes, bound) &&
-                                              begin_on_vectors(machine, dst, pitch)
-                                          ? store_policy::non_temporal
-                                          : store_policy::cached) {}
+        : surface_stores(machine, !in_order && outgrows_cache(machine, bytes, bound) &&
+                                      begin_on(machine.rows.streamed_bytes, dst, pitch)) {}
+
+    // Of a plane through emit_plane() or emit_half_plane(), whose rows may begin off the vectors; of
+    // `bytes` in all planes.
+    static surface_stores of_plane(const machine &machine, const unsigned char *dst,
+                                   long long pitch, long long bytes, bool in_order) {
+        return {machine, !in_order && outgrows_cache(machine, bytes, bound_by::stores_alone) &&
+                             begin_on(8, dst, pitch)};
+    }
 
     ~surface_stores() {
         if (policy_ == store_policy::non_temporal)
@@ -32,6 +38,10 @@ public:
     operator store_policy() const { return policy_; }
 
 private:
+    surface_stores(const machine &machine, bool around_the_cache)
+        : rows(machine.rows),
+          policy_(around_the_cache ? store_policy::non_temporal : store_policy::cached) {}
+
     // Non-temporal stores win from a third of the last-level cache on: what is read needs its place
     // too, and other processes have theirs. But a cache of more than 24 MB is that of many cores, and
     // slower to write.
@@ -42,10 +52,9 @@ private:
     }
 
     // Every row, that is.
-    static bool begin_on_vectors(const machine &machine, const unsigned char *dst,
-                                 long long pitch) {
+    static bool begin_on(int multiple, const unsigned char *dst, long long pitch) {
         const uintptr_t bits = reinterpret_cast<uintptr_t>(dst) | static_cast<uintptr_t>(pitch);
-        return bits % static_cast<unsigned>(machine.rows.streamed_bytes) == 0;
+        return bits % static_cast<unsigned>(multiple) == 0;
     }
 
     const row_kernels &rows;

@@ -6,28 +6,71 @@ namespace lumalane::LUMALANE_TARGET_NAME {
 
 namespace {
 
+// Of a row's n bytes, from the first line of the cache that is all in them to the last.
+struct whole_lines {
+    ptrdiff_t begin, end;
+
+    LUMALANE_INLINE whole_lines(const unsigned char *dst, ptrdiff_t n) {
+        const ptrdiff_t before = static_cast<ptrdiff_t>(-reinterpret_cast<uintptr_t>(dst) % 64);
+        begin = before < n ? before : n;
+        end = begin + (n - begin) / 64 * 64;
+    }
+};
+
+// Calls `row(src, dst)` for each row.
+template <class Row>
+LUMALANE_INLINE void each_row(const plane_rows &rows, const Row &row) {
+    const unsigned char *src = rows.src;
+    unsigned char *dst = rows.dst;
+    const unsigned char *const end = end_of(rows);
+    for (bool more = rows.count > 0; more; more = dst != end) {
+        row(src, dst);
+        src += rows.src_next, dst += rows.dst_next;
+    }
+}
+
 // Stores `make.operator()<n>(src)`, n samples from `times` * n, for every group of the rows.
 template <int times, class Make>
 LUMALANE_INLINE void store_rows(const plane_rows &rows, ptrdiff_t n, const Make &make) {
-    with_stores(rows.stores, [=](auto stores) LUMALANE_INLINE_LAMBDA {
-        const unsigned char *src = rows.src;
-        unsigned char *dst = rows.dst;
-        const unsigned char *const end = end_of(rows);
-        for (bool more = rows.count > 0; more; more = dst != end) {
-            const auto step = [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-                stores.store(dst + x, make.template operator()<group.size>(src + times * x));
-            };
-            // Counting would take as long as copying: four groups a turn.
-            ptrdiff_t x = 0;
-            for (; x + 4 * widest <= n; x += 4 * widest) {
-                step(group_of<widest>{}, x);
-                step(group_of<widest>{}, x + widest);
-                step(group_of<widest>{}, x + 2 * widest);
-                step(group_of<widest>{}, x + 3 * widest);
-            }
-            along_row<8>(n, step, x);
-            src += rows.src_next, dst += rows.dst_next;
-        }
+    const auto step = [=](auto stores, const unsigned char *src,
+                          unsigned char *dst) LUMALANE_INLINE_LAMBDA {
+        return [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+            stores.store(dst + x, make.template operator()<group.size>(src + times * x));
+        };
+    };
+    // Counting would take as long as copying: four groups a turn.
+    const auto four_groups = [=](const auto &store, ptrdiff_t x, ptrdiff_t end)
+                                 LUMALANE_INLINE_LAMBDA {
+                                     for (; x + 4 * widest <= end; x += 4 * widest) {
+                                         store(group_of<widest>{}, x);
+                                         store(group_of<widest>{}, x + widest);
+                                         store(group_of<widest>{}, x + 2 * widest);
+                                         store(group_of<widest>{}, x + 3 * widest);
+                                     }
+                                     return x;
+                                 };
+    if (!streams || rows.stores == store_policy::cached) {
+        each_row(rows, [=](const unsigned char *src, unsigned char *dst) LUMALANE_INLINE_LAMBDA {
+            const auto store = step(cached{}, src, dst);
+            along_row<8>(n, store, four_groups(store, 0, n));
+        });
+        return;
+    }
+    // Lines that a row fills in part are stored in the cache, ahead of the others: in turn with them
+    // they take a quarter longer.
+    if ((reinterpret_cast<uintptr_t>(rows.dst) | static_cast<uintptr_t>(rows.dst_next | n)) % 64)
+        each_row(rows, [=](const unsigned char *src, unsigned char *dst) LUMALANE_INLINE_LAMBDA {
+            const whole_lines lines(dst, n);
+            const auto store = step(cached{}, src, dst);
+            along_row<8>(lines.begin, store);
+            along_row<8>(n, store, lines.end);
+        });
+    each_row(rows, [=](const unsigned char *src, unsigned char *dst) LUMALANE_INLINE_LAMBDA {
+        const whole_lines lines(dst, n);
+        const auto store = step(non_temporal{}, src, dst);
+        ptrdiff_t x = four_groups(store, lines.begin, lines.end);
+        for (; x < lines.end; x += widest)
+            store(group_of<widest>{}, x);
     });
 }
 

@@ -31,7 +31,7 @@ constexpr int stack_alignment = 64;
 #endif
 
 // How a kernel stores: non-temporal stores do not take lines of the cache for what is written. The
-// destination is aligned to the target's vectors for them.
+// destination is aligned to the target's vectors for them (of rows of single samples to 8 bytes).
 enum class store_policy : int { cached, non_temporal };
 
 // Whether a vector's pixels of RGB are whole lines of the cache: then non-temporal stores may go to both

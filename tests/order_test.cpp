@@ -250,6 +250,15 @@ TEST_P(stores_test, stay_in_the_cache_off_the_vectors_and_in_order) {
     EXPECT_EQ(around(vector, 3 * vector, false), store_policy::non_temporal);
     EXPECT_EQ(around(vector, -vector, false), store_policy::non_temporal);
     EXPECT_EQ(around(vector, vector, true), store_policy::cached);
+    const auto plane_around = [&](std::uintptr_t at, long long pitch, bool in_order) {
+        return store_policy(surface_stores::of_plane(
+            {counting, 3, false}, reinterpret_cast<const unsigned char *>(at), pitch, 2, in_order));
+    };
+    EXPECT_EQ(plane_around(8, 24, false), store_policy::non_temporal);
+    EXPECT_EQ(plane_around(24, -8, false), store_policy::non_temporal);
+    EXPECT_EQ(plane_around(8, 8, true), store_policy::cached);
+    EXPECT_EQ(plane_around(4, 8, false), store_policy::cached);
+    EXPECT_EQ(plane_around(8, 12, false), store_policy::cached);
     if (vector > 1) {
         EXPECT_EQ(around(vector / 2, vector, false), store_policy::cached);
         EXPECT_EQ(around(vector, vector / 2, false), store_policy::cached);

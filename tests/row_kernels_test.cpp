@@ -34,9 +34,6 @@ constexpr int part = 4;
 constexpr int part = 1;
 #endif
 
-// What non-temporal stores are aligned to for the widest target, and so for all.
-const int streamed = (lumalane::targets().end() - 1)->rows.streamed_bytes;
-
 // Compared on both sides of a row, where there is memory.
 constexpr std::ptrdiff_t margin = 64;
 
@@ -168,9 +165,8 @@ protected:
                           [&](const guarded_region &region, const row &row, std::size_t i) {
                               const int index = static_cast<int>(i);
                               const int written = alignment + 13 * index;
-                              const int offset = !row.written        ? 5 * alignment + 27 * index
-                                                 : call.non_temporal ? written & -streamed
-                                                                     : written;
+                              const int offset = row.written ? written & -call.alignment
+                                                             : 5 * alignment + 27 * index;
                               return region.begin() + alignments + offset % alignments;
                           });
     }
@@ -185,7 +181,7 @@ protected:
         return in_regions("against the end", call,
                           [&](const guarded_region &region, const row &row, std::size_t) {
                               const model::address first = region.end() - row.extent();
-                              return call.non_temporal && row.written ? first & -streamed : first;
+                              return row.written ? first & -call.alignment : first;
                           });
     }
 
@@ -198,8 +194,7 @@ protected:
         unsigned char *const first = reinterpret_cast<unsigned char *>(untouched.begin());
         for (const row &row : call.rows) {
             const int at = randomness.between(0, static_cast<int>(2 * size));
-            l.at.push_back(first + margin +
-                           (call.non_temporal && row.written ? at & -streamed : at));
+            l.at.push_back(first + margin + (row.written ? at & -call.alignment : at));
             l.window_of.push_back(0);
         }
         l.windows.push_back({first, bytes(3 * size + 2 * margin), {}});

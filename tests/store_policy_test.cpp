@@ -122,7 +122,25 @@ long long bytes_written(const function &f) {
 
 int finished;
 
-class store_policy_test : public tests::on_each_target {};
+class store_policy_test : public tests::on_each_target {
+protected:
+    lumalane::row_kernels counting = GetParam()->rows;
+    lumalane::target counted{GetParam()->name, counting, [] { return true; }, [] {}};
+
+    void SetUp() override {
+        counting.finish_stores = [](auto...) { ++finished; };
+        lumalane::force(counted);
+    }
+    void TearDown() override { lumalane::force(*GetParam()); }
+
+    // Whether stores go around a cache of which a third holds so many bytes.
+    static bool go_around(long long third, const auto &run) {
+        finished = 0;
+        lumalane::assume_last_level_cache(static_cast<unsigned>(3 * third));
+        run();
+        return finished > 0;
+    }
+};
 
 // Of how many bytes, where it is not those: loadimage_yuy2() leaves gaps, loadimage_half_yv12_ajust() goes
 // by Y alone, and what reads a surface and writes alpha by the surface. 0: of none, all stores are cached.
@@ -136,25 +154,27 @@ const std::map<std::string_view, long long> others = {
 };
 
 TEST_P(store_policy_test, is_that_of_the_bytes_that_are_written) {
-    lumalane::row_kernels counting = GetParam()->rows;
-    counting.finish_stores = [](auto...) { ++finished; };
-    const lumalane::target counted{GetParam()->name, counting, [] { return true; }, [] {}};
-    lumalane::force(counted);
     memory_of_call memory;
     for (const function &f : functions) {
-        // Stores go around a cache of which a third holds less.
-        const auto goes_around = [&](long long third) {
-            finished = 0;
-            lumalane::assume_last_level_cache(static_cast<unsigned>(3 * third));
-            f.run(memory);
-            return finished > 0;
-        };
+        const auto run = [&] { f.run(memory); };
         const auto other = others.find(f.name);
         const long long bytes = other == others.end() ? bytes_written(f) : other->second;
-        EXPECT_FALSE(goes_around(std::max(bytes, 1LL))) << f.name;
-        EXPECT_EQ(goes_around(std::max(bytes - 1, 1LL)), bytes > 0) << f.name;
+        EXPECT_FALSE(go_around(std::max(bytes, 1LL), run)) << f.name;
+        EXPECT_EQ(go_around(std::max(bytes - 1, 1LL), run), bytes > 0) << f.name;
     }
-    lumalane::force(*GetParam());
+}
+
+// Under a subpicture whose one row is clear: that of the bytes of all planes.
+TEST_P(store_policy_test, of_video_alone_is_that_of_all_planes) {
+    memory_of_call memory;
+    std::fill_n(memory.alpha(), memory_of_call::plane_bytes, static_cast<unsigned char>(0));
+    memory.mix.sub_pitch = 0;
+    constexpr long long bytes = memory_of_call::width * memory_of_call::height * 3 / 2;
+    for (auto *const mix : {mix_ayv12_yv12_p, mix_ayv12_yv12_p_ajust}) {
+        const auto run = [&] { memory.call(mix, mix); };
+        EXPECT_FALSE(go_around(bytes, run));
+        EXPECT_TRUE(go_around(bytes - 1, run));
+    }
 }
 
 INSTANTIATE_ON_EACH_TARGET(store_policy_test);

@@ -55,13 +55,14 @@ constexpr int rows_before_gaps = 64;
 // The rows of the next band; the last one has at least as many as the others.
 constexpr int band(int left, int rows) { return left < 2 * rows ? left : rows; }
 
-// Whether the library may store the surface around the cache, which bands of it would not outgrow. It
-// decides that for each call: then there is one for all rows.
-inline bool may_outgrow_cache(unsigned most_cached, const view &d, int height) {
+// Whether the library may store a surface of so many rows of its stride around the cache, which bands
+// of it would not outgrow. It decides that for each call: then there is one for all rows. Rows have to
+// begin on multiples of `alignment`.
+inline bool may_outgrow_cache(unsigned most_cached, const view &d, int rows, unsigned alignment) {
     const long long stride = d.stride[0] < 0 ? -d.stride[0] : d.stride[0];
-    const bool on_vectors =
-        reinterpret_cast<std::uintptr_t>(d.data[0]) % 32 == 0 && stride % 32 == 0;
-    return on_vectors && stride * height > most_cached;
+    const std::uintptr_t bits =
+        reinterpret_cast<std::uintptr_t>(d.data[0]) | static_cast<std::uintptr_t>(stride);
+    return bits % alignment == 0 && stride * rows > most_cached;
 }
 
 // Where the last columns begin that are left after whole steps: 15 or 16 of them, of which some were in
@@ -229,7 +230,7 @@ inline void load(const loader &l, tag_ajust_contrast_info &info, const view &s, 
         return;
     }
     const int left = columns_left(width, whole);
-    const bool around = whole < width && may_outgrow_cache(l.most_cached, d, height);
+    const bool around = whole < width && may_outgrow_cache(l.most_cached, d, height, 32);
     const int before = around ? steps_before(l.to, left) : 0, steps = before > 0 ? before : whole;
     for (int y = 0, rows; y < height; y += rows) {
         rows = whole == width || around ? height : band(height - y, rows_before_strip);
@@ -417,8 +418,10 @@ inline void adjust(const view &s, const view &d, int width, int height) {
     const int whole = rounded_down(width, 16), left = columns_left(width, whole);
     // The last step may begin in one that was made, but not within a pair.
     const bool in_steps = whole == width || (whole > 0 && width % 2 == 0);
+    const bool around = may_outgrow_cache(most_cached_bytes(bound_by::stores_alone, true), d,
+                                          height + height / 2, 8);
     for (int y = 0, rows; y < height; y += rows) {
-        rows = in_steps ? height : band(height - y, rows_before_strip);
+        rows = in_steps || around ? height : band(height - y, rows_before_strip);
         const view from = s.at(layout::yuv420, 0, y), to = d.at(layout::yuv420, 0, y);
         if (whole > 0)
             adjust_steps(from, to, whole, rows);

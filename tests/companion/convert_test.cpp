@@ -72,7 +72,8 @@ TEST_P(conversion, makes_the_pixels_of_the_function_on_surfaces_that_outgrow_the
         memory.data() + (64 - reinterpret_cast<std::uintptr_t>(memory.data()) % 64) % 64;
     const auto [from, to] = GetParam();
     for (int i = 0; i < (sanitized ? 1 : 4); ++i) {
-        const int width = 65 + random() % 300, indent = i % 2 * 32;
+        const bool planar = lumalane::plane_count(to) > 1;
+        const int width = 65 + random() % 300, indent = i % 2 * 32 + (planar ? i / 2 * 8 : 0);
         const rows_of_pixels pixels = random_pixels(from, width, height, random);
         const optional_adjustment &by = adjustments[i / 2 % 2];
         const auto expected = expected_conversion(pixels, to, by);
@@ -83,7 +84,8 @@ TEST_P(conversion, makes_the_pixels_of_the_function_on_surfaces_that_outgrow_the
         std::ranges::fill(memory, guarded_planes::mark);
         lumalane::picture made{to, width, height, {}};
         for (int plane = 0; plane < lumalane::plane_count(to); ++plane)
-            made.planes[plane] = {aligned + plane * plane_bytes + indent, stride};
+            made.planes[plane] = {aligned + plane * plane_bytes + indent,
+                                  plane == 0 ? stride : stride / 2};
         ASSERT_TRUE(convert(source, made, by));
         expect_made(made, *expected, [&](std::ostream &text) {
             text << width << "x" << height << (by ? " adjusted" : "") << ", " << indent

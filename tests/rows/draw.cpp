@@ -1,5 +1,6 @@
 #include "tests/rows/draw.h"
 
+#include "abi/targets.h"
 #include "picture/adjustment.h"
 
 namespace row_tests {
@@ -28,9 +29,15 @@ lumalane::adjustment draw_adjustment(random &r) {
     return {y, u, lumalane::prepared(u.gain, draw_offset(r))};
 }
 
-std::ptrdiff_t draw_pitch(random &r, std::ptrdiff_t size, lumalane::store_policy stores) {
+int alignment_for(lumalane::store_policy stores) {
+    return stores == lumalane::store_policy::cached
+               ? 1
+               : (lumalane::targets().end() - 1)->rows.streamed_bytes;
+}
+
+std::ptrdiff_t draw_pitch(random &r, std::ptrdiff_t size, int alignment) {
     const std::ptrdiff_t pitch = size + (r.one_in(2) ? 0 : r.between(0, 70));
-    return stores == lumalane::store_policy::cached ? pitch : (pitch + 31) & -32;
+    return (pitch + alignment - 1) & -alignment;
 }
 
 bytes draw_alpha(random &r, std::ptrdiff_t size) {

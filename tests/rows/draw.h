@@ -56,8 +56,11 @@ row_call draw_finishing(const wanted_call &, member<lumalane::row_kernel::finish
 lumalane::plane_adjustment draw_plane_adjustment(random &);
 lumalane::adjustment draw_adjustment(random &);
 
-// From row to row of so many bytes; rows of non-temporal stores stay aligned.
-std::ptrdiff_t draw_pitch(random &, std::ptrdiff_t size, lumalane::store_policy);
+// What rows of such stores are aligned to: for the widest target, and so for all.
+int alignment_for(lumalane::store_policy);
+
+// From row to row of so many bytes.
+std::ptrdiff_t draw_pitch(random &, std::ptrdiff_t size, int alignment = 1);
 
 // Alpha with stretches of one kind: nothing, some, opaque, anything.
 bytes draw_alpha(random &, std::ptrdiff_t size);

@@ -84,11 +84,11 @@ row_call draw_mixing_pairs(const wanted_call &wanted,
     const auto is_averaged = [=](std::ptrdiff_t pair) {
         return averaged != (alternate && pair % 2 == 1);
     };
-    const std::ptrdiff_t y_next = draw_pitch(r, n, store_policy::cached);
-    const std::ptrdiff_t chroma_next = draw_pitch(r, n / 2, store_policy::cached);
-    const std::ptrdiff_t sub_next = draw_pitch(r, n, store_policy::cached);
-    const std::ptrdiff_t sub_chroma_next = draw_pitch(r, n / 2, store_policy::cached);
-    const std::ptrdiff_t dst_next = draw_pitch(r, row_bytes, stores);
+    const std::ptrdiff_t y_next = draw_pitch(r, n);
+    const std::ptrdiff_t chroma_next = draw_pitch(r, n / 2);
+    const std::ptrdiff_t sub_next = draw_pitch(r, n);
+    const std::ptrdiff_t sub_chroma_next = draw_pitch(r, n / 2);
+    const std::ptrdiff_t dst_next = draw_pitch(r, row_bytes, alignment_for(stores));
     // Rows of their own, and some pairs without the subpicture.
     bytes held_alpha;
     for (std::ptrdiff_t i = 0; i < count; ++i) {
@@ -115,7 +115,7 @@ row_call draw_mixing_pairs(const wanted_call &wanted,
                  {"sub u", n / 2, 2 * count, sub_chroma_next},
                  {"sub v", n / 2, 2 * count, sub_chroma_next},
                  {"dst", row_bytes, 2 * count, dst_next, true}};
-    call.non_temporal = stores == store_policy::non_temporal;
+    call.alignment = alignment_for(stores);
     call.run = [=](const row_kernels &target, const addresses &at) {
         const std::ptrdiff_t to_chroma = chroma_rows * chroma_next;
         mixed_pairs pairs{
@@ -180,10 +180,10 @@ row_call draw_blending_planes(const wanted_call &wanted,
     const bool averages = !by && wanted.number / 4 % 2 == 1;
     const std::ptrdiff_t count = wanted.randomness.between(1, 3);
     random &r = wanted.randomness;
-    const std::ptrdiff_t video_next = draw_pitch(r, samples, store_policy::cached);
-    const std::ptrdiff_t sub_next = draw_pitch(r, samples, store_policy::cached);
-    const std::ptrdiff_t alpha_next = draw_pitch(r, n, store_policy::cached);
-    const std::ptrdiff_t dst_next = draw_pitch(r, samples, stores);
+    const std::ptrdiff_t video_next = draw_pitch(r, samples);
+    const std::ptrdiff_t sub_next = draw_pitch(r, samples);
+    const std::ptrdiff_t alpha_next = draw_pitch(r, n);
+    const std::ptrdiff_t dst_next = draw_pitch(r, samples, alignment_for(stores));
     const std::ptrdiff_t v_samples = chroma ? samples : 0;
     // Of a field the lower rows are made of the upper ones and those below them.
     const std::ptrdiff_t video_rows = averages ? count / 2 + 1 : count;
@@ -201,7 +201,7 @@ row_call draw_blending_planes(const wanted_call &wanted,
                  {"alpha", n, count, alpha_next, false, draw_alpha(r, n)},
                  {"dst", samples, count, dst_next, true},
                  {"dst v", v_samples, count, dst_next, true}};
-    call.non_temporal = stores == store_policy::non_temporal;
+    call.alignment = alignment_for(stores);
     call.run = [=](const row_kernels &target, const addresses &at) {
         blended_planes rows{{at[dst_u], at[dst_v]},
                             {at[video_u], at[video_v]},

@@ -37,15 +37,17 @@ row_call draw_plane_to_surface(const wanted_call &wanted,
     const std::ptrdiff_t n = wanted.n, size = n * wanted.facts.read;
     const std::ptrdiff_t dst_size = n * wanted.facts.written;
     const repetition<plane_adjustment> drawn(wanted);
-    const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, size, store_policy::cached);
-    const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, dst_size, drawn.stores);
+    const int alignment = drawn.non_temporal() ? 8 : 1;
+    const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, size);
+    const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, dst_size, alignment);
 
     enum { src, dst };
     row_call call;
     call.arguments = drawn.told();
     call.rows = {{"src", size, drawn.count, src_next},
                  {"dst", dst_size, drawn.count, dst_next, true}};
-    call.non_temporal = drawn.non_temporal();
+    call.alignment = alignment;
+    call.reads_again = drawn.non_temporal();
     call.run = [=](const row_kernels &target, const addresses &at) {
         plane_rows rows{at[src], at[dst]};
         drawn.tell(rows);
@@ -71,8 +73,8 @@ row_call draw_chroma_interleaving(const wanted_call &wanted,
                                   member<lumalane::row_kernel::chroma_interleaving> kernel) {
     using lumalane::interleaved_chroma;
     const std::ptrdiff_t n = wanted.n, count = wanted.randomness.between(1, 3);
-    const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, n / 2, store_policy::cached);
-    const std::ptrdiff_t uv_next = draw_pitch(wanted.randomness, n, store_policy::cached);
+    const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, n / 2);
+    const std::ptrdiff_t uv_next = draw_pitch(wanted.randomness, n);
     const auto by = draw_samples_adjustment(wanted);
 
     enum { u, v, uv };
@@ -106,9 +108,9 @@ row_call draw_yuy2_unpacking(const wanted_call &wanted,
     using lumalane::unpacked_yuy2;
     const std::ptrdiff_t n = wanted.n, count = wanted.randomness.between(1, 3);
     const bool chroma = wanted.number % 3 != 0;
-    const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, 2 * n, store_policy::cached);
-    const std::ptrdiff_t y_next = draw_pitch(wanted.randomness, n, store_policy::cached);
-    const std::ptrdiff_t uv_next = draw_pitch(wanted.randomness, n, store_policy::cached);
+    const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, 2 * n);
+    const std::ptrdiff_t y_next = draw_pitch(wanted.randomness, n);
+    const std::ptrdiff_t uv_next = draw_pitch(wanted.randomness, n);
     const auto by = draw_samples_adjustment(wanted);
 
     enum { src, y, uv };

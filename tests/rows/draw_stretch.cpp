@@ -42,9 +42,9 @@ row_call draw_between_two_rows(const wanted_call &wanted,
     const std::ptrdiff_t n = wanted.n;
     const surroundings read = surroundings_of(wanted.facts.name);
     const std::ptrdiff_t size = n == 0 ? 0 : read.before + n + read.after;
-    const std::ptrdiff_t pitch = draw_pitch(wanted.randomness, size, store_policy::cached);
+    const std::ptrdiff_t pitch = draw_pitch(wanted.randomness, size);
     const std::ptrdiff_t count = wanted.randomness.between(1, 3), rows_next = wanted.number % 3;
-    const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, n, store_policy::cached);
+    const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, n);
 
     enum { src, dst };
     row_call call;
@@ -86,8 +86,9 @@ row_call draw_plane_stretching(const wanted_call &wanted,
     const std::ptrdiff_t size = n == 0 ? 0 : n + (doubles && !repeats_last);
 
     const repetition<lumalane::plane_adjustment> drawn(wanted);
-    const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, size, store_policy::cached);
-    const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, row_bytes, drawn.stores);
+    const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, size);
+    const std::ptrdiff_t dst_next =
+        draw_pitch(wanted.randomness, row_bytes, alignment_for(drawn.stores));
 
     enum { src, src_below, dst, dst_below };
     row_call call;
@@ -97,7 +98,7 @@ row_call draw_plane_stretching(const wanted_call &wanted,
                  {"src below", reads_below ? size : 0, drawn.count, src_next},
                  {"dst", row_bytes, drawn.count, dst_next, true},
                  {"dst below", both ? row_bytes : 0, drawn.count, dst_next, true}};
-    call.non_temporal = drawn.non_temporal();
+    call.alignment = alignment_for(drawn.stores);
     call.run = [=](const row_kernels &target, const addresses &at) {
         stretched_rows rows{at[src], at[dst]};
         rows.made = made;
@@ -150,9 +151,9 @@ row_call draw_doubled_to_surface(const wanted_call &wanted,
     const std::ptrdiff_t count = r.between(1, 3);
     const std::ptrdiff_t luma_bytes = n == 0 ? 0 : n + (doubles_width && !repeats_last);
     const std::ptrdiff_t chroma_bytes = n == 0 ? 0 : doubles_width ? n + 2 : n / 2;
-    const std::ptrdiff_t pitch = draw_pitch(r, luma_bytes, store_policy::cached);
-    const std::ptrdiff_t chroma_pitch = draw_pitch(r, chroma_bytes, store_policy::cached);
-    const std::ptrdiff_t dst_pitch = draw_pitch(r, row_bytes, stores);
+    const std::ptrdiff_t pitch = draw_pitch(r, luma_bytes);
+    const std::ptrdiff_t chroma_pitch = draw_pitch(r, chroma_bytes);
+    const std::ptrdiff_t dst_pitch = draw_pitch(r, row_bytes, alignment_for(stores));
     const int luma_rows = all ? 3 : made == pair_made::between ? 2 : 1, dst_rows = all ? 4 : 1;
     const int chroma_rows = two_of_chroma ? 2 : 1;
 
@@ -167,7 +168,7 @@ row_call draw_doubled_to_surface(const wanted_call &wanted,
                  {"v", doubles_width ? 0 : chroma_bytes, chroma_rows + count - 1, chroma_pitch},
                  {"dst", row_bytes, dst_rows * count, dst_pitch, true}};
     call.reads_again = all;
-    call.non_temporal = stores == store_policy::non_temporal;
+    call.alignment = alignment_for(stores);
     call.run = [=](const row_kernels &target, const addresses &at) {
         doubled_rows rows{at[y], at[u], doubles_width ? at[u] : at[v], at[dst]};
         rows.made = made;

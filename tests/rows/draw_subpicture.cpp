@@ -51,9 +51,9 @@ row_call draw_keyed_to_surface(const wanted_call &wanted,
     const auto by = draw_by<lumalane::adjustment>(wanted);
 
     const std::ptrdiff_t count = wanted.randomness.between(1, 3);
-    const std::ptrdiff_t luma_next = draw_pitch(wanted.randomness, n, store_policy::cached);
-    const std::ptrdiff_t chroma_next = draw_pitch(wanted.randomness, n / 2, store_policy::cached);
-    const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, row_bytes, stores);
+    const std::ptrdiff_t luma_next = draw_pitch(wanted.randomness, n);
+    const std::ptrdiff_t chroma_next = draw_pitch(wanted.randomness, n / 2);
+    const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, row_bytes, alignment_for(stores));
 
     enum { y, u, v, alpha, dst };
     row_call call;
@@ -65,7 +65,7 @@ row_call draw_keyed_to_surface(const wanted_call &wanted,
                  {"v", n / 2, count, chroma_next},
                  {"alpha", n, count, luma_next, false, draw_alpha(wanted.randomness, n)},
                  {"dst", row_bytes, count, dst_next, true}};
-    call.non_temporal = stores == store_policy::non_temporal;
+    call.alignment = alignment_for(stores);
     call.run = [=](const row_kernels &target, const addresses &at) {
         (target.*kernel)({at[y], at[u], at[v], at[alpha], at[dst], stores, by.get(), count,
                           luma_next, chroma_next, dst_next},
@@ -117,9 +117,9 @@ row_call draw_surface_to_planes(const wanted_call &wanted,
     enum { src, y, u, v };
     const auto key_pixels = pattern_of(key_pixel);
     const std::ptrdiff_t count = r.between(1, 3);
-    const std::ptrdiff_t surface_next = draw_pitch(r, n * size, store_policy::cached);
-    const std::ptrdiff_t luma_next = draw_pitch(r, n, store_policy::cached);
-    const std::ptrdiff_t chroma_next = draw_pitch(r, n / 2, store_policy::cached);
+    const std::ptrdiff_t surface_next = draw_pitch(r, n * size);
+    const std::ptrdiff_t luma_next = draw_pitch(r, n);
+    const std::ptrdiff_t chroma_next = draw_pitch(r, n / 2);
     row_call call;
     call.arguments = std::to_string(count) + " times, key " + std::to_string(key);
     call.rows = {{"surface", n * size, count, surface_next, false, surface},
@@ -156,7 +156,7 @@ row_call draw_filling(const wanted_call &wanted, member<lumalane::row_kernel::fi
     row_call call;
     call.arguments = told(stores);
     call.rows = {{"dst", n, 1, 0, true}};
-    call.non_temporal = stores == store_policy::non_temporal;
+    call.alignment = alignment_for(stores);
     call.run = [=](const row_kernels &target, const addresses &at) {
         (target.*kernel)(at[0], n, *pattern, stores);
         return 0;
@@ -187,7 +187,7 @@ row_call draw_marker_to_key(const wanted_call &wanted,
     row_call call;
     call.arguments = told(stores);
     call.rows = {{"mask", n, 1, 0, false, marked}, {"dst", n, 1, 0, true}};
-    call.non_temporal = stores == store_policy::non_temporal;
+    call.alignment = alignment_for(stores);
     call.run = [=](const row_kernels &target, const addresses &at) {
         (target.*kernel)({at[mask], at[dst], stores}, n, marker, key);
         return 0;

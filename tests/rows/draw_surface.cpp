@@ -23,9 +23,10 @@ row_call draw_filtered_pairs(const wanted_call &wanted,
                              member<lumalane::row_kernel::planar_to_surface> kernel) {
     const std::ptrdiff_t n = wanted.n, row_bytes = 2 * n;
     const repetition<adjustment> drawn(wanted);
-    const std::ptrdiff_t pitch = draw_pitch(wanted.randomness, n, store_policy::cached);
-    const std::ptrdiff_t chroma_next = draw_pitch(wanted.randomness, n / 2, store_policy::cached);
-    const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, row_bytes, drawn.stores);
+    const std::ptrdiff_t pitch = draw_pitch(wanted.randomness, n);
+    const std::ptrdiff_t chroma_next = draw_pitch(wanted.randomness, n / 2);
+    const std::ptrdiff_t dst_next =
+        draw_pitch(wanted.randomness, row_bytes, alignment_for(drawn.stores));
 
     enum { y, u, v, dst, dst_below };
     row_call call;
@@ -35,7 +36,7 @@ row_call draw_filtered_pairs(const wanted_call &wanted,
                  {"v", n / 2, drawn.count, chroma_next},
                  {"dst", row_bytes, drawn.count, dst_next, true},
                  {"lower dst", row_bytes, drawn.count, dst_next, true}};
-    call.non_temporal = drawn.non_temporal();
+    call.alignment = alignment_for(drawn.stores);
     call.reads_again = true;
     call.run = [=](const row_kernels &target, const addresses &at) {
         planar_rows rows{at[y] + pitch, at[u], at[v], at[dst]};
@@ -90,10 +91,11 @@ row_call draw_planar_to_surface(const wanted_call &wanted,
     const bool whole_pixels = wanted.facts.written > 1;
     const bool between = whole_pixels && !gaps && !mono && wanted.number / 12 % 2 == 1;
     const std::ptrdiff_t chroma_rows = between ? 2 : 1;
-    const std::ptrdiff_t y_next = draw_pitch(wanted.randomness, n, store_policy::cached);
-    const std::ptrdiff_t below_next = draw_pitch(wanted.randomness, n, store_policy::cached);
-    const std::ptrdiff_t chroma_next = draw_pitch(wanted.randomness, n / 2, store_policy::cached);
-    const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, row_bytes, drawn.stores);
+    const std::ptrdiff_t y_next = draw_pitch(wanted.randomness, n);
+    const std::ptrdiff_t below_next = draw_pitch(wanted.randomness, n);
+    const std::ptrdiff_t chroma_next = draw_pitch(wanted.randomness, n / 2);
+    const std::ptrdiff_t dst_next =
+        draw_pitch(wanted.randomness, row_bytes, alignment_for(drawn.stores));
 
     enum { y, y_below, u, v, dst, dst_below };
     row_call call;
@@ -104,9 +106,9 @@ row_call draw_planar_to_surface(const wanted_call &wanted,
                  {"v", mono ? 0 : n / 2, chroma_rows * drawn.count, chroma_next},
                  {"dst", row_bytes, drawn.count, dst_next, true},
                  {"lower dst", pair ? row_bytes : 0, drawn.count, dst_next, true}};
-    call.non_temporal = drawn.non_temporal();
+    call.alignment = alignment_for(drawn.stores);
     // Chroma that is averaged may be so for several rows before the first one is stored.
-    call.reads_again = (call.non_temporal && pair && !gaps) || (between && drawn.count > 1);
+    call.reads_again = (drawn.non_temporal() && pair && !gaps) || (between && drawn.count > 1);
     call.run = [=](const row_kernels &target, const addresses &at) {
         planar_rows rows{at[y], at[u], at[v], at[dst]};
         rows.lower = lower;
@@ -157,8 +159,9 @@ row_call draw_packed_to_surface(const wanted_call &wanted,
     enum { one_row, a_pair, chroma_of_another };
     const unsigned form = wanted.number / 4 % 3;
     const bool pair = form == a_pair, own_chroma = form != chroma_of_another;
-    const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, 2 * n, store_policy::cached);
-    const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, row_bytes, drawn.stores);
+    const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, 2 * n);
+    const std::ptrdiff_t dst_next =
+        draw_pitch(wanted.randomness, row_bytes, alignment_for(drawn.stores));
 
     enum { src, chroma, src_below, dst, dst_below };
     constexpr const char *names[] = {"one row", "a pair", "one row with the chroma of another"};
@@ -169,8 +172,8 @@ row_call draw_packed_to_surface(const wanted_call &wanted,
                  {"lower src", pair ? 2 * n : 0, drawn.count, src_next},
                  {"dst", row_bytes, drawn.count, dst_next, true},
                  {"lower dst", pair ? row_bytes : 0, drawn.count, dst_next, true}};
-    call.non_temporal = drawn.non_temporal();
-    call.reads_again = call.non_temporal && pair;
+    call.alignment = alignment_for(drawn.stores);
+    call.reads_again = drawn.non_temporal() && pair;
     call.run = [=](const row_kernels &target, const addresses &at) {
         packed_rows rows{at[src], own_chroma ? at[src] : at[chroma], at[dst]};
         if (pair) {

@@ -39,8 +39,8 @@ using addresses = std::vector<unsigned char *>; // of the rows
 struct row_call {
     std::string arguments; // for people
     std::vector<row> rows;
-    bool non_temporal = false; // rows that are written are aligned to the target's vectors
-    // The call reads something again after it has stored, which is not what the promised steps do:
+    int alignment = 1; // of the rows that are written
+    // The call reads something (again) after it has stored, which is not what the promised steps do:
     // it is made only where nothing overlaps.
     bool reads_again = false;
     // What a call returns, if anything, counts as well.
