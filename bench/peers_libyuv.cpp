@@ -174,29 +174,50 @@ void blend(const scene &s, const planes &video, const planes &to, int first_row)
         to.chroma_pitch, to.v, to.chroma_pitch, video.width, video.height);
 }
 
-// A few rows at a time, so that what is between the passes stays in the cache.
+// A few rows at a time, so that what is between the passes stays in the cache: calls
+// `make(rows, first_row)`.
+constexpr int rows_at_once = 16;
+
+template <class Make>
+void in_strips(const planes &video, const Make &make) {
+    for (int row = 0; row < video.height; row += rows_at_once)
+        make(video.strip(row, std::min(rows_at_once, video.height - row)), row);
+}
+
+unsigned char *surface_row(scene &s, int row) {
+    return s.dst.data() + std::ptrdiff_t(s.dst_pitch) * row;
+}
+
+own_planes own_strip(int width) { return own_planes({width, rows_at_once}); }
+
 template <packer convert>
 void mix_strips(scene &s, const planes &video, const planes &between) {
-    constexpr int most = 16;
-    for (int row = 0; row < video.height; row += most) {
-        const int rows = std::min(most, video.height - row);
-        const planes mixed = between.strip(0, rows);
-        blend(s, video.strip(row, rows), mixed, row);
-        pack(mixed, convert, s.dst.data() + std::ptrdiff_t(s.dst_pitch) * row, s.dst_pitch);
-    }
+    in_strips(video, [&](const planes &rows, int row) {
+        const planes mixed = between.strip(0, rows.height);
+        blend(s, rows, mixed, row);
+        pack(mixed, convert, surface_row(s, row), s.dst_pitch);
+    });
 }
 
 template <packer convert>
 task mixed_and_packed(scene &s) {
-    return [&s, between = own_planes(s.picture())] { mix_strips<convert>(s, picture(s), between); };
+    return [&s, between = own_strip(s.width)] { mix_strips<convert>(s, picture(s), between); };
 }
 
 template <packer convert>
 task field_mixed_and_packed(scene &s) {
-    return [&s, frame = own_planes(s.picture()), between = own_planes(s.picture())] {
+    return [&s, frame = own_planes(s.picture()), between = own_strip(s.width)] {
         scale(field(s), frame, libyuv::kFilterBilinear);
         mix_strips<convert>(s, frame, between);
     };
+}
+
+// To half of the width.
+template <libyuv::FilterMode filter>
+void halve_and_pack(scene &s, const planes &rows, int row, const planes &between) {
+    const planes half = between.strip(0, rows.height);
+    scale(rows, half, filter);
+    pack(half, libyuv::I420ToYUY2, surface_row(s, row), s.dst_pitch);
 }
 
 } // namespace
@@ -206,9 +227,12 @@ const peer libyuv_rgb24{"libyuv", "I420ToRGB24", packed<libyuv::I420ToRGB24>};
 const peer libyuv_rgb565{"libyuv", "I420ToRGB565", packed<libyuv::I420ToRGB565>};
 const peer libyuv_yuy2{"libyuv", "I420ToYUY2", packed<libyuv::I420ToYUY2>};
 
-const peer libyuv_half_yuy2{"libyuv", "I420Scale (linear), I420ToYUY2", [](scene &s) {
-                                return scaled_and_packed<libyuv::kFilterLinear, libyuv::I420ToYUY2>(
-                                    s, {s.width / 2, s.height});
+const peer libyuv_half_yuy2{"libyuv", "I420Scale (linear), I420ToYUY2", [](scene &s) -> task {
+                                return [&s, half = own_strip(s.width / 2)] {
+                                    in_strips(picture(s), [&](const planes &rows, int row) {
+                                        halve_and_pack<libyuv::kFilterLinear>(s, rows, row, half);
+                                    });
+                                };
                             }};
 const peer libyuv_half_yv12{"libyuv", "I420Scale (none)", [](scene &s) {
                                 return scaled<libyuv::kFilterNone>(s, {s.width / 2, s.height});
@@ -254,10 +278,12 @@ const peer libyuv_mix_yv12{"libyuv", "I420Blend", [](scene &s) -> task {
 
 const peer libyuv_mix_half_yuy2{
     "libyuv", "I420Blend, I420Scale (none), I420ToYUY2", [](scene &s) -> task {
-        return [&s, mixed = own_planes(s.picture()), half = own_planes({s.width / 2, s.height})] {
-            blend(s, picture(s), mixed, 0);
-            scale(mixed, half, libyuv::kFilterNone);
-            pack(half, libyuv::I420ToYUY2, s.dst.data(), s.dst_pitch);
+        return [&s, between = own_strip(s.width), half = own_strip(s.width / 2)] {
+            in_strips(picture(s), [&](const planes &rows, int row) {
+                const planes mixed = between.strip(0, rows.height);
+                blend(s, rows, mixed, row);
+                halve_and_pack<libyuv::kFilterNone>(s, mixed, row, half);
+            });
         };
     }};
 

@@ -37,7 +37,8 @@
  *
  * The properties can be controlled, and are offered as #GstColorBalance channels, too. All
  * lumalaneconvert elements of a process share one adjustment of the library: frames with an
- * adjustment take turns, each with its own, and so do those from YV12 and I420 to YUY2.
+ * adjustment take turns, each with its own, and so do those with deinterlace=edge, and with double
+ * onto RGB, YV12 and I420.
  *
  * ## Interlaced video
  *

@@ -127,12 +127,12 @@
 //
 //     clamp_to_byte(((low16(x * g) saturating+ 32) logical>> 6) saturating+ o)
 //
-// so gain 64 and offset 0 change nothing. Y has the gain and the offset of Y; U and V have the gain
+// with saturating additions of signed words, so gain 64 and offset 0 change nothing. Y has the gain and the offset of Y; U and V have the gain
 // of chroma and an offset each, but where the table above or a function says otherwise. Samples are
 // adjusted before they become RGB.
 //
-// quirk: a product x * g of 32768 or more wraps
-// [adjusted_copy.gain_200_wraps_at_255_and_still_saturates]
+// quirk: a product x * g from 65504 on begins at 0 again
+// [adjusted_copy.gain_257_wraps_at_255_where_200_still_saturates]
 // quirk: before the first call of get_contrast_data() all gains and offsets are 0, so that every
 // adjusted sample is 0, and every pixel R 0, G 137, B 0
 // [before_any_parameters.every_adjusted_sample_is_0,
@@ -163,9 +163,10 @@
 struct tag_ajust_contrast_info {
     unsigned char unread_0[32]; ///< the caller's own
 
-    /// Bits of an RGB16 pixel, most significant first. Read by the functions that make RGB16
-    /// pictures (their names end in rgb16, RGB16, rgb16_ajust or RGB16_adjust); any other value
-    /// makes them return at once and write nothing. The rest take 5-6-5.
+    /// Bits of an RGB16 pixel, most significant first. Read by the functions whose block says so
+    /// ("reads info: rgb16_layout"); any other value makes them return at once and write nothing.
+    /// load_subpicture_yuy2_rgb16() and load_subpicture_yuy2_rgb16_ajust() make 5-6-5 whichever of
+    /// the four it is, and the rest have 5-6-5 alone.
     ///   0: RRRRRGGG GGGBBBBB   5-6-5
     ///   1: RRRRRGGG GGBBBBB0   5-5-5 in the upper fifteen bits
     ///   2: RRRRRRGG GGGGBBBB   6-6-4

@@ -52,9 +52,10 @@ typedef struct tagVideoFrame tagVideoFrame;
 struct tag_ajust_contrast_info {
     unsigned char unread_0[32]; ///< the caller's own
 
-    /// Bits of an RGB16 pixel, most significant first. Read by the functions that make RGB16
-    /// pictures (their names end in rgb16, RGB16, rgb16_ajust or RGB16_adjust); any other value
-    /// makes them return at once and write nothing. The rest take 5-6-5.
+    /// Bits of an RGB16 pixel, most significant first. Read by the functions whose block says so
+    /// ("reads info: rgb16_layout"); any other value makes them return at once and write nothing.
+    /// load_subpicture_yuy2_rgb16() and load_subpicture_yuy2_rgb16_ajust() make 5-6-5 whichever of
+    /// the four it is, and the rest have 5-6-5 alone.
     ///   0: RRRRRGGG GGGBBBBB   5-6-5
     ///   1: RRRRRGGG GGBBBBB0   5-5-5 in the upper fifteen bits
     ///   2: RRRRRRGG GGGGBBBB   6-6-4

@@ -191,12 +191,16 @@ TEST_P(adjusted_copy, gain_128_saturates_255) {
     EXPECT_EQ(luma(), bytes(16, 210));
 }
 
-TEST_P(adjusted_copy, gain_200_wraps_at_255_and_still_saturates) {
+TEST_P(adjusted_copy, gain_257_wraps_at_255_where_200_still_saturates) {
     fill(255, 255, 255);
     set_contrast({200, 64, 0, 0, 0, 0, 0, 0});
     EXPECT_EQ(luma(), bytes(16, 255));
     set_contrast({200, 64, -700, 0, 0, 0, 0, 0}); // 797 before the offset
     EXPECT_EQ(luma(), bytes(16, 97));
+    set_contrast({256, 64, 0, 0, 0, 0, 0, 0});
+    EXPECT_EQ(luma(), bytes(16, 255));
+    set_contrast({257, 64, 0, 0, 0, 0, 0, 0});
+    EXPECT_EQ(luma(), bytes(16, 0));
 }
 
 TEST_P(adjusted_copy, width_12_writes_16_samples_a_row_and_drifts_by_4) {

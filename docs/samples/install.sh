@@ -1,1 +1,2 @@
-cmake --install "${BUILD:-build/linux-x64}" --prefix "${PREFIX:-$HOME/lumalane}"
+PREFIX=${PREFIX:-$HOME/lumalane}
+cmake --install "${BUILD:-build/linux-x64}" --prefix "$PREFIX"

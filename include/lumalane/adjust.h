@@ -6,13 +6,15 @@
 // library starts. That means:
 //
 //   - Calls with an adjustment take turns, on whichever threads and for whichever players in one
-//     process they are made. Each has the adjustment that it was given. Calls without one run beside
-//     each other and beside those.
+//     process they are made. Each has the adjustment that it was given. So do those calls of blend()
+//     and stretch() without one whose functions always adjust, which are told to change nothing:
+//     blend() onto all but yv12 and i420, stretch() onto all but yuy2, and along_edges. All others
+//     run beside each other and beside those.
 //   - Who calls functions with _ajust or _adjust of lumalane.h as well sets their adjustment by
 //     set_adjustment(), not by get_contrast_data(): what that sets lasts until the next call with an
 //     adjustment here.
-//   - Such a function that runs while another thread is in a call with an adjustment has that
-//     thread's adjustment. Two players in one process are right if both use convert(), blend() and
+//   - Such a function that runs while another thread is in a call that takes a turn has that call's
+//     adjustment. Two players in one process are right if both use convert(), blend() and
 //     stretch() alone.
 //   - On Windows every module (EXE, DLL) that includes this header has a lock of its own.
 #ifndef LUMALANE_ADJUST_H
