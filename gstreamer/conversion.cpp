@@ -103,8 +103,10 @@ status converter::convert_fields(const frame &f) {
 }
 
 status converter::deinterlace(const frame &f) {
-    const int parity = f.first_field, height = f.source.height, rows = height / 2;
-    const int whole = rows_with_chroma(f.source, parity, rows);
+    const int parity = f.first_field, height = f.source.height;
+    // Of odd heights the upper field has a row that is not doubled.
+    const int rows = (height - parity + 1) / 2;
+    const int whole = rows_with_chroma(f.source, parity, height / 2);
     status s;
     if (whole > 0)
         s = double_height(f, field_of(f.source, parity, whole),

@@ -916,4 +916,63 @@ TEST_F(element, can_be_told_to_deinterlace_while_it_runs) {
     EXPECT_EQ(made("interlace-mode"), "progressive");
 }
 
+TEST_F(element, repeats_the_rows_of_packed_fields) {
+    for (const named_format &to : {yuy2, bgrx})
+        for (const int height : {4, 5, 6, 7, 9})
+            for (const int parity : {0, 1}) {
+                const int field_rows = (height - parity + 1) / 2;
+                if (height % 2 != 0 && field_rows % 2 == 0)
+                    continue; // the last row is converted by itself, not with the chroma of a pair
+                SCOPED_TRACE(to.name + std::to_string(height) + (parity ? " lower" : " upper"));
+                restart();
+                deinterlace("double");
+                ASSERT_TRUE(negotiate(caps_of(yuy2, 37, height, interleaved),
+                                      string("video/x-raw, format=") + to.name));
+                const drawn d = noise(format::yuy2, 37, height);
+                const_picture field = d.p;
+                field.planes[0].data += parity * d.p.planes[0].stride;
+                field.planes[0].stride *= 2;
+                field.height = field_rows;
+                const std::vector<unsigned char> rows = converted(field, to.format);
+                const std::ptrdiff_t row = lumalane::row_bytes(to.format, 0, 37);
+                std::vector<unsigned char> expected;
+                for (int y = 0; y < height; ++y) {
+                    const auto from = rows.begin() + std::min(y / 2, field_rows - 1) * row;
+                    expected.insert(expected.end(), from, from + row);
+                }
+                EXPECT_EQ(pushed(d, yuy2, to, parity ? 0 : upper_first), expected);
+            }
+}
+
+// Of these heights the last row of the upper field has chroma of its own, that of the frame's last row.
+TEST_F(element, keeps_the_last_row_of_fields_of_odd_heights) {
+    for (const char *how : {"double", "edge"})
+        for (const named_format &to : {yuy2, bgrx, i420})
+            for (const int height : {5, 9, 21}) {
+                if (to.format == format::i420 && string(how) == "edge")
+                    continue;
+                SCOPED_TRACE(string(how) + " " + to.name + std::to_string(height));
+                restart();
+                deinterlace(how);
+                ASSERT_TRUE(negotiate(caps_of(i420, 37, height, interleaved),
+                                      string("video/x-raw, format=") + to.name));
+                const drawn d = noise(format::i420, 37, height);
+                const std::vector<unsigned char> out = pushed(d, i420, to, upper_first),
+                                                 whole = converted(d.p, to.format);
+                const size_t row = static_cast<size_t>(lumalane::row_bytes(to.format, 0, 37));
+                ASSERT_EQ(out.size(), whole.size());
+                EXPECT_TRUE(std::equal(&out[row * (height - 1)], &out[row * (height - 1)] + row,
+                                       &whole[row * (height - 1)]));
+                if (to.format == format::i420) {
+                    const auto last = [&](const std::vector<unsigned char> &v, size_t plane) {
+                        const size_t chroma = 19, planes = (height + 1) / 2 * chroma;
+                        const auto end = v.begin() + 37 * height + (plane + 1) * planes;
+                        return std::vector<unsigned char>(end - chroma, end);
+                    };
+                    EXPECT_EQ(last(out, 0), last(whole, 0));
+                    EXPECT_EQ(last(out, 1), last(whole, 1));
+                }
+            }
+}
+
 } // namespace
