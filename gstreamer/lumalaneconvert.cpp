@@ -68,7 +68,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <mutex>
 
 GST_DEBUG_CATEGORY_STATIC(lumalaneconvert_debug);
 #define GST_CAT_DEFAULT lumalaneconvert_debug
@@ -90,14 +89,14 @@ struct state {
     // Guarded by the object's lock.
     balance adjusted;
     deinterlacing wanted = deinterlacing::none;
-    bool same_caps = false; // frames without an adjustment may pass
 
     // Of the streaming thread.
-    deinterlacing how = deinterlacing::none; // that of the caps
+    bool same_caps = false;    // frames without an adjustment may pass
+    bool deinterlaces = false; // the caps say so
+    deinterlacing how = deinterlacing::doubled;
     lumalane_gst::converter converter;
 
     GList *channels = nullptr;
-    std::mutex turns;
 };
 
 } // namespace
@@ -140,19 +139,17 @@ GType deinterlace_type() {
 
 // ---- What is to be done ------------------------------------------------------------------------
 
-// After a change of the properties or the caps; whether it changes what is done with frames. Changes
-// take turns, so that the last one decides.
-bool update_passthrough(gpointer self) {
-    GstBaseTransform *const transform = GST_BASE_TRANSFORM(self);
-    state &own = state_of(self);
-    const std::lock_guard<std::mutex> turn(own.turns);
+// Whether that changes what is done with frames. On the streaming thread alone, before a frame is
+// begun: the base class asks more than once per frame whether it passes.
+bool update_passthrough(GstBaseTransform *self) {
+    const state &own = state_of(self);
     GST_OBJECT_LOCK(self);
     const bool passes = own.same_caps && changes_nothing(adjustment_of(own.adjusted));
     GST_OBJECT_UNLOCK(self);
-    if (passes == bool(gst_base_transform_is_passthrough(transform)))
+    if (passes == bool(gst_base_transform_is_passthrough(self)))
         return false;
     GST_DEBUG_OBJECT(self, "frames %s", passes ? "pass through" : "are converted");
-    gst_base_transform_set_passthrough(transform, passes);
+    gst_base_transform_set_passthrough(self, passes);
     return true;
 }
 
@@ -162,12 +159,8 @@ bool set_balance(gpointer self, int which, double value) {
     const bool changes = now != value;
     now = value;
     GST_OBJECT_UNLOCK(self);
-    if (changes) {
+    if (changes)
         GST_INFO_OBJECT(self, "%s is %f", balance_ranges[which].property, value);
-        // Frames that stop passing through need memory, which is negotiated.
-        if (update_passthrough(self))
-            gst_base_transform_reconfigure_src(GST_BASE_TRANSFORM(self));
-    }
     return changes;
 }
 
@@ -300,18 +293,48 @@ gboolean accept_caps(GstBaseTransform *self, GstPadDirection direction, GstCaps 
     return accepts;
 }
 
-gboolean sink_event(GstBaseTransform *self, GstEvent *event) {
+// Those of the formats that caps of the sink pad can become which the next element takes.
+GstCaps *taken_behind(GstBaseTransform *self, GstCaps *caps) {
+    GstCaps *const made = transform_caps(self, GST_PAD_SINK, caps, nullptr);
+    GstCaps *const behind = gst_pad_peer_query_caps(self->srcpad, made);
+    GstCaps *const taken = gst_caps_intersect(made, behind);
+    gst_caps_unref(made);
+    gst_caps_unref(behind);
+    return taken;
+}
+
+bool has_rgb(const GstCaps *caps) {
+    GstCaps *const rgb = gst_caps_from_string("video/x-raw, format={ BGRx, BGR, RGB16 }");
+    const bool has = gst_caps_can_intersect(caps, rgb);
+    gst_caps_unref(rgb);
+    return has;
+}
+
+// Whether caps that have been refused would have become RGB if they were BT.601.
+bool lacks_bt601_alone(GstBaseTransform *self, GstCaps *caps) {
     GstVideoInfo info;
+    if (!gst_video_info_from_caps(&info, caps) || !GST_VIDEO_INFO_IS_YUV(&info) ||
+        lumalane_gst::has_bt601(info))
+        return false;
+    GstCaps *const copy = as_bt601(caps), *const as_it_is = taken_behind(self, caps),
+                   *const otherwise = taken_behind(self, copy);
+    const bool lacks = gst_caps_is_empty(as_it_is) && has_rgb(otherwise);
+    gst_caps_unref(copy);
+    gst_caps_unref(as_it_is);
+    gst_caps_unref(otherwise);
+    return lacks;
+}
+
+gboolean sink_event(GstBaseTransform *self, GstEvent *event) {
     GstCaps *caps = nullptr;
-    bool refusable = false;
     if (GST_EVENT_TYPE(event) == GST_EVENT_CAPS) {
         gst_event_parse_caps(event, &caps);
-        refusable = gst_video_info_from_caps(&info, caps) && GST_VIDEO_INFO_IS_YUV(&info) &&
-                    !lumalane_gst::has_bt601(info);
         gst_caps_ref(caps);
     }
     const gboolean done = parent_transform()->sink_event(self, event);
-    if (!done && refusable && !GST_PAD_IS_FLUSHING(self->sinkpad)) {
+    if (!done && caps && !GST_PAD_IS_FLUSHING(self->sinkpad) && lacks_bt601_alone(self, caps)) {
+        GstVideoInfo info;
+        gst_video_info_from_caps(&info, caps);
         gchar *const has = gst_video_colorimetry_to_string(&info.colorimetry);
         GST_ELEMENT_ERROR(self, STREAM, FORMAT,
                           ("RGB is made of limited-range BT.601 video only. This is %s: put "
@@ -332,15 +355,10 @@ gboolean set_info(GstVideoFilter *self, GstCaps *, GstVideoInfo *in, GstCaps *, 
         return FALSE;
     }
     // Fields that the caps keep are kept, whatever has been set since.
-    const bool deinterlaces =
-        GST_VIDEO_INFO_IS_INTERLACED(in) && !GST_VIDEO_INFO_IS_INTERLACED(out);
-    own.how = deinterlaces ? wanted_deinterlacing(self) : deinterlacing::none;
-    if (deinterlaces && own.how == deinterlacing::none)
-        return FALSE;
-    GST_OBJECT_LOCK(self);
-    own.same_caps = from == to && !deinterlaces;
-    GST_OBJECT_UNLOCK(self);
-    update_passthrough(self);
+    own.deinterlaces = GST_VIDEO_INFO_IS_INTERLACED(in) && !GST_VIDEO_INFO_IS_INTERLACED(out);
+    own.same_caps = from == to && !own.deinterlaces;
+    own.how = deinterlacing::doubled; // as all formats can be
+    update_passthrough(GST_BASE_TRANSFORM(self));
     return TRUE;
 }
 
@@ -365,11 +383,23 @@ gboolean decide_allocation(GstBaseTransform *self, GstQuery *query) {
 
 // ---- Frames ------------------------------------------------------------------------------------
 
+// After this the base class negotiates, and then takes memory for the frame.
 void before_transform(GstBaseTransform *self, GstBuffer *buffer) {
-    const GstClockTime time =
-        gst_segment_to_stream_time(&self->segment, GST_FORMAT_TIME, GST_BUFFER_TIMESTAMP(buffer));
-    if (GST_CLOCK_TIME_IS_VALID(time))
-        gst_object_sync_values(GST_OBJECT(self), time);
+    if (self->segment.format == GST_FORMAT_TIME) {
+        const GstClockTime time = gst_segment_to_stream_time(&self->segment, GST_FORMAT_TIME,
+                                                             GST_BUFFER_TIMESTAMP(buffer));
+        if (GST_CLOCK_TIME_IS_VALID(time))
+            gst_object_sync_values(GST_OBJECT(self), time);
+    }
+    // Frames that stop passing through need memory, which is negotiated.
+    if (update_passthrough(self))
+        gst_base_transform_reconfigure_src(self);
+}
+
+// The frame of a video meta may be larger than that of the caps, which is its upper left part.
+void limit(GstVideoFrame *f, const GstVideoInfo &to) {
+    f->info.width = to.width;
+    f->info.height = to.height;
 }
 
 lumalane::picture picture_of(GstVideoFrame *f) {
@@ -401,9 +431,14 @@ bool lies_in_its_buffer(GstVideoFrame *f) {
 }
 
 bool is_whole(GstBuffer *buffer, const GstVideoInfo &info, GstMapFlags access) {
+    const GstVideoMeta *const meta = gst_buffer_get_video_meta(buffer);
+    if (meta && (static_cast<gint>(meta->width) < info.width ||
+                 static_cast<gint>(meta->height) < info.height))
+        return false;
     GstVideoFrame f;
     if (!gst_video_frame_map(&f, &info, buffer, access))
         return false;
+    limit(&f, info);
     const bool whole = lies_in_its_buffer(&f);
     gst_video_frame_unmap(&f);
     return whole;
@@ -431,20 +466,28 @@ GstFlowReturn transform_frame(GstVideoFilter *self, GstVideoFrame *in, GstVideoF
     state &own = state_of(self);
     GST_OBJECT_LOCK(self);
     const lumalane::adjustment adjust = adjustment_of(own.adjusted);
+    const deinterlacing wanted = own.wanted;
     GST_OBJECT_UNLOCK(self);
 
+    limit(in, self->in_info);
+    limit(out, self->out_info);
     lumalane_gst::frame f{picture_of(in), picture_of(out)};
     f.interlaced = GST_VIDEO_FRAME_IS_INTERLACED(in);
     f.first_field = lower_field_is_first(in) ? 1 : 0;
-    f.how = own.how;
     f.adjust = changes_nothing(adjust) ? nullptr : &adjust;
-    if (own.how != deinterlacing::none)
+    if (own.deinterlaces) {
+        // Told something that these formats do not have, it goes on as before until the next caps.
+        if (wanted != deinterlacing::none &&
+            lumalane_gst::converts(f.source.format, f.destination.format, wanted))
+            own.how = wanted;
+        f.how = own.how;
         GST_BUFFER_FLAG_UNSET(out->buffer,
                               GST_VIDEO_BUFFER_FLAG_INTERLACED | GST_VIDEO_BUFFER_FLAG_TFF |
                                   GST_VIDEO_BUFFER_FLAG_RFF | GST_VIDEO_BUFFER_FLAG_ONEFIELD);
+    }
 
-    const bool as_it_is = f.source.format == f.destination.format && !f.adjust &&
-                          !(f.interlaced && own.how != deinterlacing::none);
+    const bool as_it_is =
+        f.source.format == f.destination.format && !f.adjust && !(f.interlaced && own.deinterlaces);
     if (as_it_is)
         return gst_video_frame_copy(out, in) ? GST_FLOW_OK : GST_FLOW_ERROR;
     if (const lumalane::status done = own.converter.convert(f); !done) {

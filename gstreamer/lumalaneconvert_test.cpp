@@ -335,6 +335,26 @@ TEST_F(element, takes_the_rgb_of_high_video_if_its_colorimetry_is_named) {
     }
 }
 
+TEST_F(element, tells_of_the_colorimetry_only_where_that_is_the_reason) {
+    const string from = caps_of(i420, 64, 48, "colorimetry=bt709");
+    const struct {
+        const char *what;
+        string to;
+        bool reason;
+    } cases[] = {{"RGB", caps_of(bgrx, 64, 48), true},
+                 {"RGB or a format that there is not", "video/x-raw, format={ NV12, BGR }", true},
+                 {"a format that there is not", "video/x-raw, format=NV12", false},
+                 {"RGB of another size", caps_of(bgrx, 64, 50), false},
+                 {"YUV of another size", caps_of(yuy2, 62, 48), false},
+                 {"YUV of BT.601", caps_of(yuy2, 64, 48, "colorimetry=bt601"), false}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        restart();
+        EXPECT_FALSE(negotiate(from, c.to));
+        EXPECT_EQ(error().find("limited-range BT.601") != string::npos, c.reason);
+    }
+}
+
 TEST_F(element, refuses_rgb_of_a_limited_range) {
     EXPECT_FALSE(negotiate(caps_of(i420, 64, 48), "video/x-raw, format=BGRx, colorimetry=2:1:7:1"));
 }
@@ -509,6 +529,29 @@ TEST_F(element, keeps_times_and_passes_what_there_is_nothing_to_do_to) {
     EXPECT_TRUE(push(5));
 }
 
+// Sets an element's brightness to 0 where the metadata of a frame are copied: its buffer has been taken
+// then, and nothing been written into it.
+gboolean stop_adjusting(GstBuffer *, GstCustomMeta *, GstBuffer *, GQuark, gpointer, gpointer of) {
+    g_object_set(*static_cast<GstElement **>(of), "brightness", 0.0, nullptr);
+    return TRUE;
+}
+
+TEST_F(element, writes_a_frame_whose_adjustment_ends_meanwhile) {
+    static GstElement *told; // the meta stays registered
+    static const char *const no_tags[] = {nullptr};
+    static const GstMetaInfo *const meta = gst_meta_register_custom(
+        "stop-adjusting", const_cast<const gchar **>(no_tags), stop_adjusting, &told, nullptr);
+    ASSERT_TRUE(meta);
+    told = harness->element;
+    ASSERT_TRUE(negotiate(caps_of(yuy2, 34, 6), "video/x-raw, format=YUY2"));
+    const drawn d = noise(format::yuy2, 34, 6);
+    set("brightness", 0.5);
+    GstBuffer *const in = buffer_of(d, GST_VIDEO_FORMAT_YUY2);
+    ASSERT_TRUE(gst_buffer_add_custom_meta(in, "stop-adjusting"));
+    EXPECT_EQ(pixels(gst_harness_push_and_pull(harness, in), format::yuy2), pixels_of(d.p));
+    EXPECT_EQ(get("brightness"), 0);
+}
+
 // ---- Balance -----------------------------------------------------------------------------------
 
 TEST_F(element, has_properties_of_the_ranges_of_videobalance) {
@@ -646,6 +689,24 @@ TEST_F(element, passes_the_end_of_the_stream_on) {
     EXPECT_EQ(gst_harness_push(harness, buffer_of(d, GST_VIDEO_FORMAT_I420)), GST_FLOW_EOS);
 }
 
+void count_message(const gchar *, GLogLevelFlags, const gchar *, gpointer count) {
+    ++*static_cast<int *>(count);
+}
+
+TEST_F(element, takes_segments_of_other_formats_than_time) {
+    ASSERT_TRUE(negotiate(caps_of(i420, 18, 4), "video/x-raw, format=BGRx"));
+    GstSegment segment;
+    gst_segment_init(&segment, GST_FORMAT_BYTES);
+    ASSERT_TRUE(gst_harness_push_event(harness, gst_event_new_segment(&segment)));
+    int criticals = 0;
+    const guint handler =
+        g_log_set_handler("GStreamer", G_LOG_LEVEL_CRITICAL, count_message, &criticals);
+    const drawn d = noise(format::i420, 18, 4);
+    EXPECT_EQ(pushed(d, i420, bgrx), converted(d.p, format::rgb32));
+    g_log_remove_handler("GStreamer", handler);
+    EXPECT_EQ(criticals, 0);
+}
+
 TEST_F(element, goes_on_after_flushing) {
     ASSERT_TRUE(negotiate(caps_of(i420, 18, 4), "video/x-raw, format=BGRx"));
     const drawn d = noise(format::i420, 18, 4);
@@ -659,9 +720,26 @@ TEST_F(element, goes_on_after_flushing) {
     EXPECT_EQ(pushed(d, i420, bgrx), converted(d.p, format::rgb32));
 }
 
-TEST_F(element, tells_of_a_frame_that_has_not_the_size_of_the_caps) {
+TEST_F(element, takes_the_size_of_the_caps_of_a_larger_frame) {
+    const drawn d = noise(format::i420, 20, 6);
+    const_picture part = d.p;
+    part.width = 17;
+    part.height = 3;
+    ASSERT_TRUE(negotiate(caps_of(i420, 17, 3), "video/x-raw, format=BGRx"));
+    EXPECT_EQ(pushed(d, i420, bgrx), converted(part, format::rgb32));
+    EXPECT_EQ(error(), "");
+    // Frames that are copied.
+    restart();
+    deinterlace("double");
+    ASSERT_TRUE(
+        negotiate(caps_of(i420, 17, 3, "interlace-mode=mixed"), "video/x-raw, format=I420"));
+    EXPECT_EQ(pushed(d, i420, i420), pixels_of(part));
+    EXPECT_EQ(error(), "");
+}
+
+TEST_F(element, tells_of_a_frame_that_is_smaller_than_the_caps) {
     ASSERT_TRUE(negotiate(caps_of(i420, 18, 4), "video/x-raw, format=BGRx"));
-    const drawn d = noise(format::i420, 20, 4);
+    const drawn d = noise(format::i420, 16, 4);
     EXPECT_EQ(gst_harness_push(harness, buffer_of(d, GST_VIDEO_FORMAT_I420)), GST_FLOW_ERROR);
     EXPECT_NE(error(), "");
 }
@@ -914,6 +992,74 @@ TEST_F(element, can_be_told_to_deinterlace_while_it_runs) {
     EXPECT_EQ(pushed(d, i420, bgrx, upper_first),
               converted(one_field(format::i420, 37, 12, 0).p, format::rgb32));
     EXPECT_EQ(made("interlace-mode"), "progressive");
+}
+
+drawn stretched_field(const drawn &frame, format to, lumalane::stretching how) {
+    const_picture field = frame.p;
+    field.height = frame.p.height / 2;
+    for (int i = 0; i < lumalane::plane_count(field.format); ++i)
+        field.planes[i].stride *= 2;
+    drawn made(to, frame.p.width, frame.p.height);
+    EXPECT_TRUE(lumalane::stretch(field, made.p, how));
+    return made;
+}
+
+TEST_F(element, can_be_told_to_deinterlace_in_another_way) {
+    const drawn d = noise(format::i420, 70, 40);
+    deinterlace("double");
+    ASSERT_TRUE(negotiate(caps_of(i420, 70, 40, interleaved), "video/x-raw, format=YUY2"));
+    for (const auto &[told, how] : {std::pair{"double", lumalane::stretching::twice_height},
+                                    std::pair{"edge", lumalane::stretching::along_edges},
+                                    std::pair{"double", lumalane::stretching::twice_height}}) {
+        SCOPED_TRACE(told);
+        deinterlace(told);
+        EXPECT_EQ(pushed(d, i420, yuy2, upper_first),
+                  pixels_of(stretched_field(d, format::yuy2, how).p));
+    }
+}
+
+// Tells an element to deinterlace in another way while it asks its neighbour something.
+struct telling {
+    GstElement *element;
+    GstQueryType when;
+    const char *how;
+    int told = 0;
+};
+
+GstPadProbeReturn tell(GstPad *, GstPadProbeInfo *info, gpointer data) {
+    telling &t = *static_cast<telling *>(data);
+    if (GST_QUERY_TYPE(GST_PAD_PROBE_INFO_QUERY(info)) == t.when && t.told++ == 0)
+        gst_util_set_object_arg(G_OBJECT(t.element), "deinterlace", t.how);
+    return GST_PAD_PROBE_OK;
+}
+
+TEST_F(element, can_be_told_not_to_deinterlace_while_caps_are_negotiated) {
+    deinterlace("double");
+    telling t{harness->element, GST_QUERY_ACCEPT_CAPS, "none"};
+    gst_pad_add_probe(harness->sinkpad, GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM, tell, &t, nullptr);
+    ASSERT_TRUE(negotiate(caps_of(i420, 37, 12, interleaved), "video/x-raw, format=I420"));
+    EXPECT_GT(t.told, 0);
+    EXPECT_EQ(made("interlace-mode"), "progressive");
+    const drawn d = two_fields(format::i420, 37, 12);
+    EXPECT_EQ(pushed(d, i420, i420, upper_first), pixels_of(d.p));
+    EXPECT_EQ(made("interlace-mode"), "interleaved");
+    EXPECT_EQ(error(), "");
+}
+
+TEST_F(element, deinterlaces_as_before_where_it_is_told_what_formats_do_not_have) {
+    deinterlace("double");
+    ASSERT_TRUE(negotiate(caps_of(i420, 37, 12, interleaved), "video/x-raw, format={I420, YUY2}"));
+    telling t{harness->element, GST_QUERY_ALLOCATION, "edge"};
+    gst_pad_add_probe(harness->sinkpad, GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM, tell, &t, nullptr);
+    deinterlace("double"); // the next frame is negotiated for
+    const drawn d = two_fields(format::i420, 37, 12);
+    const drawn field = one_field(format::i420, 37, 12, 0);
+    EXPECT_EQ(pushed(d, i420, i420, upper_first), pixels_of(field.p));
+    EXPECT_GT(t.told, 0);
+    EXPECT_EQ(error(), "");
+    // What has been told is had from the next frame on.
+    EXPECT_EQ(pushed(d, i420, yuy2, upper_first), converted(field.p, format::yuy2));
+    EXPECT_EQ(made("format"), "YUY2");
 }
 
 TEST_F(element, repeats_the_rows_of_packed_fields) {
