@@ -57,13 +57,24 @@ status stretch_or_adjust(const const_picture &from, const picture &to, stretchin
     return adjust ? lumalane::stretch(from, to, how, *adjust) : lumalane::stretch(from, to, how);
 }
 
+// Packed rows, each twice.
+void repeat_rows(const const_picture &from, const picture &to) {
+    for (int row = 0; row < 2 * from.height; ++row)
+        std::copy_n(from.planes[0].data +
+                        static_cast<std::ptrdiff_t>(row / 2) * from.planes[0].stride,
+                    lumalane::row_bytes(from.format, 0, from.width),
+                    to.planes[0].data + static_cast<std::ptrdiff_t>(row) * to.planes[0].stride);
+}
+
 // Row `to` of the result by itself, made of row `from` with the last chroma that its field has, or
 // that there is.
 status convert_row(const frame &f, int from, int chroma, int to) {
     const int last = plane_height(f.source.format, 1, f.source.height) - 1;
     const int of_field = chroma > last ? chroma - 2 : chroma;
-    return convert_or_adjust(rows_of(f.source, from, of_field < 0 ? last : of_field, 1),
-                             rows_of(f.destination, to, to / 2, 1), f.adjust);
+    const const_picture row = rows_of(f.source, from, of_field < 0 ? last : of_field, 1);
+    const picture made = rows_of(f.destination, to, to / 2, 1);
+    // A row is not worth a turn of the adjustment.
+    return f.adjust ? lumalane::convert(row, made, *f.adjust) : lumalane::convert(row, made);
 }
 
 } // namespace
@@ -127,6 +138,11 @@ status converter::double_height(const frame &f, const const_picture &field, cons
         return s ? lumalane::convert(doubled, to) : s;
     }
     if (!is_planar(field.format)) {
+        // A conversion would give both rows of a pair the chroma of the upper one.
+        if (field.format == to.format && !f.adjust) {
+            repeat_rows(field, to);
+            return {};
+        }
         const status s = convert_or_adjust(field, field_of(to, 0, field.height), f.adjust);
         return s ? convert_or_adjust(field, field_of(to, 1, field.height), f.adjust) : s;
     }

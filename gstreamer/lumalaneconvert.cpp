@@ -37,8 +37,8 @@
  *
  * The properties can be controlled, and are offered as #GstColorBalance channels, too. All
  * lumalaneconvert elements of a process share one adjustment of the library: frames with an
- * adjustment take turns, each with its own, and so do those with deinterlace=edge, and with double
- * onto RGB, YV12 and I420.
+ * adjustment take turns, each with its own, and so do those of YV12 and I420 that become YUY2 or are
+ * deinterlaced, except by double onto YUY2.
  *
  * ## Interlaced video
  *

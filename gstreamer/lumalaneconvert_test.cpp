@@ -1067,20 +1067,21 @@ TEST_F(element, repeats_the_rows_of_packed_fields) {
         for (const int height : {4, 5, 6, 7, 9})
             for (const int parity : {0, 1}) {
                 const int field_rows = (height - parity + 1) / 2;
-                if (height % 2 != 0 && field_rows % 2 == 0)
+                if (to.format != format::yuy2 && height % 2 != 0 && field_rows % 2 == 0)
                     continue; // the last row is converted by itself, not with the chroma of a pair
                 SCOPED_TRACE(to.name + std::to_string(height) + (parity ? " lower" : " upper"));
                 restart();
                 deinterlace("double");
-                ASSERT_TRUE(negotiate(caps_of(yuy2, 37, height, interleaved),
+                ASSERT_TRUE(negotiate(caps_of(yuy2, 38, height, interleaved),
                                       string("video/x-raw, format=") + to.name));
-                const drawn d = noise(format::yuy2, 37, height);
+                const drawn d = noise(format::yuy2, 38, height);
                 const_picture field = d.p;
                 field.planes[0].data += parity * d.p.planes[0].stride;
                 field.planes[0].stride *= 2;
                 field.height = field_rows;
-                const std::vector<unsigned char> rows = converted(field, to.format);
-                const std::ptrdiff_t row = lumalane::row_bytes(to.format, 0, 37);
+                const std::vector<unsigned char> rows =
+                    to.format == format::yuy2 ? pixels_of(field) : converted(field, to.format);
+                const std::ptrdiff_t row = lumalane::row_bytes(to.format, 0, 38);
                 std::vector<unsigned char> expected;
                 for (int y = 0; y < height; ++y) {
                     const auto from = rows.begin() + std::min(y / 2, field_rows - 1) * row;
