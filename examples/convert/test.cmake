@@ -29,6 +29,7 @@ if(NOT bitmap STREQUAL expected)
 endif()
 
 run(1 "YUV4MPEG2 W3 H3 F25:1 C444" "${samples}")
+run(1 "YUV4MPEG2 W3 H3 F25:1 Cmono" "${samples}")
 run(1 "YUV4MPEG2 W3 H3 F25:1 C420p10" "${samples}")
 run(1 "YUV4MPEG2 W3 H4 F25:1" "${samples}") # too short
 run(1 "YUV4MPEG2 W0 H3 F25:1" "${samples}")
