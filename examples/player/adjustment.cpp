@@ -5,7 +5,7 @@
 namespace player {
 namespace {
 
-// The library's gains are in 1/64. 200 % is the most that cannot wrap: 255 * 128 < 32768.
+// The library's gains are in 1/64. Up to a gain of 256, 400 %, no product wraps: 255 * 256 < 65504.
 int gain(int percent) { return (percent * 64 + 50) / 100; }
 
 // A gain multiplies the whole sample and so moves the middle of the range, 128, to 2 * gain; this

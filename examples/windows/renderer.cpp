@@ -74,11 +74,14 @@ bool open_video(const wchar_t *name) {
     if (video.file)
         fgets(header, sizeof header, video.file);
     const char *const size = strstr(header, " W"), *const rate = strstr(header, " F");
+    const char *const deeper = strstr(header, " C420p"); // C420p10, but also C420paldv
     if (!size || sscanf(size, " W%d H%d", &video.width, &video.height) != 2 || !rate ||
         sscanf(rate, " F%d:%d", &video.rate, &video.scale) != 2 || video.width - 1u > 8191 ||
-        video.height - 1u > 8191 || strstr(header, " C420p1") || // that has more than 8 bits
+        video.height - 1u > 8191 || (deeper && deeper[6] >= '0' && deeper[6] <= '9') ||
         (strstr(header, " C") && !strstr(header, " C420")))
         return false;
+    if (video.rate <= 0 || video.scale <= 0) // F0:0 is an unknown one
+        video.rate = 25, video.scale = 1;
     video.first_frame = ftell(video.file);
     video.pitch = (video.width + 15) & ~15;
     video.rows = (video.height + 1) & ~1;
@@ -148,7 +151,7 @@ constexpr DWORD key = 0xff00ff;
 // Whole groups of 8 pixels, of which the conversion skips those of the key's colour alone.
 constexpr RECT menu_box = {16, 16, 16 + 200, 16 + 80};
 
-int adjusted[3]; // brightness, contrast, saturation: -100 to 100, beyond which gains wrap
+int adjusted[3]; // brightness, contrast, saturation: -100 to 100, gains from 0 to 2
 
 struct {
     bool shown;
