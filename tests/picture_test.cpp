@@ -1,6 +1,10 @@
 // How pictures of any size lie in memory. What is made of them is tested in companion/.
 #include <lumalane/format.h>
 
+#include <algorithm>
+#include <climits>
+#include <cstdint>
+
 #include <gtest/gtest.h>
 
 namespace companion {
@@ -11,6 +15,8 @@ using lumalane::format;
 static_assert(lumalane::picture_bytes(format::i420, 5, 3) == 5 * 3 + 2 * 3 * 2);
 static_assert(lumalane::picture_bytes(format::yuy2, 5, 3) == 12 * 3);
 static_assert(lumalane::picture_bytes(format::rgb24, 5, 3) == 15 * 3);
+static_assert(lumalane::picture_bytes(format::rgb32, INT_MAX, INT_MAX) ==
+              std::min(4ULL * INT_MAX * INT_MAX, 0ULL + SIZE_MAX));
 static_assert(lumalane::row_bytes(format::rgb655, 0, 5) == 10);
 static_assert(lumalane::row_bytes(format::rgb32, 0, 1 << 30) == 1LL << 32);
 

@@ -16,7 +16,8 @@
 //   - Such a function that runs while another thread is in a call that takes a turn has that call's
 //     adjustment. Two players in one process are right if both use convert(), blend() and
 //     stretch() alone.
-//   - On Windows every module (EXE, DLL) that includes this header has a lock of its own.
+//   - On Windows every module (EXE, DLL) that includes this header has a lock of its own; elsewhere
+//     those that clang made and dlopen() loads with RTLD_LOCAL.
 #ifndef LUMALANE_ADJUST_H
 #define LUMALANE_ADJUST_H
 
@@ -44,6 +45,10 @@ struct process_adjustment {
     adjustment last_set{0, 0, 0, 0, 0};
 };
 
+// One for all modules of a process, also where they hide their functions.
+#if defined(__GNUC__) && !defined(_WIN32) && !defined(LUMALANE_STATIC)
+__attribute__((visibility("default")))
+#endif
 inline process_adjustment the_process_adjustment;
 
 inline namespace LUMALANE_COMPILED_FOR {

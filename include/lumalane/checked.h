@@ -90,6 +90,7 @@ struct frame_buffers {
 };
 
 namespace detail {
+inline namespace LUMALANE_COMPILED_FOR {
 
 // ---- Numbers -------------------------------------------------------------------------------------
 
@@ -470,11 +471,13 @@ status call_plane_stretch_ajust(const plane_stretch_function &f, Plain *plain,
                               writable(info), plane_number);
 }
 
+} // namespace LUMALANE_COMPILED_FOR
 } // namespace detail
 
 // ---- The calls -----------------------------------------------------------------------------------
 
 namespace checked {
+inline namespace LUMALANE_COMPILED_FOR {
 
 /// Sets the adjustment of the process; refuses null.
 inline status get_contrast_data(contrast_data *params) {
@@ -660,6 +663,7 @@ inline status strech_opt_yuy2_ajust(const frame_buffers &frame, int start, int h
 #undef LUMALANE_CHECKED_MIX
 #undef LUMALANE_CHECKED_KEY_FILL
 
+} // namespace LUMALANE_COMPILED_FOR
 } // namespace checked
 
 } // namespace lumalane

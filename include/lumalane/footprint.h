@@ -347,6 +347,8 @@ inline constexpr frame_stretch_function strech_opt_yuy2_ajust{"strech_opt_yuy2_a
 
 // ---- The rows of a call --------------------------------------------------------------------------
 
+inline namespace LUMALANE_COMPILED_FOR {
+
 /// Tells `to` the rows of planes and surfaces that a call reads and writes: see rows_of.h.
 template <class Receiver>
 constexpr void rows_of(const picture_function &f, const picture_call &c, Receiver &to) {
@@ -447,9 +449,12 @@ constexpr void rows_of(const frame_stretch_function &, const frame_stretch_call 
         detail::rows_of_frame(c, to);
 }
 
+} // namespace LUMALANE_COMPILED_FOR
+
 // ---- The records of a call -----------------------------------------------------------------------
 
 namespace detail {
+inline namespace LUMALANE_COMPILED_FOR {
 
 // From the first byte of one field to the last one of another.
 #define LUMALANE_FIELDS(record, first, last)                                                       \
@@ -569,9 +574,12 @@ constexpr footprint footprint_of_call(const Function &f, const Call &c) {
     return to.found;
 }
 
+} // namespace LUMALANE_COMPILED_FOR
 } // namespace detail
 
 // ---- Footprints ----------------------------------------------------------------------------------
+
+inline namespace LUMALANE_COMPILED_FOR {
 
 /// The bytes that a call of `f` with the sizes, strides and facts `c` reads and writes.
 constexpr footprint footprint_of(const picture_function &f, const picture_call &c) {
@@ -601,6 +609,7 @@ constexpr footprint footprint_of(const parameters_function &) {
     return to.found;
 }
 
+} // namespace LUMALANE_COMPILED_FOR
 } // namespace lumalane
 
 #endif

@@ -97,8 +97,8 @@ constexpr std::size_t picture_bytes(format f, int width, int height) {
     constexpr std::size_t most = static_cast<std::size_t>(-1);
     unsigned long long bytes = 0;
     for (int i = 0; i < plane_count(f); ++i)
-        bytes +=
-            static_cast<unsigned long long>(row_bytes(f, i, width) * plane_height(f, i, height));
+        bytes += static_cast<unsigned long long>(row_bytes(f, i, width)) *
+                 static_cast<unsigned long long>(plane_height(f, i, height));
     return bytes < most ? static_cast<std::size_t>(bytes) : most;
 }
 

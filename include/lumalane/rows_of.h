@@ -13,6 +13,8 @@
 #ifndef LUMALANE_ROWS_OF_H
 #define LUMALANE_ROWS_OF_H
 
+#include <lumalane/compiled_for.h>
+
 #include <stddef.h>
 #include <stdint.h>
 
@@ -68,6 +70,7 @@ private:
 // ---- Rows that overlap ---------------------------------------------------------------------------
 
 namespace detail {
+inline namespace LUMALANE_COMPILED_FOR {
 
 constexpr long long magnitude(long long a) { return a < 0 ? -a : a; }
 
@@ -79,7 +82,10 @@ constexpr long long remainder(long long a, long long b) {
     return static_cast<long long>(static_cast<uintptr_t>(a) % static_cast<uintptr_t>(b));
 }
 
+} // namespace LUMALANE_COMPILED_FOR
 } // namespace detail
+
+inline namespace LUMALANE_COMPILED_FOR {
 
 /// The same rows from another place on: that of a pointer, for sets of several pointers.
 constexpr row_set moved(row_set rows, long long by) {
@@ -114,6 +120,8 @@ constexpr bool apart(const row_set &a, const row_set &b) {
                                            : pitch - 1 - detail::remainder(-distance - 1, pitch);
     return behind >= a.bytes && behind + b.bytes <= pitch;
 }
+
+} // namespace LUMALANE_COMPILED_FOR
 
 // ---- What of a call decides on its rows ----------------------------------------------------------
 //
@@ -152,6 +160,7 @@ struct frame_stretch_call {
 };
 
 namespace detail {
+inline namespace LUMALANE_COMPILED_FOR {
 
 // ---- The symbols of the conventions in lumalane.h ------------------------------------------------
 
@@ -626,6 +635,7 @@ constexpr void rows_of_frame(const frame_stretch_call &c, Receiver &to) {
     to.writes(pointer::dst, {(4 * P - 2) * D, 2 * W, 2, D});
 }
 
+} // namespace LUMALANE_COMPILED_FOR
 } // namespace detail
 
 } // namespace lumalane

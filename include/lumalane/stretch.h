@@ -120,20 +120,21 @@ inline stretcher stretcher_of(format from, format to, stretching how, bool adjus
 
 // Whether the function itself can be told how the rows of whole steps lie.
 inline bool fits(const stretcher &t, const view &s, const view &d, int width, int height) {
-    const long long rows = height;
+    // At the end of columns and strips some go back by all rows.
+    const auto rewinds = [](const view &v, long long rows) {
+        const long long by = rows * v.stride[0];
+        return by <= largest_rewind && by >= -largest_rewind;
+    };
+    const bool both_rewind = rewinds(s, height) && rewinds(d, 2LL * height);
     switch (t.is) {
     case stretcher::kind::planar:
         if (s.stride[0] % 2 != 0 || !s.chroma_has_half_the_stride())
             return false;
         if (t.to == layout::yuy2)
             return s.stride[0] >= 0;
-        // At the end of a strip they go back by this.
-        for (const long long rewind : {rows * s.stride[0], 2 * rows * d.stride[0]})
-            if (rewind > largest_rewind || rewind < -largest_rewind)
-                return false;
-        return true;
+        return both_rewind;
     case stretcher::kind::packed:
-        return s.stride[0] == 2 * width;
+        return s.stride[0] == 2 * width && both_rewind;
     case stretcher::kind::plane:
         return d.stride[0] == t.times_width * width && (t.times_width == 1 || s.stride[0] == width);
     case stretcher::kind::frame:

@@ -25,7 +25,7 @@ struct plane_bytes {
     plane_bytes(const const_plane &p, long long bytes_of_row, int rows) {
         const std::uintptr_t top = reinterpret_cast<std::uintptr_t>(p.data);
         const std::uintptr_t bottom =
-            top + static_cast<std::uintptr_t>(static_cast<std::ptrdiff_t>(rows - 1) * p.stride);
+            top + static_cast<std::uintptr_t>(rows - 1) * static_cast<std::uintptr_t>(p.stride);
         first = p.stride < 0 ? bottom : top;
         last = (p.stride < 0 ? top : bottom) + static_cast<std::uintptr_t>(bytes_of_row) - 1;
     }

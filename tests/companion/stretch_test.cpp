@@ -72,6 +72,22 @@ TEST_P(stretched, makes_the_pixels_of_the_function_of_larger_pictures) {
     }
 }
 
+// The function would go wrong, in pictures of 2 GB.
+TEST(stretched_columns, go_back_by_no_more_than_32_bits_hold) {
+    using namespace lumalane::detail;
+    for (const bool adjusts : {false, true}) {
+        const stretcher packed =
+            stretcher_of(format::yuy2, format::yuy2, stretching::twice_both, adjusts);
+        const auto fit = [&](int size, int to_row, int to_row_of_surface) {
+            return fits(packed, {{}, {to_row}}, {{}, {to_row_of_surface}}, size, size);
+        };
+        EXPECT_TRUE(fit(16352, 2 * 16352, 4 * 16352));
+        EXPECT_TRUE(fit(16352, 2 * 16352, -4 * 16352));
+        EXPECT_FALSE(fit(16384, 2 * 16384, 4 * 16384));
+        EXPECT_FALSE(fit(16384, 2 * 16384, -4 * 16384 - 32));
+    }
+}
+
 std::vector<served> all_served() {
     std::vector<served> found;
     for (const format from : {format::yv12, format::i420})

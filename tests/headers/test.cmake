@@ -5,7 +5,7 @@
 cmake_minimum_required(VERSION 3.25)
 
 set(warnings -Wall -Wextra -Wconversion -Wshadow -pedantic -Werror)
-set(freestanding errors.h rows_of.h store_bounds.h footprint.h checked.h)
+set(freestanding compiled_for.h errors.h rows_of.h store_bounds.h footprint.h checked.h)
 
 file(GLOB headers RELATIVE ${include}/lumalane ${include}/lumalane/*)
 function(check header)
@@ -48,12 +48,19 @@ function(shared_functions result compiler)
 endfunction()
 
 if(nm)
-  file(WRITE ${scratch}/uses.cpp "#include <lumalane/picture.h>
+  file(WRITE ${scratch}/uses.cpp "#include <lumalane/lumalane.hpp>
 using namespace lumalane;
 bool use(const picture &a, const picture &b, const subpicture &c) {
     set_adjustment({});
     return convert(a, b) && convert(a, b, {}) && blend(a, c, 0, 0, b) && blend(a, c, 0, 0, b, {}) &&
            stretch(a, b, stretching::twice_both) && stretch(a, b, stretching::along_edges, {});
+}
+bool use(const buffer &a, const tag_ajust_contrast_info &b, const mix_buffers &c, const frame_buffers &d) {
+    return checked::loadimage_rgb16(a, a, a, a, 16, 16, 16, 32, &b) && checked::mix_ayv12_yv12_p(c) &&
+           checked::strech_opt_yuy2_ajust(d, 0, 16, a, 32, nullptr);
+}
+bool use(const picture_call &a) {
+    return footprint_of(functions::loadimage_rgb32, a)[pointer::dst].written.empty();
 }
 ")
   list(GET compilers 0 compiler)
