@@ -15,9 +15,9 @@ constexpr bool bit(unsigned bits, int index) { return bits >> index & 1; }
 
 // All zero for a leaf that the processor does not have. (It answers with something else.)
 template <class Processor>
-constexpr cpuid_answer answer_of(const Processor &processor, unsigned leaf, unsigned subleaf = 0) {
+constexpr cpuid_answer answer_of(const Processor &processor, unsigned leaf) {
     const unsigned first = leaf & 0x8000'0000;
-    return leaf <= processor.cpuid(first, 0).eax ? processor.cpuid(leaf, subleaf) : cpuid_answer{};
+    return leaf <= processor.cpuid(first, 0).eax ? processor.cpuid(leaf, 0) : cpuid_answer{};
 }
 
 // Parts of the registers' state that the operating system saves.
@@ -64,14 +64,14 @@ constexpr bool has_avx512(const Processor &processor) {
 template <class Processor>
 constexpr unsigned largest_cache(const Processor &processor, unsigned leaf) {
     unsigned largest = 0;
-    for (unsigned subleaf = 0; subleaf < 8; ++subleaf) {
-        const cpuid_answer r = answer_of(processor, leaf, subleaf);
-        if ((r.eax & 31) == 0) // no further cache
-            break;
+    cpuid_answer r = answer_of(processor, leaf);
+    // Without a type: no further cache.
+    for (unsigned subleaf = 1; subleaf <= 8 && (r.eax & 31) != 0; ++subleaf) {
         const unsigned ways = (r.ebx >> 22) + 1, partitions = (r.ebx >> 12 & 1023) + 1;
         const unsigned line = (r.ebx & 4095) + 1, sets = r.ecx + 1;
         const unsigned size = ways * partitions * line * sets;
         largest = size > largest ? size : largest;
+        r = processor.cpuid(leaf, subleaf);
     }
     return largest;
 }

@@ -5,7 +5,7 @@
 
 namespace lumalane {
 
-// The functions, each defined in the directory of its family.
+// The functions, defined in the directories of their families, and get_contrast_data() in picture/.
 #define LUMALANE_EXPORT(signature, name) void name(const machine &, const call::signature &);
 #include "abi/exports.inc"
 #undef LUMALANE_EXPORT

@@ -1,4 +1,4 @@
-// Which target runs. The processor is asked once for each fact; the answers are kept in atomics.
+// Which target runs. That and the size of the cache are found at the first call, and kept in atomics.
 #pragma once
 
 #include "picture/machine.h"

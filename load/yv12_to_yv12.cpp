@@ -22,7 +22,7 @@ plane chroma_of(const call::picture &p, const unsigned char *src, unsigned char 
 }
 
 // The rows of a plane through `emit`, adjusted unless `by` is neutral. Rows have whole steps of 8
-// destination bytes, each from `times` source bytes; all planes have so many.
+// destination bytes, each from `times` source bytes. `all_bytes`: of all planes that are made so.
 void load_plane(const machine &machine, const byte_rows &dst, const byte_rows &src, int times,
                 row_kernel::plane_to_surface *emit, const plane_adjustment &by, bool in_order,
                 long long all_bytes) {
@@ -59,7 +59,7 @@ void loadimage_yv12_ajust(const machine &machine, const call::picture &p) {
     detail::rows_of_adjusted_copy(sizes, rows);
     const bool in_order = machine.in_order || rows.order_can_be_observed();
     const adjustment by = current_adjustment();
-    // quirk: V gets the offset of U, and U that of V
+    // quirk: V gets the offset of U, and U that of V [adjusted_copy.the_chroma_offsets_are_crossed]
     const plane_adjustment *const by_plane[] = {&by.y, &by.u, &by.v};
     long long all_bytes = 0;
     for (int plane = 0; plane < 3; ++plane)
@@ -76,6 +76,7 @@ namespace {
 // quirk: unlike luma's, rows do not drift; what is left after whole steps gets one more step that
 // ends where the row does, over the end of the step before (and before the beginning of a row that
 // is shorter than a step, which gets its one whole step as well)
+// [half_size.yv12_writes_chroma_rows_of_width_40_exactly]
 void halve_chroma(const machine &machine, const plane &p, const plane_adjustment &by,
                   bool in_order) {
     const ptrdiff_t whole = whole_steps(p.width & -16, 16);
@@ -137,10 +138,12 @@ struct copied_planes {
         const int src_advance = difference(twice(p.src_pitch), p.width);
         const int dst_advance = difference(twice(p.dst_pitch), p.width);
         // quirk: V begins one byte before the end of Y
+        // [edge_cases.the_plain_copy_of_chroma_starts_one_byte_before_the_end_of_luma]
         v = p.dst + dst_bytes - 1;
         u = v + (dst_bytes >> 2);
-        // quirk: the lower row is the W bytes that follow the upper row's; the source moves on by
-        // what was meant for both pointers, and the destination not at all
+        // quirk: the lower row is read `width` bytes behind the upper one, and stored a pitch of the
+        // source behind it; then the source moves on by what was meant for both pointers, and the
+        // destination by the row alone [edge_cases.the_plain_copy_mixes_the_increments_of_its_rows]
         src_y_to_lower = p.width, src_y_to_next = width + src_advance;
         src_y_to_next += dst_advance;
         y_to_lower = p.src_pitch, y_to_next = width;

@@ -49,10 +49,11 @@ void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surf
                                       {d.lower_luma, d.lower_sub, d.next_chroma}, rows);
         });
     // What is blended goes to the surface one row after the other anyhow.
-    const bool around = fills_lines(machine.rows.vector_bytes, p.bytes_per_pixel);
+    const bool whole_lines = fills_lines(machine.rows.vector_bytes, p.bytes_per_pixel);
     const surface_stores stores(machine, p.first.dst, p.below.dst | p.next.dst,
                                 2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order,
-                                around ? bound_by::stores_and_arithmetic : bound_by::arithmetic);
+                                whole_lines ? bound_by::stores_and_arithmetic
+                                            : bound_by::arithmetic);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, surface, by.unless_neutral(), stores);
     if (in_order) {

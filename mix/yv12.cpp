@@ -27,20 +27,20 @@ struct mixed_plane {
     ptrdiff_t video_to_lower, video_next;     // from the upper row of a pair, and from pair to pair
     ptrdiff_t below_lower; // to the row with which lower rows are averaged; 0: none
 
-    // What a pointer moves from a row to the next, on top of the row's steps, is its rest.
-    struct rests {
+    // What a pointer moves from a row to the next, on top of the row's steps.
+    struct row_advances {
         int video, sub, alpha, dst;
     };
 
     mixed_plane(const unsigned char *video_, const unsigned char *sub_, const unsigned char *alpha_,
                 int alpha_per_sample_, unsigned char *dst_, int width, int height, int video_pitch,
-                const rests &rest, video_rows kind)
+                const row_advances &advance, video_rows kind)
         : video(video_), sub(sub_), alpha(alpha_), dst(dst_), samples(whole_steps(width, step)),
-          alpha_per_sample(alpha_per_sample_), sub_next(samples + rest.sub),
-          alpha_next(alpha_per_sample * samples + rest.alpha), dst_next(samples + rest.dst) {
+          alpha_per_sample(alpha_per_sample_), sub_next(samples + advance.sub),
+          alpha_next(alpha_per_sample * samples + advance.alpha), dst_next(samples + advance.dst) {
         if (kind == video_rows::frame) {
             rows = static_cast<ptrdiff_t>(steps_of(height, 1));
-            video_to_lower = samples + rest.video, video_next = 2 * video_to_lower;
+            video_to_lower = samples + advance.video, video_next = 2 * video_to_lower;
             below_lower = 0;
         } else {
             // quirk: the last row lies between the field and what follows it
@@ -48,7 +48,7 @@ struct mixed_plane {
             // quirk: the video goes back by the width, not by the row's steps
             // [mixes.yv12_doubling_goes_back_by_the_width_to_the_start_of_a_row].
             rows = 2 * static_cast<ptrdiff_t>(steps_of(height, 2));
-            video_to_lower = samples - width, video_next = video_to_lower + samples + rest.video;
+            video_to_lower = samples - width, video_next = video_to_lower + samples + advance.video;
             below_lower = video_pitch;
         }
     }
@@ -81,7 +81,7 @@ struct mixed_planes {
 
 private:
     static mixed_plane luma(const tagMIX_INFO &mix, video_rows kind) {
-        const int sub_rest = difference(mix.sub_pitch, mix.width);
+        const int sub_advance = difference(mix.sub_pitch, mix.width);
         return {mix.video_y,
                 mix.sub_y,
                 mix.alpha_plane,
@@ -90,7 +90,7 @@ private:
                 mix.width,
                 mix.height,
                 mix.video_pitch,
-                {difference(mix.video_pitch, mix.width), sub_rest, sub_rest,
+                {difference(mix.video_pitch, mix.width), sub_advance, sub_advance,
                  difference(mix.dst_pitch, mix.width)},
                 kind};
     }

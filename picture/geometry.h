@@ -62,7 +62,7 @@ public:
     // columns begin at different heights: they are not rows in another order.
     bool order_can_be_observed() const;
 
-    // The latter of rows that are read.
+    // Whether a row that is read overlaps a written one.
     bool reads_what_it_writes() const;
 
     // As they were told.

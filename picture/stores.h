@@ -20,8 +20,8 @@ public:
         : surface_stores(machine, !in_order && outgrows_cache(machine, bytes, bound) &&
                                       begin_on(machine.rows.streamed_bytes, dst, pitch)) {}
 
-    // Of a plane through emit_plane() or emit_half_plane(), whose rows may begin off the vectors; of
-    // `bytes` in all planes.
+    // For emit_plane() and emit_half_plane(), whose rows need begin on 8 bytes alone. `bytes`: of all
+    // planes that the call makes with them.
     static surface_stores of_plane(const machine &machine, const unsigned char *dst,
                                    long long pitch, long long bytes, bool in_order) {
         return {machine, !in_order && outgrows_cache(machine, bytes, bound_by::stores_alone) &&
@@ -43,8 +43,8 @@ private:
           policy_(around_the_cache ? store_policy::non_temporal : store_policy::cached) {}
 
     // Non-temporal stores win from a third of the last-level cache on: what is read needs its place
-    // too, and other processes have theirs. But a cache of more than 24 MB is that of many cores, and
-    // slower to write.
+    // too, and other processes have theirs; in larger caches, which are those of many cores and slower
+    // to write, from most_cached_bytes() on.
     static bool outgrows_cache(const machine &machine, long long bytes, bound_by bound) {
         const unsigned cache = machine.last_level_cache_bytes, third = cache / 3;
         const unsigned most = detail::most_cached_bytes(bound, cache > 128'000'000);

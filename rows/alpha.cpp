@@ -1,4 +1,5 @@
 // Alpha planes: to and from the first byte of a surface's pixels.
+#include "rows/kernels.h"
 #include "rows/row.h"
 
 namespace lumalane::LUMALANE_TARGET_NAME {

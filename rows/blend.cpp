@@ -117,7 +117,7 @@ struct pair_strip {
 };
 
 // Of rows of n pixels. (Those of chroma begin in the middle of lines of the cache, too.)
-LUMALANE_INLINE ptrdiff_t pitch_of_strip(ptrdiff_t n) { return (n + 63) & -64; }
+LUMALANE_INLINE ptrdiff_t pitch_of_strip(ptrdiff_t n) { return (n + cache_line - 1) & -cache_line; }
 
 // Both rows of a pair. (Where there are 8 registers row by row, the upper one averaged with itself: in
 // one loop they take 1.6 times as long there.)
@@ -518,7 +518,7 @@ LUMALANE_INLINE void mix_to(const mixed_pairs &pairs, ptrdiff_t n) {
     constexpr blending *into_strip = blend_chroma_of_pairs<strip_chroma<weight_of_second>>;
     if constexpr (emits_at_once) {
         blending *blend = blend_chroma_of_pairs<surface_chroma<Surface, cached>>;
-        if (pairs.stores == store_policy::non_temporal) {
+        if (streams && pairs.stores == store_policy::non_temporal) {
             // Small code is worth more than what that gains where stores are the bound.
             if constexpr (vector_registers >= 16)
                 blend = blend_chroma_of_pairs<surface_chroma<Surface, non_temporal>>;

@@ -1,4 +1,5 @@
 // Pixels of a surface to the colour planes of an AYUY2 subpicture.
+#include "rows/kernels.h"
 #include "rows/pattern.h"
 
 namespace lumalane::LUMALANE_TARGET_NAME {

@@ -296,7 +296,7 @@ LUMALANE_INLINE bool in_turn(const planar_rows &rows, ptrdiff_t n) {
     if (!rows_in_turn(rows.stores)) {
         const auto places = reinterpret_cast<uintptr_t>(rows.dst) |
                             static_cast<uintptr_t>(rows.dst_below | rows.dst_next);
-        return streams_pairs<Surface> && places % 64 == 0;
+        return streams_pairs<Surface> && places % cache_line == 0;
     }
     return !Surface::may_be_apart || n <= longest_run_in_order || rows.lower != lower_row::itself ||
            !cross_cache_lines(rows);
@@ -404,7 +404,7 @@ LUMALANE_INLINE bool makes_lower_rows(const planar_rows &rows) {
     planar_rows rows = told;
     rows.u = u, rows.v = v, rows.chroma_below = 0;
     for (ptrdiff_t left = told.count, first = 0; left > 0;) {
-        const ptrdiff_t pitch = (n / 2 + 63) & -64;
+        const ptrdiff_t pitch = (n / 2 + cache_line - 1) & -cache_line;
         const ptrdiff_t most = pitch > 0 && pitch <= strip / 2 ? strip / pitch : 1;
         rows.count = left < most ? left : most;
         rows.chroma_next = pitch;

@@ -29,9 +29,9 @@ LUMALANE_INLINE void fill_row(unsigned char *dst, ptrdiff_t count, const pattern
     });
 }
 
-// Pixels are split, and alpha is to be as well.
+// Even pixels and odd ones apart in each block, as those of the channels are.
 template <int n>
-LUMALANE_INLINE bytes<n> split(bytes<n> pixels) {
+LUMALANE_INLINE bytes<n> even_then_odd(bytes<n> pixels) {
     return narrow_saturate(even(pixels), odd(pixels));
 }
 
@@ -105,7 +105,7 @@ LUMALANE_INLINE ptrdiff_t emit_keyed_groups(const keyed_rows &row, ptrdiff_t x, 
         }
         auto pixels = pixels_at(x);
         if (calls_are_apart<m> || !all_in_1_to_127(alpha))
-            pixels = keyed(pixels, split(permuted<count>(alpha)), key);
+            pixels = keyed(pixels, even_then_odd(permuted<count>(alpha)), key);
         store_all(row.stores, row.dst + size * x, Pixels::interleaved(pixels));
         x += m;
     }

@@ -178,8 +178,9 @@ LUMALANE_INLINE void emit_pair(const Surface &surface, typename Surface::format 
     else
         for (; x + Surface::most <= n; x += Surface::most)
             emit_pair_group<Surface::most>(surface, rows, x);
-    if (x < n)
-        emit_rest<Surface>(own(rows), format, true, n, x);
+    if constexpr (Surface::fetches_ahead || Surface::most > Surface::least)
+        if (x < n)
+            emit_rest<Surface>(own(rows), format, true, n, x);
 }
 
 template <class Surface>

@@ -11,9 +11,10 @@ struct whole_lines {
     ptrdiff_t begin, end;
 
     LUMALANE_INLINE whole_lines(const unsigned char *dst, ptrdiff_t n) {
-        const ptrdiff_t before = static_cast<ptrdiff_t>(-reinterpret_cast<uintptr_t>(dst) % 64);
+        const ptrdiff_t before =
+            static_cast<ptrdiff_t>(-reinterpret_cast<uintptr_t>(dst) % cache_line);
         begin = before < n ? before : n;
-        end = begin + (n - begin) / 64 * 64;
+        end = begin + (n - begin) / cache_line * cache_line;
     }
 };
 
@@ -58,7 +59,9 @@ LUMALANE_INLINE void store_rows(const plane_rows &rows, ptrdiff_t n, const Make 
     }
     // Lines that a row fills in part are stored in the cache, ahead of the others: in turn with them
     // they take a quarter longer.
-    if ((reinterpret_cast<uintptr_t>(rows.dst) | static_cast<uintptr_t>(rows.dst_next | n)) % 64)
+    const auto places =
+        reinterpret_cast<uintptr_t>(rows.dst) | static_cast<uintptr_t>(rows.dst_next | n);
+    if (places % cache_line != 0)
         each_row(rows, [=](const unsigned char *src, unsigned char *dst) LUMALANE_INLINE_LAMBDA {
             const whole_lines lines(dst, n);
             const auto store = step(cached{}, src, dst);
@@ -67,9 +70,13 @@ LUMALANE_INLINE void store_rows(const plane_rows &rows, ptrdiff_t n, const Make 
         });
     each_row(rows, [=](const unsigned char *src, unsigned char *dst) LUMALANE_INLINE_LAMBDA {
         const whole_lines lines(dst, n);
-        const auto store = step(non_temporal{}, src, dst);
-        ptrdiff_t x = four_groups(store, lines.begin, lines.end);
-        for (; x < lines.end; x += widest)
+        const ptrdiff_t length = lines.end - lines.begin;
+        if (length == 0)
+            return;
+        void *const line = __builtin_assume_aligned(dst + lines.begin, cache_line);
+        const auto store =
+            step(non_temporal{}, src + times * lines.begin, static_cast<unsigned char *>(line));
+        for (ptrdiff_t x = four_groups(store, 0, length); x < length; x += widest)
             store(group_of<widest>{}, x);
     });
 }

@@ -52,11 +52,9 @@ struct to_rgb {
 
     template <int n, int bias>
     LUMALANE_INLINE static chroma_terms<n> chroma(chroma_words<n, bias> samples) {
-        return terms(
-            shift_left < doubles_products ? 2
-                                          : 3 > (subtract(samples.u, fill_words<n>(128 + bias))),
-            shift_left < doubles_products ? 1
-                                          : 2 > (subtract(samples.v, fill_words<n>(128 + bias))));
+        constexpr int u_shift = doubles_products ? 2 : 3, v_shift = doubles_products ? 1 : 2;
+        return terms(shift_left<u_shift>(subtract(samples.u, fill_words<n>(128 + bias))),
+                     shift_left<v_shift>(subtract(samples.v, fill_words<n>(128 + bias))));
     }
 
     template <int n>

@@ -104,7 +104,7 @@ template <int n, int count, int line = 0>
 LUMALANE_INLINE void fetch_ahead(const unsigned char *to) {
     if constexpr (fetched_ahead<n> != 0 && line < n * count) {
         __builtin_prefetch(to + fetched_ahead<n> + line);
-        fetch_ahead<n, count, line + 64>(to);
+        fetch_ahead<n, count, line + cache_line>(to);
     }
 }
 

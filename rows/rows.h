@@ -3,8 +3,8 @@
 //
 // A kernel works on n samples or pixels of one row, or of two rows that share chroma, and of as many
 // such rows as it is told; n is a multiple of 16 or of 8, as rows.inc says, and may be 0. It
-// touches the bytes of those n and no other. It goes through them in groups: the target's widest
-// vectors first, then 16, then 8.
+// touches the bytes of those n and no other. It goes through them in groups of the target's widest
+// vectors, and of fewer, down to 16 or 8, where those do not fit.
 //
 // What a kernel is told comes in records that were stored just before: kernels load each field once, by
 // itself, and copy no record, for a wide load would have to wait until all fields are in the cache.
@@ -31,13 +31,16 @@ constexpr int stack_alignment = 64;
 #endif
 
 // How a kernel stores: non-temporal stores do not take lines of the cache for what is written. The
-// destination is aligned to the target's vectors for them (of rows of single samples to 8 bytes).
+// destination is aligned to the target's vectors for them; for emit_plane() and emit_half_plane() to 8
+// bytes.
 enum class store_policy : int { cached, non_temporal };
+
+constexpr ptrdiff_t cache_line = 64; // bytes
 
 // Whether a vector's pixels of RGB are whole lines of the cache: then non-temporal stores may go to both
 // rows of a pair in turn, which share the arithmetic of chroma.
 constexpr bool fills_lines(int vector_bytes, int bytes_per_pixel) {
-    return bytes_per_pixel > 2 && vector_bytes * bytes_per_pixel % 64 == 0;
+    return bytes_per_pixel > 2 && vector_bytes * bytes_per_pixel % cache_line == 0;
 }
 
 // The adjustment of one plane: a sample x becomes

@@ -597,10 +597,11 @@ requires(n ==
     }
 }
 
+constexpr permutation half_interleaved_words =
+    make_permutation([](int i) { return i / 4 * 2 + i % 2 + i / 2 % 2 * 32; });
+
 LUMALANE_INLINE words<32> half_interleave(words<32> a) {
-    constexpr static permutation by =
-        make_permutation([](int i) { return i / 4 * 2 + i % 2 + i / 2 % 2 * 32; });
-    return as_words(permute(as_bytes(a), by));
+    return as_words(permute(as_bytes(a), half_interleaved_words));
 }
 
 LUMALANE_INLINE words<32> even_pairs_of_words(words<32> a, words<32> b) {

@@ -597,7 +597,7 @@ LUMALANE_INLINE vectors<3, 16> interleave_channels(bytes<16> first, bytes<16> se
     const m128i next_words_0 = _mm_srli_si128(words_0, 2);
     const auto low = [](m128i a, m128i b) { return _mm_unpacklo_epi16(a, b); };
     const auto high = [](m128i a, m128i b) { return _mm_unpackhi_epi16(a, b); };
-    // Couples 0 and 1 (then 2 and 3) in lanes 0 and 2 of begin and middle, lanes 1 and 3 of end.
+    // Pairs 0 and 1 (then 2 and 3) in lanes 0 and 2 of begin and middle, lanes 1 and 3 of end.
     const m128i begin_01 = low(words_0, words_1), begin_23 = high(words_0, words_1);
     const m128i middle_01 = low(words_2, next_words_0), middle_23 = high(words_2, next_words_0);
     const m128i end_01 = low(words_1, words_2), end_23 = high(words_1, words_2);

@@ -14,8 +14,8 @@ public:
                   bool lower_has_own_chroma, store_policy stores)
         : emit_rows(times_width == 2 ? kernels.emit_doubled_yuy2
                                      : kernels.emit_yuy2_of_double_height),
-          dst_pitch(dst_pitch_),
-          in_turn(stores == store_policy::cached || 2 * times_width * kernels.vector_bytes >= 64) {
+          dst_pitch(dst_pitch_), in_turn(stores == store_policy::cached ||
+                                         2 * times_width * kernels.vector_bytes >= cache_line) {
         rows.stores = stores, rows.lower_has_own_chroma = lower_has_own_chroma;
     }
 

@@ -1,4 +1,4 @@
-// Rows of pairs, on their way to a surface of twice the height: where they are, and adjusted.
+// Pairs of rows on their way to a surface of twice the height: where they are.
 #pragma once
 
 #include "picture/machine.h"

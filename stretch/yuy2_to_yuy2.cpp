@@ -33,7 +33,7 @@ struct packed_columns {
           pairs(steps_of(p.height, 2)), pixels(p.row_bytes / 2), src_pitch(p.row_bytes),
           dst_pitch(p.dst_pitch) {
         // quirk: columns are counted down to 0 from one less on, which other rows do not come to
-        // before memory ends
+        // before memory ends (so there is no test of it)
         if (p.row_bytes < 64 || p.row_bytes % 32 != 0)
             pixels = INT_MAX / step * step;
         // quirk: a column goes back up by what the height means, which after an odd one is a row

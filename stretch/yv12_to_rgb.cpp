@@ -190,7 +190,8 @@ void stretch(const machine &machine, const call::picture &p, const planar_to_sur
         in_turn.stretch();
 }
 
-// quirk: columns are counted down to 0, which other widths do not come to before memory ends
+// quirk: columns are counted down to 0, which other widths do not come to before memory ends (so there
+// is no test of it)
 ptrdiff_t pixels_of_width_on_16(int width) {
     return width > 0 && width % step == 0 ? width : INT_MAX / step * step;
 }

@@ -452,39 +452,39 @@ template <class Receiver>
 constexpr void rows_of_mix_columns(const mix_call &c, number B, Receiver &to) {
     const number V = c.video_pitch, S = c.sub_pitch, D = c.dst_pitch, h = c.height;
     const number K = up(c.width, 16) / 16, Q = field_groups_of(c.height);
-    const number luma_back = wrapped(V * h) >> 1, sub_back = wrapped(S * h),
-                 dst_back = wrapped(D * h);
-    to.reads(pointer::video_y, {0, 16, 2 * Q, V, K, to_column(16 + 2 * Q * V - luma_back)});
+    const number luma_rewind = wrapped(V * h) >> 1, sub_rewind = wrapped(S * h),
+                 dst_rewind = wrapped(D * h);
+    to.reads(pointer::video_y, {0, 16, 2 * Q, V, K, to_column(16 + 2 * Q * V - luma_rewind)});
     for (const pointer plane : video_chroma)
-        to.reads(plane, {0, 8, Q, half(V), K, to_column(8 + Q * half(V) - (luma_back >> 2))});
+        to.reads(plane, {0, 8, Q, half(V), K, to_column(8 + Q * half(V) - (luma_rewind >> 2))});
     for (const pointer plane : alpha_and_luma)
-        to.reads(plane, {0, 16, 4 * Q, S, K, to_column(16 + 4 * Q * S - sub_back)});
+        to.reads(plane, {0, 16, 4 * Q, S, K, to_column(16 + 4 * Q * S - sub_rewind)});
     for (const pointer plane : sub_chroma)
         to.reads(plane,
-                 {0, 8, 4 * Q, half(S), K, to_column(8 + 4 * Q * half(S) - (sub_back >> 1))});
-    to.writes(pointer::dst, {0, 16 * B, 4 * Q, D, K, to_column(16 * B + 4 * Q * D - dst_back)});
+                 {0, 8, 4 * Q, half(S), K, to_column(8 + 4 * Q * half(S) - (sub_rewind >> 1))});
+    to.writes(pointer::dst, {0, 16 * B, 4 * Q, D, K, to_column(16 * B + 4 * Q * D - dst_rewind)});
 }
 
 // Plane by plane, onto YV12. `doubled`: the lower row of two lies between two rows of a field.
 template <class Receiver>
 constexpr void rows_of_mixed_planes(const mix_call &c, bool doubled, Receiver &to) {
     const auto plane = [&](pointer video, pointer sub, pointer dst, int width, int height,
-                           number video_pitch, number video_rest, number sub_rest,
-                           number alpha_per_sample, number alpha_rest, number dst_rest) {
+                           number video_pitch, number video_advance, number sub_advance,
+                           number alpha_per_sample, number alpha_advance, number dst_advance) {
         const number W = whole(width, 8), d = W - width;
         const number R = up(as_unsigned(height), doubled ? 2 : 1);
         if (!doubled) {
-            to.reads(video, {0, W, R, W + video_rest});
+            to.reads(video, {0, W, R, W + video_advance});
         } else {
             // The upper rows, and from the lower ones on; there the row below.
-            const number next = d + W + video_rest;
+            const number next = d + W + video_advance;
             to.reads(video, {0, W + d, R / 2, next});
             to.reads(video, {d + video_pitch, W, R / 2, next});
         }
-        to.reads(sub, {0, W, R, W + sub_rest});
+        to.reads(sub, {0, W, R, W + sub_advance});
         to.reads(pointer::alpha_plane,
-                 {0, alpha_per_sample * W, R, alpha_per_sample * W + alpha_rest});
-        to.writes(dst, {0, W, R, W + dst_rest});
+                 {0, alpha_per_sample * W, R, alpha_per_sample * W + alpha_advance});
+        to.writes(dst, {0, W, R, W + dst_advance});
     };
     const number V = c.video_pitch, S = c.sub_pitch, D = c.dst_pitch, w = c.width;
     plane(pointer::video_y, pointer::sub_y, pointer::dst, c.width, c.height, V, V - w, S - w, 1,
@@ -554,11 +554,11 @@ template <class Receiver>
 constexpr void rows_of_doubled_columns(const picture_call &p, number B, Receiver &to) {
     const number S = p.src_pitch, D = p.dst_pitch, h = p.height;
     const number K = up(p.width, 16) / 16, P = row_pairs_of(h);
-    const number back = wrapped(h * S), dst_back = wrapped(2 * h * D);
-    to.reads(pointer::src, {0, 16, 2 * P, S, K, to_column(16 + 2 * P * S - back)});
+    const number rewind = wrapped(h * S), dst_rewind = wrapped(2 * h * D);
+    to.reads(pointer::src, {0, 16, 2 * P, S, K, to_column(16 + 2 * P * S - rewind)});
     for (const pointer plane : src_chroma)
-        to.reads(plane, {0, 8, P, half(S), K, to_column(8 + P * half(S) - (back >> 2))});
-    to.writes(pointer::dst, {0, 16 * B, 4 * P, D, K, to_column(16 * B + 4 * P * D - dst_back)});
+        to.reads(plane, {0, 8, P, half(S), K, to_column(8 + P * half(S) - (rewind >> 2))});
+    to.writes(pointer::dst, {0, 16 * B, 4 * P, D, K, to_column(16 * B + 4 * P * D - dst_rewind)});
 }
 
 // One plane to twice the height, `times` as wide, `start` bytes behind dst. The last row comes once

@@ -37,7 +37,10 @@ row_call draw_plane_to_surface(const wanted_call &wanted,
     const std::ptrdiff_t n = wanted.n, size = n * wanted.facts.read;
     const std::ptrdiff_t dst_size = n * wanted.facts.written;
     const repetition<plane_adjustment> drawn(wanted);
-    const int alignment = drawn.non_temporal() ? 8 : 1;
+    // These store the lines that a row fills in part by themselves, wherever it begins.
+    const bool by_lines = drawn.non_temporal() && (wanted.facts.name == "emit_plane" ||
+                                                   wanted.facts.name == "emit_half_plane");
+    const int alignment = by_lines ? 8 : alignment_for(drawn.stores);
     const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, size);
     const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, dst_size, alignment);
 
@@ -47,7 +50,7 @@ row_call draw_plane_to_surface(const wanted_call &wanted,
     call.rows = {{"src", size, drawn.count, src_next},
                  {"dst", dst_size, drawn.count, dst_next, true}};
     call.alignment = alignment;
-    call.reads_again = drawn.non_temporal();
+    call.reads_again = by_lines;
     call.run = [=](const row_kernels &target, const addresses &at) {
         plane_rows rows{at[src], at[dst]};
         drawn.tell(rows);
