@@ -7,6 +7,8 @@
 #include <lumalane/store_bounds.h>
 #include <lumalane/strip.h>
 
+#include <numeric>
+
 #if defined(__SSE2__) || defined(_M_X64)
 #include <emmintrin.h>
 #define LUMALANE_SSE2
@@ -162,7 +164,9 @@ inline void call(const loader &l, tag_ajust_contrast_info &info, const view &s, 
 // Where whole steps end ahead of the last columns and of the cache lines that these are in: lines that
 // were stored around the cache would have to come back. (A surface begins on one, or on a half.)
 constexpr int steps_before(layout l, int left) {
-    return rounded_down(left, l == layout::rgb32 ? 16 : l == layout::rgb24 ? 64 : 32);
+    constexpr int line = 64; // bytes
+    const int bytes_per_pixel = static_cast<int>(bytes_of_row(l, 0, 2) / 2);
+    return rounded_down(left, line / std::gcd(line, bytes_per_pixel));
 }
 
 // Any columns and rows. Row groups of the least height stand side by side in the strip, so that it
