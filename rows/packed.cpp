@@ -117,8 +117,9 @@ LUMALANE_INLINE void emit_pair_group(const Surface &surface, const packed_rows &
     store_all<cached>(dst + rows.dst_below, surface.pixels(lower, chroma));
 }
 
-// A record of its own for a call: what is only in registers stays there.
-LUMALANE_INLINE packed_rows own(const packed_rows &rows) {
+// A record of its own for a call: what is only in registers stays there. (Where all vectors are the
+// widest there is no such call.)
+[[maybe_unused]] LUMALANE_INLINE packed_rows own(const packed_rows &rows) {
     return {rows.src,       rows.chroma,    rows.dst,    rows.lower,
             rows.src_below, rows.dst_below, rows.stores, rows.by};
 }

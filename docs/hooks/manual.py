@@ -434,7 +434,8 @@ def figure_cell(key, value):
     return f'<span data-figure="{html.escape(key)}">{text}</span>'
 
 
-TABLES_OF_FIGURES = {"builds": "Figure", "processors": "Processor", "fuzz": "Target", "bad_input": "Tried"}
+TABLES_OF_FIGURES = {"builds": "Figure", "processors": "Processor", "fuzz": "Target", "coverage": "Directory",
+                     "bad_input": "Tried"}
 
 
 def figures_table(section):
