@@ -9,7 +9,8 @@
 namespace lumalane_gst {
 
 #define LUMALANE_GST_SINK_FORMATS "{ YV12, I420, YUY2 }"
-#define LUMALANE_GST_SOURCE_FORMATS "{ BGRx, BGR, RGB16, YUY2, YV12, I420 }"
+#define LUMALANE_GST_RGB_FORMATS "BGRx, BGR, RGB16"
+#define LUMALANE_GST_SOURCE_FORMATS "{ " LUMALANE_GST_RGB_FORMATS ", YUY2, YV12, I420 }"
 
 /// The format of the companion headers; false if there is none.
 bool format_of(GstVideoFormat from, lumalane::format &to);

@@ -43,13 +43,18 @@ int rows_with_chroma(const const_picture &frame, int parity, int rows) {
     return std::min(rows, (plane_height(frame.format, 1, frame.height) - parity + 1) / 2 * 2);
 }
 
+status convert_as_told(const const_picture &from, const picture &to,
+                       const lumalane::adjustment *adjust) {
+    return adjust ? lumalane::convert(from, to, *adjust) : lumalane::convert(from, to);
+}
+
 // Where bytes only move, an adjustment that changes nothing makes the library store whole vectors of
 // the widest kind, around the cache if the surface is large: up to twice as fast.
 status convert_or_adjust(const const_picture &from, const picture &to,
                          const lumalane::adjustment *adjust) {
     if (!adjust && is_planar(from.format) && to.format == format::yuy2)
         return lumalane::convert(from, to, lumalane::adjustment{});
-    return adjust ? lumalane::convert(from, to, *adjust) : lumalane::convert(from, to);
+    return convert_as_told(from, to, adjust);
 }
 
 status stretch_or_adjust(const const_picture &from, const picture &to, stretching how,
@@ -71,10 +76,9 @@ void repeat_rows(const const_picture &from, const picture &to) {
 status convert_row(const frame &f, int from, int chroma, int to) {
     const int last = plane_height(f.source.format, 1, f.source.height) - 1;
     const int of_field = chroma > last ? chroma - 2 : chroma;
-    const const_picture row = rows_of(f.source, from, of_field < 0 ? last : of_field, 1);
-    const picture made = rows_of(f.destination, to, to / 2, 1);
     // A row is not worth a turn of the adjustment.
-    return f.adjust ? lumalane::convert(row, made, *f.adjust) : lumalane::convert(row, made);
+    return convert_as_told(rows_of(f.source, from, of_field < 0 ? last : of_field, 1),
+                           rows_of(f.destination, to, to / 2, 1), f.adjust);
 }
 
 } // namespace

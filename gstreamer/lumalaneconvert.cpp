@@ -304,15 +304,15 @@ GstCaps *taken_behind(GstBaseTransform *self, GstCaps *caps) {
 }
 
 bool has_rgb(const GstCaps *caps) {
-    GstCaps *const rgb = gst_caps_from_string("video/x-raw, format={ BGRx, BGR, RGB16 }");
+    GstCaps *const rgb =
+        gst_caps_from_string("video/x-raw, format={ " LUMALANE_GST_RGB_FORMATS " }");
     const bool has = gst_caps_can_intersect(caps, rgb);
     gst_caps_unref(rgb);
     return has;
 }
 
-// Whether caps that have been refused would have become RGB if they were BT.601.
-bool lacks_bt601_alone(GstBaseTransform *self, GstCaps *caps) {
-    GstVideoInfo info;
+// Whether caps that have been refused, of which `info` is, would have become RGB if they were BT.601.
+bool lacks_bt601_alone(GstBaseTransform *self, GstCaps *caps, GstVideoInfo &info) {
     if (!gst_video_info_from_caps(&info, caps) || !GST_VIDEO_INFO_IS_YUV(&info) ||
         lumalane_gst::has_bt601(info))
         return false;
@@ -332,9 +332,9 @@ gboolean sink_event(GstBaseTransform *self, GstEvent *event) {
         gst_caps_ref(caps);
     }
     const gboolean done = parent_transform()->sink_event(self, event);
-    if (!done && caps && !GST_PAD_IS_FLUSHING(self->sinkpad) && lacks_bt601_alone(self, caps)) {
-        GstVideoInfo info;
-        gst_video_info_from_caps(&info, caps);
+    GstVideoInfo info;
+    if (!done && caps && !GST_PAD_IS_FLUSHING(self->sinkpad) &&
+        lacks_bt601_alone(self, caps, info)) {
         gchar *const has = gst_video_colorimetry_to_string(&info.colorimetry);
         GST_ELEMENT_ERROR(self, STREAM, FORMAT,
                           ("RGB is made of limited-range BT.601 video only. This is %s: put "

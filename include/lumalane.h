@@ -127,9 +127,9 @@
 //
 //     clamp_to_byte(((low16(x * g) saturating+ 32) logical>> 6) saturating+ o)
 //
-// with saturating additions of signed words, so gain 64 and offset 0 change nothing. Y has the gain and the offset of Y; U and V have the gain
-// of chroma and an offset each, but where the table above or a function says otherwise. Samples are
-// adjusted before they become RGB.
+// with saturating additions of signed words, so gain 64 and offset 0 change nothing. Y has the gain
+// and the offset of Y; U and V have the gain of chroma and an offset each, but where the table above
+// or a function says otherwise. Samples are adjusted before they become RGB.
 //
 // quirk: a product x * g from 65504 on begins at 0 again
 // [adjusted_copy.gain_257_wraps_at_255_where_200_still_saturates]

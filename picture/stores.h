@@ -17,15 +17,20 @@ class surface_stores {
 public:
     surface_stores(const machine &machine, const unsigned char *dst, long long pitch,
                    long long bytes, bool in_order, bound_by bound = bound_by::stores)
-        : surface_stores(machine, !in_order && outgrows_cache(machine, bytes, bound) &&
-                                      begin_on(machine.rows.streamed_bytes, dst, pitch)) {}
+        : surface_stores(machine, dst, pitch, machine.rows.streamed_bytes, bytes, in_order, bound) {
+    }
 
-    // For emit_plane() and emit_half_plane(), whose rows need begin on 8 bytes alone. `bytes`: of all
-    // planes that the call makes with them.
+    // For emit_plane() and emit_half_plane(), which need no rows on vectors. `bytes`: of all planes
+    // that the call makes with them.
     static surface_stores of_plane(const machine &machine, const unsigned char *dst,
                                    long long pitch, long long bytes, bool in_order) {
-        return {machine, !in_order && outgrows_cache(machine, bytes, bound_by::stores_alone) &&
-                             begin_on(8, dst, pitch)};
+        return {machine,
+                dst,
+                pitch,
+                detail::alignment_of_planes,
+                bytes,
+                in_order,
+                bound_by::stores_alone};
     }
 
     ~surface_stores() {
@@ -38,9 +43,12 @@ public:
     operator store_policy() const { return policy_; }
 
 private:
-    surface_stores(const machine &machine, bool around_the_cache)
-        : rows(machine.rows),
-          policy_(around_the_cache ? store_policy::non_temporal : store_policy::cached) {}
+    surface_stores(const machine &machine, const unsigned char *dst, long long pitch, int alignment,
+                   long long bytes, bool in_order, bound_by bound)
+        : rows(machine.rows), policy_(!in_order && outgrows_cache(machine, bytes, bound) &&
+                                              begin_on(alignment, dst, pitch)
+                                          ? store_policy::non_temporal
+                                          : store_policy::cached) {}
 
     // Non-temporal stores win from a third of the last-level cache on: what is read needs its place
     // too, and other processes have theirs; in larger caches, which are those of many cores and slower
@@ -52,9 +60,9 @@ private:
     }
 
     // Every row, that is.
-    static bool begin_on(int multiple, const unsigned char *dst, long long pitch) {
+    static bool begin_on(int alignment, const unsigned char *dst, long long pitch) {
         const uintptr_t bits = reinterpret_cast<uintptr_t>(dst) | static_cast<uintptr_t>(pitch);
-        return bits % static_cast<unsigned>(multiple) == 0;
+        return bits % static_cast<unsigned>(alignment) == 0;
     }
 
     const row_kernels &rows;

@@ -19,7 +19,11 @@
 
 #include <stddef.h>
 
+#include <lumalane/store_bounds.h>
+
 namespace lumalane {
+
+using detail::cache_line;
 
 // Of pieces of rows on the stack: to the widest vectors. (For Windows on ARM clang 14 does not align a
 // stack frame of a page or more to over 16 bytes, and reckons that it has: stretches made wrong pixels
@@ -34,8 +38,6 @@ constexpr int stack_alignment = 64;
 // destination is aligned to the target's vectors for them; for emit_plane() and emit_half_plane() to 8
 // bytes.
 enum class store_policy : int { cached, non_temporal };
-
-constexpr ptrdiff_t cache_line = 64; // bytes
 
 // Whether a vector's pixels of RGB are whole lines of the cache: then non-temporal stores may go to both
 // rows of a pair in turn, which share the arithmetic of chroma.

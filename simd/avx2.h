@@ -439,8 +439,8 @@ LUMALANE_INLINE bytes<32> narrow_interleaved(words<16> a, words<16> b) {
     return shuffled(narrow_saturate(a, b), shuffle.pixel_order[0]);
 }
 
-// How the 32 pixels of a vector are permuted over its two blocks. Interleaved, the blocks give one half of
-// every part each; so that a part's halves follow each other in memory, groups of consecutive
+// How the 32 pixels of a vector are permuted over its two blocks. Interleaved, the blocks give one
+// half of every part each; so that a part's halves follow each other in memory, groups of consecutive
 // pixels go to the blocks in turn.
 //     1 and 3 parts, groups of 16: 0 | 1 (the interleave_channels in 3 parts crosses blocks itself)
 //     2 parts, groups of 8:        0 2 | 1 3

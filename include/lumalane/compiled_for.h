@@ -1,6 +1,6 @@
-// The namespace of convert(), blend(), stretch(), the checked calls and what they call. Files of one program may be
-// compiled for different processors, and of an inline function that two files have the linker takes
-// one: so each kind of processor has functions of its own, under the same names.
+// The namespace of convert(), blend(), stretch(), the checked calls and what they call. Files of one
+// program may be compiled for different processors, and of an inline function that two files have the
+// linker takes one: so each kind of processor has functions of its own, under the same names.
 #ifndef LUMALANE_COMPILED_FOR_H
 #define LUMALANE_COMPILED_FOR_H
 

@@ -60,11 +60,11 @@ constexpr int band(int left, int rows) { return left < 2 * rows ? left : rows; }
 // Whether the library may store a surface of so many rows of its stride around the cache, which bands
 // of it would not outgrow. It decides that for each call: then there is one for all rows. Rows have to
 // begin on multiples of `alignment`.
-inline bool may_outgrow_cache(unsigned most_cached, const view &d, int rows, unsigned alignment) {
+inline bool may_outgrow_cache(unsigned most_cached, const view &d, int rows, int alignment) {
     const long long stride = d.stride[0] < 0 ? -d.stride[0] : d.stride[0];
     const std::uintptr_t bits =
         reinterpret_cast<std::uintptr_t>(d.data[0]) | static_cast<std::uintptr_t>(stride);
-    return bits % alignment == 0 && stride * rows > most_cached;
+    return bits % static_cast<unsigned>(alignment) == 0 && stride * rows > most_cached;
 }
 
 // Where the last columns begin that are left after whole steps: 15 or 16 of them, of which some were in
@@ -164,9 +164,8 @@ inline void call(const loader &l, tag_ajust_contrast_info &info, const view &s, 
 // Where whole steps end ahead of the last columns and of the cache lines that these are in: lines that
 // were stored around the cache would have to come back. (A surface begins on one, or on a half.)
 constexpr int steps_before(layout l, int left) {
-    constexpr int line = 64; // bytes
     const int bytes_per_pixel = static_cast<int>(bytes_of_row(l, 0, 2) / 2);
-    return rounded_down(left, line / std::gcd(line, bytes_per_pixel));
+    return rounded_down(left, cache_line / std::gcd(cache_line, bytes_per_pixel));
 }
 
 // Any columns and rows. Row groups of the least height stand side by side in the strip, so that it
@@ -276,7 +275,7 @@ inline void interleave_row(unsigned char *to, const unsigned char *y, const unsi
     if (even >= 32) {
         group(0);
         // All but the last one are cache lines.
-        const int misaligned = static_cast<int>(reinterpret_cast<std::uintptr_t>(to) % 64);
+        const int misaligned = static_cast<int>(reinterpret_cast<std::uintptr_t>(to) % cache_line);
         for (int x = misaligned % 4 == 0 ? 32 - misaligned / 2 : 32; x < even - 32; x += 32)
             group(x);
         group(even - 32);
@@ -423,7 +422,7 @@ inline void adjust(const view &s, const view &d, int width, int height) {
     // The last step may begin in one that was made, but not within a pair.
     const bool in_steps = whole == width || (whole > 0 && width % 2 == 0);
     const bool around = may_outgrow_cache(most_cached_bytes(bound_by::stores_alone, true), d,
-                                          height + height / 2, 8);
+                                          height + height / 2, alignment_of_planes);
     for (int y = 0, rows; y < height; y += rows) {
         rows = in_steps || around ? height : band(height - y, rows_before_strip);
         const view from = s.at(layout::yuv420, 0, y), to = d.at(layout::yuv420, 0, y);

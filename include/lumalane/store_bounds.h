@@ -1,10 +1,17 @@
-// From how many bytes on the library stores a surface around the cache. Callers need none of it: the
-// library decides for each call, and convert() makes one call of what several would store otherwise.
+// From how many bytes on the library stores a surface around the cache, and where. Callers need none
+// of it: the library decides for each call, and convert() makes one call of what several would store
+// otherwise.
 #ifndef LUMALANE_STORE_BOUNDS_H
 #define LUMALANE_STORE_BOUNDS_H
 
 namespace lumalane {
 namespace detail {
+
+constexpr int cache_line = 64; // bytes
+
+// On what rows of planes begin that are copied or adjusted around the cache. (Those of other surfaces
+// begin on the target's vectors.)
+constexpr int alignment_of_planes = 8;
 
 // What bounds a function whose surface outgrows the second-level cache, from hardly any arithmetic to
 // much. (Rows that are stored one after the other make what they share anew: where arithmetic is the
