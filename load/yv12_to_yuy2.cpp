@@ -14,22 +14,26 @@ void loadimage_yuy2(const machine &machine, const call::picture &p) {
 // [yuy2_surface.the_adjusted_form_alone_does_nothing_at_heights_up_to_8_and_odd_ones]
 void loadimage_yuy2_ajust(const machine &machine, const call::picture &p) {
     const adjustment by = current_adjustment();
-    const bound_by bound = by.neutral() ? detail::bound_of_yuy2 : bound_by::loads_and_stores;
+    planar_to_surface surface = planar_to_yuy2(machine.rows);
+    if (by.neutral())
+        surface.bound = detail::bound_of_yuy2;
     if (p.height > 8 && p.height % 2 == 0)
-        load_row_pairs(machine, p, pair_order::row_by_row, {machine.rows.emit_yuy2, 2, bound}, by);
+        load_row_pairs(machine, p, pair_order::row_by_row, surface, by);
 }
 
 void loadimage_yuy2_mono_ajust(const machine &machine, const call::picture &p) {
     constexpr plane_adjustment none = prepared(64, 0);
     load_row_pairs(machine, p, pair_order::row_by_row,
-                   {machine.rows.emit_mono_yuy2, 2, bound_by::stores_alone},
+                   {machine.rows.emit_mono_yuy2, 2, detail::bound_of_yuy2},
                    {current_adjustment().y, none, none}, chroma_is::unread);
 }
 
 // Two neighbours make one sample before the adjustment, U with U and V with V.
 void loadimage_half_yuy2_ajust(const machine &machine, const call::picture &p) {
-    load_row_pairs(machine, p, pair_order::row_by_row,
-                   {machine.rows.emit_half_yuy2, 1, bound_by::stores_alone}, current_adjustment());
+    load_row_pairs(
+        machine, p, pair_order::row_by_row,
+        {machine.rows.emit_half_yuy2, 1, on_vectors_of(32, machine.rows, detail::bound_of_yuy2)},
+        current_adjustment());
 }
 
 } // namespace lumalane

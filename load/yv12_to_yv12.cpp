@@ -21,6 +21,13 @@ plane chroma_of(const call::picture &p, const unsigned char *src, unsigned char 
     return {src, dst, p.width >> 1, p.height >> 1, p.src_pitch >> 1, p.dst_pitch >> 1};
 }
 
+long long bytes_of_planes(const call_rows &p) {
+    long long bytes = 0;
+    for (int plane = 0; plane < 3; ++plane)
+        bytes += p.written[plane].count * p.written[plane].bytes;
+    return bytes;
+}
+
 // The rows of a plane through `emit`, adjusted unless `by` is neutral. Rows have whole steps of 8
 // destination bytes, each from `times` source bytes. `all_bytes`: of all planes that are made so.
 void load_plane(const machine &machine, const byte_rows &dst, const byte_rows &src, int times,
@@ -61,12 +68,9 @@ void loadimage_yv12_ajust(const machine &machine, const call::picture &p) {
     const adjustment by = current_adjustment();
     // quirk: V gets the offset of U, and U that of V [adjusted_copy.the_chroma_offsets_are_crossed]
     const plane_adjustment *const by_plane[] = {&by.y, &by.u, &by.v};
-    long long all_bytes = 0;
-    for (int plane = 0; plane < 3; ++plane)
-        all_bytes += rows.written[plane].count * rows.written[plane].bytes;
     for (int plane = 0; plane < 3; ++plane)
         load_plane(machine, rows.written[plane], rows.read[plane], 1, machine.rows.emit_plane,
-                   *by_plane[plane], in_order, all_bytes);
+                   *by_plane[plane], in_order, bytes_of_planes(rows));
 }
 
 // ---- Half the width ----------------------------------------------------------------------------
@@ -113,7 +117,7 @@ void loadimage_half_yv12_ajust(const machine &machine, const call::picture &p) {
     const bool in_order = machine.in_order || rows.order_can_be_observed();
     const adjustment by = current_adjustment();
     load_plane(machine, rows.written[0], rows.read[0], 2, machine.rows.emit_half_plane, by.y,
-               in_order, rows.written[0].count * rows.written[0].bytes);
+               in_order, bytes_of_planes(rows));
     halve_chroma(machine, chroma_of(p, p.src_v, dst_v), by.v, in_order);
     halve_chroma(machine, chroma_of(p, p.src_u, dst_u), by.u, in_order);
 }

@@ -48,12 +48,9 @@ void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surf
             detail::rows_of_mix_pairs(sizes_of(mix), surface.bytes_per_pixel,
                                       {d.lower_luma, d.lower_sub, d.next_chroma}, rows);
         });
-    // What is blended goes to the surface one row after the other anyhow.
-    const bool whole_lines = fills_lines(machine.rows.vector_bytes, p.bytes_per_pixel);
     const surface_stores stores(machine, p.first.dst, p.below.dst | p.next.dst,
                                 2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order,
-                                whole_lines ? bound_by::stores_and_arithmetic
-                                            : bound_by::arithmetic);
+                                surface.bound);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, surface, by.unless_neutral(), stores);
     if (in_order) {
@@ -102,11 +99,12 @@ void mix_ayuy2_half_yuy2_p_ajust(const machine &machine, const call::mix &p) {
     tagMIX_INFO &mix = *p.record;
     // quirk: the lower row of the video's luma and its chroma rows lie at the subpicture's pitch
     // [mixes.yuy2_half_reads_the_second_row_and_the_next_chroma_at_the_subpictures_pitch].
-    mix_row_pairs(machine, mix,
-                  {{machine.rows.emit_odd_yuy2, 1, bound_by::stores},
-                   machine.rows.mix_pairs_to_odd_yuy2,
-                   false},
-                  {mix.sub_pitch, mix.sub_pitch, mix.sub_pitch >> 1});
+    mix_row_pairs(
+        machine, mix,
+        {{machine.rows.emit_odd_yuy2, 1, on_vectors_of(32, machine.rows, bound_by::loads)},
+         machine.rows.mix_pairs_to_odd_yuy2,
+         false},
+        {mix.sub_pitch, mix.sub_pitch, mix.sub_pitch >> 1});
 }
 
 } // namespace lumalane

@@ -79,6 +79,8 @@ struct mixed_planes {
         : y(luma(mix, kind)), v(chroma(mix, mix.video_v, mix.sub_v, mix.dst_v, kind)),
           u(chroma(mix, mix.video_u, mix.sub_u, mix.dst_u, kind)) {}
 
+    long long bytes() const { return y.bytes() + v.bytes() + u.bytes(); }
+
 private:
     static mixed_plane luma(const tagMIX_INFO &mix, video_rows kind) {
         const int sub_advance = difference(mix.sub_pitch, mix.width);
@@ -161,7 +163,8 @@ constexpr ptrdiff_t band = 32;
 
 void mix_by_bands(const machine &machine, const mixed_planes &p, const adjustment *by) {
     const auto stores_of = [&](const mixed_plane &plane) {
-        return surface_stores(machine, plane.dst, plane.dst_next, plane.bytes(), false);
+        return surface_stores(machine, plane.dst, plane.dst_next, p.bytes(), false,
+                              bound_by::loads);
     };
     const surface_stores y_stores = stores_of(p.y), u_stores = stores_of(p.u),
                          v_stores = stores_of(p.v);
@@ -226,7 +229,7 @@ void mix(const machine &machine, tagMIX_INFO &record, video_rows kind, const adj
     if (machine.in_order || order_can_be_observed(record, tell))
         plane_by_plane(mix_in_order);
     else if (is_clear(p.y) && is_clear(p.u))
-        plane_by_plane(copy_video, p.y.bytes() + p.v.bytes() + p.u.bytes());
+        plane_by_plane(copy_video, p.bytes());
     else
         mix_by_bands(machine, p, by);
     record.height = static_cast<int>(static_cast<unsigned>(record.height) >> 1);

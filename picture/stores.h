@@ -12,13 +12,16 @@ namespace lumalane {
 using detail::bound_by;
 
 // The store policy for a call that writes `bytes` in rows at `dst`; finishes the stores at its end. In
-// order stores are cached: kernels store the rows of a pair in turn otherwise.
+// order stores are cached: kernels store the rows of a pair in turn otherwise. (Which they do around the
+// cache where rows begin on its lines. Where arithmetic counts, too, others are no faster.)
 class surface_stores {
 public:
     surface_stores(const machine &machine, const unsigned char *dst, long long pitch,
-                   long long bytes, bool in_order, bound_by bound = bound_by::stores)
-        : surface_stores(machine, dst, pitch, machine.rows.streamed_bytes, bytes, in_order, bound) {
-    }
+                   long long bytes, bool in_order, bound_by bound)
+        : surface_stores(machine, dst, pitch,
+                         bound == bound_by::stores_and_arithmetic ? detail::cache_line
+                                                                  : machine.rows.streamed_bytes,
+                         bytes, in_order, bound) {}
 
     // For emit_plane() and emit_half_plane(), which need no rows on vectors. `bytes`: of all planes
     // that the call makes with them.
@@ -30,7 +33,7 @@ public:
                 detail::alignment_of_planes,
                 bytes,
                 in_order,
-                bound_by::stores_alone};
+                bound_by::loads_and_stores};
     }
 
     ~surface_stores() {

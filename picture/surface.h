@@ -5,6 +5,11 @@
 
 namespace lumalane {
 
+// What bounds a function on vectors of so many bytes or more; narrower ones do not outrun the memory.
+inline bound_by on_vectors_of(int bytes, const row_kernels &rows, bound_by bound) {
+    return rows.vector_bytes >= bytes ? bound : bound_by::arithmetic;
+}
+
 struct planar_to_surface {
     row_kernel::planar_to_surface *emit; // null: nothing is to be made
     int bytes_per_pixel;
@@ -12,7 +17,7 @@ struct planar_to_surface {
 };
 
 inline planar_to_surface planar_to_rgb32(const row_kernels &rows) {
-    return {rows.emit_rgb32, 4, detail::bound_of_planar_rgb32};
+    return {rows.emit_rgb32, 4, detail::bound_of_rgb32};
 }
 
 inline planar_to_surface planar_to_rgb24(const row_kernels &rows) {
@@ -22,7 +27,7 @@ inline planar_to_surface planar_to_rgb24(const row_kernels &rows) {
 }
 
 inline planar_to_surface planar_to_yuy2(const row_kernels &rows) {
-    return {rows.emit_yuy2, 2, bound_by::stores};
+    return {rows.emit_yuy2, 2, on_vectors_of(32, rows, detail::bound_of_yuy2)};
 }
 
 // Of tag_ajust_contrast_info::rgb16_layout; nothing for a value that is none.
@@ -32,31 +37,36 @@ inline planar_to_surface planar_to_rgb16(const row_kernels &rows, unsigned layou
     return {layout < 4 ? of_layouts[layout] : nullptr, 2, bound_by::arithmetic};
 }
 
-// The same for packed sources.
+// The same for packed sources. Rows that are stored one after the other make chroma anew, so more of it
+// is arithmetic.
 
 struct packed_to_surface {
     row_kernel::packed_to_surface *emit;
     int bytes_per_pixel;
-    bound_by bound;
+    bound_by bound, adjusted_bound;
 };
 
 inline packed_to_surface packed_to_rgb32(const row_kernels &rows) {
-    return {rows.emit_packed_rgb32, 4, detail::bound_of_packed_rgb32};
+    return {rows.emit_packed_rgb32, 4, on_vectors_of(32, rows, detail::bound_of_rgb32),
+            on_vectors_of(64, rows, detail::bound_of_rgb32)};
 }
 
 inline packed_to_surface packed_to_rgb24(const row_kernels &rows) {
-    return {rows.emit_packed_rgb24, 3, bound_by::arithmetic};
+    const bound_by bound = on_vectors_of(64, rows, bound_by::stores_and_arithmetic);
+    return {rows.emit_packed_rgb24, 3, bound, bound};
 }
 
 inline packed_to_surface packed_to_yuy2(const row_kernels &rows) {
-    return {rows.emit_packed_yuy2, 2, detail::bound_of_yuy2};
+    return {rows.emit_packed_yuy2, 2, detail::bound_of_yuy2,
+            on_vectors_of(32, rows, detail::bound_of_yuy2)};
 }
 
 inline packed_to_surface packed_to_rgb16(const row_kernels &rows, unsigned layout) {
     row_kernel::packed_to_surface *const of_layouts[] = {
         rows.emit_packed_rgb16_565, rows.emit_packed_rgb16_555, rows.emit_packed_rgb16_664,
         rows.emit_packed_rgb16_655};
-    return {layout < 4 ? of_layouts[layout] : nullptr, 2, bound_by::arithmetic};
+    return {layout < 4 ? of_layouts[layout] : nullptr, 2, bound_by::arithmetic,
+            bound_by::arithmetic};
 }
 
 } // namespace lumalane

@@ -141,7 +141,7 @@ void double_both(const machine &machine, const call::packed_stretch &p, const ad
         return;
     }
     const surface_stores stores(machine, columns.dst, columns.dst_pitch,
-                                16 * columns.pairs * columns.pixels, false);
+                                16 * columns.pairs * columns.pixels, false, bound_by::stores);
     const ptrdiff_t pitch = columns.src_pitch;
     const auto make = [&](const sample_rows &to, ptrdiff_t pair, ptrdiff_t count, ptrdiff_t x,
                           ptrdiff_t n) {

@@ -53,7 +53,7 @@ public:
 
     void stretch() const {
         const surface_stores stores(machine, p.dst, p.dst_pitch, bytes, in_order,
-                                    bound_by::stores_alone);
+                                    times == 1 ? bound_by::loads_and_stores : bound_by::stores);
         make_row(p.dst, p.src, stores);
         make_pairs(stores);
         // Over the last average.
@@ -187,6 +187,7 @@ void strech_picture_1X2_yv12_ajust(const machine &machine, const call::picture &
 namespace {
 
 constexpr int column = 8; // samples
+constexpr int head = 64;  // samples, of whole vectors at twice the width
 
 // Stores 8 samples without their `bits` lowest bits, the first sample lowest.
 void store_without_low_bits(unsigned char *to, const unsigned char *from, unsigned bits) {
@@ -212,7 +213,7 @@ public:
         // Rows are cleared of all bits of the first column.
         const bool in_order = machine.in_order || lost_bits < 8 * column || order_can_be_observed();
         const surface_stores stores(machine, p.dst, p.dst_pitch, 2LL * height * 2 * samples,
-                                    in_order, bound_by::stores_alone);
+                                    in_order, bound_by::stores);
         if (in_order)
             for (ptrdiff_t x = 0; x < samples; x += column)
                 double_column(x);
@@ -257,27 +258,38 @@ private:
         }
     }
 
-    // Some rows at a time, while those that are cleared afterwards are still in the cache.
+    // Some rows at a time, while those that are cleared afterwards are still in the cache. Around the
+    // cache nothing can be cleared: the heads of rows, where they are, are made of cleared ones.
     void double_rows(store_policy stores) const {
         const ptrdiff_t at_once = doubled_pairs::most(samples), last = height - 1;
-        // Non-temporal stores leave out what is cleared afterwards.
-        const ptrdiff_t head = stores == store_policy::non_temporal && samples > 64 ? 64 : samples;
+        const bool clears = stores == store_policy::cached || samples <= head;
         const auto make = [&](stretched_rows r, ptrdiff_t from, ptrdiff_t to, store_policy policy) {
             r.src += from, r.dst += 2 * from;
             r.repeats_last = to == samples, r.stores = policy;
-            if (from < to)
-                machine.rows.double_plane(r, to - from);
+            machine.rows.double_plane(r, to - from);
+        };
+        recent_rows<2, head + column> heads;
+        const auto head_of = [&](ptrdiff_t number) {
+            return heads.row(number, [&](unsigned char *line) {
+                __builtin_memcpy(line, row_at(number), head + 1);
+                __builtin_memset(line, 0, column);
+            });
         };
         in_runs(last, at_once, [&](ptrdiff_t first, ptrdiff_t count) {
             stretched_rows r{row_at(first), surface(first), rows_made::both};
             r.src_below = p.src_pitch, r.dst_below = p.dst_pitch;
             r.count = count, r.src_next = p.src_pitch, r.dst_next = 2 * p.dst_pitch;
-            make(r, 0, head, store_policy::cached);
-            make(r, head, samples, stores);
+            make(r, clears ? 0 : head, samples, clears ? store_policy::cached : stores);
             for (ptrdiff_t row = first; row < first + count; ++row) {
-                const unsigned char next = row_at(row)[column], below = row_at(row + 1)[column];
-                clear_column(surface(row), next, next);
-                clear_column(surface(row) + p.dst_pitch, next, below);
+                if (clears) {
+                    const unsigned char next = row_at(row)[column], below = row_at(row + 1)[column];
+                    clear_column(surface(row), next, next);
+                    clear_column(surface(row) + p.dst_pitch, next, below);
+                } else {
+                    r.src = head_of(row), r.dst = surface(row), r.count = 1;
+                    r.src_below = distance(r.src, head_of(row + 1));
+                    make(r, 0, head, stores);
+                }
             }
         });
         stretched_rows r{row_at(last), surface(last)};

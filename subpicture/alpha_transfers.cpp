@@ -10,7 +10,7 @@ void transfer(const machine &machine, const call_rows &p, ptrdiff_t pixels, bool
               ptrdiff_t step, row_kernel::plane_to_surface *kernel) {
     const byte_rows &dst = p.written[0], &src = p.read[0];
     const surface_stores stores(machine, dst.first, dst.pitch, most_bytes(p), in_order,
-                                bound_by::stores_alone);
+                                bound_by::loads_and_stores);
     for_rows(p, pixels, in_order, step, [&](const rows_run &run) {
         kernel({source_row(src, run.row), destination_row(dst, run.row), stores, nullptr, run.count,
                 run.next(src), run.next(dst)},

@@ -44,7 +44,8 @@ void load(const machine &machine, const tagMIX_INFO &mix, const keyed_surface &s
     const bool in_order = machine.in_order || p.order_can_be_observed();
     const byte_rows &dst = p.written[0];
     const surface_stores stores(machine, dst.first, dst.pitch, most_bytes(p), in_order,
-                                bound_by::stores_alone);
+                                surface.bytes_per_pixel == 2 ? bound_by::loads_and_stores
+                                                             : bound_by::stores);
     const byte_rows &y = p.read[0], &u = p.read[1], &v = p.read[2], &alpha = p.read[3];
     for_rows(p, whole_steps(mix.video_pitch, step_pixels), in_order, step_pixels,
              [&](const rows_run &run) {

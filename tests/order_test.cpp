@@ -225,20 +225,23 @@ TEST_P(stores_test, go_around_the_cache_from_a_third_of_it_on) {
         EXPECT_EQ(decided(cache, most + 1, bound), store_policy::non_temporal)
             << cache << " " << most;
     };
-    for (const bound_by bound : {bound_by::loads_and_stores, bound_by::stores,
-                                 bound_by::stores_and_arithmetic, bound_by::arithmetic}) {
+    for (const bound_by bound :
+         {bound_by::loads, bound_by::loads_and_stores, bound_by::stores,
+          bound_by::stores_and_arithmetic, bound_by::arithmetic_and_stores, bound_by::arithmetic}) {
         expect(3'000'002, 1'000'000, bound);
         expect(24'000'000, 8'000'000, bound);
         expect(1, 0, bound);
         EXPECT_EQ(decided(0, 1LL << 40, bound), store_policy::cached);
     }
-    expect(3'000'000, 1'000'000, bound_by::stores_alone);
-    for (const bound_by bound : {bound_by::stores_alone, bound_by::loads_and_stores})
+    for (const bound_by bound : {bound_by::loads, bound_by::loads_and_stores, bound_by::stores})
         expect(128'000'000, 8'000'000, bound);
-    expect(128'000'001, 1'250'000, bound_by::stores_alone);
-    expect(128'000'001, 4'000'000, bound_by::loads_and_stores);
-    expect(300'000'000, 8'000'000, bound_by::stores);
-    expect(300'000'000, 16'000'000, bound_by::stores_and_arithmetic);
+    for (const bound_by bound : {bound_by::stores_and_arithmetic, bound_by::arithmetic_and_stores})
+        expect(128'000'000, 16'000'000, bound);
+    expect(128'000'001, 800'000, bound_by::loads);
+    expect(128'000'001, 1'250'000, bound_by::loads_and_stores);
+    expect(300'000'000, 2'300'000, bound_by::stores);
+    expect(300'000'000, 2'300'000, bound_by::stores_and_arithmetic);
+    expect(300'000'000, 32'000'000, bound_by::arithmetic_and_stores);
     expect(300'000'000, 100'000'000, bound_by::arithmetic);
 }
 
@@ -250,6 +253,12 @@ TEST_P(stores_test, stay_in_the_cache_off_the_vectors_and_in_order) {
     EXPECT_EQ(around(vector, 3 * vector, false), store_policy::non_temporal);
     EXPECT_EQ(around(vector, -vector, false), store_policy::non_temporal);
     EXPECT_EQ(around(vector, vector, true), store_policy::cached);
+    const auto in_pairs = [&](std::uintptr_t at, long long pitch) {
+        return decided(1, 1 << 20, bound_by::stores_and_arithmetic, at, pitch);
+    };
+    EXPECT_EQ(in_pairs(64, -192), store_policy::non_temporal);
+    EXPECT_EQ(in_pairs(32, 64), store_policy::cached);
+    EXPECT_EQ(in_pairs(64, 32), store_policy::cached);
     const auto plane_around = [&](std::uintptr_t at, long long pitch, bool in_order) {
         return store_policy(surface_stores::of_plane(
             {counting, 3, false}, reinterpret_cast<const unsigned char *>(at), pitch, 2, in_order));

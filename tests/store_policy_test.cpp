@@ -93,7 +93,6 @@ const function functions[] = {
 #undef LUMALANE_EXPORT
 };
 
-// Of the plane of which most are written.
 long long bytes_written(const function &f) {
     static std::map<std::string_view, long long> known;
     if (const auto found = known.find(f.name); found != known.end())
@@ -112,12 +111,11 @@ long long bytes_written(const function &f) {
     memory.add({0, begin});
     memory.add({begin + m.planes.size() * sizeof(memory_of_call::plane), ~model::address{0}});
     f.model(m, memory);
-    long long most = 0;
+    long long written = 0;
     for (const auto &plane : marks)
-        most = std::max<long long>(most, std::ranges::count_if(plane, [](std::uint8_t mark) {
-                                       return mark & model::memory::is_written;
-                                   }));
-    return known[f.name] = most;
+        written += std::ranges::count_if(
+            plane, [](std::uint8_t mark) { return mark & model::memory::is_written; });
+    return known[f.name] = written;
 }
 
 int finished;
@@ -142,14 +140,18 @@ protected:
     }
 };
 
-// Of how many bytes, where it is not those: loadimage_yuy2() leaves gaps, loadimage_half_yv12_ajust() goes
-// by Y alone, and what reads a surface and writes alpha by the surface. 0: of none, all stores are cached.
+// Of how many bytes, where it is not those: loadimage_yuy2() leaves gaps, and what reads a surface and
+// writes alpha goes by the surface. 0: of none, all stores are cached.
 const std::map<std::string_view, long long> others = {
-    {"get_contrast_data", 0},          {"loadimage_yv12", 0},
-    {"loadimage_yuy2", 8192},          {"loadimage_half_yv12_ajust", 2048},
-    {"Convert_RGB32_To_AYUY2", 0},     {"Convert_RGB24_To_AYUY2", 0},
-    {"Convert_RGB16_565_To_AYUY2", 0}, {"Restore_RGB32_To_Alpha", 16384},
-    {"Restore_RGB24_To_Alpha", 12288}, {"Restore_RGB16_565_To_Alpha", 8192},
+    {"get_contrast_data", 0},
+    {"loadimage_yv12", 0},
+    {"loadimage_yuy2", 8192},
+    {"Convert_RGB32_To_AYUY2", 0},
+    {"Convert_RGB24_To_AYUY2", 0},
+    {"Convert_RGB16_565_To_AYUY2", 0},
+    {"Restore_RGB32_To_Alpha", 16384},
+    {"Restore_RGB24_To_Alpha", 12288},
+    {"Restore_RGB16_565_To_Alpha", 8192},
     {"RelaceMaskWithColorKey", 0},
 };
 

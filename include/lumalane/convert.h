@@ -89,8 +89,7 @@ struct loader {
 inline loader loader_of(format from, format to, bool adjusts) {
     const layout made = layout_of(to);
     constexpr unsigned of_yuy2 = most_cached_bytes(bound_of_yuy2, true);
-    constexpr unsigned of_rgb = most_cached_bytes(bound_of_planar_rgb32, true);
-    constexpr unsigned of_packed_rgb32 = most_cached_bytes(bound_of_packed_rgb32, true);
+    constexpr unsigned of_rgb = most_cached_bytes(bound_of_rgb32, true);
     loader l{nullptr, layout_of(from), made, 16, 2, false, made == layout::yuy2 ? of_yuy2 : of_rgb};
     if (l.from == layout::yuv420) {
         switch (made) {
@@ -115,7 +114,6 @@ inline loader loader_of(format from, format to, bool adjusts) {
         switch (made) {
         case layout::rgb32:
             l.function = adjusts ? LoadYUY2_RGB32_adjust : LoadYUY2_RGB32;
-            l.most_cached = adjusts ? of_rgb : of_packed_rgb32;
             break;
         case layout::rgb24:
             l.function = adjusts ? LoadYUY2_RGB24_adjust : LoadYUY2_RGB24;
@@ -421,7 +419,7 @@ inline void adjust(const view &s, const view &d, int width, int height) {
     const int whole = rounded_down(width, 16), left = columns_left(width, whole);
     // The last step may begin in one that was made, but not within a pair.
     const bool in_steps = whole == width || (whole > 0 && width % 2 == 0);
-    const bool around = may_outgrow_cache(most_cached_bytes(bound_by::stores_alone, true), d,
+    const bool around = may_outgrow_cache(most_cached_bytes(bound_by::loads_and_stores, true), d,
                                           height + height / 2, alignment_of_planes);
     for (int y = 0, rows; y < height; y += rows) {
         rows = in_steps || around ? height : band(height - y, rows_before_strip);
