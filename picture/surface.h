@@ -10,6 +10,14 @@ inline bound_by on_vectors_of(int bytes, const row_kernels &rows, bound_by bound
     return rows.vector_bytes >= bytes ? bound : bound_by::arithmetic;
 }
 
+// What bounds a function that makes pairs of rows of RGB: `otherwise` where rows that are stored around
+// the cache make chroma anew.
+inline bound_by of_pairs(const row_kernels &rows, int bytes_per_pixel, bound_by bound,
+                         bound_by otherwise) {
+    return streams_pairs(rows.vector_bytes, rows.vector_registers, bytes_per_pixel) ? bound
+                                                                                    : otherwise;
+}
+
 struct planar_to_surface {
     row_kernel::planar_to_surface *emit; // null: nothing is to be made
     int bytes_per_pixel;
@@ -17,13 +25,13 @@ struct planar_to_surface {
 };
 
 inline planar_to_surface planar_to_rgb32(const row_kernels &rows) {
-    return {rows.emit_rgb32, 4, detail::bound_of_rgb32};
+    return {rows.emit_rgb32, 4,
+            of_pairs(rows, 4, detail::bound_of_rgb32, bound_by::arithmetic_and_stores)};
 }
 
 inline planar_to_surface planar_to_rgb24(const row_kernels &rows) {
     return {rows.emit_rgb24, 3,
-            fills_lines(rows.vector_bytes, 3) ? bound_by::stores_and_arithmetic
-                                              : bound_by::arithmetic};
+            of_pairs(rows, 3, bound_by::stores_and_arithmetic, bound_by::arithmetic)};
 }
 
 inline planar_to_surface planar_to_yuy2(const row_kernels &rows) {

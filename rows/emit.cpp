@@ -254,10 +254,10 @@ LUMALANE_INLINE ptrdiff_t emit_groups(const Surface &surface, const row_start &a
     return x;
 }
 
-// Whether non-temporal stores go to both rows of a pair in turn, where these begin on lines of the cache.
+// Where rows begin on lines of the cache.
 template <class Surface>
-inline constexpr bool streams_pairs = streams &&vector_registers >= 16 &&
-                                      fills_lines(widest, Surface::bytes_per_pixel);
+inline constexpr bool streams_its_pairs = streams &&streams_pairs(widest, vector_registers,
+                                                                  Surface::bytes_per_pixel);
 
 template <bool pair, class Surface>
 LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by,
@@ -274,7 +274,7 @@ LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by,
             x = emit_groups<pair, known::both_averages>(surface, at, n);
         else
             x = emit_groups<pair, known::nothing>(surface, at, n);
-    } else if (pair && streams_pairs<Surface> && at.stores == store_policy::non_temporal) {
+    } else if (pair && streams_its_pairs<Surface> && at.stores == store_policy::non_temporal) {
         x = emit_groups<pair, known::nothing, non_temporal>(surface, at, n);
     } else {
         x = emit_groups<pair, known::nothing>(surface, at, n);
@@ -296,7 +296,7 @@ LUMALANE_INLINE bool in_turn(const planar_rows &rows, ptrdiff_t n) {
     if (!rows_in_turn(rows.stores)) {
         const auto places = reinterpret_cast<uintptr_t>(rows.dst) |
                             static_cast<uintptr_t>(rows.dst_below | rows.dst_next);
-        return streams_pairs<Surface> && places % cache_line == 0;
+        return streams_its_pairs<Surface> && places % cache_line == 0;
     }
     return !Surface::may_be_apart || n <= longest_run_in_order || rows.lower != lower_row::itself ||
            !cross_cache_lines(rows);

@@ -39,10 +39,11 @@ constexpr int stack_alignment = 64;
 // bytes.
 enum class store_policy : int { cached, non_temporal };
 
-// Whether a vector's pixels of RGB are whole lines of the cache: then non-temporal stores may go to both
-// rows of a pair in turn, which share the arithmetic of chroma.
-constexpr bool fills_lines(int vector_bytes, int bytes_per_pixel) {
-    return bytes_per_pixel > 2 && vector_bytes * bytes_per_pixel % cache_line == 0;
+// Whether non-temporal stores go to both rows of a pair of RGB in turn, which share the arithmetic of
+// chroma: where a vector's pixels are whole lines of the cache, and registers are not short.
+constexpr bool streams_pairs(int vector_bytes, int vector_registers, int bytes_per_pixel) {
+    return bytes_per_pixel > 2 && vector_bytes * bytes_per_pixel % cache_line == 0 &&
+           vector_registers >= 16;
 }
 
 // The adjustment of one plane: a sample x becomes
@@ -314,9 +315,10 @@ using finishing = void();
 // The row kernels of one target.
 struct row_kernels {
     const char *target;
-    int vector_bytes;   // of the widest vectors
-    int streamed_bytes; // what their non-temporal stores are to be aligned to
-    bool filters_pairs; // lower rows of four taps are made in the loops that emit pairs
+    int vector_bytes;     // of the widest vectors
+    int vector_registers; // those that there are at least
+    int streamed_bytes;   // what non-temporal stores are to be aligned to
+    bool filters_pairs;   // lower rows of four taps are made in the loops that emit pairs
 #define LUMALANE_ROW_KERNEL(kind, name, ...) row_kernel::kind *name;
 #include "rows/rows.inc"
 #undef LUMALANE_ROW_KERNEL

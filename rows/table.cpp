@@ -11,6 +11,7 @@ extern constinit const row_kernels kernels;
 constinit const row_kernels kernels = {
     LUMALANE_STRING(LUMALANE_TARGET_NAME),
     widest,
+    vector_registers,
     streamed_bytes<widest>,
     filters_pairs,
 #define LUMALANE_ROW_KERNEL(kind, name, ...) name,

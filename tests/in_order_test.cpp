@@ -25,6 +25,7 @@ struct counted<kernel> {
 const lumalane::row_kernels counted_rows = {
     "counted",
     lumalane::targets().begin()->rows.vector_bytes,
+    lumalane::targets().begin()->rows.vector_registers,
     lumalane::targets().begin()->rows.streamed_bytes,
     lumalane::targets().begin()->rows.filters_pairs,
 #define LUMALANE_ROW_KERNEL(kind, name, ...) counted<&lumalane::row_kernels::name>::call,
