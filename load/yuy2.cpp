@@ -44,8 +44,7 @@ void load(const machine &machine, const call::picture &picture, int step_pixels,
     detail::rows_of_packed_pairs(sizes_of(picture), step_pixels, surface.bytes_per_pixel, told);
     const bool in_order = machine.in_order || told.order_can_be_observed();
     const surface_stores stores(machine, p.dst, p.dst_to_lower | p.dst_to_next,
-                                2LL * p.pairs * p.row_bytes, in_order,
-                                by ? surface.adjusted_bound : surface.bound);
+                                2LL * p.pairs * p.row_bytes, in_order, surface.bound);
     const ptrdiff_t run = in_order ? step_pixels : p.pixels;
     const ptrdiff_t pairs_at_once = in_order ? 1 : p.pairs;
     for (ptrdiff_t pair = 0; pair < p.pairs; pair += pairs_at_once)
@@ -97,7 +96,7 @@ void LoadYUY2_YUY2(const machine &machine, const call::picture &p) {
 }
 
 void LoadYUY2_YUY2_adjust(const machine &machine, const call::picture &p) {
-    load_adjusted(machine, p, yuy2_step, packed_to_yuy2(machine.rows));
+    load_adjusted(machine, p, yuy2_step, packed_to_adjusted_yuy2(machine.rows));
 }
 
 } // namespace lumalane

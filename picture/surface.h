@@ -10,12 +10,17 @@ inline bound_by on_vectors_of(int bytes, const row_kernels &rows, bound_by bound
     return rows.vector_bytes >= bytes ? bound : bound_by::arithmetic;
 }
 
-// What bounds a function that makes pairs of rows of RGB: `otherwise` where rows that are stored around
-// the cache make chroma anew.
-inline bound_by of_pairs(const row_kernels &rows, int bytes_per_pixel, bound_by bound,
-                         bound_by otherwise) {
-    return streams_pairs(rows.vector_bytes, rows.vector_registers, bytes_per_pixel) ? bound
-                                                                                    : otherwise;
+// Rows of pairs that are stored around the cache one after the other make chroma anew.
+inline bool streams_pairs(const row_kernels &rows, int bytes_per_pixel) {
+    return streams_pairs(rows.vector_bytes, rows.vector_registers, bytes_per_pixel);
+}
+
+inline bound_by bound_of_rgb32(const row_kernels &rows) {
+    return streams_pairs(rows, 4) ? detail::bound_of_rgb32 : bound_by::arithmetic_and_stores;
+}
+
+inline bound_by bound_of_rgb24(const row_kernels &rows) {
+    return streams_pairs(rows, 3) ? bound_by::stores_and_arithmetic : bound_by::arithmetic;
 }
 
 struct planar_to_surface {
@@ -25,13 +30,11 @@ struct planar_to_surface {
 };
 
 inline planar_to_surface planar_to_rgb32(const row_kernels &rows) {
-    return {rows.emit_rgb32, 4,
-            of_pairs(rows, 4, detail::bound_of_rgb32, bound_by::arithmetic_and_stores)};
+    return {rows.emit_rgb32, 4, bound_of_rgb32(rows)};
 }
 
 inline planar_to_surface planar_to_rgb24(const row_kernels &rows) {
-    return {rows.emit_rgb24, 3,
-            of_pairs(rows, 3, bound_by::stores_and_arithmetic, bound_by::arithmetic)};
+    return {rows.emit_rgb24, 3, bound_of_rgb24(rows)};
 }
 
 inline planar_to_surface planar_to_yuy2(const row_kernels &rows) {
@@ -45,36 +48,35 @@ inline planar_to_surface planar_to_rgb16(const row_kernels &rows, unsigned layou
     return {layout < 4 ? of_layouts[layout] : nullptr, 2, bound_by::arithmetic};
 }
 
-// The same for packed sources. Rows that are stored one after the other make chroma anew, so more of it
-// is arithmetic.
+// The same for packed sources.
 
 struct packed_to_surface {
     row_kernel::packed_to_surface *emit;
     int bytes_per_pixel;
-    bound_by bound, adjusted_bound;
+    bound_by bound;
 };
 
 inline packed_to_surface packed_to_rgb32(const row_kernels &rows) {
-    return {rows.emit_packed_rgb32, 4, on_vectors_of(32, rows, detail::bound_of_rgb32),
-            on_vectors_of(64, rows, detail::bound_of_rgb32)};
+    return {rows.emit_packed_rgb32, 4, bound_of_rgb32(rows)};
 }
 
 inline packed_to_surface packed_to_rgb24(const row_kernels &rows) {
-    const bound_by bound = on_vectors_of(64, rows, bound_by::stores_and_arithmetic);
-    return {rows.emit_packed_rgb24, 3, bound, bound};
+    return {rows.emit_packed_rgb24, 3, bound_of_rgb24(rows)};
 }
 
 inline packed_to_surface packed_to_yuy2(const row_kernels &rows) {
-    return {rows.emit_packed_yuy2, 2, detail::bound_of_yuy2,
-            on_vectors_of(32, rows, detail::bound_of_yuy2)};
+    return {rows.emit_packed_yuy2, 2, detail::bound_of_yuy2};
+}
+
+inline packed_to_surface packed_to_adjusted_yuy2(const row_kernels &rows) {
+    return {rows.emit_packed_yuy2, 2, on_vectors_of(32, rows, detail::bound_of_yuy2)};
 }
 
 inline packed_to_surface packed_to_rgb16(const row_kernels &rows, unsigned layout) {
     row_kernel::packed_to_surface *const of_layouts[] = {
         rows.emit_packed_rgb16_565, rows.emit_packed_rgb16_555, rows.emit_packed_rgb16_664,
         rows.emit_packed_rgb16_655};
-    return {layout < 4 ? of_layouts[layout] : nullptr, 2, bound_by::arithmetic,
-            bound_by::arithmetic};
+    return {layout < 4 ? of_layouts[layout] : nullptr, 2, bound_by::arithmetic};
 }
 
 } // namespace lumalane

@@ -254,11 +254,6 @@ LUMALANE_INLINE ptrdiff_t emit_groups(const Surface &surface, const row_start &a
     return x;
 }
 
-// Where rows begin on lines of the cache.
-template <class Surface>
-inline constexpr bool streams_its_pairs = streams &&streams_pairs(widest, vector_registers,
-                                                                  Surface::bytes_per_pixel);
-
 template <bool pair, class Surface>
 LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by,
                                 typename Surface::format format, const row_start at, ptrdiff_t n) {
@@ -280,12 +275,20 @@ LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by,
         x = emit_groups<pair, known::nothing>(surface, at, n);
     }
     if constexpr (widest > Surface::least)
-        if (x < n)
+        if (x < n) {
             // A record of its own: what is only in registers is not copied for each row.
-            emit_rest<Surface>(by, format,
-                               {at.y, at.u, at.v, at.dst, at.y_below, at.dst_below, at.chroma_below,
-                                at.stores, at.lower},
-                               pair, n, x);
+            row_start rest{
+                at.y,      at.u,    at.v, at.dst, at.y_below, at.dst_below, at.chroma_below,
+                at.stores, at.lower};
+            // Cached stores would hold up those around the cache.
+            if constexpr (pair && streams_its_pairs<Surface>)
+                if (at.stores == store_policy::non_temporal) {
+                    emit_rest<Surface>(by, format, rest, false, n, x);
+                    rest.y += at.y_below, rest.dst += at.dst_below;
+                    return emit_rest<Surface>(by, format, rest, false, n, x);
+                }
+            emit_rest<Surface>(by, format, rest, pair, n, x);
+        }
 }
 
 // Whether the rows of a pair are stored in turn.
@@ -293,11 +296,8 @@ template <class Surface>
 LUMALANE_INLINE bool in_turn(const planar_rows &rows, ptrdiff_t n) {
     if (rows.lower == lower_row::none)
         return false;
-    if (!rows_in_turn(rows.stores)) {
-        const auto places = reinterpret_cast<uintptr_t>(rows.dst) |
-                            static_cast<uintptr_t>(rows.dst_below | rows.dst_next);
-        return streams_its_pairs<Surface> && places % cache_line == 0;
-    }
+    if (!rows_in_turn(rows.stores))
+        return streams_in_turn<Surface>(rows);
     return !Surface::may_be_apart || n <= longest_run_in_order || rows.lower != lower_row::itself ||
            !cross_cache_lines(rows);
 }

@@ -143,7 +143,7 @@ template <class Surface>
 
 // The next group's samples are fetched before this one's pixels are stored: the processor's window
 // is too short to reach them by itself. Not for a run of one group, whose order is promised.
-template <class Surface>
+template <class Stores, class Surface>
 LUMALANE_INLINE ptrdiff_t emit_pair_ahead(const Surface &surface, const packed_rows &rows,
                                           ptrdiff_t n) {
     constexpr int most = Surface::most;
@@ -156,15 +156,17 @@ LUMALANE_INLINE ptrdiff_t emit_pair_ahead(const Surface &surface, const packed_r
     ptrdiff_t x = 0;
     for (; x + most <= n; x += most) {
         constexpr int vectors = most * Surface::bytes_per_pixel / widest;
-        fetch_ahead<widest, vectors>(rows.dst + x * Surface::bytes_per_pixel);
-        fetch_ahead<widest, vectors>(dst_below + x * Surface::bytes_per_pixel);
+        if constexpr (Stores::takes_lines) {
+            fetch_ahead<widest, vectors>(rows.dst + x * Surface::bytes_per_pixel);
+            fetch_ahead<widest, vectors>(dst_below + x * Surface::bytes_per_pixel);
+        }
         const auto chroma = surface.chroma(upper);
         // The last one is fetched again.
         const unsigned char *const next = rows.src + 2 * (x + 2 * most <= n ? x + most : x);
         const auto next_upper = surface.template fetch<most>(next);
-        store_all<cached>(rows.dst + x * Surface::bytes_per_pixel, surface.pixels(upper, chroma));
+        store_all<Stores>(rows.dst + x * Surface::bytes_per_pixel, surface.pixels(upper, chroma));
         const auto next_lower = surface.template fetch<most>(next + rows.src_below);
-        store_all<cached>(dst_below + x * Surface::bytes_per_pixel, surface.pixels(lower, chroma));
+        store_all<Stores>(dst_below + x * Surface::bytes_per_pixel, surface.pixels(lower, chroma));
         upper = next_upper, lower = next_lower;
     }
     return x;
@@ -174,8 +176,19 @@ template <class Surface>
 LUMALANE_INLINE void emit_pair(const Surface &surface, typename Surface::format format,
                                const packed_rows &rows, ptrdiff_t n) {
     ptrdiff_t x = 0;
+    if constexpr (streams_its_pairs<Surface>)
+        if (rows.stores == store_policy::non_temporal) {
+            x = emit_pair_ahead<non_temporal>(surface, rows, n);
+            if (x < n) {
+                packed_rows row = own(rows);
+                emit_rest<Surface>(row, format, false, n, x);
+                row.src += rows.src_below, row.dst += rows.dst_below;
+                emit_rest<Surface>(row, format, false, n, x);
+            }
+            return;
+        }
     if constexpr (Surface::fetches_ahead)
-        x = emit_pair_ahead(surface, rows, n);
+        x = emit_pair_ahead<cached>(surface, rows, n);
     else
         for (; x + Surface::most <= n; x += Surface::most)
             emit_pair_group<Surface::most>(surface, rows, x);
@@ -205,7 +218,8 @@ LUMALANE_INLINE void emit_rows(const packed_rows &told, ptrdiff_t n,
                      told.count,     told.src_next,  told.dst_next};
     const bool pairs = rows.lower != lower_row::none;
     const bool in_turn =
-        pairs && rows_in_turn(rows.stores) && (n <= longest_run_in_order || !Surface::apart(rows));
+        pairs && (rows_in_turn(rows.stores) ? n <= longest_run_in_order || !Surface::apart(rows)
+                                            : streams_in_turn<Surface>(rows));
     for (ptrdiff_t left = rows.count; left > 0; --left) {
         if (in_turn) {
             emit_pair(surface, format, rows, n);
