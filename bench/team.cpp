@@ -34,6 +34,16 @@ void keep_to(int processor) {
 
 } // namespace
 
+void meeting::arrive_and_wait() {
+    const unsigned number = number_;
+    if (++here_ == members_) {
+        here_ = 0;
+        ++number_;
+    }
+    while (number_ == number)
+        std::this_thread::yield();
+}
+
 team::team(int members) : allowed_(allowed_processors()), together_(members), seconds_(members) {
     const std::vector<int> all = numbers_of(allowed_);
     const auto processor_of = [&](int member) {

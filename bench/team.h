@@ -3,12 +3,25 @@
 
 #include "bench/contest.h"
 
-#include <barrier>
+#include <atomic>
 #include <sched.h>
 #include <thread>
 #include <vector>
 
 namespace lumalane::bench {
+
+// Where members wait for each other, awake: a processor that sleeps takes part of a turn until it is as
+// fast as it can be.
+class meeting {
+public:
+    explicit meeting(int members) : members_(members) {}
+    void arrive_and_wait();
+
+private:
+    const int members_;
+    std::atomic<int> here_{0};
+    std::atomic<unsigned> number_{0}; // of meetings that are over
+};
 
 class team {
 public:
@@ -28,7 +41,7 @@ private:
     void take_turn(std::size_t member);
 
     const cpu_set_t allowed_; // to the calling thread before
-    std::barrier<> together_;
+    meeting together_;
     const std::vector<task> *works_ = nullptr; // null: there is no further timing
     long calls_ = 0;
     std::vector<double> seconds_; // of each member
