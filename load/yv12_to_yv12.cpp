@@ -29,7 +29,7 @@ long long bytes_of_planes(const call_rows &p) {
 }
 
 // The rows of a plane through `emit`, adjusted unless `by` is neutral. Rows have whole steps of 8
-// destination bytes, each from `times` source bytes. `all_bytes`: of all planes that are made so.
+// destination bytes, each from `times` source bytes. `all_bytes`: of all planes of the call.
 void load_plane(const machine &machine, const byte_rows &dst, const byte_rows &src, int times,
                 row_kernel::plane_to_surface *emit, const plane_adjustment &by, bool in_order,
                 long long all_bytes) {
@@ -68,9 +68,10 @@ void loadimage_yv12_ajust(const machine &machine, const call::picture &p) {
     const adjustment by = current_adjustment();
     // quirk: V gets the offset of U, and U that of V [adjusted_copy.the_chroma_offsets_are_crossed]
     const plane_adjustment *const by_plane[] = {&by.y, &by.u, &by.v};
+    const long long all_bytes = bytes_of_planes(rows);
     for (int plane = 0; plane < 3; ++plane)
         load_plane(machine, rows.written[plane], rows.read[plane], 1, machine.rows.emit_plane,
-                   *by_plane[plane], in_order, bytes_of_planes(rows));
+                   *by_plane[plane], in_order, all_bytes);
 }
 
 // ---- Half the width ----------------------------------------------------------------------------

@@ -12,8 +12,8 @@ namespace lumalane {
 using detail::bound_by;
 
 // The store policy for a call that writes `bytes` in rows at `dst`; finishes the stores at its end. In
-// order stores are cached: kernels store the rows of a pair in turn otherwise. (Which they do around the
-// cache where rows begin on its lines. Where arithmetic counts, too, others are no faster.)
+// order stores are cached: kernels may store the rows of a pair one after the other otherwise. So are
+// stores off the lines of the cache where arithmetic counts as well, which is made twice there.
 class surface_stores {
 public:
     surface_stores(const machine &machine, const unsigned char *dst, long long pitch,
@@ -24,7 +24,7 @@ public:
                          bytes, in_order, bound) {}
 
     // For emit_plane() and emit_half_plane(), which need no rows on vectors. `bytes`: of all planes
-    // that the call makes with them.
+    // of the call.
     static surface_stores of_plane(const machine &machine, const unsigned char *dst,
                                    long long pitch, long long bytes, bool in_order) {
         return {machine,

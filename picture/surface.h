@@ -5,22 +5,23 @@
 
 namespace lumalane {
 
-// What bounds a function on vectors of so many bytes or more; narrower ones do not outrun the memory.
+// The bound on vectors of so many bytes or more; narrower ones are slower than the memory.
 inline bound_by on_vectors_of(int bytes, const row_kernels &rows, bound_by bound) {
     return rows.vector_bytes >= bytes ? bound : bound_by::arithmetic;
 }
 
-// Rows of pairs that are stored around the cache one after the other make chroma anew.
 inline bool streams_pairs(const row_kernels &rows, int bytes_per_pixel) {
     return streams_pairs(rows.vector_bytes, rows.vector_registers, bytes_per_pixel);
 }
 
+// Pairs that are not stored in turn around the cache have chroma made for each row.
+
 inline bound_by bound_of_rgb32(const row_kernels &rows) {
-    return streams_pairs(rows, 4) ? detail::bound_of_rgb32 : bound_by::arithmetic_and_stores;
+    return streams_pairs(rows, 4) ? detail::bound_of_rgb : bound_by::arithmetic_and_stores;
 }
 
 inline bound_by bound_of_rgb24(const row_kernels &rows) {
-    return streams_pairs(rows, 3) ? bound_by::stores_and_arithmetic : bound_by::arithmetic;
+    return streams_pairs(rows, 3) ? detail::bound_of_rgb : bound_by::arithmetic;
 }
 
 struct planar_to_surface {

@@ -179,7 +179,7 @@ LUMALANE_INLINE void emit_pair(const Surface &surface, typename Surface::format 
     if constexpr (streams_its_pairs<Surface>)
         if (rows.stores == store_policy::non_temporal) {
             x = emit_pair_ahead<non_temporal>(surface, rows, n);
-            if (x < n) {
+            if (x < n) { // cached stores would hold up the others
                 packed_rows row = own(rows);
                 emit_rest<Surface>(row, format, false, n, x);
                 row.src += rows.src_below, row.dst += rows.dst_below;

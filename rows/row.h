@@ -144,11 +144,12 @@ LUMALANE_INLINE void store_all(store_policy stores, unsigned char *to, const Vec
 // vectors have 16 bytes.
 inline constexpr bool filters_pairs = vector_registers >= 16 && widest > 16;
 
-// Whether non-temporal stores go to the rows of a pair in turn, where these begin on lines of the cache.
+// The same of a surface, on this target.
 template <class Surface>
 inline constexpr bool streams_its_pairs = streams &&streams_pairs(widest, vector_registers,
                                                                   Surface::bytes_per_pixel);
 
+// Where rows begin on lines of the cache.
 template <class Surface, class Rows>
 LUMALANE_INLINE bool streams_in_turn(const Rows &rows) {
     const auto places = reinterpret_cast<uintptr_t>(rows.dst) |
@@ -156,8 +157,8 @@ LUMALANE_INLINE bool streams_in_turn(const Rows &rows) {
     return streams_its_pairs<Surface> && places % cache_line == 0;
 }
 
-// Whether rows of a pair are stored in turn: non-temporal stores would leave lines of the cache half
-// filled.
+// Whether rows of a pair are stored in turn wherever they begin: non-temporal stores would leave lines of
+// the cache half filled.
 LUMALANE_INLINE bool rows_in_turn(store_policy stores) {
     return !streams || stores == store_policy::cached;
 }

@@ -316,7 +316,7 @@ using finishing = void();
 struct row_kernels {
     const char *target;
     int vector_bytes;     // of the widest vectors
-    int vector_registers; // those that there are at least
+    int vector_registers; // at least
     int streamed_bytes;   // what non-temporal stores are to be aligned to
     bool filters_pairs;   // lower rows of four taps are made in the loops that emit pairs
 #define LUMALANE_ROW_KERNEL(kind, name, ...) row_kernel::kind *name;

@@ -179,6 +179,7 @@ void stretch(const machine &machine, const call::picture &p, const planar_to_sur
              ptrdiff_t pixels) {
     const columns_of_pairs columns(p, surface.bytes_per_pixel, pixels);
     const bool in_order = machine.in_order || order_can_be_observed(p, surface.bytes_per_pixel);
+    // Rows between others are averaged and stored by themselves around the cache.
     const surface_stores stores(
         machine, p.dst, p.dst_pitch, 4 * columns.pairs * pixels * surface.bytes_per_pixel, in_order,
         surface.bound == bound_by::arithmetic ? surface.bound : bound_by::arithmetic_and_stores);

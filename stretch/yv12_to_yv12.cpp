@@ -259,7 +259,8 @@ private:
     }
 
     // Some rows at a time, while those that are cleared afterwards are still in the cache. Around the
-    // cache nothing can be cleared: the heads of rows, where they are, are made of cleared ones.
+    // cache nothing is cleared afterwards: there the first 64 samples of a row come from a copy of which
+    // the first 8 are cleared.
     void double_rows(store_policy stores) const {
         const ptrdiff_t at_once = doubled_pairs::most(samples), last = height - 1;
         const bool clears = stores == store_policy::cached || samples <= head;

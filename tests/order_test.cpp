@@ -2,12 +2,13 @@
 // where neither changes a byte, only the time that a call takes.
 #include <cstdint>
 #include <set>
+#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "picture/geometry.h"
-#include "picture/stores.h"
+#include "picture/surface.h"
 #include "tests/differential/random.h"
 #include "tests/targets.h"
 
@@ -276,6 +277,35 @@ TEST_P(stores_test, stay_in_the_cache_off_the_vectors_and_in_order) {
 }
 
 INSTANTIATE_ON_EACH_TARGET(stores_test);
+
+TEST(bounds, are_arithmetic_where_vectors_are_narrow_or_rows_of_pairs_go_around_the_cache_apart) {
+    struct {
+        int vector_bytes, registers;
+        bound_by rgb32, rgb24, yuy2;
+    } const cases[] = {
+        {16, 8, bound_by::arithmetic_and_stores, bound_by::arithmetic, bound_by::arithmetic},
+        {32, 8, bound_by::arithmetic_and_stores, bound_by::arithmetic, bound_by::loads_and_stores},
+        {16, 16, bound_by::stores_and_arithmetic, bound_by::arithmetic, bound_by::arithmetic},
+        {32, 16, bound_by::stores_and_arithmetic, bound_by::arithmetic, bound_by::loads_and_stores},
+        {64, 16, bound_by::stores_and_arithmetic, bound_by::stores_and_arithmetic,
+         bound_by::loads_and_stores},
+    };
+    for (const auto &expected : cases) {
+        SCOPED_TRACE(std::to_string(expected.vector_bytes) + " " +
+                     std::to_string(expected.registers));
+        lumalane::row_kernels rows = lumalane::targets().begin()->rows;
+        rows.vector_bytes = expected.vector_bytes, rows.vector_registers = expected.registers;
+        EXPECT_EQ(lumalane::planar_to_rgb32(rows).bound, expected.rgb32);
+        EXPECT_EQ(lumalane::packed_to_rgb32(rows).bound, expected.rgb32);
+        EXPECT_EQ(lumalane::planar_to_rgb24(rows).bound, expected.rgb24);
+        EXPECT_EQ(lumalane::packed_to_rgb24(rows).bound, expected.rgb24);
+        EXPECT_EQ(lumalane::planar_to_yuy2(rows).bound, expected.yuy2);
+        EXPECT_EQ(lumalane::packed_to_adjusted_yuy2(rows).bound, expected.yuy2);
+        EXPECT_EQ(lumalane::packed_to_yuy2(rows).bound, bound_by::loads_and_stores);
+        EXPECT_EQ(lumalane::planar_to_rgb16(rows, 0).bound, bound_by::arithmetic);
+        EXPECT_EQ(lumalane::packed_to_rgb16(rows, 0).bound, bound_by::arithmetic);
+    }
+}
 
 TEST(machine, has_the_cache_that_the_processor_tells_or_that_is_assumed) {
     const auto told = [] {

@@ -89,7 +89,7 @@ struct loader {
 inline loader loader_of(format from, format to, bool adjusts) {
     const layout made = layout_of(to);
     constexpr unsigned of_yuy2 = most_cached_bytes(bound_of_yuy2, true);
-    constexpr unsigned of_rgb = most_cached_bytes(bound_of_rgb32, true);
+    constexpr unsigned of_rgb = most_cached_bytes(bound_of_rgb, true);
     loader l{nullptr, layout_of(from), made, 16, 2, false, made == layout::yuy2 ? of_yuy2 : of_rgb};
     if (l.from == layout::yuv420) {
         switch (made) {

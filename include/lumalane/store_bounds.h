@@ -9,13 +9,13 @@ namespace detail {
 
 constexpr int cache_line = 64; // bytes
 
-// On what rows of planes begin that are copied or adjusted around the cache. (Those of other surfaces
-// begin on the target's vectors.)
+// On what rows of planes begin that are copied or adjusted around the cache. (Those of RGB from pictures
+// begin on cache lines, others on what the target's stores ask for.)
 constexpr int alignment_of_planes = 8;
 
 // What bounds a function whose surface outgrows the second-level cache.
 enum class bound_by : unsigned char {
-    loads, // of more than it stores
+    loads, // of two pictures and alpha
     loads_and_stores,
     stores,
     stores_and_arithmetic,
@@ -23,16 +23,16 @@ enum class bound_by : unsigned char {
     arithmetic
 };
 
-// Of functions that are no less bound by arithmetic.
+// Of surfaces made from pictures: the least, which more arithmetic raises.
 constexpr bound_by bound_of_yuy2 = bound_by::loads_and_stores;
-constexpr bound_by bound_of_rgb32 = bound_by::stores;
+constexpr bound_by bound_of_rgb = bound_by::stores_and_arithmetic;
 
 // The most bytes that are stored in the cache where a third of the last level has room for more.
 //
 // Measured with 32 MB: at 8 MB of output cached stores are as fast, from 16 MB on non-temporal ones
-// are 1.2 to 1.6 times as fast. On a server with 260 MB, and 2 MB in the second level: as soon as what
-// is read and stored outgrows the second level non-temporal stores are 1.1 to 1.4 times as fast, and
-// before that 1.1 to 2.5 times as slow; where arithmetic comes before stores they are 1.1 to 1.2
+// are 1.2 to 1.6 times as fast. On a server with 260 MB, and 2 MB in the second level: where
+// what is read and stored together is 1.2 to 1.5 times as much as the second level non-temporal stores
+// become as fast; soon they are 1.1 to 1.4 times as fast, and before that 1.1 to 2.5 times as slow; where arithmetic comes before stores they are 1.1 to 1.2
 // times as slow at 16 MB and 1.1 times as fast at 66 MB; where arithmetic is the bound, 1.1 to 1.3
 // times as slow at all sizes.
 constexpr unsigned most_cached_bytes(bound_by bound, bool of_a_server) {
