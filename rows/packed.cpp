@@ -15,7 +15,7 @@ namespace {
 template <class Pixels, class Adjusted>
 struct packed_to_rgb {
     static constexpr int bytes_per_pixel = Pixels::bytes_per_pixel, least = 16, most = widest;
-    static constexpr bool fetches_ahead = !small_code;
+    static constexpr bool fetches_ahead = !small_code, copies = false;
 
     Adjusted adjusted;
 
@@ -57,7 +57,7 @@ struct packed_yuy2 {
 
 template <class Adjusted>
 struct packed_to_yuy2 : packed_yuy2 {
-    static constexpr bool fetches_ahead = false;
+    static constexpr bool fetches_ahead = false, copies = false;
 
     Adjusted adjusted;
 
@@ -78,7 +78,8 @@ struct packed_to_yuy2 : packed_yuy2 {
 
 template <>
 struct packed_to_yuy2<unadjusted_samples> : packed_yuy2 {
-    static constexpr bool fetches_ahead = !small_code;
+    // A row whose chroma is its own is a copy.
+    static constexpr bool fetches_ahead = !small_code, copies = true;
 
     explicit packed_to_yuy2(const adjustment *, format) {}
 
@@ -202,6 +203,28 @@ LUMALANE_INLINE void emit_row(const Surface &surface, typename Surface::format f
                               const packed_rows &rows, ptrdiff_t n) {
     constexpr int most = Surface::most;
     ptrdiff_t x = 0;
+    // Two vectors at a time and a loop for each policy: as long as a copy takes, all else counts.
+    if constexpr (Surface::copies)
+        with_stores(rows.stores, [&](auto stores) LUMALANE_INLINE_LAMBDA {
+            unsigned char *const dst = rows.dst;
+            const unsigned char *const src = rows.src, *const chroma = rows.chroma;
+            const auto along = [&](const auto &pixels) LUMALANE_INLINE_LAMBDA {
+                const auto group = [&](ptrdiff_t at) LUMALANE_INLINE_LAMBDA {
+                    store_all(stores, dst + 2 * at,
+                              pixels(surface.template fetch<most>(src + 2 * at), at));
+                };
+                for (; x + 2 * most <= n; x += 2 * most)
+                    group(x), group(x + most);
+            };
+            if (chroma == src)
+                along([](bytes<widest> samples, ptrdiff_t)
+                          LUMALANE_INLINE_LAMBDA { return vectors<1, widest>{{samples}}; });
+            else
+                along([&](bytes<widest> samples, ptrdiff_t at) LUMALANE_INLINE_LAMBDA {
+                    return surface.pixels(
+                        samples, surface.chroma(surface.template fetch<most>(chroma + 2 * at)));
+                });
+        });
     for (; x + most <= n; x += most)
         emit_row_group<most>(surface, rows, x);
     if constexpr (Surface::most > Surface::least)
