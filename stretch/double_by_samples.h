@@ -14,12 +14,11 @@ inline void double_by_samples(const row_kernels &kernels, doubled_pairs doubled,
                               ptrdiff_t dst_pitch, ptrdiff_t pixels, ptrdiff_t pairs,
                               const pair_rows *luma, const Make &make) {
     pairs_of_samples samples(kernels, luma == nullptr);
-    in_runs(pixels, pairs_of_samples::most_pixels, [&](ptrdiff_t x, ptrdiff_t n) {
-        const bool at_end = x + n == pixels;
-        const ptrdiff_t read = at_end ? n : n + pairs_of_samples::following;
-        samples.begin(n);
-        in_runs(pairs, samples.most(), [&](ptrdiff_t pair, ptrdiff_t count) {
-            const bool last = pair + count == pairs;
+    const auto most = [&](ptrdiff_t) { return pairs; };
+    samples.in_pieces(
+        pixels, pairs, most, [&](ptrdiff_t pair, ptrdiff_t count, ptrdiff_t x, ptrdiff_t n) {
+            const bool last = pair + count == pairs, at_end = x + n == pixels;
+            const ptrdiff_t read = at_end ? n : n + pairs_of_samples::following;
             pair_rows at = samples.take(count, last, [&](const sample_rows &to) {
                 make(to, pair, count, x, read);
                 // Kernels that double the width read one pair of U and V more.
@@ -33,7 +32,6 @@ inline void double_by_samples(const row_kernels &kernels, doubled_pairs doubled,
             }
             doubled.emit(dst + 4 * (pair * dst_pitch + x), at, count, n, at_end, last);
         });
-    });
 }
 
 } // namespace lumalane

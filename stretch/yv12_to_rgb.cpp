@@ -141,11 +141,11 @@ void stretch_rows(const row_kernels &kernels, const columns_of_pairs &columns,
                         columns.chroma_pitch};
     const ptrdiff_t pairs = static_cast<ptrdiff_t>(columns.pairs), dst_pitch = columns.dst_pitch;
     pairs_of_samples samples(kernels, true);
-    in_runs(columns.pixels, pairs_of_samples::most_pixels, [&](ptrdiff_t x, ptrdiff_t n) {
-        rows_between between(kernels, surface, nullptr, n, n, stores, nullptr);
-        samples.begin(n);
-        const ptrdiff_t room = samples.most(), most = between.most();
-        in_runs(pairs, room < most ? room : most, [&](ptrdiff_t pair, ptrdiff_t count) {
+    const auto most = [](ptrdiff_t n) { return rows_between::most_pixels / n; };
+    samples.in_pieces(
+        columns.pixels, pairs, most,
+        [&](ptrdiff_t pair, ptrdiff_t count, ptrdiff_t x, ptrdiff_t n) {
+            rows_between between(kernels, surface, nullptr, n, n, stores, nullptr);
             const bool last = pair + count == pairs;
             const pair_rows from = all.after(pair, x);
             const auto make = [&](const sample_rows &to) {
@@ -172,7 +172,6 @@ void stretch_rows(const row_kernels &kernels, const columns_of_pairs &columns,
                 between.lower_rows(dst + 4 * with_below * dst_pitch, dst_pitch,
                                    at.after(with_below, 0), itself, itself, 1);
         });
-    });
 }
 
 void stretch(const machine &machine, const call::picture &p, const planar_to_surface &surface,
