@@ -13,14 +13,16 @@ using detail::bound_by;
 
 // The store policy for a call that writes `bytes` in rows at `dst`; finishes the stores at its end. In
 // order stores are cached: kernels may store the rows of a pair one after the other otherwise. So are
-// stores off the lines of the cache where arithmetic counts as well, which is made twice there.
+// stores off the lines of the cache where rows are stored in turn, which takes up to 4 times as long
+// when they end within lines, and where arithmetic counts as well, which is made twice there.
 class surface_stores {
 public:
     surface_stores(const machine &machine, const unsigned char *dst, long long pitch,
-                   long long bytes, bool in_order, bound_by bound)
+                   long long bytes, bool in_order, bound_by bound, bool in_turn = false)
         : surface_stores(machine, dst, pitch,
-                         bound == bound_by::stores_and_arithmetic ? detail::cache_line
-                                                                  : machine.rows.streamed_bytes,
+                         in_turn || bound == bound_by::stores_and_arithmetic
+                             ? detail::cache_line
+                             : machine.rows.streamed_bytes,
                          bytes, in_order, bound) {}
 
     // For emit_plane() and emit_half_plane(), which need no rows on vectors. `bytes`: of all planes

@@ -43,15 +43,20 @@ LUMALANE_INLINE doubled<n> load_doubled(const unsigned char *from, bool at_end) 
 }
 
 // Calls `step(group_of<widest>{}, x, at_end)` for the widest vectors; `rest(x)` does what they leave.
-template <class Step, class Rest>
+// `again`: which is that some samples are made twice, in a last vector that ends where the row does.
+template <bool again, class Step, class Rest>
 LUMALANE_INLINE void along_doubled_row(ptrdiff_t n, bool repeats_last, const Step &step,
                                        const Rest &rest) {
     ptrdiff_t x = 0;
     for (; x + widest <= n; x += widest)
         step(group_of<widest>{}, x, repeats_last && x + widest == n);
     if constexpr (widest > 8)
-        if (x < n)
-            rest(x);
+        if (x < n) {
+            if (again && widest > 32 && n >= widest)
+                step(group_of<widest>{}, n - widest, repeats_last);
+            else
+                rest(x);
+        }
 }
 
 // ---- To YUY2 -----------------------------------------------------------------------------------
@@ -283,9 +288,11 @@ LUMALANE_INLINE void stretch_group(const stretched_rows &rows, const stretched_r
     }
 }
 
+// (It makes its own map: one that is passed is no longer in registers alone.)
 template <int times, class Map>
 [[gnu::noinline]] void stretch_rest(const stretched_rows &rows, const stretched_row at, ptrdiff_t n,
-                                    const Map &map, ptrdiff_t first) {
+                                    ptrdiff_t first) {
+    const Map map(rows.by);
     along_row<8, most_left>(
         n,
         [&](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
@@ -298,34 +305,32 @@ template <int times, class Map>
         first);
 }
 
-// `own_rows` and `own_map`: copies, which no store can change.
+// `own`: a copy of the rows, which no store can change.
 template <int times, bool both, class Map, class Stores>
 LUMALANE_INLINE void stretch_along(const stretched_rows &rows, const stretched_row at, ptrdiff_t n,
-                                   const Map &map, const stretched_rows &own_rows,
-                                   const Map &own_map, Stores stores) {
-    along_doubled_row(
-        n, times == 2 && own_rows.repeats_last,
+                                   const stretched_rows &own, const Map &map, Stores stores) {
+    along_doubled_row<Stores::takes_lines>(
+        n, times == 2 && own.repeats_last,
         [&](auto group, ptrdiff_t x, bool at_end) LUMALANE_INLINE_LAMBDA {
-            stretch_group<times, group.size, both>(own_rows, at, x, at_end, own_map, stores);
+            stretch_group<times, group.size, both>(own, at, x, at_end, map, stores);
         },
-        [&](ptrdiff_t x) LUMALANE_INLINE_LAMBDA { stretch_rest<times>(rows, at, n, map, x); });
+        [&](ptrdiff_t x) LUMALANE_INLINE_LAMBDA { stretch_rest<times, Map>(rows, at, n, x); });
 }
 
 template <int times>
 LUMALANE_INLINE void stretch(const stretched_rows &rows, ptrdiff_t n) {
-    const auto run = [&](const auto map) LUMALANE_INLINE_LAMBDA {
+    const auto run = [&]<class Map>(const Map map) LUMALANE_INLINE_LAMBDA {
         with_stores(rows.stores, [&](auto stores) LUMALANE_INLINE_LAMBDA {
-            const stretched_rows own_rows = rows;
-            const auto own_map = map;
+            const stretched_rows own = rows;
             const unsigned char *const end = end_of(rows);
             const auto along_rows = [&]<bool both>() LUMALANE_INLINE_LAMBDA {
                 stretched_row at{rows.src, rows.dst};
                 for (bool more = rows.count > 0; more; more = at.dst != end) {
-                    stretch_along<times, both>(rows, at, n, map, own_rows, own_map, stores);
-                    at.src += own_rows.src_next, at.dst += own_rows.dst_next;
+                    stretch_along<times, both>(rows, at, n, own, map, stores);
+                    at.src += own.src_next, at.dst += own.dst_next;
                 }
             };
-            if (own_rows.made == rows_made::both)
+            if (own.made == rows_made::both)
                 along_rows.template operator()<true>();
             else
                 along_rows.template operator()<false>();

@@ -14,9 +14,14 @@ public:
                   bool lower_has_own_chroma, store_policy stores)
         : emit_rows(times_width == 2 ? kernels.emit_doubled_yuy2
                                      : kernels.emit_yuy2_of_double_height),
-          dst_pitch(dst_pitch_), in_turn(stores == store_policy::cached ||
-                                         2 * times_width * kernels.vector_bytes >= cache_line) {
+          dst_pitch(dst_pitch_),
+          in_turn(stores == store_policy::cached || streams_in_turn(kernels, times_width)) {
         rows.stores = stores, rows.lower_has_own_chroma = lower_has_own_chroma;
+    }
+
+    // Whether rows are stored in turn around the cache, too: vectors fill whole lines of it.
+    static bool streams_in_turn(const row_kernels &kernels, int times_width) {
+        return 2 * times_width * kernels.vector_bytes >= cache_line;
     }
 
     // How many pairs of such rows come at a time: their source stays in the first-level cache.
@@ -60,7 +65,7 @@ private:
 
     row_kernel::doubled_to_surface *const emit_rows;
     const ptrdiff_t dst_pitch;
-    const bool in_turn; // else non-temporal stores would leave lines of the cache half filled
+    const bool in_turn;
     doubled_rows rows{};
 };
 

@@ -84,7 +84,8 @@ void stretch(const machine &machine, const call::picture &p, bool filtered, cons
     const double_height rows(p, 1, 2 * whole_steps(p.width >> 1, step / 2));
     const bool in_order = machine.in_order || order_can_be_observed(p, 1, filtered);
     const surface_stores stores(machine, p.dst, rows.dst_to_row, 4 * rows.pairs * rows.row_bytes,
-                                in_order, filtered ? bound_by::arithmetic : bound_by::stores);
+                                in_order, filtered ? bound_by::arithmetic : bound_by::stores,
+                                doubled_pairs::streams_in_turn(machine.rows, 1));
     const bool in_pairs = !in_order && !rows.drifts();
     if (in_pairs && !filtered && rows.at(0).contiguous()) {
         const ptrdiff_t pairs = static_cast<ptrdiff_t>(rows.pairs);
@@ -227,7 +228,8 @@ void double_both(const machine &machine, const call::picture &p, const adjustmen
     const double_height rows(p, 2, pixels_of_double_width(p.width));
     const bool in_order = machine.in_order || order_can_be_observed(p, 2, false);
     const surface_stores stores(machine, p.dst, rows.dst_to_row, 4 * rows.pairs * rows.row_bytes,
-                                in_order, bound_by::stores);
+                                in_order, bound_by::stores,
+                                doubled_pairs::streams_in_turn(machine.rows, 2));
     if (in_order || rows.drifts() || !rows.at(0).contiguous())
         return double_row_by_row(machine.rows, rows, by, in_order ? step : strip_pixels, stores);
 
