@@ -7,10 +7,9 @@ namespace lumalane {
 namespace {
 
 void transfer(const machine &machine, const call_rows &p, ptrdiff_t pixels, bool in_order,
-              ptrdiff_t step, row_kernel::plane_to_surface *kernel) {
+              ptrdiff_t step, row_kernel::plane_to_surface *kernel, bound_by bound) {
     const byte_rows &dst = p.written[0], &src = p.read[0];
-    const surface_stores stores(machine, dst.first, dst.pitch, most_bytes(p), in_order,
-                                bound_by::loads_and_stores);
+    const surface_stores stores(machine, dst.first, dst.pitch, most_bytes(p), in_order, bound);
     for_rows(p, pixels, in_order, step, [&](const rows_run &run) {
         kernel({source_row(src, run.row), destination_row(dst, run.row), stores, nullptr, run.count,
                 run.next(src), run.next(dst)},
@@ -26,7 +25,8 @@ void restore_alpha(const machine &machine, const tagMIX_INFO &mix, int bytes_per
     detail::rows_of_restored_alpha(sizes_of(mix), step, bytes_per_pixel, from, rows);
     const bool in_order = machine.in_order || rows.order_can_be_observed();
     rows.read[0].first += from, rows.read[0].bytes -= from;
-    transfer(machine, rows, whole_steps(mix.width, step), in_order, step, kernel);
+    transfer(machine, rows, whole_steps(mix.width, step), in_order, step, kernel,
+             bound_by::loads_and_stores);
 }
 
 void load_alpha(const machine &machine, const tagMIX_INFO &mix, int bytes_per_pixel,
@@ -35,7 +35,7 @@ void load_alpha(const machine &machine, const tagMIX_INFO &mix, int bytes_per_pi
     call_rows rows = rows_at(mix);
     detail::rows_of_loaded_alpha(sizes_of(mix), step, bytes_per_pixel, rows);
     const bool in_order = machine.in_order || rows.order_can_be_observed();
-    transfer(machine, rows, whole_steps(mix.width, step), in_order, step, kernel);
+    transfer(machine, rows, whole_steps(mix.width, step), in_order, step, kernel, bound_by::stores);
 }
 
 } // namespace
