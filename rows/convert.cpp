@@ -253,6 +253,7 @@ LUMALANE_INLINE ptrdiff_t convert_vectors(const drawn_rows &row, ptrdiff_t n, un
             const pixels_of_vectors<Surface> next(surface(x + 2 * widest <= n ? x + widest : x));
             const samples<widest> made = convert<false, widest>(here.first, here.second);
             const drawn_rows at = after<Surface>(row, x);
+            fetch_source<widest * Surface::bytes_per_pixel>(at.surface);
             fetch_ahead<widest, 1>(at.y);
             fetch_ahead<widest, 1>(at.u);
             fetch_ahead<widest, 1>(at.v);
