@@ -74,6 +74,8 @@ LUMALANE_INLINE bytes<n> either_row(const unsigned char *alpha, ptrdiff_t below)
 LUMALANE_INLINE ptrdiff_t count_clear(const unsigned char *alpha, ptrdiff_t below, ptrdiff_t n) {
     ptrdiff_t x = 0;
     for (; x + counted_group <= n; x += counted_group) {
+        fetch_source<counted_group>(alpha + x);
+        fetch_source<counted_group>(alpha + x + below);
         bytes<widest> any = either_row<widest>(alpha + x, below);
         for (int i = widest; i < counted_group; i += widest)
             any = any | either_row<widest>(alpha + x + i, below);
@@ -90,6 +92,8 @@ LUMALANE_INLINE ptrdiff_t count_clear(const unsigned char *alpha, ptrdiff_t belo
 LUMALANE_INLINE ptrdiff_t count_drawn(const unsigned char *alpha, ptrdiff_t below, ptrdiff_t n) {
     for (ptrdiff_t x = counted_group; x < n; x += counted_group) {
         ptrdiff_t i = 0, end = n - x < counted_group ? n - x : counted_group;
+        fetch_source<counted_group>(alpha + x);
+        fetch_source<counted_group>(alpha + x + below);
         while (i < end && all_zero(either_row<16>(alpha + x + i, below)))
             i += 16;
         if (i == end)
@@ -131,6 +135,8 @@ LUMALANE_INLINE void blend_rows(unsigned char *dst, const unsigned char *video,
         for (int left = 2;;) {
             along_row<16>(n, [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
                 constexpr int size = group.size;
+                fetch_source<size>(video + x);
+                fetch_source<size>(sub + x);
                 const bytes<size> samples = load_row<averaged, size>(video + x, with);
                 store(dst + x, map(blend(samples, load<size>(sub + x), load<size>(alpha + x))));
             });
@@ -145,6 +151,10 @@ LUMALANE_INLINE void blend_rows(unsigned char *dst, const unsigned char *video,
                                                                     alpha + sub_below;
         along_row<16>(n, [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
             constexpr int size = group.size;
+            fetch_source<size>(video + x);
+            fetch_source<size>(lower_video + x);
+            fetch_source<size>(sub + x);
+            fetch_source<size>(lower_sub + x);
             const bytes<size> upper = load<size>(video + x);
             bytes<size> lower = load<size>(lower_video + x);
             if constexpr (averaged)
