@@ -162,6 +162,10 @@ LUMALANE_INLINE ptrdiff_t emit_pair_ahead(const Surface &surface, const packed_r
             fetch_ahead<widest, vectors>(dst_below + x * Surface::bytes_per_pixel);
         }
         const auto chroma = surface.chroma(upper);
+        if constexpr (vector_registers >= 16) {
+            fetch_source<2 * most>(rows.src + 2 * x);
+            fetch_source<2 * most>(src_below + 2 * x);
+        }
         // The last one is fetched again.
         const unsigned char *const next = rows.src + 2 * (x + 2 * most <= n ? x + most : x);
         const auto next_upper = surface.template fetch<most>(next);
