@@ -149,6 +149,7 @@ void average_rows(const between_rows &rows, ptrdiff_t n) {
 void four_taps(const between_rows &rows, ptrdiff_t n) {
     store_rows(rows, n,
                [below = rows.below]<int size>(const unsigned char *from) LUMALANE_INLINE_LAMBDA {
+                   fetch_source<size>(from + 2 * below);
                    return filtered(load<size>(from - below), load<size>(from),
                                    load<size>(from + below), load<size>(from + 2 * below));
                });
