@@ -15,8 +15,9 @@ namespace {
 // A call of each signature with pictures of 128x32 pixels, whose rows begin on vectors: nothing that
 // decides but the size.
 struct memory_of_call {
-    static constexpr int width = 128, height = 32, dst_pitch = 1024;
+    static constexpr int width = 128, height = 32;
     static constexpr std::size_t plane_bytes = 1 << 17;
+    const int dst_pitch;
 
     struct alignas(64) plane {
         unsigned char bytes[plane_bytes] = {};
@@ -28,7 +29,7 @@ struct memory_of_call {
     tagVideoFrame frame{};
     contrast_data contrast{};
 
-    memory_of_call() {
+    explicit memory_of_call(int further = 0) : dst_pitch(1024 + further) {
         info.surface_height = info.rows_to_plane_end = height;
         std::fill_n(alpha(), plane_bytes, static_cast<unsigned char>(8)); // drawn everywhere
         mix.video_y = at(0), mix.video_u = at(1), mix.video_v = at(2);
@@ -177,6 +178,37 @@ TEST_P(store_policy_test, of_video_alone_is_that_of_all_planes) {
         EXPECT_FALSE(go_around(bytes, run));
         EXPECT_TRUE(go_around(bytes - 1, run));
     }
+}
+
+// Rows off the lines of the cache that are stored in turn would fill lines by half.
+TEST_P(store_policy_test, is_cached_off_lines_where_rows_are_stored_in_turn) {
+    constexpr int further = 32;
+    ASSERT_LE(GetParam()->rows.streamed_bytes, further);
+    memory_of_call memory(further);
+    const bool row_by_row = GetParam()->rows.vector_bytes < 32;
+    const std::map<std::string_view, bool> around = {
+        {"loadimage_yv12_ajust", true},
+        {"LoadYUY2_YUY2", true},
+        {"strech_picture_1X2_yuy2", row_by_row},
+        {"strech_picture_2X2_yuy2", false},
+        {"strech_picture_2X2_yuy2_ajust", false},
+        {"yuy2_strech_picture_2X2_yuy2", false},
+        {"yuy2_strech_picture_2X2_yuy2_ajust", false},
+        {"strech_picture_1X2_yv12_ajust", false},
+        {"strech_picture_2X2_yv12_ajust", false},
+        {"strech_pic_1X2_adjust", false},
+        {"strech_pic_2X2", false},
+        {"strech_pic_2X2_adjust", false},
+    };
+    std::size_t found = 0;
+    for (const function &f : functions) {
+        const auto expected = around.find(f.name);
+        if (expected == around.end())
+            continue;
+        ++found;
+        EXPECT_EQ(go_around(1, [&] { f.run(memory); }), expected->second) << f.name;
+    }
+    EXPECT_EQ(found, around.size());
 }
 
 INSTANTIATE_ON_EACH_TARGET(store_policy_test);
