@@ -43,7 +43,8 @@ LUMALANE_INLINE doubled<n> load_doubled(const unsigned char *from, bool at_end) 
 }
 
 // Calls `step(group_of<widest>{}, x, at_end)` for the widest vectors; `rest(x)` does what they leave.
-// `again`: which is that some samples are made twice, in a last vector that ends where the row does.
+// `again`: samples may be made twice. A last vector that ends where the row does, of 64 bytes, makes rows
+// of 320 samples take 0.8 to 0.9 of the time; one of 32 bytes gains less than its code is worth.
 template <bool again, class Step, class Rest>
 LUMALANE_INLINE void along_doubled_row(ptrdiff_t n, bool repeats_last, const Step &step,
                                        const Rest &rest) {
@@ -288,7 +289,7 @@ LUMALANE_INLINE void stretch_group(const stretched_rows &rows, const stretched_r
     }
 }
 
-// (It makes its own map: one that is passed is no longer in registers alone.)
+// (It makes its own map: one that is passed is in memory, and 32-bit code takes up to 1.4 times as long.)
 template <int times, class Map>
 [[gnu::noinline]] void stretch_rest(const stretched_rows &rows, const stretched_row at, ptrdiff_t n,
                                     ptrdiff_t first) {

@@ -27,10 +27,10 @@ public:
     // take 16.
     static constexpr ptrdiff_t following = 16;
 
-    // Calls `run(pair, count, x, n)` for pieces of rows of so many pixels, a multiple of 16: of `count`
-    // pairs, for which there is room and which are no more than `most(n)`, n pixels from x on. Rows that
-    // are too long come in pieces side by side, and nothing is kept for the pairs below: made from top to
-    // bottom piece by piece surfaces of 3840 pixels take 1.05 to 1.17 times as long.
+    // Calls `run(pair, count, x, n)` for rows of so many pixels, a multiple of 16: n pixels from x on, of as
+    // many pairs as there is room for, but no more than `most(n)`. Rows that are too long come in pieces
+    // side by side, and nothing is kept for the pairs below. (Pieces one below the other make surfaces of
+    // 3840 pixels take 1.05 to 1.17 times as long.)
     template <class Most, class Run>
     void in_pieces(ptrdiff_t all_pixels, ptrdiff_t pairs, const Most &most, const Run &run) {
         const bool in_one = all_pixels <= most_pixels;
