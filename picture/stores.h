@@ -11,16 +11,19 @@ namespace lumalane {
 
 using detail::bound_by;
 
+enum class rows_stored : unsigned char { one_by_one, in_turn };
+
 // The store policy for a call that writes `bytes` in rows at `dst`; finishes the stores at its end. In
 // order stores are cached: kernels may store the rows of a pair one after the other otherwise. So are
 // stores off the lines of the cache where rows are stored in turn, which takes up to 4 times as long
-// when they end within lines, and where arithmetic counts as well, which is made twice there.
+// when they begin within lines, and where arithmetic counts as well, which is made twice there.
 class surface_stores {
 public:
     surface_stores(const machine &machine, const unsigned char *dst, long long pitch,
-                   long long bytes, bool in_order, bound_by bound, bool in_turn = false)
+                   long long bytes, bool in_order, bound_by bound,
+                   rows_stored stored = rows_stored::one_by_one)
         : surface_stores(machine, dst, pitch,
-                         in_turn || bound == bound_by::stores_and_arithmetic
+                         stored == rows_stored::in_turn || bound == bound_by::stores_and_arithmetic
                              ? detail::cache_line
                              : machine.rows.streamed_bytes,
                          bytes, in_order, bound) {}

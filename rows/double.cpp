@@ -43,9 +43,10 @@ LUMALANE_INLINE doubled<n> load_doubled(const unsigned char *from, bool at_end) 
 }
 
 // Calls `step(group_of<widest>{}, x, at_end)` for the widest vectors; `rest(x)` does what they leave.
-// `again`: samples may be made twice. A last vector that ends where the row does, of 64 bytes, makes rows
-// of 320 samples take 0.8 to 0.9 of the time; one of 32 bytes gains less than its code is worth.
-template <bool again, class Step, class Rest>
+// `overlaps`: a last vector may end where the row does, which makes some samples twice. (One of 64 bytes
+// makes pictures of 320x240 and 352x288, whose rows of chroma have 160 and 176 samples, take 0.8 to 0.9 of
+// the time; one of 32 bytes gains less than its code is worth.)
+template <bool overlaps, class Step, class Rest>
 LUMALANE_INLINE void along_doubled_row(ptrdiff_t n, bool repeats_last, const Step &step,
                                        const Rest &rest) {
     ptrdiff_t x = 0;
@@ -53,7 +54,7 @@ LUMALANE_INLINE void along_doubled_row(ptrdiff_t n, bool repeats_last, const Ste
         step(group_of<widest>{}, x, repeats_last && x + widest == n);
     if constexpr (widest > 8)
         if (x < n) {
-            if (again && widest > 32 && n >= widest)
+            if (overlaps && n >= widest)
                 step(group_of<widest>{}, n - widest, repeats_last);
             else
                 rest(x);
@@ -310,7 +311,9 @@ template <int times, class Map>
 template <int times, bool both, class Map, class Stores>
 LUMALANE_INLINE void stretch_along(const stretched_rows &rows, const stretched_row at, ptrdiff_t n,
                                    const stretched_rows &own, const Map &map, Stores stores) {
-    along_doubled_row<Stores::takes_lines>(
+    // Around the cache it would not be aligned.
+    constexpr bool overlaps = widest > 32 && Stores::takes_lines;
+    along_doubled_row<overlaps>(
         n, times == 2 && own.repeats_last,
         [&](auto group, ptrdiff_t x, bool at_end) LUMALANE_INLINE_LAMBDA {
             stretch_group<times, group.size, both>(own, at, x, at_end, map, stores);

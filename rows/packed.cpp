@@ -15,7 +15,9 @@ namespace {
 template <class Pixels, class Adjusted>
 struct packed_to_rgb {
     static constexpr int bytes_per_pixel = Pixels::bytes_per_pixel, least = 16, most = widest;
-    static constexpr bool fetches_ahead = !small_code, copies = false;
+    // (With 8 registers to fetch sources takes as long as it gains.)
+    static constexpr bool fetches_ahead = !small_code, fetches_sources = vector_registers >= 16;
+    static constexpr bool unrolls = false;
 
     Adjusted adjusted;
 
@@ -48,6 +50,7 @@ struct packed_yuy2 {
     struct format {};
 
     static constexpr int bytes_per_pixel = 2, least = 8, most = widest / 2;
+    [[maybe_unused]] static constexpr bool fetches_sources = false;
 
     template <int n>
     LUMALANE_INLINE static bytes<2 * n> fetch(const unsigned char *from) {
@@ -57,7 +60,7 @@ struct packed_yuy2 {
 
 template <class Adjusted>
 struct packed_to_yuy2 : packed_yuy2 {
-    static constexpr bool fetches_ahead = false, copies = false;
+    static constexpr bool fetches_ahead = false, unrolls = false;
 
     Adjusted adjusted;
 
@@ -78,8 +81,8 @@ struct packed_to_yuy2 : packed_yuy2 {
 
 template <>
 struct packed_to_yuy2<unadjusted_samples> : packed_yuy2 {
-    // A row whose chroma is its own is a copy.
-    static constexpr bool fetches_ahead = !small_code, copies = true;
+    // Beside little more than a copy the loop itself counts.
+    static constexpr bool fetches_ahead = !small_code, unrolls = !small_code;
 
     explicit packed_to_yuy2(const adjustment *, format) {}
 
@@ -99,12 +102,12 @@ struct packed_to_yuy2<unadjusted_samples> : packed_yuy2 {
 
 // ---- Rows --------------------------------------------------------------------------------------
 
-template <int n, class Surface>
-LUMALANE_INLINE void emit_row_group(const Surface &surface, const packed_rows &rows, ptrdiff_t x) {
+template <int n, class Surface, class Stores>
+LUMALANE_INLINE void emit_row_group(const Surface &surface, const packed_rows &rows, ptrdiff_t x,
+                                    Stores stores) {
     const auto samples = surface.template fetch<n>(rows.src + 2 * x);
     const auto chroma = surface.chroma(surface.template fetch<n>(rows.chroma + 2 * x));
-    store_all(rows.stores, rows.dst + x * Surface::bytes_per_pixel,
-              surface.pixels(samples, chroma));
+    store_all(stores, rows.dst + x * Surface::bytes_per_pixel, surface.pixels(samples, chroma));
 }
 
 template <int n, class Surface>
@@ -137,7 +140,7 @@ template <class Surface>
             if (pair)
                 emit_pair_group<group.size>(surface, rows, at);
             else
-                emit_row_group<group.size>(surface, rows, at);
+                emit_row_group<group.size>(surface, rows, at, rows.stores);
         },
         x);
 }
@@ -161,11 +164,11 @@ LUMALANE_INLINE ptrdiff_t emit_pair_ahead(const Surface &surface, const packed_r
             fetch_ahead<widest, vectors>(rows.dst + x * Surface::bytes_per_pixel);
             fetch_ahead<widest, vectors>(dst_below + x * Surface::bytes_per_pixel);
         }
-        const auto chroma = surface.chroma(upper);
-        if constexpr (vector_registers >= 16) {
+        if constexpr (Surface::fetches_sources) {
             fetch_source<2 * most>(rows.src + 2 * x);
             fetch_source<2 * most>(src_below + 2 * x);
         }
+        const auto chroma = surface.chroma(upper);
         // The last one is fetched again.
         const unsigned char *const next = rows.src + 2 * (x + 2 * most <= n ? x + most : x);
         const auto next_upper = surface.template fetch<most>(next);
@@ -207,30 +210,24 @@ LUMALANE_INLINE void emit_row(const Surface &surface, typename Surface::format f
                               const packed_rows &rows, ptrdiff_t n) {
     constexpr int most = Surface::most;
     ptrdiff_t x = 0;
-    // Two vectors at a time and a loop for each policy: as long as a copy takes, all else counts.
-    if constexpr (Surface::copies)
+    if constexpr (Surface::unrolls)
         with_stores(rows.stores, [&](auto stores) LUMALANE_INLINE_LAMBDA {
-            unsigned char *const dst = rows.dst;
-            const unsigned char *const src = rows.src, *const chroma = rows.chroma;
-            const auto along = [&](const auto &pixels) LUMALANE_INLINE_LAMBDA {
-                const auto group = [&](ptrdiff_t at) LUMALANE_INLINE_LAMBDA {
-                    store_all(stores, dst + 2 * at,
-                              pixels(surface.template fetch<most>(src + 2 * at), at));
-                };
+            const auto two_groups = [&](const auto &group) LUMALANE_INLINE_LAMBDA {
                 for (; x + 2 * most <= n; x += 2 * most)
                     group(x), group(x + most);
             };
-            if (chroma == src)
-                along([](bytes<widest> samples, ptrdiff_t)
-                          LUMALANE_INLINE_LAMBDA { return vectors<1, widest>{{samples}}; });
+            if (rows.chroma == rows.src) // a copy
+                two_groups([&](ptrdiff_t at) LUMALANE_INLINE_LAMBDA {
+                    store_all(stores, rows.dst + 2 * at,
+                              vectors<1, widest>{{load<widest>(rows.src + 2 * at)}});
+                });
             else
-                along([&](bytes<widest> samples, ptrdiff_t at) LUMALANE_INLINE_LAMBDA {
-                    return surface.pixels(
-                        samples, surface.chroma(surface.template fetch<most>(chroma + 2 * at)));
+                two_groups([&](ptrdiff_t at) LUMALANE_INLINE_LAMBDA {
+                    emit_row_group<most>(surface, rows, at, stores);
                 });
         });
     for (; x + most <= n; x += most)
-        emit_row_group<most>(surface, rows, x);
+        emit_row_group<most>(surface, rows, x, rows.stores);
     if constexpr (Surface::most > Surface::least)
         if (x < n)
             emit_rest<Surface>(own(rows), format, false, n, x);

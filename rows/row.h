@@ -66,6 +66,17 @@ LUMALANE_INLINE void in_strips(Rows &at, ptrdiff_t n, const Make &make) {
     }
 }
 
+// ---- Loads ---------------------------------------------------------------------------------------
+
+// Lines of a source, of which n bytes from `from` on are about to be loaded, for later loads.
+template <int n, int line = 0>
+LUMALANE_INLINE void fetch_source(const unsigned char *from) {
+    if constexpr (line < n) {
+        __builtin_prefetch(from + sources_fetched_ahead + line);
+        fetch_source<n, line + cache_line>(from);
+    }
+}
+
 // ---- Stores ------------------------------------------------------------------------------------
 
 struct cached {
@@ -113,16 +124,6 @@ template <int count, int n>
 LUMALANE_INLINE void store_and_fetch(unsigned char *to, const vectors<count, n> &v) {
     fetch_ahead<n, count>(to);
     store_all<cached>(to, v);
-}
-
-// Lines of a source, for later loads: n bytes, 1024 on. (Processors fetch ahead of loads by themselves, but
-// not all of them enough beside stores to other places: see convert.cpp.)
-template <int n, int line = 0>
-LUMALANE_INLINE void fetch_source(const unsigned char *from) {
-    if constexpr (line < n) {
-        __builtin_prefetch(from + 1024 + line);
-        fetch_source<n, line + cache_line>(from);
-    }
 }
 
 // What is interleaved when it is stored: processors that do that need no lines fetched.

@@ -4,7 +4,8 @@
 // A kernel works on n samples or pixels of one row, or of two rows that share chroma, and of as many
 // such rows as it is told; n is a multiple of 16 or of 8, as rows.inc says, and may be 0. It
 // touches the bytes of those n and no other. It goes through them in groups of the target's widest
-// vectors, and of fewer, down to 16 or 8, where those do not fit.
+// vectors, and of fewer, down to 16 or 8, where those do not fit; or the last group ends where the row
+// does, and makes some samples again, in runs of which the order is the kernel's own.
 //
 // What a kernel is told comes in records that were stored just before: kernels load each field once, by
 // itself, and copy no record, for a wide load would have to wait until all fields are in the cache.

@@ -1,7 +1,6 @@
 // Rows through samples on the stack, on their way to a YUY2 surface of twice both.
 #pragma once
 
-#include "rows/strip.h"
 #include "stretch/doubled_pairs.h"
 #include "stretch/pairs_of_samples.h"
 
@@ -14,9 +13,8 @@ inline void double_by_samples(const row_kernels &kernels, doubled_pairs doubled,
                               ptrdiff_t dst_pitch, ptrdiff_t pixels, ptrdiff_t pairs,
                               const pair_rows *luma, const Make &make) {
     pairs_of_samples samples(kernels, luma == nullptr);
-    const auto most = [&](ptrdiff_t) { return pairs; };
     samples.in_pieces(
-        pixels, pairs, most, [&](ptrdiff_t pair, ptrdiff_t count, ptrdiff_t x, ptrdiff_t n) {
+        pixels, pairs, PTRDIFF_MAX, [&](ptrdiff_t pair, ptrdiff_t count, ptrdiff_t x, ptrdiff_t n) {
             const bool last = pair + count == pairs, at_end = x + n == pixels;
             const ptrdiff_t read = at_end ? n : n + pairs_of_samples::following;
             pair_rows at = samples.take(count, last, [&](const sample_rows &to) {

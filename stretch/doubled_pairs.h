@@ -1,7 +1,7 @@
 // Pairs of rows on their way to a YUY2 surface of twice the height, or of twice both.
 #pragma once
 
-#include "picture/machine.h"
+#include "picture/stores.h"
 #include "stretch/pair_rows.h"
 
 namespace lumalane {
@@ -14,14 +14,15 @@ public:
                   bool lower_has_own_chroma, store_policy stores)
         : emit_rows(times_width == 2 ? kernels.emit_doubled_yuy2
                                      : kernels.emit_yuy2_of_double_height),
-          dst_pitch(dst_pitch_),
-          in_turn(stores == store_policy::cached || streams_in_turn(kernels, times_width)) {
+          dst_pitch(dst_pitch_), in_turn(stores == store_policy::cached ||
+                                         streamed(kernels, times_width) == rows_stored::in_turn) {
         rows.stores = stores, rows.lower_has_own_chroma = lower_has_own_chroma;
     }
 
-    // Whether rows are stored in turn around the cache, too: vectors fill whole lines of it.
-    static bool streams_in_turn(const row_kernels &kernels, int times_width) {
-        return 2 * times_width * kernels.vector_bytes >= cache_line;
+    // How rows are stored around the cache: in turn where vectors fill whole lines of it.
+    static rows_stored streamed(const row_kernels &kernels, int times_width) {
+        return 2 * times_width * kernels.vector_bytes >= cache_line ? rows_stored::in_turn
+                                                                    : rows_stored::one_by_one;
     }
 
     // How many pairs of such rows come at a time: their source stays in the first-level cache.

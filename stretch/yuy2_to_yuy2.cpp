@@ -142,7 +142,7 @@ void double_both(const machine &machine, const call::packed_stretch &p, const ad
     }
     const surface_stores stores(machine, columns.dst, columns.dst_pitch,
                                 16 * columns.pairs * columns.pixels, false, bound_by::stores,
-                                doubled_pairs::streams_in_turn(machine.rows, 2));
+                                doubled_pairs::streamed(machine.rows, 2));
     const ptrdiff_t pitch = columns.src_pitch;
     const auto make = [&](const sample_rows &to, ptrdiff_t pair, ptrdiff_t count, ptrdiff_t x,
                           ptrdiff_t n) {

@@ -5,7 +5,6 @@
 #include "picture/stores.h"
 #include "picture/surface.h"
 #include "picture/told_rows.h"
-#include "rows/strip.h"
 #include "stretch/between_rows.h"
 #include "stretch/pairs_of_samples.h"
 #include "stretch/recent_rows.h"
@@ -141,9 +140,8 @@ void stretch_rows(const row_kernels &kernels, const columns_of_pairs &columns,
                         columns.chroma_pitch};
     const ptrdiff_t pairs = static_cast<ptrdiff_t>(columns.pairs), dst_pitch = columns.dst_pitch;
     pairs_of_samples samples(kernels, true);
-    const auto most = [](ptrdiff_t n) { return rows_between::most_pixels / n; };
     samples.in_pieces(
-        columns.pixels, pairs, most,
+        columns.pixels, pairs, rows_between::most_pixels,
         [&](ptrdiff_t pair, ptrdiff_t count, ptrdiff_t x, ptrdiff_t n) {
             rows_between between(kernels, surface, nullptr, n, n, stores, nullptr);
             const bool last = pair + count == pairs;

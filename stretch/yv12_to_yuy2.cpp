@@ -83,11 +83,13 @@ void stretch(const machine &machine, const call::picture &p, bool filtered, cons
         return;
     const double_height rows(p, 1, 2 * whole_steps(p.width >> 1, step / 2));
     const bool in_order = machine.in_order || order_can_be_observed(p, 1, filtered);
+    const bool in_pairs = !in_order && !rows.drifts();
+    const bool in_doubled_pairs = in_pairs && !filtered && rows.at(0).contiguous();
     const surface_stores stores(machine, p.dst, rows.dst_to_row, 4 * rows.pairs * rows.row_bytes,
                                 in_order, filtered ? bound_by::arithmetic : bound_by::stores,
-                                doubled_pairs::streams_in_turn(machine.rows, 1));
-    const bool in_pairs = !in_order && !rows.drifts();
-    if (in_pairs && !filtered && rows.at(0).contiguous()) {
+                                in_doubled_pairs ? doubled_pairs::streamed(machine.rows, 1)
+                                                 : rows_stored::one_by_one);
+    if (in_doubled_pairs) {
         const ptrdiff_t pairs = static_cast<ptrdiff_t>(rows.pairs);
         doubled_pairs doubled(machine.rows, 1, rows.dst_to_row, false, stores);
         return in_runs(pairs, doubled_pairs::most(rows.pixels), [&](ptrdiff_t pair, ptrdiff_t n) {
@@ -227,10 +229,12 @@ void double_both(const machine &machine, const call::picture &p, const adjustmen
     constexpr int step = 16;
     const double_height rows(p, 2, pixels_of_double_width(p.width));
     const bool in_order = machine.in_order || order_can_be_observed(p, 2, false);
+    const bool row_by_row = in_order || rows.drifts() || !rows.at(0).contiguous();
     const surface_stores stores(machine, p.dst, rows.dst_to_row, 4 * rows.pairs * rows.row_bytes,
                                 in_order, bound_by::stores,
-                                doubled_pairs::streams_in_turn(machine.rows, 2));
-    if (in_order || rows.drifts() || !rows.at(0).contiguous())
+                                row_by_row ? rows_stored::one_by_one
+                                           : doubled_pairs::streamed(machine.rows, 2));
+    if (row_by_row)
         return double_row_by_row(machine.rows, rows, by, in_order ? step : strip_pixels, stores);
 
     const pair_rows all = rows.at(0);

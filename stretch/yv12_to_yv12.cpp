@@ -54,7 +54,7 @@ public:
     void stretch() const {
         const surface_stores stores(machine, p.dst, p.dst_pitch, bytes, in_order,
                                     times == 1 ? bound_by::loads_and_stores : bound_by::stores,
-                                    true);
+                                    rows_stored::in_turn);
         make_row(p.dst, p.src, stores);
         make_pairs(stores);
         // Over the last average.
@@ -214,7 +214,7 @@ public:
         // Rows are cleared of all bits of the first column.
         const bool in_order = machine.in_order || lost_bits < 8 * column || order_can_be_observed();
         const surface_stores stores(machine, p.dst, p.dst_pitch, 2LL * height * 2 * samples,
-                                    in_order, bound_by::stores, true);
+                                    in_order, bound_by::stores, rows_stored::in_turn);
         if (in_order)
             for (ptrdiff_t x = 0; x < samples; x += column)
                 double_column(x);

@@ -35,6 +35,7 @@ void load_alpha(const machine &machine, const tagMIX_INFO &mix, int bytes_per_pi
     call_rows rows = rows_at(mix);
     detail::rows_of_loaded_alpha(sizes_of(mix), step, bytes_per_pixel, rows);
     const bool in_order = machine.in_order || rows.order_can_be_observed();
+    // Less is read than stored, of RGB16, too.
     transfer(machine, rows, whole_steps(mix.width, step), in_order, step, kernel, bound_by::stores);
 }
 

@@ -12,8 +12,8 @@
 
 namespace {
 
-// A call of each signature with pictures of 128x32 pixels, whose rows begin on vectors: nothing that
-// decides but the size.
+// A call of each signature with pictures of 128x32 pixels, whose rows begin on lines of the cache unless
+// the surface's have `more_pitch`.
 struct memory_of_call {
     static constexpr int width = 128, height = 32;
     static constexpr std::size_t plane_bytes = 1 << 17;
@@ -29,7 +29,7 @@ struct memory_of_call {
     tagVideoFrame frame{};
     contrast_data contrast{};
 
-    explicit memory_of_call(int further = 0) : dst_pitch(1024 + further) {
+    explicit memory_of_call(int more_pitch = 0) : dst_pitch(1024 + more_pitch) {
         info.surface_height = info.rows_to_plane_end = height;
         std::fill_n(alpha(), plane_bytes, static_cast<unsigned char>(8)); // drawn everywhere
         mix.video_y = at(0), mix.video_u = at(1), mix.video_v = at(2);
@@ -182,14 +182,19 @@ TEST_P(store_policy_test, of_video_alone_is_that_of_all_planes) {
 
 // Rows off the lines of the cache that are stored in turn would fill lines by half.
 TEST_P(store_policy_test, is_cached_off_lines_where_rows_are_stored_in_turn) {
-    constexpr int further = 32;
-    ASSERT_LE(GetParam()->rows.streamed_bytes, further);
-    memory_of_call memory(further);
+    constexpr int more_pitch = 32;
+    ASSERT_LE(GetParam()->rows.streamed_bytes, more_pitch);
+    memory_of_call memory(more_pitch);
     const bool row_by_row = GetParam()->rows.vector_bytes < 32;
     const std::map<std::string_view, bool> around = {
         {"loadimage_yv12_ajust", true},
         {"LoadYUY2_YUY2", true},
         {"strech_picture_1X2_yuy2", row_by_row},
+        {"strech_picture_1X2_yuy2_ajust", true},
+        {"strech_picture_1X2_yuy2_ajust_rgb32", true},
+        {"strech_picture_1X2_yuy2_ajust_rgb24", true},
+        {"strech_picture_1X2_yuy2_ajust_rgb16", true},
+        {"strech_opt_yuy2_ajust", true},
         {"strech_picture_2X2_yuy2", false},
         {"strech_picture_2X2_yuy2_ajust", false},
         {"yuy2_strech_picture_2X2_yuy2", false},
@@ -203,12 +208,40 @@ TEST_P(store_policy_test, is_cached_off_lines_where_rows_are_stored_in_turn) {
     std::size_t found = 0;
     for (const function &f : functions) {
         const auto expected = around.find(f.name);
-        if (expected == around.end())
+        if (expected == around.end()) {
+            EXPECT_EQ(std::string_view(f.name).find("strech"), std::string_view::npos) << f.name;
             continue;
+        }
         ++found;
         EXPECT_EQ(go_around(1, [&] { f.run(memory); }), expected->second) << f.name;
     }
     EXPECT_EQ(found, around.size());
+}
+
+// On a server, by what bounds the function: later where little is read beside what is stored.
+TEST_P(store_policy_test, of_alpha_on_a_server_is_that_of_what_is_mostly_read_or_stored) {
+    constexpr int width = 1024, most_height = 640;
+    struct alignas(64) line {
+        unsigned char bytes[64] = {};
+    };
+    std::vector<line> alpha(width * most_height / 64), surface(4 * alpha.size());
+    const struct {
+        void (*run)(LUMALANE_PARAMETERS_mix);
+        int height;
+        bool around;
+    } cases[] = {
+        {load_subpicture_alpha_rgb32, 560, false},
+        {load_subpicture_alpha_rgb32, 564, true},
+        {Restore_RGB32_To_Alpha, 304, false},
+        {Restore_RGB32_To_Alpha, 308, true},
+    };
+    for (const auto &c : cases) {
+        tagMIX_INFO mix{};
+        mix.alpha_plane = alpha.front().bytes, mix.dst = surface.front().bytes;
+        mix.video_pitch = mix.sub_pitch = width, mix.dst_pitch = 4 * width;
+        mix.width = width, mix.height = c.height;
+        EXPECT_EQ(go_around(200'000'000, [&] { c.run(&mix); }), c.around) << c.height;
+    }
 }
 
 INSTANTIATE_ON_EACH_TARGET(store_policy_test);

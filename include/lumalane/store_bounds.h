@@ -9,8 +9,8 @@ namespace detail {
 
 constexpr int cache_line = 64; // bytes
 
-// On what rows of planes begin that are copied or adjusted around the cache. (Those of RGB from pictures
-// begin on cache lines, others on what the target's stores ask for.)
+// On what rows of planes begin that are copied or adjusted around the cache. (Others begin on cache
+// lines or on what the target's stores ask for: see surface_stores.)
 constexpr int alignment_of_planes = 8;
 
 // What bounds a function whose surface outgrows the second-level cache.
