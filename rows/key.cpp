@@ -87,11 +87,10 @@ LUMALANE_INLINE ptrdiff_t emit_keyed_groups(const keyed_rows &row, ptrdiff_t x, 
     while (x + m <= n) {
         if constexpr (calls_are_apart<m>) {
             for (; x + m <= n && all_in_1_to_127(load<m>(row.alpha + x)); x += m) {
-                constexpr int ahead = fetched_ahead<m>; // the same again for sources
-                fetch_ahead<m, 1>(row.alpha + x + ahead);
-                fetch_ahead<m, 1>(row.y + x + ahead);
-                fetch_ahead<m, 1>(row.u + x / 2);
-                fetch_ahead<m, 1>(row.v + x / 2);
+                fetch_source<m>(row.alpha + x);
+                fetch_source<m>(row.y + x);
+                fetch_source<m / 2>(row.u + x / 2);
+                fetch_source<m / 2>(row.v + x / 2);
                 store_all(row.stores, row.dst + size * x, Pixels::interleaved(pixels_at(x)));
             }
             if (x + m > n)
