@@ -13,12 +13,22 @@ namespace {
 // `permuted` brings luma into the order that the surface's interleaving wants, `chroma` loads and
 // makes what the rows of a pair share (to YUY2 averaged with the row `below` where that is not 0),
 // `pixels` makes the pixels of a row. `may_be_apart`: rows of a pair that lie across cache lines are
-// stored one after the other. `Adjusted` is unadjusted_samples or adjusted_samples<...>.
+// stored one after the other. `makes_both_first`: both rows of a pair are made before one is stored,
+// where that order cannot be observed (up to 1.05 times as fast). `Adjusted` is unadjusted_samples or adjusted_samples<...>.
+
+template <class Adjusted>
+inline constexpr bool is_adjusted = true;
+template <>
+inline constexpr bool is_adjusted<unadjusted_samples> = false;
 
 template <class Pixels, class Adjusted>
 struct to_rgb_surface {
     static constexpr int bytes_per_pixel = Pixels::bytes_per_pixel, least = 16;
     static constexpr bool filters = false, may_be_apart = false;
+    // (With 8 registers pairs take 1.05 times as long then, and those that are not adjusted 1.04 times
+    // in vectors of 64 bytes.)
+    static constexpr bool makes_both_first =
+        vector_registers >= 16 && (widest < 64 || is_adjusted<Adjusted>);
 
     using format = Pixels;
 
@@ -66,7 +76,7 @@ template <class Adjusted>
 struct to_yuy2 {
     static constexpr int bytes_per_pixel = 2, least = 8;
     // Loops of gains that are rare, and small code, ask for each group.
-    static constexpr bool filters = true, may_be_apart = true,
+    static constexpr bool filters = true, may_be_apart = true, makes_both_first = false,
                           knows = !small_code && is_common<Adjusted>;
 
     Adjusted adjusted;
@@ -121,7 +131,7 @@ struct to_mono_yuy2 : to_yuy2<Adjusted> {
 template <class Adjusted>
 struct to_half_yuy2 {
     static constexpr int bytes_per_pixel = 1, least = 16;
-    static constexpr bool filters = false, may_be_apart = false;
+    static constexpr bool filters = false, may_be_apart = false, makes_both_first = false;
 
     Adjusted adjusted;
 
@@ -165,14 +175,27 @@ struct to_odd_yuy2 : to_half_yuy2<Adjusted> {
 
 // ---- Rows --------------------------------------------------------------------------------------
 
-// Where a row (or a pair) begins, and what is made of it.
-struct row_start {
+// Where a row (or a pair) is.
+struct row_place {
     const unsigned char *y, *u, *v;
     unsigned char *dst;
-    ptrdiff_t y_below, dst_below, chroma_below;
+    ptrdiff_t y_below;
+};
+
+// And what is made of it, which is the same for all of them.
+struct row_start : row_place {
+    ptrdiff_t dst_below, chroma_below;
     store_policy stores;
     lower_row lower;
+
+    LUMALANE_INLINE row_start(const row_place &at, const planar_rows &rows)
+        : row_place(at), dst_below(rows.dst_below), chroma_below(rows.chroma_below),
+          stores(rows.stores), lower(rows.lower) {}
 };
+
+LUMALANE_INLINE row_start start_of(const planar_rows &rows) {
+    return {{rows.y, rows.u, rows.v, rows.dst, rows.y_below}, rows};
+}
 
 // Luma of the lower row of a pair, from x on.
 template <class Surface, int n>
@@ -195,8 +218,8 @@ enum class known {
     both_averages, // and chroma is averaged
 };
 
-// A group from x on: of a pair of rows, or of one, which asks how to store. Of two rows the upper one
-// is stored before the lower one is loaded.
+// A group from x on: of a pair of rows, or of one, which asks how to store. Where order may be observed
+// the upper row of two is stored before the lower one is loaded.
 template <int n, bool pair, known is = known::nothing, class Stores = cached, class Surface>
 LUMALANE_INLINE void emit_group(const Surface &surface, const row_start &at, ptrdiff_t x) {
     constexpr bool one_chroma = is == known::one_of_each || is == known::average_luma;
@@ -214,29 +237,36 @@ LUMALANE_INLINE void emit_group(const Surface &surface, const row_start &at, ptr
             fetch_ahead<n, Surface::bytes_per_pixel>(dst);
             fetch_ahead<n, Surface::bytes_per_pixel>(dst + at.dst_below);
         }
-        store_all<Stores>(dst, pixels(upper));
-        bytes<n> lower;
-        if constexpr (is == known::nothing) {
-            lower = lower_luma<Surface>(at, upper, x);
+        const auto load_lower = [&]() LUMALANE_INLINE_LAMBDA {
+            if constexpr (is == known::nothing)
+                return lower_luma<Surface>(at, upper, x);
+            else if constexpr (is == known::one_of_each)
+                return load<n>(at.y + at.y_below + x);
+            else
+                return average(upper, load<n>(at.y + at.y_below + x));
+        };
+        if constexpr (Surface::makes_both_first && n > longest_run_in_order) {
+            const bytes<n> lower = load_lower();
+            const auto of_upper = pixels(upper), of_lower = pixels(lower);
+            store_all<Stores>(dst, of_upper);
+            store_all<Stores>(dst + at.dst_below, of_lower);
         } else {
-            lower = load<n>(at.y + at.y_below + x);
-            if constexpr (is != known::one_of_each)
-                lower = average(upper, lower);
+            store_all<Stores>(dst, pixels(upper));
+            store_all<Stores>(dst + at.dst_below, pixels(load_lower()));
         }
-        store_all<Stores>(dst + at.dst_below, pixels(lower));
     } else {
         store_all(at.stores, dst, pixels(upper));
     }
 }
 
-// What the widest vectors leave of a row. (Once for both loops: it is as long as they are.)
+// What the widest vectors leave of a row (or pair). (Once for all loops: it is as long as they are.)
 template <class Surface>
-[[gnu::noinline]] void emit_rest(const adjustment *by, typename Surface::format format,
-                                 const row_start &at, bool pair, ptrdiff_t n, ptrdiff_t x) {
-    const Surface surface(by, format);
+[[gnu::noinline]] void emit_rest(const planar_rows &rows, typename Surface::format format,
+                                 const row_place &place, bool pair, ptrdiff_t n, ptrdiff_t x) {
+    const Surface surface(rows.by, format);
     along_row<Surface::least, Surface::least == 16 ? 16 : most_left>(
         n,
-        [&](auto group, ptrdiff_t from) LUMALANE_INLINE_LAMBDA {
+        [&, at = row_start(place, rows)](auto group, ptrdiff_t from) LUMALANE_INLINE_LAMBDA {
             if (pair)
                 emit_group<group.size, true>(surface, at, from);
             else
@@ -245,50 +275,37 @@ template <class Surface>
         x);
 }
 
-// The groups of the widest vectors. Returns how far they came.
-template <bool pair, known is, class Stores = cached, class Surface>
-LUMALANE_INLINE ptrdiff_t emit_groups(const Surface &surface, const row_start &at, ptrdiff_t n) {
-    ptrdiff_t x = 0;
-    for (; x + widest <= n; x += widest)
-        emit_group<widest, pair, is, Stores>(surface, at, x);
-    return x;
-}
-
-template <bool pair, class Surface>
-LUMALANE_INLINE void emit_along(const Surface &surface, const adjustment *by,
-                                typename Surface::format format, const row_start at, ptrdiff_t n) {
-    ptrdiff_t x = 0;
-    if constexpr (Surface::filters) {
-        const bool one_chroma = at.chroma_below == 0;
-        const bool averages = Surface::knows && pair && at.lower == lower_row::average;
-        if (one_chroma && (pair ? at.lower == lower_row::itself : Surface::knows))
-            x = emit_groups<pair, known::one_of_each>(surface, at, n);
-        else if (averages && one_chroma)
-            x = emit_groups<pair, known::average_luma>(surface, at, n);
-        else if (averages)
-            x = emit_groups<pair, known::both_averages>(surface, at, n);
-        else
-            x = emit_groups<pair, known::nothing>(surface, at, n);
-    } else if (pair && streams_its_pairs<Surface> && at.stores == store_policy::non_temporal) {
-        x = emit_groups<pair, known::nothing, non_temporal>(surface, at, n);
-    } else {
-        x = emit_groups<pair, known::nothing>(surface, at, n);
-    }
-    if constexpr (widest > Surface::least)
-        if (x < n) {
-            // A record of its own: what is only in registers is not copied for each row.
-            row_start rest{
-                at.y,      at.u,    at.v, at.dst, at.y_below, at.dst_below, at.chroma_below,
-                at.stores, at.lower};
-            // Cached stores would hold up those around the cache.
-            if constexpr (pair && streams_its_pairs<Surface>)
-                if (at.stores == store_policy::non_temporal) {
-                    emit_rest<Surface>(by, format, rest, false, n, x);
-                    rest.y += at.y_below, rest.dst += at.dst_below;
-                    return emit_rest<Surface>(by, format, rest, false, n, x);
+// Rows one by one, or pairs of them: the groups of the widest vectors in a loop of their own, then the
+// rest. (One loop along the rows that chooses among those takes up to 1.09 times as long at 320x240.)
+template <bool pair, known is, class Stores, class Surface>
+LUMALANE_INLINE void emit_rows_as(const Surface &surface, const planar_rows &rows, ptrdiff_t n,
+                                  typename Surface::format format) {
+    row_start at = start_of(rows);
+    for (ptrdiff_t k = 0; k < rows.count; ++k) {
+        row_start row = at;
+        for (bool more = !pair && rows.lower != lower_row::none;; more = false) {
+            ptrdiff_t x = 0;
+            for (; x + widest <= n; x += widest)
+                emit_group<widest, pair, is, Stores>(surface, row, x);
+            if (widest > Surface::least && x < n) {
+                // A record of its own: what is only in registers is not copied for each row.
+                row_place rest{row.y, row.u, row.v, row.dst, row.y_below};
+                if constexpr (pair && !Stores::takes_lines) {
+                    // Cached stores would hold up those around the cache.
+                    emit_rest<Surface>(rows, format, rest, false, n, x);
+                    rest.y += row.y_below, rest.dst += row.dst_below;
+                    emit_rest<Surface>(rows, format, rest, false, n, x);
+                } else {
+                    emit_rest<Surface>(rows, format, rest, pair, n, x);
                 }
-            emit_rest<Surface>(by, format, rest, pair, n, x);
+            }
+            if (!more)
+                break;
+            row.y += row.y_below, row.dst += row.dst_below;
         }
+        at.y += rows.y_next, at.u += rows.chroma_next, at.v += rows.chroma_next;
+        at.dst += rows.dst_next, at.y_below += rows.y_below_next;
+    }
 }
 
 // Whether the rows of a pair are stored in turn.
@@ -305,30 +322,32 @@ LUMALANE_INLINE bool in_turn(const planar_rows &rows, ptrdiff_t n) {
 template <class Surface>
 LUMALANE_INLINE void emit_rows(const planar_rows &rows, ptrdiff_t n,
                                typename Surface::format format = {}) {
-    const adjustment *const by = rows.by;
-    const Surface surface(by, format);
-    const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next,
-                    y_below_next = rows.y_below_next;
-    row_start at{
-        rows.y,      rows.u,    rows.v, rows.dst, rows.y_below, rows.dst_below, rows.chroma_below,
-        rows.stores, rows.lower};
-    const bool pairs = rows.lower != lower_row::none, both_at_once = in_turn<Surface>(rows, n);
-    for (ptrdiff_t left = rows.count; left > 0; --left) {
-        if (both_at_once) {
-            emit_along<true>(surface, by, format, at, n);
-        } else {
-            // (A loop for both rows that asks how to store is slower in the cache, by 2 to 10 %.)
-            row_start row = at;
-            for (ptrdiff_t more = pairs ? 1 : 0;; --more) {
-                emit_along<false>(surface, by, format, row, n);
-                if (more == 0)
-                    break;
-                row.y += at.y_below, row.dst += at.dst_below;
-            }
-        }
-        at.y += y_next, at.u += chroma_next, at.v += chroma_next, at.dst += dst_next;
-        at.y_below += y_below_next;
+    const Surface surface(rows.by, format);
+    const auto emit = [&]<bool pair, known is, class Stores>(Stores) LUMALANE_INLINE_LAMBDA {
+        emit_rows_as<pair, is, Stores>(surface, rows, n, format);
+    };
+    const bool one_chroma = rows.chroma_below == 0;
+    if (!in_turn<Surface>(rows, n)) {
+        // (A loop for both rows that asks how to store is slower in the cache, by 2 to 10 %.)
+        if constexpr (Surface::filters)
+            if (Surface::knows && one_chroma)
+                return emit.template operator()<false, known::one_of_each>(cached{});
+        return emit.template operator()<false, known::nothing>(cached{});
     }
+    if constexpr (Surface::filters) {
+        if (one_chroma && rows.lower == lower_row::itself)
+            return emit.template operator()<true, known::one_of_each>(cached{});
+        if constexpr (Surface::knows)
+            if (rows.lower == lower_row::average) {
+                if (one_chroma)
+                    return emit.template operator()<true, known::average_luma>(cached{});
+                return emit.template operator()<true, known::both_averages>(cached{});
+            }
+    } else if constexpr (streams_its_pairs<Surface>) {
+        if (rows.stores == store_policy::non_temporal)
+            return emit.template operator()<true, known::nothing>(non_temporal{});
+    }
+    emit.template operator()<true, known::nothing>(cached{});
 }
 
 // Whether the lower rows are made in a strip: the loops make them of rows that are stored in turn.
@@ -494,8 +513,8 @@ void emit_odd_yuy2(const planar_rows &rows, ptrdiff_t n) {
 void emit_yuy2_with_gaps(const planar_rows &rows, ptrdiff_t n) {
     const to_yuy2<unadjusted_samples> surface(nullptr, {});
     const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next;
-    row_start at{rows.y,         rows.u, rows.v,      rows.dst,  rows.y_below,
-                 rows.dst_below, 0,      rows.stores, rows.lower};
+    const ptrdiff_t dst_to_lower = rows.dst_below;
+    row_place at = start_of(rows);
     const auto chroma = [&]<int size>(group_of<size>, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
         return surface.chroma<size>(at.u + x / 2, at.v + x / 2, 0);
     };
@@ -505,7 +524,7 @@ void emit_yuy2_with_gaps(const planar_rows &rows, ptrdiff_t n) {
                             };
     for (ptrdiff_t left = rows.count; left > 0; --left) {
         const unsigned char *const below = at.y + at.y_below;
-        unsigned char *const dst_below = at.dst + at.dst_below;
+        unsigned char *const dst_below = at.dst + dst_to_lower;
         if (n == 16) {
             const auto pairs = chroma(group_of<16>{}, 0);
             store_all<cached>(at.dst, pixels(at.y, pairs));
