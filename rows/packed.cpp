@@ -15,8 +15,9 @@ namespace {
 template <class Pixels, class Adjusted>
 struct packed_to_rgb {
     static constexpr int bytes_per_pixel = Pixels::bytes_per_pixel, least = 16, most = widest;
-    // (With 8 registers to fetch sources takes as long as it gains.)
-    static constexpr bool fetches_ahead = !small_code, fetches_sources = vector_registers >= 16;
+    // (With 8 registers there is no place for the next group's samples: up to 1.3 times as long.)
+    static constexpr bool fetches_sources = !small_code,
+                          looks_ahead = !small_code && vector_registers >= 16;
     static constexpr bool unrolls = false;
 
     Adjusted adjusted;
@@ -60,7 +61,7 @@ struct packed_yuy2 {
 
 template <class Adjusted>
 struct packed_to_yuy2 : packed_yuy2 {
-    static constexpr bool fetches_ahead = false, unrolls = false;
+    static constexpr bool looks_ahead = false, unrolls = false;
 
     Adjusted adjusted;
 
@@ -82,7 +83,8 @@ struct packed_to_yuy2 : packed_yuy2 {
 template <>
 struct packed_to_yuy2<unadjusted_samples> : packed_yuy2 {
     // Beside little more than a copy the loop itself counts.
-    static constexpr bool fetches_ahead = !small_code, unrolls = !small_code;
+    static constexpr bool looks_ahead = !small_code && vector_registers >= 16,
+                          unrolls = !small_code;
 
     explicit packed_to_yuy2(const adjustment *, format) {}
 
@@ -114,6 +116,10 @@ template <int n, class Surface>
 LUMALANE_INLINE void emit_pair_group(const Surface &surface, const packed_rows &rows, ptrdiff_t x) {
     const unsigned char *const src = rows.src + 2 * x;
     unsigned char *const dst = rows.dst + x * Surface::bytes_per_pixel;
+    if constexpr (Surface::fetches_sources && !Surface::looks_ahead) {
+        fetch_source<2 * n>(src);
+        fetch_source<2 * n>(src + rows.src_below);
+    }
     const auto upper = surface.template fetch<n>(src);
     const auto chroma = surface.chroma(upper);
     store_all<cached>(dst, surface.pixels(upper, chroma));
@@ -195,12 +201,12 @@ LUMALANE_INLINE void emit_pair(const Surface &surface, typename Surface::format 
             }
             return;
         }
-    if constexpr (Surface::fetches_ahead)
+    if constexpr (Surface::looks_ahead)
         x = emit_pair_ahead<cached>(surface, rows, n);
     else
         for (; x + Surface::most <= n; x += Surface::most)
             emit_pair_group<Surface::most>(surface, rows, x);
-    if constexpr (Surface::fetches_ahead || Surface::most > Surface::least)
+    if constexpr (Surface::looks_ahead || Surface::most > Surface::least)
         if (x < n)
             emit_rest<Surface>(own(rows), format, true, n, x);
 }
