@@ -205,13 +205,8 @@ public:
         : key_pixels(first_vectors<count, widest>(pixels)), possible(Surface::can_be_of(key)) {}
 
     LUMALANE_INLINE bool is_at(const unsigned char *from) const {
-        const auto same = [&](int i) LUMALANE_INLINE_LAMBDA {
-            return equal(load<widest>(from + i * widest), key_pixels.part[i]);
-        };
-        bytes<widest> all_same = same(0);
-        for (int i = 1; i < count; ++i)
-            all_same = all_same & same(i);
-        return possible && all(all_same);
+        // (The other way around gcc makes loops that take 1.1 times as long.)
+        return are_at(from, key_pixels) && possible;
     }
 };
 

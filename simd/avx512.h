@@ -204,6 +204,18 @@ LUMALANE_INLINE bool all(bytes<64> where) {
     return _mm512_cmpneq_epi32_mask(where.v, _mm512_set1_epi32(-1)) == 0;
 }
 
+// (What is equal is a mask, of which a vector would be made, and of that a mask again.)
+template <int count>
+LUMALANE_INLINE bool are_at(const unsigned char *from, const vectors<count, 64> &these) {
+    const auto difference = [&](int i) {
+        return _mm512_xor_si512(load<64>(from + 64 * i).v, these.part[i].v);
+    };
+    __m512i any = difference(0);
+    for (int i = 1; i < count; ++i)
+        any = _mm512_or_si512(any, difference(i));
+    return _mm512_test_epi32_mask(any, any) == 0;
+}
+
 // Bits of `chosen` where those of `where` are set, of `otherwise` elsewhere.
 LUMALANE_INLINE bytes<64> choose(bytes<64> where, bytes<64> chosen, bytes<64> otherwise) {
     return {_mm512_ternarylogic_epi32(where.v, chosen.v, otherwise.v, 0xca)};

@@ -103,10 +103,20 @@ struct halves {
 
 namespace lumalane::LUMALANE_TARGET_NAME {
 
-// (A target may have a shorter way.)
+// (A target may have shorter ways.)
+
 template <int n>
 LUMALANE_INLINE bool all_in_1_to_127(bytes<n> a) {
     return all(in_1_to_127(a));
+}
+
+// Whether the vectors at `from` are these.
+template <int count, int n>
+LUMALANE_INLINE bool are_at(const unsigned char *from, const vectors<count, n> &these) {
+    bytes<n> same = equal(load<n>(from), these.part[0]);
+    for (int i = 1; i < count; ++i)
+        same = same & equal(load<n>(from + i * n), these.part[i]);
+    return all(same);
 }
 
 } // namespace lumalane::LUMALANE_TARGET_NAME

@@ -229,7 +229,14 @@ LUMALANE_INLINE bytes<n> choose_equal(bytes<n> a, bytes<n> b, bytes<n> chosen, b
     return choose(equal(a, b), chosen, otherwise);
 }
 
-LUMALANE_INLINE bool all(bytes<16> where) { return _mm_movemask_epi8(where.v) == 0xffff; }
+// Clang, where it knows how `where` came about, negates each part of it (runs of the key take 1.1 to 1.2
+// times as long).
+LUMALANE_INLINE bool all(bytes<16> where) {
+#if defined(__clang__) && !defined(LUMALANE_HALF_REGISTERS)
+    __asm__("" : "+x"(where.v));
+#endif
+    return _mm_movemask_epi8(where.v) == 0xffff;
+}
 
 // ---- Between bytes and words -------------------------------------------------------------------
 

@@ -227,6 +227,14 @@ constexpr void add_operations(tests::probe &probe) {
         return choose_equal(where & fill_bytes<n>(3), fill_bytes<n>(2), x, y);
     });
     add_one("all", [](b x, b y) { return short{all(equal(x, y))}; });
+    add_one("are_at", [](b x, b y) {
+        unsigned char at[2 * n];
+        store(at, x), store(at + n, y);
+        const auto same = [&](b first, b second) {
+            return are_at(at, vectors<2, n>{{first, second}});
+        };
+        return static_cast<short>(same(x, y) + 2 * same(x, x) + 4 * same(y, y));
+    });
     add_one("all_in_1_to_127", [](b a) { return short{all_in_1_to_127(a)}; });
     add_one("all_in_1_to_127",
             [](b x, b y) { return short{all_in_1_to_127(equal(x, y) & fill_bytes<n>(1))}; });
