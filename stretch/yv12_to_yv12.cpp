@@ -82,13 +82,11 @@ private:
     }
 
     // `end`: where the row ends, so that the last sample is repeated.
-    void make(const stretched_rows &whole_rows, ptrdiff_t count, ptrdiff_t step,
-              ptrdiff_t end) const {
+    void make(stretched_rows run, ptrdiff_t count, ptrdiff_t step, ptrdiff_t end) const {
         in_runs(count, in_order ? step : count, [&](ptrdiff_t x, ptrdiff_t n) {
-            stretched_rows run = whole_rows;
-            run.src += x, run.dst += times * x;
             run.repeats_last = x + n >= end;
             (times == 2 ? machine.rows.double_plane : machine.rows.stretch_plane)(run, n);
+            run.src += n, run.dst += times * n;
         });
     }
 
@@ -97,21 +95,27 @@ private:
     }
 
     void make_pairs(store_policy policy) const {
+        // What is beyond whole steps comes while their lines are in the cache.
+        constexpr ptrdiff_t in_cache = 16;
         const ptrdiff_t all = static_cast<ptrdiff_t>(pairs);
-        const ptrdiff_t at_once = in_order || beyond != 0 ? 1 : all;
-        for (ptrdiff_t pair = 0; pair < all; pair += at_once) {
-            stretched_rows r = rows(p.dst + (2 * pair + 1) * p.dst_pitch,
-                                    p.src + pair * to_next_row, rows_made::both, policy);
-            r.count = at_once, r.src_next = to_next_row, r.dst_next = 2 * p.dst_pitch;
-            make(r, whole, 16 / times, p.width);
-            if (beyond != 0) {
-                // quirk: what a width off 16 leaves is done in 16 samples that end where the row
-                // does, never twice as wide
-                // [plane_stretches.adjusted_2x2_does_not_double_the_last_samples_of_a_width_off_16]
-                r.src += p.width - 16, r.dst += times * whole + beyond - 16;
-                r.stores = store_policy::cached;
-                machine.rows.stretch_plane(r, 16);
-            }
+        const ptrdiff_t most = in_order ? 1 : beyond != 0 ? in_cache : all;
+        for (ptrdiff_t pair = 0; pair < all; pair += most) {
+            // From `src_x` samples on to `dst_x` bytes on.
+            const auto some = [&](ptrdiff_t src_x, ptrdiff_t dst_x, store_policy stores) {
+                stretched_rows r =
+                    rows(p.dst + (2 * pair + 1) * p.dst_pitch + dst_x,
+                         p.src + pair * to_next_row + src_x, rows_made::both, stores);
+                r.count = all - pair < most ? all - pair : most;
+                r.src_next = to_next_row, r.dst_next = 2 * p.dst_pitch;
+                return r;
+            };
+            make(some(0, 0, policy), whole, 16 / times, p.width);
+            // quirk: what a width off 16 leaves is done in 16 samples that end where the row does, never
+            // twice as wide
+            // [plane_stretches.adjusted_2x2_does_not_double_the_last_samples_of_a_width_off_16]
+            if (beyond != 0)
+                machine.rows.stretch_plane(
+                    some(p.width - 16, times * whole + beyond - 16, store_policy::cached), 16);
         }
     }
 
