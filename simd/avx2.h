@@ -40,7 +40,11 @@ LUMALANE_INLINE void store(unsigned char *to, bytes<32> a) {
 }
 
 LUMALANE_INLINE void stream(unsigned char *to, bytes<32> a) {
-    _mm256_stream_si256(reinterpret_cast<__m256i *>(to), a.v);
+    const auto place = reinterpret_cast<__m256i *>(to);
+    if constexpr (streams_by_instruction)
+        stream_by_instruction(place, a.v);
+    else
+        _mm256_stream_si256(place, a.v);
 }
 
 #ifndef LUMALANE_WIDER_THAN_AVX2

@@ -50,7 +50,11 @@ inline constexpr int streamed_bytes<64> = 32;
 
 LUMALANE_INLINE void stream(unsigned char *to, bytes<64> a) {
     if (reinterpret_cast<unsigned long long>(to) % 64 == 0) {
-        _mm512_stream_si512(reinterpret_cast<__m512i *>(to), a.v);
+        const auto place = reinterpret_cast<__m512i *>(to);
+        if constexpr (streams_by_instruction)
+            stream_by_instruction(place, a.v);
+        else
+            _mm512_stream_si512(place, a.v);
     } else {
         stream(to, bytes<32>{_mm512_castsi512_si256(a.v)});
         stream(to + 32, bytes<32>{_mm512_extracti64x4_epi64(a.v, 1)});
