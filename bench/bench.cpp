@@ -316,12 +316,11 @@ void describe(CLI::App &app, options &options) {
                    "also a shared library of another build, on the target that it chooses")
         ->allow_extra_args(false)
         ->type_name("NAME=LIBRARY");
-    app.add_option(
-           "--beside", options.beside,
-           "also the lumalane_timer of another build, in a process of its own: on the widest "
-           "of its targets, or with a shared library")
+    app.add_option("--beside", options.beside,
+                   "also the lumalane_timer of another build, in a process of its own: on the "
+                   "widest of its targets, or on another one, or with a shared library")
         ->allow_extra_args(false)
-        ->type_name("NAME=PROGRAM[,LIBRARY]");
+        ->type_name("NAME=PROGRAM[,TARGET|,LIBRARY]");
     app.add_option("--threads", options.threads,
                    "how much faster so many threads are, each on its slice of rows, than one")
         ->check(CLI::Range(2, 1024));
@@ -366,8 +365,8 @@ std::vector<build> builds_of(const options &options) {
     }
     for (const std::string &other : options.beside) {
         const auto [name, process] = split_name(other);
-        const auto [program, library] = split(process, ',');
-        add(name, library.empty() ? widest_target : library, program);
+        const auto [program, which] = split(process, ',');
+        add(name, which.empty() ? widest_target : which, program);
     }
     if (builds.empty())
         throw std::runtime_error("there is no build to measure");

@@ -1,14 +1,22 @@
 // lumalane_timer JOB WIDTHxHEIGHT BUILD...: the other end of bench/timer_process.h. Reads "build calls"
 // (builds are counted from 0) and answers with the seconds that so many calls took.
+// lumalane_timer --targets: prints the targets that the library is shipped with and that this processor
+// runs, the narrowest first.
 #include "bench/library.h"
 
 #include <iostream>
 #include <sstream>
 #include <stdexcept>
+#include <string_view>
 
 using namespace lumalane::bench;
 
 int main(int argc, char **argv) try {
+    if (argc == 2 && std::string_view(argv[1]) == "--targets") {
+        for (const std::string &target : shipped_target_names())
+            std::cout << target << '\n';
+        return 0;
+    }
     if (argc < 4)
         throw std::runtime_error("wants JOB WIDTHxHEIGHT BUILD...");
     const std::string name = argv[1];
