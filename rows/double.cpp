@@ -50,6 +50,9 @@ template <bool overlaps, class Step, class Rest>
 LUMALANE_INLINE void along_doubled_row(ptrdiff_t n, bool repeats_last, const Step &step,
                                        const Rest &rest) {
     ptrdiff_t x = 0;
+    if constexpr (small_code) // only the last one asks
+        for (; x + 2 * widest <= n; x += widest)
+            step(group_of<widest>{}, x, false);
     for (; x + widest <= n; x += widest)
         step(group_of<widest>{}, x, repeats_last && x + widest == n);
     if constexpr (widest > 8)
@@ -170,7 +173,7 @@ LUMALANE_INLINE void emit_doubled_group(const doubled_rows &rows, const doubled_
         emit(lower, uv);
         emit(average(lower, to::template luma<at_end>(y + 2 * rows.y_below)), uv_between);
     } else {
-        if (rows.chroma_below != 0)
+        if (small_code || rows.chroma_below != 0) // or with itself
             uv = chroma_between(uv);
         if (rows.made == pair_made::between)
             emit(average(upper, to::template luma<at_end>(y + rows.y_below)), uv);

@@ -97,8 +97,9 @@ struct to_yuy2 {
     LUMALANE_INLINE bytes<n> chroma(const unsigned char *u, const unsigned char *v,
                                     ptrdiff_t below) const {
         const bytes<n> pairs = load_pairs<2, n>(u, v);
-        return adjusted.chroma(below == 0 ? pairs
-                                          : average(pairs, load_pairs<2, n>(u + below, v + below)));
+        if (!small_code && below == 0) // or with itself
+            return adjusted.chroma(pairs);
+        return adjusted.chroma(average(pairs, load_pairs<2, n>(u + below, v + below)));
     }
 
     template <int n>
@@ -206,7 +207,11 @@ LUMALANE_INLINE bytes<n> lower_luma(const row_start &at, bytes<n> upper, ptrdiff
         if (at.lower == lower_row::four_taps)
             return filtered(load<n>(at.y - at.y_below + x), upper, lower,
                             load<n>(from + at.y_below));
-    return at.lower == lower_row::average ? average(upper, lower) : lower;
+    const bool averages = at.lower == lower_row::average;
+    if constexpr (small_code && n > 8)
+        return average(choose(fill_bytes<n>(averages ? 0xff : 0), upper, lower), lower);
+    else
+        return averages ? average(upper, lower) : lower;
 }
 
 // What a loop to YUY2 knows of its rows, and does not ask for each group. (With 8 registers asking
