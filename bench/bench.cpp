@@ -97,7 +97,8 @@ std::string conditions_of(const options &options) {
     const std::string peers =
         options.no_peers ? ""
                          : "; libyuv " + libyuv_version() + ", libswscale " + swscale_version();
-    return machine() + peers;
+    // Who built the others is not known.
+    return machine() + (options.no_own ? "" : "; built by " + compiler()) + peers;
 }
 
 // How many times as much arithmetic as one thread so many do together in the same time.

@@ -118,10 +118,14 @@ std::string machine() {
         if (cache.type != "Instruction")
             text += ", L" + std::to_string(cache.level) + ' ' + std::to_string(cache.size / 1024) +
                     " KiB";
+    return text;
+}
+
+std::string compiler() {
 #ifdef __clang__
-    return text + "; built by clang " + __clang_version__;
+    return std::string("clang ") + __clang_version__;
 #else
-    return text + "; built by gcc " + __VERSION__;
+    return std::string("gcc ") + __VERSION__;
 #endif
 }
 

@@ -53,5 +53,6 @@ private:
 
 // One line: the processor with its caches, the compiler.
 std::string machine();
+std::string compiler();
 
 } // namespace lumalane::bench

@@ -43,14 +43,14 @@ LUMALANE_INLINE doubled<n> load_doubled(const unsigned char *from, bool at_end) 
 }
 
 // Calls `step(group_of<widest>{}, x, at_end)` for the widest vectors; `rest(x)` does what they leave.
-// `overlaps`: a last vector may end where the row does, which makes some samples twice. (One of 64 bytes
-// makes pictures of 320x240 and 352x288, whose rows of chroma have 160 and 176 samples, take 0.8 to 0.9 of
-// the time; one of 32 bytes gains less than its code is worth.)
-template <bool overlaps, class Step, class Rest>
+// `asks`: `step` does otherwise at the end. `overlaps`: a last vector may end where the row does, which
+// makes some samples twice. (One of 64 bytes makes pictures of 320x240 and 352x288, whose rows of chroma
+// have 160 and 176 samples, take 0.8 to 0.9 of the time; one of 32 bytes gains less than its code is worth.)
+template <bool asks, bool overlaps, class Step, class Rest>
 LUMALANE_INLINE void along_doubled_row(ptrdiff_t n, bool repeats_last, const Step &step,
                                        const Rest &rest) {
     ptrdiff_t x = 0;
-    if constexpr (small_code) // only the last one asks
+    if constexpr (small_code && asks) // only the last one does
         for (; x + 2 * widest <= n; x += widest)
             step(group_of<widest>{}, x, false);
     for (; x + widest <= n; x += widest)
@@ -173,7 +173,7 @@ LUMALANE_INLINE void emit_doubled_group(const doubled_rows &rows, const doubled_
         emit(lower, uv);
         emit(average(lower, to::template luma<at_end>(y + 2 * rows.y_below)), uv_between);
     } else {
-        if (small_code || rows.chroma_below != 0) // or with itself
+        if (small_code || rows.chroma_below != 0) // small code averages what is alike
             uv = chroma_between(uv);
         if (rows.made == pair_made::between)
             emit(average(upper, to::template luma<at_end>(y + rows.y_below)), uv);
@@ -316,7 +316,7 @@ LUMALANE_INLINE void stretch_along(const stretched_rows &rows, const stretched_r
                                    const stretched_rows &own, const Map &map, Stores stores) {
     // Around the cache it would not be aligned.
     constexpr bool overlaps = widest > 32 && Stores::takes_lines;
-    along_doubled_row<overlaps>(
+    along_doubled_row<times == 2, overlaps>(
         n, times == 2 && own.repeats_last,
         [&](auto group, ptrdiff_t x, bool at_end) LUMALANE_INLINE_LAMBDA {
             stretch_group<times, group.size, both>(own, at, x, at_end, map, stores);

@@ -14,7 +14,8 @@ namespace {
 // makes what the rows of a pair share (to YUY2 averaged with the row `below` where that is not 0),
 // `pixels` makes the pixels of a row. `may_be_apart`: rows of a pair that lie across cache lines are
 // stored one after the other. `makes_both_first`: both rows of a pair are made before one is stored,
-// where that order cannot be observed (up to 1.05 times as fast). `Adjusted` is unadjusted_samples or adjusted_samples<...>.
+// where that order cannot be observed (up to 1.05 times as fast). `Adjusted` is unadjusted_samples or
+// adjusted_samples<...>.
 
 template <class Adjusted>
 inline constexpr bool is_adjusted = true;
@@ -75,7 +76,7 @@ inline constexpr bool is_common<adjusted_samples<false>> = false;
 template <class Adjusted>
 struct to_yuy2 {
     static constexpr int bytes_per_pixel = 2, least = 8;
-    // Loops of gains that are rare, and small code, ask for each group.
+    // Loops of gains that are rare ask for each group; small code averages what is alike.
     static constexpr bool filters = true, may_be_apart = true, makes_both_first = false,
                           knows = !small_code && is_common<Adjusted>;
 
@@ -97,7 +98,7 @@ struct to_yuy2 {
     LUMALANE_INLINE bytes<n> chroma(const unsigned char *u, const unsigned char *v,
                                     ptrdiff_t below) const {
         const bytes<n> pairs = load_pairs<2, n>(u, v);
-        if (!small_code && below == 0) // or with itself
+        if (!small_code && below == 0)
             return adjusted.chroma(pairs);
         return adjusted.chroma(average(pairs, load_pairs<2, n>(u + below, v + below)));
     }
@@ -292,18 +293,19 @@ LUMALANE_INLINE void emit_rows_as(const Surface &surface, const planar_rows &row
             ptrdiff_t x = 0;
             for (; x + widest <= n; x += widest)
                 emit_group<widest, pair, is, Stores>(surface, row, x);
-            if (widest > Surface::least && x < n) {
-                // A record of its own: what is only in registers is not copied for each row.
-                row_place rest{row.y, row.u, row.v, row.dst, row.y_below};
-                if constexpr (pair && !Stores::takes_lines) {
-                    // Cached stores would hold up those around the cache.
-                    emit_rest<Surface>(rows, format, rest, false, n, x);
-                    rest.y += row.y_below, rest.dst += row.dst_below;
-                    emit_rest<Surface>(rows, format, rest, false, n, x);
-                } else {
-                    emit_rest<Surface>(rows, format, rest, pair, n, x);
+            if constexpr (widest > Surface::least)
+                if (x < n) {
+                    // A record of its own: what is only in registers is not copied for each row.
+                    row_place rest{row.y, row.u, row.v, row.dst, row.y_below};
+                    if constexpr (pair && !Stores::takes_lines) {
+                        // Cached stores would hold up those around the cache.
+                        emit_rest<Surface>(rows, format, rest, false, n, x);
+                        rest.y += row.y_below, rest.dst += row.dst_below;
+                        emit_rest<Surface>(rows, format, rest, false, n, x);
+                    } else {
+                        emit_rest<Surface>(rows, format, rest, pair, n, x);
+                    }
                 }
-            }
             if (!more)
                 break;
             row.y += row.y_below, row.dst += row.dst_below;
@@ -519,7 +521,7 @@ void emit_yuy2_with_gaps(const planar_rows &rows, ptrdiff_t n) {
     const to_yuy2<unadjusted_samples> surface(nullptr, {});
     const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next;
     const ptrdiff_t dst_to_lower = rows.dst_below;
-    row_place at = start_of(rows);
+    row_place at{rows.y, rows.u, rows.v, rows.dst, rows.y_below};
     const auto chroma = [&]<int size>(group_of<size>, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
         return surface.chroma<size>(at.u + x / 2, at.v + x / 2, 0);
     };

@@ -51,7 +51,7 @@ struct packed_yuy2 {
     struct format {};
 
     static constexpr int bytes_per_pixel = 2, least = 8, most = widest / 2;
-    [[maybe_unused]] static constexpr bool fetches_sources = false;
+    [[maybe_unused]] static constexpr bool fetches_sources = false, looks_ahead = false;
 
     template <int n>
     LUMALANE_INLINE static bytes<2 * n> fetch(const unsigned char *from) {
@@ -61,7 +61,7 @@ struct packed_yuy2 {
 
 template <class Adjusted>
 struct packed_to_yuy2 : packed_yuy2 {
-    static constexpr bool looks_ahead = false, unrolls = false;
+    static constexpr bool unrolls = false;
 
     Adjusted adjusted;
 
@@ -83,8 +83,7 @@ struct packed_to_yuy2 : packed_yuy2 {
 template <>
 struct packed_to_yuy2<unadjusted_samples> : packed_yuy2 {
     // Beside little more than a copy the loop itself counts.
-    static constexpr bool looks_ahead = !small_code && vector_registers >= 16,
-                          unrolls = !small_code;
+    static constexpr bool unrolls = !small_code;
 
     explicit packed_to_yuy2(const adjustment *, format) {}
 

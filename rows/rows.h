@@ -7,15 +7,15 @@
 // vectors, and of fewer, down to 16 or 8, where those do not fit; or the last group ends where the row
 // does, and makes some samples again, in runs of which the order is the kernel's own.
 //
-// What a kernel is told comes in records that were stored just before: kernels load each field once, by
-// itself, and copy no record, for a wide load would have to wait until all fields are in the cache.
+// What a kernel is told comes in records that were stored just before: kernels load each field by itself,
+// and copy no record, for a wide load would have to wait until all fields are in the cache.
 //
 // Of several rows that it is told, each goes to a place of its own.
 //
 // A run of one group with cached stores is what a step of the promised loops is, also where its source
 // and its destination overlap: all that is needed of a row is loaded before any of it is stored, and
 // of two rows the upper one is stored before the lower one's luma is loaded. In longer runs, and with
-// non-temporal stores, the order of loads and stores of different groups is the kernel's own.
+// non-temporal stores, the order of loads and stores is the kernel's own.
 #pragma once
 
 #include <stddef.h>

@@ -12,9 +12,9 @@
 
 namespace lumalane::LUMALANE_TARGET_NAME {
 
-// Whether code is to be small rather than fast. It chooses no vectors by branches: where these meet, clang
-// moves halves of registers (see mmx.h) through others and memory, which made stretches take 4 times as
-// long.
+// Whether code is to be small rather than fast. Its loops choose no vectors by branches: where these meet,
+// clang moves halves of registers (see mmx.h) through others and memory, which made stretches take 4 times
+// as long.
 #ifdef __OPTIMIZE_SIZE__
 inline constexpr bool small_code = true;
 #else
@@ -112,7 +112,7 @@ LUMALANE_INLINE bool all_in_1_to_127(bytes<n> a) {
     return all(in_1_to_127(a));
 }
 
-// Where from the first vector to vector i those at `from` are these. (Not a loop; see store_all().)
+// Where vectors 0 to i at `from` are these. (Not a loop; see store_all().)
 template <int i, int count, int n>
 LUMALANE_INLINE bytes<n> equal_at(const unsigned char *from, const vectors<count, n> &these) {
     const bytes<n> same = equal(load<n>(from + i * n), these.part[i]);

@@ -113,7 +113,9 @@ inline constexpr bool streams_by_instruction = false;
 
 template <class Vector>
 LUMALANE_INLINE void stream_by_instruction(Vector *to, Vector a) {
-#ifdef __AVX__
+#if defined(__AVX512VL__)
+    __asm__("vmovntdq %1, %0" : "=m"(*to) : "v"(a));
+#elif defined(__AVX__)
     __asm__("vmovntdq %1, %0" : "=m"(*to) : "x"(a));
 #else
     __asm__("movntdq %1, %0" : "=m"(*to) : "x"(a));

@@ -95,7 +95,7 @@ private:
     }
 
     void make_pairs(store_policy policy) const {
-        // What is beyond whole steps comes while their lines are in the cache.
+        // So many pairs at once that what is beyond whole steps finds their lines in the cache.
         constexpr ptrdiff_t in_cache = 16;
         const ptrdiff_t all = static_cast<ptrdiff_t>(pairs);
         const ptrdiff_t most = in_order ? 1 : beyond != 0 ? in_cache : all;
