@@ -51,7 +51,7 @@ private:
     std::string picture_{}; // of the table that is being printed
 };
 
-// One line: the processor with its caches, the compiler.
+// The processor with its caches, in a line; what has built this program.
 std::string machine();
 std::string compiler();
 

@@ -38,6 +38,8 @@ LUMALANE_INLINE bytes<n> narrowed(sixteenths<n> a, const Map &map) {
 
 // The samples of a plane, or of a blend, as they are.
 struct unadjusted_plane {
+    static constexpr bool adjusts = false;
+
     explicit constexpr unadjusted_plane(const plane_adjustment * = nullptr) {}
 
     template <int n>
@@ -61,6 +63,8 @@ struct unadjusted_plane {
 template <bool product_fits>
 class adjusted_plane {
 public:
+    static constexpr bool adjusts = true;
+
     explicit adjusted_plane(const plane_adjustment *by)
         : offset(by->offset), gain(rounded ? 8 * by->gain : by->gain), gain_16(32 * by->gain),
           gain_256(4 * by->gain), fraction(fill_bytes<widest>(by->rounding)),
@@ -183,6 +187,8 @@ private:
 
 // Samples as they are, on their way to a surface. (See adjusted_samples.)
 struct unadjusted_samples {
+    static constexpr bool adjusts = false, is_rare = false;
+
     explicit constexpr unadjusted_samples(const adjustment *) {}
 
     template <class Samples>
@@ -212,6 +218,8 @@ class adjusted_samples {
     using plane = adjusted_plane<product_fits>;
 
 public:
+    static constexpr bool adjusts = true, is_rare = !product_fits;
+
     explicit adjusted_samples(const adjustment *by)
         : y(&by->y), u(&by->u), v(&by->v), uv_offsets(by->u.offset, by->v.offset),
           uv_byte_offsets(plane::of_bytes(by->u.offset), plane::of_bytes(by->v.offset)) {}
@@ -295,14 +303,14 @@ LUMALANE_INLINE bool fits_15_bits(const adjustment &by) {
 struct no_gain {
     using plane = unadjusted_plane;
     using samples = unadjusted_samples;
-    static constexpr bool is_rare = false;
+    static constexpr bool is_rare = samples::is_rare;
 };
 
 template <bool product_fits>
 struct some_gain {
     using plane = adjusted_plane<product_fits>;
     using samples = adjusted_samples<product_fits>;
-    static constexpr bool is_rare = !product_fits;
+    static constexpr bool is_rare = samples::is_rare;
 };
 
 // Runs `run(gain)` with that of these that serves `by`; null: no gain.

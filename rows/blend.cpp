@@ -615,11 +615,6 @@ LUMALANE_INLINE void for_rows(const blended_planes &rows, ptrdiff_t n, const Som
     }
 }
 
-template <class Map>
-inline constexpr bool is_adjusted = true;
-template <>
-inline constexpr bool is_adjusted<const unadjusted_plane> = false;
-
 } // namespace
 
 void mix_pairs(const mixed_pairs &pairs, ptrdiff_t n) {
@@ -682,7 +677,7 @@ void blend_plane(const blended_planes &rows, ptrdiff_t n) {
                     alpha += at.alpha_next;
                 }
             };
-            for_rows<is_adjusted<decltype(map)>>(rows, n, some);
+            for_rows<decltype(map)::adjusts>(rows, n, some);
         });
     };
     with_gain(rows.by[0], [&]<class Gain>(Gain) LUMALANE_INLINE_LAMBDA {
@@ -726,7 +721,7 @@ void blend_chroma_planes(const blended_planes &rows, ptrdiff_t n) {
                     alpha += at.alpha_next;
                 }
             };
-            for_rows<is_adjusted<decltype(map_u)>>(rows, n, some);
+            for_rows<decltype(map_u)::adjusts>(rows, n, some);
         });
     };
     const plane_adjustment *const by_u = rows.by[0], *const by_v = rows.by[1]; // of one gain

@@ -17,11 +17,6 @@ namespace {
 // where that order cannot be observed (up to 1.05 times as fast). `Adjusted` is unadjusted_samples or
 // adjusted_samples<...>.
 
-template <class Adjusted>
-inline constexpr bool is_adjusted = true;
-template <>
-inline constexpr bool is_adjusted<unadjusted_samples> = false;
-
 template <class Pixels, class Adjusted>
 struct to_rgb_surface {
     static constexpr int bytes_per_pixel = Pixels::bytes_per_pixel, least = 16;
@@ -29,7 +24,7 @@ struct to_rgb_surface {
     // (With 8 registers pairs take 1.05 times as long then, and those that are not adjusted 1.04 times
     // in vectors of 64 bytes.)
     static constexpr bool makes_both_first =
-        vector_registers >= 16 && (widest < 64 || is_adjusted<Adjusted>);
+        vector_registers >= 16 && (widest < 64 || Adjusted::adjusts);
 
     using format = Pixels;
 
@@ -69,16 +64,11 @@ LUMALANE_INLINE bytes<n> load_pairs(const unsigned char *u, const unsigned char 
 }
 
 template <class Adjusted>
-inline constexpr bool is_common = true;
-template <>
-inline constexpr bool is_common<adjusted_samples<false>> = false;
-
-template <class Adjusted>
 struct to_yuy2 {
     static constexpr int bytes_per_pixel = 2, least = 8;
     // Loops of gains that are rare ask for each group; small code averages what is alike.
     static constexpr bool filters = true, may_be_apart = true, makes_both_first = false,
-                          knows = !small_code && is_common<Adjusted>;
+                          knows = !small_code && !Adjusted::is_rare;
 
     Adjusted adjusted;
 
@@ -195,8 +185,8 @@ struct row_start : row_place {
           stores(rows.stores), lower(rows.lower) {}
 };
 
-LUMALANE_INLINE row_start start_of(const planar_rows &rows) {
-    return {{rows.y, rows.u, rows.v, rows.dst, rows.y_below}, rows};
+LUMALANE_INLINE row_place place_of(const planar_rows &rows) {
+    return {rows.y, rows.u, rows.v, rows.dst, rows.y_below};
 }
 
 // Luma of the lower row of a pair, from x on.
@@ -286,7 +276,7 @@ template <class Surface>
 template <bool pair, known is, class Stores, class Surface>
 LUMALANE_INLINE void emit_rows_as(const Surface &surface, const planar_rows &rows, ptrdiff_t n,
                                   typename Surface::format format) {
-    row_start at = start_of(rows);
+    row_start at(place_of(rows), rows);
     for (ptrdiff_t k = 0; k < rows.count; ++k) {
         row_start row = at;
         for (bool more = !pair && rows.lower != lower_row::none;; more = false) {
@@ -330,31 +320,29 @@ template <class Surface>
 LUMALANE_INLINE void emit_rows(const planar_rows &rows, ptrdiff_t n,
                                typename Surface::format format = {}) {
     const Surface surface(rows.by, format);
-    const auto emit = [&]<bool pair, known is, class Stores>(Stores) LUMALANE_INLINE_LAMBDA {
-        emit_rows_as<pair, is, Stores>(surface, rows, n, format);
-    };
     const bool one_chroma = rows.chroma_below == 0;
     if (!in_turn<Surface>(rows, n)) {
         // (A loop for both rows that asks how to store is slower in the cache, by 2 to 10 %.)
         if constexpr (Surface::filters)
             if (Surface::knows && one_chroma)
-                return emit.template operator()<false, known::one_of_each>(cached{});
-        return emit.template operator()<false, known::nothing>(cached{});
+                return emit_rows_as<false, known::one_of_each, cached>(surface, rows, n, format);
+        return emit_rows_as<false, known::nothing, cached>(surface, rows, n, format);
     }
     if constexpr (Surface::filters) {
         if (one_chroma && rows.lower == lower_row::itself)
-            return emit.template operator()<true, known::one_of_each>(cached{});
+            return emit_rows_as<true, known::one_of_each, cached>(surface, rows, n, format);
         if constexpr (Surface::knows)
             if (rows.lower == lower_row::average) {
                 if (one_chroma)
-                    return emit.template operator()<true, known::average_luma>(cached{});
-                return emit.template operator()<true, known::both_averages>(cached{});
+                    return emit_rows_as<true, known::average_luma, cached>(surface, rows, n,
+                                                                           format);
+                return emit_rows_as<true, known::both_averages, cached>(surface, rows, n, format);
             }
     } else if constexpr (streams_its_pairs<Surface>) {
         if (rows.stores == store_policy::non_temporal)
-            return emit.template operator()<true, known::nothing>(non_temporal{});
+            return emit_rows_as<true, known::nothing, non_temporal>(surface, rows, n, format);
     }
-    emit.template operator()<true, known::nothing>(cached{});
+    emit_rows_as<true, known::nothing, cached>(surface, rows, n, format);
 }
 
 // Whether the lower rows are made in a strip: the loops make them of rows that are stored in turn.
@@ -521,7 +509,7 @@ void emit_yuy2_with_gaps(const planar_rows &rows, ptrdiff_t n) {
     const to_yuy2<unadjusted_samples> surface(nullptr, {});
     const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next;
     const ptrdiff_t dst_to_lower = rows.dst_below;
-    row_place at{rows.y, rows.u, rows.v, rows.dst, rows.y_below};
+    row_place at = place_of(rows);
     const auto chroma = [&]<int size>(group_of<size>, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
         return surface.chroma<size>(at.u + x / 2, at.v + x / 2, 0);
     };

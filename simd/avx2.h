@@ -174,13 +174,7 @@ LUMALANE_INLINE bytes<32> choose(bytes<32> where, bytes<32> chosen, bytes<32> ot
     return {_mm256_blendv_epi8(otherwise.v, chosen.v, where.v)};
 }
 
-// Clang, where it knows how `where` came about, negates each part of it.
-LUMALANE_INLINE bool all(bytes<32> where) {
-#ifdef __clang__
-    __asm__("" : "+x"(where.v));
-#endif
-    return _mm256_movemask_epi8(where.v) == -1;
-}
+LUMALANE_INLINE bool all(bytes<32> where) { return _mm256_movemask_epi8(hidden(where.v)) == -1; }
 
 // ---- Between bytes and words -------------------------------------------------------------------
 
