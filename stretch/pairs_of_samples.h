@@ -10,7 +10,7 @@ namespace lumalane {
 // Where rows of samples are to be made.
 struct sample_rows {
     unsigned char *y, *chroma; // chroma: of U with V behind it, or pairs of both
-    ptrdiff_t pitch;
+    ptrdiff_t pitch;           // which may lead upwards
     ptrdiff_t first; // the number of the first row of luma and of chroma: 0 are the first pair's
     ptrdiff_t y_count, chroma_count;
 };
@@ -18,14 +18,13 @@ struct sample_rows {
 // Rows of pairs and the row below the last one, which is the first one of the next pairs.
 class pairs_of_samples {
 public:
-    // `has_luma`: else it is read elsewhere.
-    pairs_of_samples(const row_kernels &kernels_, bool has_luma_)
-        : kernels(kernels_), has_luma(has_luma_) {}
+    explicit pairs_of_samples(const row_kernels &kernels) : alignment(kernels.vector_bytes) {}
 
     static constexpr ptrdiff_t most_pixels = 1920, most_of_long_rows = 640;
     // Of a run that others follow: where the width is doubled one sample more is needed, and kernels
     // take 16.
     static constexpr ptrdiff_t following = 16;
+    static_assert(following <= stack_alignment);
 
     // Calls `run(pair, count, x, n)` for rows of so many pixels, a multiple of 16: n pixels from x on, of as
     // many pairs as there is room for and as have `at_once` pixels in a row of each. Rows that are too long
@@ -49,32 +48,32 @@ public:
     // The next pairs, made by `make(rows)`. `last`: nothing lies below them.
     template <class Make>
     pair_rows take(ptrdiff_t pairs, bool last, const Make &make) {
-        unsigned char *const y = samples, *const chroma = y + (2 * most_pairs + 1) * pitch();
         const ptrdiff_t held = before != 0 ? 1 : 0, below = last ? 0 : 1;
-        if (held != 0) {
-            if (has_luma)
-                kernels.emit_plane({y + 2 * before * pitch(), y}, pitch());
-            kernels.emit_plane({chroma + before * pitch(), chroma}, pitch());
-        }
-        make(sample_rows{y + held * pitch(), chroma + held * pitch(), pitch(), held,
+        // The row below the pairs before stays where it is, and the next ones lie on their side of it.
+        y += 2 * before * to_next, chroma += before * to_next;
+        if (held != 0)
+            to_next = -to_next;
+        make(sample_rows{y + held * to_next, chroma + held * to_next, to_next, held,
                          2 * pairs + below - held, pairs + below - held});
         before = pairs;
-        return {y, chroma, chroma + pixels / 2, pitch(), pitch(), pitch(), 2 * pitch(), pitch()};
+        return {y, chroma, chroma + pixels / 2, to_next, to_next, to_next, 2 * to_next, to_next};
     }
 
 private:
     // Nothing of earlier pairs is held.
     void begin(ptrdiff_t pixels_) {
         pixels = pixels_, before = 0;
-        most_pairs = (static_cast<ptrdiff_t>(sizeof(samples)) / pitch() - 2) / 3;
+        to_next = (pixels + following + alignment - 1) / alignment * alignment;
+        most_pairs = (static_cast<ptrdiff_t>(sizeof(samples)) / to_next - 2) / 3;
+        y = samples, chroma = y + (2 * most_pairs + 1) * to_next;
     }
 
-    ptrdiff_t pitch() const { return pixels + following; }
-
-    const row_kernels &kernels;
-    const bool has_luma;
-    ptrdiff_t pixels = 0, before = 0, most_pairs = 0;
-    alignas(stack_alignment) unsigned char samples[5 * (most_pixels + following)];
+    const int alignment; // of rows of samples
+    ptrdiff_t pixels = 0, most_pairs = 0;
+    unsigned char *y = nullptr, *chroma = nullptr; // of the first pair
+    ptrdiff_t to_next = 0;                         // row
+    ptrdiff_t before = 0;                          // pairs
+    alignas(stack_alignment) unsigned char samples[5 * (most_pixels + stack_alignment)];
 };
 
 // Kernels that double the width read one pair of U and V more: at the end of a row the last one.

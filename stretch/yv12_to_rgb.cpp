@@ -139,7 +139,7 @@ void stretch_rows(const row_kernels &kernels, const columns_of_pairs &columns,
                         2 * columns.y_pitch,
                         columns.chroma_pitch};
     const ptrdiff_t pairs = static_cast<ptrdiff_t>(columns.pairs), dst_pitch = columns.dst_pitch;
-    pairs_of_samples samples(kernels, true);
+    pairs_of_samples samples(kernels);
     samples.in_pieces(
         columns.pixels, pairs, rows_between::most_pixels,
         [&](ptrdiff_t pair, ptrdiff_t count, ptrdiff_t x, ptrdiff_t n) {
