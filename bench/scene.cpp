@@ -43,9 +43,10 @@ std::ostream &operator<<(std::ostream &out, size picture) {
 std::istream &operator>>(std::istream &in, size &picture) {
     char times = 0;
     in >> picture.width >> times >> picture.height;
-    // Of other widths some functions write past the buffers, and some never end; many make pairs of rows.
+    // Of other widths some functions write past the buffers, and some never end; many make pairs of rows,
+    // and some three steps of 16 pixels or two groups of four rows at least.
     const bool whole = picture.width % 16 == 0 && picture.height % 2 == 0;
-    if (times != 'x' || picture.width <= 0 || picture.height <= 0 || !whole)
+    if (times != 'x' || picture.width < 48 || picture.height < 8 || !whole)
         in.setstate(std::ios::failbit);
     return in;
 }
