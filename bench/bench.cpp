@@ -303,7 +303,7 @@ std::pair<std::string, std::string> split(const std::string &text, char separato
 
 void describe(CLI::App &app, options &options) {
     app.add_option("--sizes", options.pictures,
-                   "instead of the usual four: multiples of 16 wide and of 2 high, 48x8 at least")
+                   "instead of the usual four: multiples of 16 wide and of 4 high, 48x16 at least")
         ->delimiter(',')
         ->type_name("WIDTHxHEIGHT,...");
     app.add_option("--filter", options.filter, "only the matching, as 1920x1080/.*rgb32$")

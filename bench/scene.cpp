@@ -43,10 +43,11 @@ std::ostream &operator<<(std::ostream &out, size picture) {
 std::istream &operator>>(std::istream &in, size &picture) {
     char times = 0;
     in >> picture.width >> times >> picture.height;
-    // Of other widths some functions write past the buffers, and some never end; many make pairs of rows,
-    // and some three steps of 16 pixels or two groups of four rows at least.
-    const bool whole = picture.width % 16 == 0 && picture.height % 2 == 0;
-    if (times != 'x' || picture.width < 48 || picture.height < 8 || !whole)
+    // Of other widths some functions write past the buffers, and some never end; of other heights mixes of
+    // fields begin later columns lower or higher. Rows between two of a frame have 48 pixels at least;
+    // below 16 rows some stretches make nothing.
+    const bool whole = picture.width % 16 == 0 && picture.height % 4 == 0;
+    if (times != 'x' || picture.width < 48 || picture.height < 16 || !whole)
         in.setstate(std::ios::failbit);
     return in;
 }

@@ -30,7 +30,7 @@ struct size {
     double pixels() const { return double(width) * height; }
 };
 
-// "320x240", out and in. What is read is a multiple of 16 wide and of 2 high, and 48x8 at least.
+// "320x240", out and in. What is read is a multiple of 16 wide and of 4 high, and 48x16 at least.
 std::ostream &operator<<(std::ostream &out, size picture);
 std::istream &operator>>(std::istream &in, size &picture);
 

@@ -511,16 +511,22 @@ LUMALANE_INLINE ptrdiff_t pairs_in_turn(ptrdiff_t n) {
     }
 }
 
+// (By itself: other gains need the stack.)
+[[gnu::noinline]] void mix_by_maps(const mixed_pairs &pairs, ptrdiff_t n, blending *blend) {
+    const pair_maps maps(*pairs.by);
+    mix(pairs, n, blend, &maps);
+}
+
 // Gains that are rare are done in the strip.
 [[gnu::noinline]] void mix(const mixed_pairs &pairs, ptrdiff_t n, blending *blend,
                            blending *blend_into_strip) {
-    const adjustment *const by = pairs.by;
-    if (!by)
-        return mix(pairs, n, blend, static_cast<const pair_maps *>(nullptr));
-    if (!fits_15_bits(*by))
-        return mix(pairs, n, blend_into_strip, static_cast<const pair_maps *>(nullptr));
-    const pair_maps maps(*by);
-    mix(pairs, n, blend, &maps);
+    const pair_maps *const none = nullptr;
+    if (!pairs.by)
+        mix(pairs, n, blend, none);
+    else if (!fits_15_bits(*pairs.by))
+        mix(pairs, n, blend_into_strip, none);
+    else
+        mix_by_maps(pairs, n, blend);
 }
 
 template <class Surface>

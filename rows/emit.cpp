@@ -435,6 +435,27 @@ LUMALANE_INLINE bool makes_lower_rows(const planar_rows &rows) {
     }
 }
 
+// Every kind of row but those above, which come back here: by themselves, or what their loops keep on the
+// stack would stand on it several times.
+
+template <class Pixels>
+[[gnu::noinline]] void emit_rgb_rows(row_kernel::planar_to_surface *itself, const planar_rows &rows,
+                                     ptrdiff_t n, Pixels format) {
+    with_gain(rows.by, [&]<class Gain>(Gain) LUMALANE_INLINE_LAMBDA {
+        if constexpr (Gain::is_rare)
+            emit_in_strips(itself, Pixels::bytes_per_pixel, rows, n);
+        else
+            emit_rows<to_rgb_surface<Pixels, typename Gain::samples>>(rows, n, format);
+    });
+}
+
+template <template <class> class Surface>
+[[gnu::noinline]] void emit_yuv_rows(const planar_rows &rows, ptrdiff_t n) {
+    with_gain(rows.by, [&]<class Gain>(Gain) LUMALANE_INLINE_LAMBDA {
+        emit_rows<Surface<typename Gain::samples>>(rows, n);
+    });
+}
+
 template <class Pixels>
 LUMALANE_INLINE void emit_rgb(row_kernel::planar_to_surface *itself, const planar_rows &rows,
                               ptrdiff_t n, Pixels format = {}) {
@@ -443,12 +464,7 @@ LUMALANE_INLINE void emit_rgb(row_kernel::planar_to_surface *itself, const plana
     else if (makes_lower_rows(rows))
         emit_with_lower_rows(itself, Pixels::bytes_per_pixel, rows, n);
     else
-        with_gain(rows.by, [&]<class Gain>(Gain) LUMALANE_INLINE_LAMBDA {
-            if constexpr (Gain::is_rare)
-                emit_in_strips(itself, Pixels::bytes_per_pixel, rows, n);
-            else
-                emit_rows<to_rgb_surface<Pixels, typename Gain::samples>>(rows, n, format);
-        });
+        emit_rgb_rows(itself, rows, n, format);
 }
 
 [[gnu::noinline]] void emit_rare_rgb16(row_kernel::planar_to_surface *itself,
@@ -462,9 +478,7 @@ LUMALANE_INLINE void emit_yuv(row_kernel::planar_to_surface *itself, const plana
     if (makes_lower_rows(rows))
         emit_with_lower_rows(itself, Surface<unadjusted_samples>::bytes_per_pixel, rows, n);
     else
-        with_gain(rows.by, [&]<class Gain>(Gain) LUMALANE_INLINE_LAMBDA {
-            emit_rows<Surface<typename Gain::samples>>(rows, n);
-        });
+        emit_yuv_rows<Surface>(rows, n);
 }
 
 } // namespace

@@ -24,8 +24,9 @@ inline void double_by_samples(const row_kernels &kernels, doubled_pairs doubled,
                 // Kernels that double the width read one sample and one pair of U and V more.
                 for (ptrdiff_t i = 0; i < to.chroma_count; ++i)
                     repeat_last_pair(to.chroma + i * to.pitch + n);
-                for (ptrdiff_t i = 0; !luma && i < to.y_count; ++i)
-                    to.y[i * to.pitch + n] = to.y[i * to.pitch + n - 1];
+                if (!luma)
+                    for (ptrdiff_t i = 0; i < to.y_count; ++i)
+                        to.y[i * to.pitch + n] = to.y[i * to.pitch + n - 1];
             });
             if (luma) {
                 const pair_rows from = luma->after(pair, x);

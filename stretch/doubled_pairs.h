@@ -28,10 +28,11 @@ public:
     // How many pairs of such rows come at a time: their source stays in the first-level cache.
     static constexpr ptrdiff_t most(ptrdiff_t pixels) { return pixels < 8192 ? 8192 / pixels : 1; }
 
-    // n pixels of so many pairs. `at_end`: of the row; `last`: nothing lies below the last pair.
-    void emit(unsigned char *dst, const pair_rows &at, ptrdiff_t pairs, ptrdiff_t n, bool at_end,
-              bool last) {
-        rows.y_below = at.y_below, rows.dst_below = dst_pitch, rows.repeats_last = at_end;
+    // n pixels of so many pairs. `repeats_last`: luma has nothing after them; `last`: nothing lies below the
+    // last pair.
+    void emit(unsigned char *dst, const pair_rows &at, ptrdiff_t pairs, ptrdiff_t n,
+              bool repeats_last, bool last) {
+        rows.y_below = at.y_below, rows.dst_below = dst_pitch, rows.repeats_last = repeats_last;
         rows.y_next = at.y_next, rows.chroma_next = at.chroma_next, rows.dst_next = 4 * dst_pitch;
         const ptrdiff_t with_below = last ? pairs - 1 : pairs;
         if (in_turn) {

@@ -18,13 +18,14 @@ struct sample_rows {
 // Rows of pairs and the row below the last one, which is the first one of the next pairs.
 class pairs_of_samples {
 public:
-    explicit pairs_of_samples(const row_kernels &kernels) : alignment(kernels.vector_bytes) {}
+    explicit pairs_of_samples(const row_kernels &kernels)
+        : alignment(kernels.vector_bytes < stack_alignment ? kernels.vector_bytes
+                                                           : stack_alignment) {}
 
     static constexpr ptrdiff_t most_pixels = 1920, most_of_long_rows = 640;
-    // Of a run that others follow: where the width is doubled one sample more is needed, and kernels
-    // take 16.
+    // Where the width is doubled kernels read one sample more, at the end of a row the last one once
+    // more. Of a run that others follow 16 are made: kernels take so many.
     static constexpr ptrdiff_t following = 16;
-    static_assert(following <= stack_alignment);
 
     // Calls `run(pair, count, x, n)` for rows of so many pixels, a multiple of 16: n pixels from x on, of as
     // many pairs as there is room for and as have `at_once` pixels in a row of each. Rows that are too long
@@ -49,7 +50,8 @@ public:
     template <class Make>
     pair_rows take(ptrdiff_t pairs, bool last, const Make &make) {
         const ptrdiff_t held = before != 0 ? 1 : 0, below = last ? 0 : 1;
-        // The row below the pairs before stays where it is, and the next ones lie on their side of it.
+        // The row below the pairs before stays where it is; the next ones take the place of those, in the
+        // other direction.
         y += 2 * before * to_next, chroma += before * to_next;
         if (held != 0)
             to_next = -to_next;
@@ -63,16 +65,18 @@ private:
     // Nothing of earlier pairs is held.
     void begin(ptrdiff_t pixels_) {
         pixels = pixels_, before = 0;
-        to_next = (pixels + following + alignment - 1) / alignment * alignment;
+        to_next = (pixels + following + alignment - 1) & -alignment;
         most_pairs = (static_cast<ptrdiff_t>(sizeof(samples)) / to_next - 2) / 3;
         y = samples, chroma = y + (2 * most_pairs + 1) * to_next;
     }
 
-    const int alignment; // of rows of samples
+    const ptrdiff_t alignment; // of rows
     ptrdiff_t pixels = 0, most_pairs = 0;
     unsigned char *y = nullptr, *chroma = nullptr; // of the first pair
-    ptrdiff_t to_next = 0;                         // row
-    ptrdiff_t before = 0;                          // pairs
+    ptrdiff_t to_next = 0; // from a row to the next one: upwards for every second run of pairs
+    ptrdiff_t before = 0;  // pairs taken, of which the row below is held
+    // There is room for five rows of that many pixels, a pair and what lies below, however they are aligned.
+    static_assert(most_pixels % stack_alignment == 0 && following <= stack_alignment);
     alignas(stack_alignment) unsigned char samples[5 * (most_pixels + stack_alignment)];
 };
 

@@ -172,6 +172,15 @@ void stretch_rows(const row_kernels &kernels, const columns_of_pairs &columns,
         });
 }
 
+// (By itself: what it holds would stand on the stack of rows that are not stored in order, too.)
+[[gnu::noinline]] void stretch_columns(const row_kernels &kernels, const columns_of_pairs &columns,
+                                       const planar_to_surface &surface, const adjustment &by,
+                                       ptrdiff_t pixels) {
+    columns_in_order in_turn(kernels, columns, surface, by);
+    for (ptrdiff_t x = 0; x < pixels; x += step)
+        in_turn.stretch();
+}
+
 void stretch(const machine &machine, const call::picture &p, const planar_to_surface &surface,
              ptrdiff_t pixels) {
     const columns_of_pairs columns(p, surface.bytes_per_pixel, pixels);
@@ -181,11 +190,10 @@ void stretch(const machine &machine, const call::picture &p, const planar_to_sur
         machine, p.dst, p.dst_pitch, 4 * columns.pairs * pixels * surface.bytes_per_pixel, in_order,
         surface.bound == bound_by::arithmetic ? surface.bound : bound_by::arithmetic_and_stores);
     const adjustment by = current_adjustment();
-    if (!in_order)
-        return stretch_rows(machine.rows, columns, surface, by, stores);
-    columns_in_order in_turn(machine.rows, columns, surface, by);
-    for (ptrdiff_t x = 0; x < pixels; x += step)
-        in_turn.stretch();
+    if (in_order)
+        stretch_columns(machine.rows, columns, surface, by, pixels);
+    else
+        stretch_rows(machine.rows, columns, surface, by, stores);
 }
 
 // quirk: columns are counted down to 0, which other widths do not come to before memory ends (so there

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include <ucontext.h>
@@ -63,17 +64,20 @@ TEST_P(stack_test, calls_need_no_more_than_promised) {
     struct order {
         const lumalane::target *target;
         bool in_order;
+        unsigned cache_bytes; // with 1 surfaces are stored around the cache
         std::size_t used = 0;
     };
     std::vector<order> orders;
     for (const lumalane::target *target : tests::runnable_targets())
-        for (const bool in_order : {false, true})
-            orders.push_back({target, in_order});
+        for (const auto &[in_order, cache_bytes] :
+             {std::pair{false, 0u}, std::pair{false, 1u}, std::pair{true, 0u}})
+            orders.push_back({target, in_order, cache_bytes});
     std::vector<differential::target> measured;
     for (order &o : orders)
         measured.push_back({measured_functions, [&o] {
                                 lumalane::force(*o.target);
                                 lumalane::force_in_order(o.in_order);
+                                lumalane::assume_last_level_cache(o.cache_bytes);
                                 used = &o.used;
                             }});
     const differential::outcome result = differential::run(GetParam(), measured, {.cases = 20});
@@ -82,7 +86,10 @@ TEST_P(stack_test, calls_need_no_more_than_promised) {
         EXPECT_GT(o.used, entry);
         EXPECT_LE(o.used - entry, most);
         std::printf("%s, %s%s: %zu bytes\n", GetParam().name, o.target->name,
-                    o.in_order ? ", in order" : "", o.used - entry);
+                    o.in_order           ? ", in order"
+                    : o.cache_bytes != 0 ? ", around the cache"
+                                         : "",
+                    o.used - entry);
     }
 }
 
