@@ -10,7 +10,8 @@
 // What a kernel is told comes in records that were stored just before: kernels load each field by itself,
 // and copy no record, for a wide load would have to wait until all fields are in the cache.
 //
-// Of several rows that it is told, each goes to a place of its own.
+// Of several rows that it is told, each goes to a place of its own. Distances from row to row may be
+// negative.
 //
 // A run of one group with cached stores is what a step of the promised loops is, also where its source
 // and its destination overlap: all that is needed of a row is loaded before any of it is stored, and

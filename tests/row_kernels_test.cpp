@@ -134,7 +134,7 @@ protected:
         return GetParam().draw({GetParam().facts, n, number++, randomness});
     }
 
-    // Each row in a region of its own, its first byte where `place(region, row, index)` says.
+    // Each row in a region of its own, its lowest byte where `place(region, row, index)` says.
     template <class Place>
     layout in_regions(const char *name, const row_call &call, const Place &place) {
         layout l{name, {}, {}, {}};
@@ -151,7 +151,7 @@ protected:
             const model::address first = place(region, row, i);
             const model::address begin = std::max(region.begin(), first - margin);
             const model::address end = std::min(region.end(), first + row.extent() + margin);
-            l.at.push_back(reinterpret_cast<unsigned char *>(first));
+            l.at.push_back(reinterpret_cast<unsigned char *>(first) + row.offset());
             l.window_of.push_back(l.windows.size());
             l.windows.push_back({reinterpret_cast<unsigned char *>(begin), bytes(end - begin), {}});
         }
@@ -194,7 +194,8 @@ protected:
         unsigned char *const first = reinterpret_cast<unsigned char *>(untouched.begin());
         for (const row &row : call.rows) {
             const int at = randomness.between(0, static_cast<int>(2 * size));
-            l.at.push_back(first + margin + (row.written ? at & -call.alignment : at));
+            l.at.push_back(first + margin + (row.written ? at & -call.alignment : at) +
+                           (row.size == 0 ? 0 : row.offset()));
             l.window_of.push_back(0);
         }
         l.windows.push_back({first, bytes(3 * size + 2 * margin), {}});

@@ -37,7 +37,8 @@ int alignment_for(lumalane::store_policy stores) {
 
 std::ptrdiff_t draw_pitch(random &r, std::ptrdiff_t size, int alignment) {
     const std::ptrdiff_t pitch = size + (r.one_in(2) ? 0 : r.between(0, 70));
-    return (pitch + alignment - 1) & -alignment;
+    const std::ptrdiff_t aligned = (pitch + alignment - 1) & -alignment;
+    return r.one_in(4) ? -aligned : aligned;
 }
 
 bytes draw_alpha(random &r, std::ptrdiff_t size) {

@@ -59,7 +59,7 @@ lumalane::adjustment draw_adjustment(random &);
 // What rows of such stores are aligned to: for the widest target, and so for all.
 int alignment_for(lumalane::store_policy);
 
-// From row to row of so many bytes.
+// From row to row of so many bytes, now and then upwards.
 std::ptrdiff_t draw_pitch(random &, std::ptrdiff_t size, int alignment = 1);
 
 // Alpha with stretches of one kind: nothing, some, opaque, anything.

@@ -1,5 +1,6 @@
 // Kernels that lay a subpicture over the video.
 #include <algorithm>
+#include <cstdlib>
 
 #include "tests/rows/draw.h"
 
@@ -86,7 +87,8 @@ row_call draw_mixing_pairs(const wanted_call &wanted,
     };
     const std::ptrdiff_t y_next = draw_pitch(r, n);
     const std::ptrdiff_t chroma_next = draw_pitch(r, n / 2);
-    const std::ptrdiff_t sub_next = draw_pitch(r, n);
+    const std::ptrdiff_t sub_next =
+        std::abs(draw_pitch(r, n)); // alpha is drawn from its lowest byte on
     const std::ptrdiff_t sub_chroma_next = draw_pitch(r, n / 2);
     const std::ptrdiff_t dst_next = draw_pitch(r, row_bytes, alignment_for(stores));
     // Rows of their own, and some pairs without the subpicture.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdlib>
 #include <functional>
 #include <string>
 #include <vector>
@@ -12,7 +13,8 @@ namespace row_tests {
 
 using bytes = std::vector<unsigned char>;
 
-// A row of a call, or as many as it is made for, a pitch apart. No kernel touches a byte outside.
+// A row of a call, or as many as it is made for, a pitch apart, upwards if that is negative. No kernel
+// touches a byte outside.
 struct row {
     const char *name;
     std::ptrdiff_t size; // bytes; 0: not touched
@@ -21,7 +23,9 @@ struct row {
     bool written = false;
     bytes held = {}; // before the call, in the place of random bytes: of every row `size`
 
-    std::ptrdiff_t extent() const { return size == 0 ? 0 : (count - 1) * pitch + size; }
+    std::ptrdiff_t extent() const { return size == 0 ? 0 : (count - 1) * std::abs(pitch) + size; }
+    // Of the first row, from the lowest byte on.
+    std::ptrdiff_t offset() const { return pitch < 0 ? (count - 1) * -pitch : 0; }
 };
 
 // What the rows hold while it is worked out what a call should make of them.
