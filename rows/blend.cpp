@@ -121,7 +121,7 @@ struct pair_strip {
 };
 
 // Of rows of n pixels. (Those of chroma begin in the middle of lines of the cache, too.)
-LUMALANE_INLINE ptrdiff_t pitch_of_strip(ptrdiff_t n) { return (n + cache_line - 1) & -cache_line; }
+LUMALANE_INLINE ptrdiff_t pitch_of_strip(ptrdiff_t n) { return rounded_up(n, cache_line); }
 
 // Both rows of a pair. (Where there are 8 registers row by row, the upper one averaged with itself: in
 // one loop they take 1.6 times as long there.)
@@ -365,7 +365,7 @@ constexpr ptrdiff_t most_clear_pixels = 4096;
 
 LUMALANE_INLINE ptrdiff_t most_clear_pairs(ptrdiff_t n) {
     constexpr ptrdiff_t whole_lines = 128; // of chroma
-    const ptrdiff_t row = (n + whole_lines - 1) / whole_lines * whole_lines;
+    const ptrdiff_t row = rounded_up(n, whole_lines);
     return row == 0 ? 1 : most_clear_pixels / row;
 }
 

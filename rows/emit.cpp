@@ -418,7 +418,7 @@ LUMALANE_INLINE bool makes_lower_rows(const planar_rows &rows) {
     planar_rows rows = told;
     rows.u = u, rows.v = v, rows.chroma_below = 0;
     for (ptrdiff_t left = told.count, first = 0; left > 0;) {
-        const ptrdiff_t pitch = (n / 2 + cache_line - 1) & -cache_line;
+        const ptrdiff_t pitch = rounded_up(n / 2, cache_line);
         const ptrdiff_t most = pitch > 0 && pitch <= strip / 2 ? strip / pitch : 1;
         rows.count = left < most ? left : most;
         rows.chroma_next = pitch;
@@ -467,11 +467,6 @@ LUMALANE_INLINE void emit_rgb(row_kernel::planar_to_surface *itself, const plana
         emit_rgb_rows(itself, rows, n, format);
 }
 
-[[gnu::noinline]] void emit_rare_rgb16(row_kernel::planar_to_surface *itself,
-                                       const planar_rows &rows, ptrdiff_t n, rare_rgb16 layout) {
-    emit_rgb<rare_rgb16>(itself, rows, n, layout);
-}
-
 template <template <class> class Surface>
 LUMALANE_INLINE void emit_yuv(row_kernel::planar_to_surface *itself, const planar_rows &rows,
                               ptrdiff_t n) {
@@ -492,15 +487,15 @@ void emit_rgb16_565(const planar_rows &rows, ptrdiff_t n) {
 }
 
 void emit_rgb16_555(const planar_rows &rows, ptrdiff_t n) {
-    emit_rare_rgb16(emit_rgb16_555, rows, n, {rare_rgb16::rgb_555});
+    emit_rgb<rare_rgb16>(emit_rgb16_555, rows, n, {rare_rgb16::rgb_555});
 }
 
 void emit_rgb16_664(const planar_rows &rows, ptrdiff_t n) {
-    emit_rare_rgb16(emit_rgb16_664, rows, n, {rare_rgb16::rgb_664});
+    emit_rgb<rare_rgb16>(emit_rgb16_664, rows, n, {rare_rgb16::rgb_664});
 }
 
 void emit_rgb16_655(const planar_rows &rows, ptrdiff_t n) {
-    emit_rare_rgb16(emit_rgb16_655, rows, n, {rare_rgb16::rgb_655});
+    emit_rgb<rare_rgb16>(emit_rgb16_655, rows, n, {rare_rgb16::rgb_655});
 }
 
 void emit_yuy2(const planar_rows &rows, ptrdiff_t n) { emit_yuv<to_yuy2>(emit_yuy2, rows, n); }

@@ -65,7 +65,7 @@ private:
     // Nothing of earlier pairs is held.
     void begin(ptrdiff_t pixels_) {
         pixels = pixels_, before = 0;
-        to_next = (pixels + following + alignment - 1) & -alignment;
+        to_next = rounded_up(pixels + following, alignment);
         most_pairs = (static_cast<ptrdiff_t>(sizeof(samples)) / to_next - 2) / 3;
         y = samples, chroma = y + (2 * most_pairs + 1) * to_next;
     }
