@@ -202,7 +202,7 @@ class run_of_key {
 
 public:
     run_of_key(unsigned key, const pattern &pixels)
-        : key_pixels(first_vectors<count, widest>(pixels)), possible(Surface::can_be_of(key)) {}
+        : key_pixels(pattern_vectors<count, widest>(pixels)), possible(Surface::can_be_of(key)) {}
 
     LUMALANE_INLINE bool is_at(const unsigned char *from) const {
         // (Where `possible` is asked first, gcc makes loops that take 1.1 times as long.)

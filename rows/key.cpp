@@ -11,7 +11,7 @@ namespace {
 template <class Stores>
 LUMALANE_INLINE void fill_row(unsigned char *dst, ptrdiff_t count, const pattern &with) {
     constexpr ptrdiff_t size = 3 * widest;
-    const vectors<3, widest> pieces = first_vectors<3, widest>(with);
+    const vectors<3, widest> pieces = pattern_vectors<3, widest>(with);
     ptrdiff_t x = 0;
     for (; x + 2 * size <= count; x += 2 * size) {
         if constexpr (Stores::takes_lines)
@@ -53,7 +53,7 @@ LUMALANE_INLINE rgb_pixels<n / 2> keyed(const rgb_pixels<n / 2> &pixels, bytes<n
 template <int m, int size>
 [[gnu::noinline]] ptrdiff_t emit_clear(unsigned char *dst, const unsigned char *alpha, ptrdiff_t n,
                                        const pattern &key_pixels, store_policy stores) {
-    const vectors<size, m> pixels = first_vectors<size, m>(key_pixels);
+    const vectors<size, m> pixels = pattern_vectors<size, m>(key_pixels);
     ptrdiff_t x = 0;
     with_stores(stores, [&](auto policy) LUMALANE_INLINE_LAMBDA {
         const auto store_group = [&]() LUMALANE_INLINE_LAMBDA {
