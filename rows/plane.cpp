@@ -94,6 +94,8 @@ void emit_plane(const plane_rows &rows, ptrdiff_t n) {
 void emit_half_plane(const plane_rows &rows, ptrdiff_t n) {
     with_adjustment(rows.by, [&](const auto map) LUMALANE_INLINE_LAMBDA {
         store_rows<2>(rows, n, [=]<int size>(const unsigned char *src) LUMALANE_INLINE_LAMBDA {
+            if constexpr (2 * size >= cache_line)
+                fetch_source<2 * size>(src);
             return map(load_odd<1, size>(src));
         });
     });
