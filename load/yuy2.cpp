@@ -24,9 +24,12 @@ struct packed_pairs {
     packed_pairs(const call::picture &p, int step, int bytes_per_pixel)
         : src(p.src), dst(p.dst), pairs(static_cast<ptrdiff_t>(steps_of(p.height, 2))),
           pixels(whole_steps(p.width, static_cast<unsigned>(step))),
-          src_to_lower(twice(p.src_pitch)), src_to_next(twice(twice(p.src_pitch))),
-          dst_to_lower(p.dst_pitch), dst_to_next(twice(p.dst_pitch)),
+          src_to_lower(twice(p.src_pitch)), dst_to_lower(p.dst_pitch),
           row_bytes(pixels * bytes_per_pixel) {
+        // What wraps is the way from the end of a row to the next pair.
+        const int src_row = twice(p.width), dst_row = product(p.width, bytes_per_pixel);
+        src_to_next = src_row + ptrdiff_t{difference(twice(twice(p.src_pitch)), src_row)};
+        dst_to_next = dst_row + ptrdiff_t{difference(twice(p.dst_pitch), dst_row)};
         if (p.width == 0)
             src_to_next += 2 * pixels, dst_to_next += row_bytes;
     }

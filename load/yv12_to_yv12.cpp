@@ -163,12 +163,12 @@ struct copied_planes {
 
 // Rows overlap here by what is promised, each covering what earlier ones left in its way; of that
 // only what remains in the end is copied where nothing else tells the order of the stores. It can be
-// observed where rows drift, halves of pitches are rounded, the rows of a pass overlap, or something
-// is read that was written.
+// observed where rows drift, halves of pitches are rounded, the rows of a pass overlap, U is not where
+// it should be because a product wraps, or something is read that was written.
 bool order_of_copy_can_be_observed(const call::picture &p) {
     if (p.width <= 0 || p.width % 16 != 0 || p.height <= 0 || p.height % 2 != 0 ||
         p.src_pitch < p.width || p.src_pitch % 8 != 0 || p.dst_pitch < p.width ||
-        p.dst_pitch % 2 != 0)
+        p.dst_pitch % 2 != 0 || product(p.height, p.dst_pitch) != 1LL * p.height * p.dst_pitch)
         return true;
     call_rows rows = rows_at(p);
     detail::rows_of_copy(sizes_of(p), rows);
