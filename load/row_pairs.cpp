@@ -42,8 +42,9 @@ row_pairs::row_pairs(const call::picture &p, int bytes_per_pixel, pair_order ord
         dst_to_next = 2 * dst_to_lower;
     }
     chroma_to_next = chroma_to_lower + pixels / 2 + (difference(p.src_pitch, p.width) >> 1);
+    // Pointers that are not read may be null, to which nothing may be added.
     if (chroma == chroma_is::unread)
-        chroma_to_lower = chroma_to_next = 0;
+        u = v = y, chroma_to_lower = chroma_to_next = 0;
 }
 
 bool order_can_be_observed(const call::picture &p, int bytes_per_pixel, pair_order order,

@@ -501,9 +501,7 @@ void emit_rgb16_655(const planar_rows &rows, ptrdiff_t n) {
 void emit_yuy2(const planar_rows &rows, ptrdiff_t n) { emit_yuv<to_yuy2>(emit_yuy2, rows, n); }
 
 void emit_mono_yuy2(const planar_rows &rows, ptrdiff_t n) {
-    planar_rows mono = rows;
-    mono.u = mono.v = rows.y; // theirs may be null, to which nothing may be added
-    emit_yuv<to_mono_yuy2>(emit_mono_yuy2, mono, n);
+    emit_yuv<to_mono_yuy2>(emit_mono_yuy2, rows, n);
 }
 
 void emit_half_yuy2(const planar_rows &rows, ptrdiff_t n) {

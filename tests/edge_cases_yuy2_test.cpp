@@ -124,6 +124,10 @@ TEST_P(yuy2_surface, the_grey_form_never_reads_chroma_and_writes_128) {
     for (int i = 0; i < 32; ++i)
         expected.insert(expected.end(), {105, 128});
     EXPECT_EQ(written(64), expected);
+    // Nor is anything added to null pointers, step by step either: the rows overlap.
+    wipe();
+    loadimage_yuy2_mono_ajust(y.data(), nullptr, nullptr, dst.data(), 32, 2, 32, 0, nullptr);
+    EXPECT_EQ(written(64), expected);
 }
 
 // ---- Half the size -----------------------------------------------------------------------------
