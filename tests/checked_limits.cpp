@@ -217,6 +217,18 @@ TEST(checked_limits, are_those_of_the_manual) {
 #undef LUMALANE_EXPORT
 }
 
+// Where a column ends, the row below begins: also for heights after which columns do not join.
+TEST(checked_limits, of_strides_of_columns_are_whole_steps) {
+    for (int height = 12; height < 20; ++height) {
+        const limited<lumalane::picture_function, lumalane::picture_call> stretches{
+            functions::strech_picture_1X2_yuy2_ajust_rgb32, {20, height, 64, 4 * 32}};
+        stretches.stride(&lumalane::picture_call::dst_pitch, "dst_pitch", 4 * 32);
+        const limited<lumalane::mix_function, lumalane::mix_call> mixes{
+            functions::mix_ayuy2_rgb24_i_ajust, {64, 64, 3 * 32, 20, height}};
+        mixes.stride(&lumalane::mix_call::dst_pitch, "dst_pitch", 3 * 32);
+    }
+}
+
 TEST(checked_limits, of_layouts_are_four) {
     for (unsigned layout = 0; layout < 6; ++layout) {
         const error expected = layout < 4 ? error::none : error::unknown_rgb16_layout;

@@ -165,9 +165,11 @@ constexpr status check_numbers(const picture_function &f, const picture_call &c)
     }
     // Source rows that are one continuous run have no stride.
     check.stride("src_pitch", c.src_pitch, f.shape == picture_shape::adjusted_copy ? 0 : c.width);
-    check.stride("dst_pitch", c.dst_pitch,
-                 f.shape == picture_shape::halved_copy ? half(c.width)
-                                                       : number{f.bytes_per_pixel} * c.width);
+    // Columns are whole steps; how far rows drift is told by their sets.
+    const number pixels = f.shape == picture_shape::halved_copy       ? half(c.width)
+                          : f.shape == picture_shape::doubled_columns ? whole(c.width, 16)
+                                                                      : c.width;
+    check.stride("dst_pitch", c.dst_pitch, f.bytes_per_pixel * pixels);
     if (f.reads_layout)
         check.layout(c.rgb16_layout);
     return check.found;
@@ -188,7 +190,8 @@ constexpr status check_numbers(const mix_function &f, const mix_call &c) {
         check.allowed("sub_pitch", c.sub_pitch >= 0);
     if (!subpicture && !transfer)
         check.stride("sub_pitch", c.sub_pitch, width);
-    check.stride("dst_pitch", c.dst_pitch, number{f.bytes_per_pixel} * width);
+    const number pixels = f.shape == mix_shape::field_columns ? whole(width, 16) : width;
+    check.stride("dst_pitch", c.dst_pitch, f.bytes_per_pixel * pixels);
     if (f.reads_layout)
         check.layout(c.rgb16_layout);
     return check.found;
