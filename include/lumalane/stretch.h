@@ -90,7 +90,7 @@ inline stretcher stretcher_of(format from, format to, stretching how, bool adjus
         t.adjusts = adjusts;
         t.least_width = 32;
         t.least_rows = adjusts ? 8 : 16;
-    } else if (!planar) {
+    } else if (!planar || how < stretching::twice_height || how > stretching::along_edges) {
         return t;
     } else if (how == stretching::along_edges) {
         t.is = to == format::yuy2 ? stretcher::kind::frame : stretcher::kind::none;

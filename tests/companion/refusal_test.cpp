@@ -145,6 +145,16 @@ TEST_F(refusal, of_pairs_that_no_function_serves) {
     nothing_is_written();
 }
 
+TEST_F(refusal, of_ways_to_stretch_that_do_not_exist) {
+    const lumalane::picture yuy2 =
+        lumalane::packed_planes(format::yuy2, width, 2 * height, destination_memory.data());
+    for (const int how : {-1, 3}) {
+        const lumalane::status s = lumalane::stretch(source, yuy2, static_cast<stretching>(how));
+        EXPECT_EQ(s.code, error::unsupported_formats) << how;
+    }
+    nothing_is_written();
+}
+
 TEST_F(refusal, of_source_and_destination_that_share_a_byte) {
     // The last byte of the last plane, the first one of the destination.
     const lumalane::picture to = lumalane::packed_planes(
