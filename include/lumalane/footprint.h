@@ -485,6 +485,8 @@ constexpr void records_of(const mix_function &f, const mix_call &c, Receiver &to
         if (c.rgb16_layout > 3)
             return;
     }
+    if (f.shape == mix_shape::field_groups && c.height < f.least_height)
+        return to.reads(pointer::mix, LUMALANE_FIELDS(tagMIX_INFO, height, height));
     switch (f.shape) {
     case mix_shape::conversion:
         to.reads(pointer::mix, LUMALANE_FIELDS(tagMIX_INFO, sub_pitch, color_key));
@@ -496,21 +498,15 @@ constexpr void records_of(const mix_function &f, const mix_call &c, Receiver &to
         if (f.counts_height)
             to.writes(pointer::mix, LUMALANE_FIELDS(tagMIX_INFO, height, height));
         return;
-    case mix_shape::subpicture: {
-        // Of the colour key as much as a pixel has of it.
-        row_set fields = LUMALANE_FIELDS(tagMIX_INFO, video_pitch, dst);
-        fields.bytes = static_cast<long long>(offsetof(tagMIX_INFO, color_key)) +
-                       (f.bytes_per_pixel == 2 ? 2 : 3);
-        to.reads(pointer::mix, fields);
+    case mix_shape::subpicture:
+        to.reads(pointer::mix, LUMALANE_FIELDS(tagMIX_INFO, video_pitch, color_key));
         return;
-    }
     case mix_shape::yuy2_pairs:
     case mix_shape::half_yuy2_pairs:
     case mix_shape::rgb_pairs:
     case mix_shape::field_groups:
         to.reads(pointer::mix, LUMALANE_FIELDS(tagMIX_INFO, video_pitch, dst));
-        if (c.height >= f.least_height || f.shape != mix_shape::field_groups)
-            to.writes(pointer::mix, LUMALANE_FIELDS(tagMIX_INFO, height, sub_u));
+        to.writes(pointer::mix, LUMALANE_FIELDS(tagMIX_INFO, height, sub_u));
         return;
     case mix_shape::field_columns:
         to.reads(pointer::mix, LUMALANE_FIELDS(tagMIX_INFO, video_pitch, dst));

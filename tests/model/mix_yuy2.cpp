@@ -40,9 +40,9 @@ void mix_ayuy2_half_yuy2_p_ajust(memory &m, LUMALANE_PARAMETERS_mix) {
 // video chroma one row further down less half of it. So a width off the step drifts once per block,
 // and the record's pointers end below all that was mixed.
 void mix_ayuy2_yuy2_i_ajust(memory &m, LUMALANE_PARAMETERS_mix) {
-    mix_walk w = walk_of(m, *mix);
-    if (w.height < 4)
+    if (m.field(mix->height) < 4)
         return;
+    mix_walk w = walk_of(m, *mix);
     const int half_width = w.width >> 1;
     const auto mix_block = [&](field_group group) {
         count_down(w.width, 16, [&] {

@@ -47,9 +47,14 @@ void load(memory &m, const tagMIX_INFO &mix, treatment *treated, Pack pack, cons
     });
 }
 
+// The colour key's bytes, the lowest one first.
+std::array<std::uint8_t, 4> key_bytes(memory &m, const tagMIX_INFO &mix) {
+    return m.load_run<4>(address_of(&mix.color_key));
+}
+
 // Red is in the lowest byte of the key.
 rgb key_of(memory &m, const tagMIX_INFO &mix) {
-    const auto key = m.load_run<3>(address_of(&mix.color_key));
+    const auto key = key_bytes(m, mix);
     return {.r = key[0], .g = key[1], .b = key[2]};
 }
 
@@ -65,9 +70,10 @@ void load_rgb24(memory &m, const tagMIX_INFO &mix, treatment *treated) {
 void load_rgb16(memory &m, const tagMIX_INFO &mix, treatment *treated) {
     if (!read_rgb16_layout(m, *m.field(mix.adjust_info)))
         return;
+    const auto key = key_bytes(m, mix);
     load(
         m, mix, treated, [](rgb pixel) { return pack_rgb16(pixel, 0); },
-        m.load_run<2>(address_of(&mix.color_key)));
+        std::array{key[0], key[1]});
 }
 
 } // namespace
