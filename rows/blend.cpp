@@ -184,7 +184,7 @@ LUMALANE_INLINE void blend_luma(pair_strip &to, const mixed_pairs &pairs, const 
     }
 }
 
-// What adjusts the planes of a blend: made once for all pairs.
+// What adjusts the planes of a blend: made once for all pairs. (Small code adjusts otherwise.)
 struct pair_maps {
     adjusted_plane<true> y, u, v;
 
@@ -200,7 +200,7 @@ LUMALANE_INLINE void blend_luma_by(pair_strip &to, const mixed_pairs &pairs, con
 }
 
 [[gnu::noinline]] void blend_luma(pair_strip &to, const mixed_pairs &pairs, const pair_maps *by) {
-    if (by)
+    if (!small_code && by)
         blend_luma_by(to, pairs, by->y);
     else
         blend_luma_by(to, pairs, unadjusted_plane{});
@@ -350,7 +350,7 @@ LUMALANE_INLINE void blend_chroma_by(pair_strip &to, const mixed_pairs &pairs, c
 
 template <class Chroma>
 bool blend_chroma_of_pairs(pair_strip &to, const mixed_pairs &pairs, const pair_maps *by) {
-    if (by)
+    if (!small_code && by)
         blend_chroma_by<Chroma>(to, pairs, by->u, by->v);
     else
         blend_chroma_by<Chroma>(to, pairs, unadjusted_plane{}, unadjusted_plane{});
