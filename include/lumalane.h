@@ -30,7 +30,9 @@
 //     share memory with what the function reads.
 //   - Widths and heights are counted as unsigned numbers: negative ones run into unmapped memory.
 //     Functions with a least height compare it as a signed number; so are the heights of mixes onto
-//     YUY2 and RGB counted, and the widths of those with _i onto RGB.
+//     YUY2 and RGB counted, and the widths of those with _i onto RGB, of strech_picture_2X2_yuy2()
+//     with and without _ajust, of strech_pic_2X2() and of the stretches to RGB: there a negative
+//     width counts as the least one.
 //   - Any function may run on several threads at once on separate buffers and separate records. A
 //     record must not be shared between threads: most functions that take a tagMIX_INFO change it
 //     while they run. The values of get_contrast_data() are read once at the start of each call;
@@ -38,8 +40,9 @@
 //     old and new values.
 //   - A call needs at most 16 KB of stack. On 32-bit x86 a stack aligned to 4 bytes is enough, and
 //     every function leaves the multimedia (MMX) state empty.
-//   - Nothing need be aligned. Large surfaces, which outgrow the processor's cache, are written
-//     faster where dst and its pitch are multiples of 64 bytes.
+//   - Planes and surfaces may lie anywhere; records are aligned as their fields are. Large surfaces,
+//     which outgrow the processor's cache, are written faster where dst and its pitch are multiples
+//     of 64 bytes.
 //
 // Steps and drift
 //   A row always gets whole steps, and at least one. Where `width` is no multiple of the step, the
@@ -77,7 +80,8 @@
 //       R, r       max(height, 1) rows, numbered r = 0 .. R-1
 //       B          bytes per pixel: RGB32 4, RGB24 3, RGB16 and YUY2 2, YV12 1
 //
-//   A product of a height and a pitch is a signed 32-bit number: it wraps.
+//   Products of a height and a pitch are signed 32-bit numbers, and so is twice or four times a
+//   pitch less the bytes of a row: they wrap.
 //
 // Pixel formats
 //   YV12    three planes: Y with one byte per pixel, V (Cr) and U (Cb) with one byte per 2x2 pixels
@@ -1016,7 +1020,7 @@ LUMALANE_API void RelaceMaskWithColorKey(unsigned char *dst, unsigned char *mask
 //
 // Where a block says that the record is consumed, video_u, video_v, alpha_plane, sub_y, sub_u and
 // sub_v end P of these steps from row pair to row pair further on, and height ends at
-// height - 2 * P: 0, or -1 if it was odd. A second call goes on there.
+// height - 2 * P: from heights of 1 on at 0, or -1 if it was odd. A second call goes on there.
 // [mixes.the_progressive_ones_leave_the_record_one_row_pair_past_the_last,
 // mixes.an_odd_height_leaves_minus_1_in_the_record,
 // mixes.a_consumed_record_goes_on_where_the_first_call_stopped]
@@ -1210,14 +1214,14 @@ LUMALANE_API void mix_ayuy2_rgb16_p_ajust(tagMIX_INFO *mix);
 //   dst                  16 * B at k * Kd + r * dst_pitch, r = 0 .. 4Q-1
 //
 // From strip to strip each pointer goes on by what its rows came to and back by what `height` means
-// for it. (For a height of 4 or a multiple of 4 from 8 on and even pitches 16, 8 and 16 * B are
-// left: each strip starts right beside the one before.)
+// for it. (For a height of 4 or a multiple of 4 from 8 on, even pitches and products that do not
+// wrap 16, 8 and 16 * B are left: each strip starts right beside the one before.)
 //
 //   Ky = 16 + 2*Q * video_pitch - (height * video_pitch >> 1)
 //   Kc = 8 + Q * (video_pitch >> 1) - (height * video_pitch >> 1 >> 2)
-//   Ks = 16 + (4*Q - height) * sub_pitch
+//   Ks = 16 + 4*Q * sub_pitch - height * sub_pitch
 //   Ku = 8 + 4*Q * (sub_pitch >> 1) - (height * sub_pitch >> 1)
-//   Kd = 16 * B + (4*Q - height) * dst_pitch
+//   Kd = 16 * B + 4*Q * dst_pitch - height * dst_pitch
 //
 // quirk: below a height of 8 strips have four rows, else whole groups
 // [mixes.rgb_of_a_field_below_height_8_is_four_rows_per_strip]
@@ -1381,8 +1385,11 @@ LUMALANE_API void strech_picture_2X2_yuy2_ajust(unsigned char *src, unsigned cha
 // Twice the width and height, in strips of 16 source pixels from top to bottom, from left to right.
 // K = row_bytes / 32 strips. Symbols of the formulas, k = 0 .. K-1:
 //
-//   Ks = 32 + (2*P - height) * row_bytes           from strip to strip of the source,
-//   Kd = 64 + 2 * (2*P - height) * dst_pitch       and of the surface; 32 and 64 for even heights
+//   Ks = 32 + 2*P * row_bytes - height * row_bytes       from strip to strip of the source,
+//   Kd = 64 + 4*P * dst_pitch - 2*height * dst_pitch     and of the surface
+//
+// (For even heights whose products do not wrap 32 and 64: each strip starts right beside the one
+// before.)
 //
 // quirk: row_bytes is the length of a source row and the pitch of the source
 // quirk: only the chroma of even source rows counts; it is averaged with the next for the row
@@ -1403,7 +1410,7 @@ LUMALANE_API void strech_picture_2X2_yuy2_ajust(unsigned char *src, unsigned cha
 /// Stretches a YUY2 picture to YUY2 of twice the width and height.
 ///
 /// - step: 32 bytes of the source, 64 of the surface, in strips
-/// - rows: pairs, even heights of 16 and more (signed)
+/// - rows: pairs, heights of 16 and more (signed)
 /// - reads, i = 0 .. 2P-1: src: 32 at k * Ks + i * row_bytes, and of the next strip (k < K-1) 2 at
 ///   k * Ks + i * row_bytes + 32 and 1 at k * Ks + i * row_bytes + 35
 /// - writes: dst: 64 at k * Kd + n * dst_pitch, n = 0 .. 4P-1
@@ -1414,7 +1421,7 @@ LUMALANE_API void yuy2_strech_picture_2X2_yuy2(void *src, void *unread_u, void *
 /// Adjusts a YUY2 picture and stretches it to YUY2 of twice the width and height.
 ///
 /// - step: 32 bytes of the source, 64 of the surface, in strips
-/// - rows: pairs, even heights of 8 and more (signed)
+/// - rows: pairs, heights of 8 and more (signed)
 /// - reads info: no
 /// - reads, i = 0 .. 2P-1: src: 32 at k * Ks + i * row_bytes, and of the next strip (k < K-1) 2 at
 ///   k * Ks + i * row_bytes + 32 and 1 at k * Ks + i * row_bytes + 35
@@ -1432,12 +1439,12 @@ LUMALANE_API void yuy2_strech_picture_2X2_yuy2_ajust(void *src, void *unread_u, 
 // names no YUY2 is made. Source samples are adjusted, then averaged, then converted. Symbols of the
 // formulas, with K = up(width, 16) / 16 strips, k = 0 .. K-1:
 //
-//   Ky = 16 + (2*P - height) * src_pitch                              from strip to strip of Y,
-//   Kc = 8 + P * (src_pitch >> 1) - (height * src_pitch >> 2)         of U and V,
-//   Kd = 16 * B + 2 * (2*P - height) * dst_pitch                      and of the surface
+//   Ky = 16 + 2*P * src_pitch - height * src_pitch                from strip to strip of Y,
+//   Kc = 8 + P * (src_pitch >> 1) - (height * src_pitch >> 2)     of U and V,
+//   Kd = 16 * B + 4*P * dst_pitch - 2*height * dst_pitch          and of the surface
 //
-// (For an even height and an even pitch 16, 8 and 16 * B: each strip starts right beside the one
-// before.)
+// (For an even height, an even pitch and products that do not wrap 16, 8 and 16 * B: each strip
+// starts right beside the one before.)
 //
 // quirk: heights below 12 write nothing, and read no record
 // [rgb_stretches.below_height_12_write_nothing_and_read_no_record]

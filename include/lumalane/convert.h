@@ -76,11 +76,12 @@ constexpr int columns_left(int width, int whole) {
 // ---- To RGB and YUY2
 
 struct loader {
+    static constexpr int step = 16;
+
     void (*function)(unsigned char *, unsigned char *, unsigned char *, unsigned char *, int, int,
                      int, int, tag_ajust_contrast_info *); // null: there is none
     layout from;
     layout to;
-    int step;
     int least_rows;
     bool leaves_gaps;
     unsigned most_cached; // of the surface's bytes, on a server: there it is the least
@@ -90,7 +91,7 @@ inline loader loader_of(format from, format to, bool adjusts) {
     const layout made = layout_of(to);
     constexpr unsigned of_yuy2 = most_cached_bytes(bound_of_yuy2, true);
     constexpr unsigned of_rgb = most_cached_bytes(bound_of_rgb, true);
-    loader l{nullptr, layout_of(from), made, 16, 2, false, made == layout::yuy2 ? of_yuy2 : of_rgb};
+    loader l{nullptr, layout_of(from), made, 2, false, made == layout::yuy2 ? of_yuy2 : of_rgb};
     if (l.from == layout::yuv420) {
         switch (made) {
         case layout::rgb32:
@@ -236,9 +237,9 @@ inline void load(const loader &l, tag_ajust_contrast_info &info, const view &s, 
     for (int y = 0, rows; y < height; y += rows) {
         rows = whole == width || around ? height : band(height - y, rows_before_strip);
         load_steps(l, info, s.at(l.from, 0, y), d.at(l.to, 0, y), steps, rows, in_one_call);
-        for (int x = steps; x < width; x += 16) {
+        for (int x = steps; x < width; x += l.step) {
             x = least(x, left);
-            load_by_strip(l, info, s, d, {x, y, least(16, width - x), rows});
+            load_by_strip(l, info, s, d, {x, y, least(l.step, width - x), rows});
         }
     }
 }
