@@ -1,5 +1,10 @@
 """What mutants.py finds in a text, and that what equivalent.txt lists is still there."""
+import json
+import os
+import tempfile
+import types
 import unittest
+import unittest.mock
 
 import mutate
 from mutants import Source
@@ -74,6 +79,43 @@ class MutantsTest(unittest.TestCase):
         source = Source("a(1,\n   2);\n")
         (swap,) = [m for m in source.mutants() if m.kind == "swapped arguments"]
         self.assertEqual(source.told(swap), ("a(1, 2);", "a(2, 1);"))
+
+
+class ResultsTest(unittest.TestCase):
+    MUTANT = ["load/yuy2.cpp", "7", "x;", "linux-x64", ""]
+
+    def believed(self, status, ran, file="same"):
+        line = json.dumps(dict(mutant=self.MUTANT, status=status, by="a_test", file=file, ran=ran))
+        known = mutate.believed([line], {"load/yuy2.cpp": "same"}, ["code", "tests", False])
+        return known == {tuple(self.MUTANT): (status, "a_test")}
+
+    def test_who_was_killed_stays_so_while_its_file_and_the_tests_do(self):
+        self.assertTrue(self.believed("killed", ["other code", "tests", True]))
+        self.assertFalse(self.believed("killed", ["code", "other tests", False]))
+        self.assertFalse(self.believed("killed", ["code", "tests", False], file="another"))
+
+    def test_who_survived_is_run_again_when_anything_changes(self):
+        self.assertTrue(self.believed("survived", ["code", "tests", False]))
+        for ran in (["other code", "tests", False], ["code", "other", False], ["code", "tests", True]):
+            self.assertFalse(self.believed("survived", ran))
+
+    def test_every_program_runs_without_a_mutant_too(self):
+        build = types.SimpleNamespace(targets=["sse2"], directory=".")
+        programs = {stage.program for stage in mutate.stages_without_a_mutant(build)}
+        self.assertEqual(programs, set(mutate.PROGRAMS))
+
+    def test_a_test_that_fails_without_a_mutant_ends_the_run(self):
+        with tempfile.TemporaryDirectory() as directory:
+            os.mkdir(f"{directory}/tests")
+            for program in mutate.PROGRAMS:
+                os.symlink("/bin/true", f"{directory}/tests/{program}")
+            build = types.SimpleNamespace(targets=["sse2"], directory=directory)
+            with unittest.mock.patch.object(mutate, "ON_OLDER_PROCESSOR", mutate.Stage("state_test", [])):
+                mutate.refuse_failing_tests([build], 2)
+                os.remove(f"{directory}/tests/state_test")
+                os.symlink("/bin/false", f"{directory}/tests/state_test")
+                with self.assertRaisesRegex(SystemExit, "state_test failed without a mutant"):
+                    mutate.refuse_failing_tests([build], 2)
 
 
 class ListTest(unittest.TestCase):

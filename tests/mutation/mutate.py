@@ -39,6 +39,7 @@ Task = namedtuple("Task", "file mutant build target before after")
 # With which objects alone, if not with all; for how many seconds of the processor at most, ten times as
 # long as without a mutant or so; and on which emulator.
 Stage = namedtuple("Stage", "program arguments objects seconds emulator", defaults=(None, 40, ()))
+ON_OLDER_PROCESSOR = Stage("dispatch_test", ["--expect", "sse2"], emulator=OLDER_PROCESSOR)
 
 
 def read(path):
@@ -274,7 +275,7 @@ def stages(build, task, affected, thorough):
         first = ["order_test"] if task.file.startswith("picture/") else first
         first = [Stage(program, []) for program in first]
         if task.file.startswith("abi/") and shutil.which(OLDER_PROCESSOR[0]):
-            first.append(Stage("dispatch_test", ["--expect", "sse2"], emulator=OLDER_PROCESSOR))
+            first.append(ON_OLDER_PROCESSOR)
         return [*first, differential(100, names), *callers, Stage("checked_test", []), *slow]
     plan = []
     for program in COMPANIONS:
@@ -284,6 +285,36 @@ def stages(build, task, affected, thorough):
         plan += [part for part in parts if part.arguments or program != "picture_test"]
     plan += [Stage(program, []) for program in COMPANIONS + OTHERS[:1]]
     return plan + ([differential(30), *callers, *slow] if library else [])
+
+
+def stages_without_a_mutant(build):
+    """What runs every test of all stages, each once."""
+    cases = 4000 // len(EXPORTS)
+    plan = [
+        Stage("row_kernels_test", [], seconds=4 + 2 * len(ROW_KERNELS) * len(build.targets)),
+        Stage("differential_test", ["--cases", str(cases)], seconds=3 + cases * len(EXPORTS) // 200),
+    ]
+    plan += [Stage(p, [f"--gtest_filter=*/{target}"]) for p in ROW_PROGRAMS[1:] for target in build.targets]
+    plan += [Stage(p, []) for p in PROGRAMS if p not in ("differential_test", *ROW_PROGRAMS)]
+    if shutil.which(OLDER_PROCESSOR[0]):
+        plan.append(ON_OLDER_PROCESSOR)
+    return plan
+
+
+def refuse_failing_tests(builds, jobs):
+    """A test that fails by itself would kill every mutant."""
+    todo = [(build, stage) for build in builds for stage in stages_without_a_mutant(build)]
+
+    def passes(entry):
+        build, stage = entry
+        program = f"{build.directory}/tests/{stage.program}"
+        return execute([*stage.emulator, program, *stage.arguments], stage.seconds)
+
+    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+        for (build, stage), said in zip(todo, pool.map(passes, todo)):
+            if said != "passed":
+                command = " ".join([*stage.emulator, stage.program, *stage.arguments])
+                sys.exit(f"mutate: {command} {said} without a mutant ({build.directory})")
 
 
 # ---- One mutant ------------------------------------------------------------------------------------
@@ -405,6 +436,21 @@ def equivalents():
     return reasons
 
 
+# ---- Earlier results -------------------------------------------------------------------------------
+
+
+def believed(lines, digests, ran):
+    """Of (mutant) the status and what told it: of the same tests, while its file stays the same. That no
+    test tells a mutant holds for the same code and thoroughness alone."""
+    known = {}
+    for line in lines:
+        entry = json.loads(line)
+        same = entry["ran"] == ran or (entry["ran"][1] == ran[1] and entry["status"] != "survived")
+        if same and entry["file"] == digests.get(entry["mutant"][0]):
+            known[tuple(entry["mutant"])] = entry["status"], entry["by"]
+    return known
+
+
 # ---- The sample ------------------------------------------------------------------------------------
 
 
@@ -433,7 +479,7 @@ def draw(builds, seed):
             yield Task(file, mutant, name, target, *source.told(mutant)), source
 
 
-def main():
+def usage():
     parser = argparse.ArgumentParser(prog="scripts/mutate", description="See scripts/mutate.")
     parser.add_argument("count", type=int)
     parser.add_argument("--seed", type=int, default=1)
@@ -445,6 +491,11 @@ def main():
     parser.add_argument("--fresh", action="store_true", help="believe no earlier result")
     parser.add_argument("--thorough", action="store_true", help="run survivors through more and slower tests")
     parser.add_argument("--doubt", action="store_true", help="run those that are listed as equivalent, too")
+    return parser
+
+
+def main():
+    parser = usage()
     options = parser.parse_args()
 
     directory = os.path.abspath(options.build)
@@ -459,7 +510,7 @@ def main():
     tests = digest_of(
         f
         for f in run(["git", "-C", ROOT, "ls-files", "tests"]).splitlines()
-        if f.endswith((".cpp", ".h")) and os.path.exists(f"{ROOT}/{f}")
+        if f.endswith((".cpp", ".h", "mutate.py")) and os.path.exists(f"{ROOT}/{f}")
     )
     # What objects without a mutant are is known until the sources change.
     for build in builds.values():
@@ -470,17 +521,13 @@ def main():
             with open(stamp, "w") as file:
                 file.write(code)
 
-    # Earlier results: tests only get better, so that who was killed stays so while its file does.
+    refuse_failing_tests(builds.values(), options.jobs)
     journal = f"{directory}/results.jsonl"
     digests = {file: digest_of([file]) for file in sources()}
+    ran = [code, tests, options.thorough]
     known = {}
     if os.path.exists(journal) and not options.fresh:
-        for line in read(journal).splitlines():
-            entry = json.loads(line)
-            ran = [code, tests, options.thorough]
-            same = entry["ran"] == ran or entry["status"] != "survived"
-            if same and entry["file"] == digests.get(entry["mutant"][0]):
-                known[tuple(entry["mutant"])] = entry["status"], entry["by"]
+        known = believed(read(journal).splitlines(), digests, ran)
 
     workers = [Worker(f"{directory}/worker-{i}", builds, options.thorough) for i in range(options.jobs)]
     free, lock = list(workers), threading.Lock()
@@ -506,7 +553,6 @@ def main():
                 with lock:
                     free.append(worker)
             with lock:
-                ran = [code, tests, options.thorough]
                 entry = dict(mutant=key, status=known[key][0], by=known[key][1], file=digests[task.file], ran=ran)
                 output.write(json.dumps(entry) + "\n")
                 output.flush()
@@ -551,6 +597,8 @@ def main():
     command += f" --targets {options.targets}" if options.targets != parser.get_default("targets") else ""
     tally = page.Tally(sample, command, reasons)
     print(tally.text())
+    if counted < options.count:
+        sys.exit(f"mutate: there are no more than {counted} of them")
     if options.page:
         page.replace(options.page, tally.text())
     survivors = Counter(status for task, status, by in sample)["survived"]
