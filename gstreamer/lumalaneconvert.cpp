@@ -457,6 +457,18 @@ GstFlowReturn transform(GstBaseTransform *self, GstBuffer *in, GstBuffer *out) {
     return parent_transform()->transform(self, in, out);
 }
 
+// Frames keep their size, deinterlaced ones too: so what is told of places in them stays true, as it does
+// of the picture as a whole. Of the formats nothing does.
+gboolean transform_meta(GstBaseTransform *self, GstBuffer *out, GstMeta *meta, GstBuffer *in) {
+    static const gchar *const kept[] = {GST_META_TAG_VIDEO_STR, GST_META_TAG_VIDEO_ORIENTATION_STR,
+                                        GST_META_TAG_VIDEO_SIZE_STR, nullptr};
+    const gchar *const *tag = gst_meta_api_type_get_tags(meta->info->api);
+    for (; tag && *tag; ++tag)
+        if (!g_strv_contains(kept, *tag))
+            return parent_transform()->transform_meta(self, out, meta, in);
+    return TRUE;
+}
+
 bool lower_field_is_first(GstVideoFrame *f) {
     return !GST_VIDEO_FRAME_IS_TFF(f) &&
            GST_VIDEO_INFO_FIELD_ORDER(&f->info) != GST_VIDEO_FIELD_ORDER_TOP_FIELD_FIRST;
@@ -599,6 +611,7 @@ static void gst_lumalane_convert_class_init(GstLumalaneConvertClass *klass) {
     transform_class->sink_event = sink_event;
     transform_class->decide_allocation = decide_allocation;
     transform_class->transform = transform;
+    transform_class->transform_meta = transform_meta;
     transform_class->before_transform = before_transform;
     transform_class->transform_ip_on_passthrough = FALSE;
     filter_class->set_info = set_info;

@@ -552,6 +552,65 @@ TEST_F(element, writes_a_frame_whose_adjustment_ends_meanwhile) {
     EXPECT_EQ(get("brightness"), 0);
 }
 
+// Which of them a frame has.
+string metas_of(GstBuffer *buffer) {
+    string all;
+    if (const GstVideoRegionOfInterestMeta *const m =
+            gst_buffer_get_video_region_of_interest_meta_id(buffer, 7))
+        all += "region " + std::to_string(m->x) + " " + std::to_string(m->y) + " " +
+               std::to_string(m->w) + " " + std::to_string(m->h) + ", ";
+    if (gst_buffer_get_meta(buffer, GST_VIDEO_AFD_META_API_TYPE))
+        all += "AFD, ";
+    if (gst_buffer_get_meta(buffer, GST_VIDEO_CAPTION_META_API_TYPE))
+        all += "caption, ";
+    if (gst_buffer_get_custom_meta(buffer, "of-colours"))
+        all += "colours, ";
+    return all;
+}
+
+TEST_F(element, keeps_what_metas_tell_of_the_picture_and_not_of_its_format) {
+    static const gchar *of_colours[] = {GST_META_TAG_VIDEO_STR, GST_META_TAG_VIDEO_COLORSPACE_STR,
+                                        nullptr};
+    static const GstMetaInfo *const info =
+        gst_meta_register_custom("of-colours", of_colours, nullptr, nullptr, nullptr);
+    ASSERT_TRUE(info);
+    const struct {
+        const char *what, *deinterlace, *mode;
+        double contrast;
+        const named_format &to;
+        bool passes = false;
+    } cases[] = {{"converted", "none", "progressive", 1, bgrx},
+                 {"adjusted", "none", "progressive", 1.5, i420},
+                 {"of fields", "none", "interleaved", 1, yuy2},
+                 {"doubled", "double", "interleaved", 1, bgrx},
+                 {"along edges", "edge", "interleaved", 1, yuy2},
+                 {"as it is", "none", "progressive", 1, i420, true}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        restart();
+        deinterlace(c.deinterlace);
+        set("contrast", c.contrast);
+        ASSERT_TRUE(negotiate(caps_of(i420, 70, 40, string("interlace-mode=") + c.mode),
+                              string("video/x-raw, format=") + c.to.name));
+        GstBuffer *const in = buffer_of(noise(format::i420, 70, 40, 5), GST_VIDEO_FORMAT_I420);
+        gst_buffer_add_video_region_of_interest_meta(in, "face", 3, 5, 30, 20)->id = 7;
+        gst_buffer_add_video_afd_meta(in, 0, GST_VIDEO_AFD_SPEC_ATSC_A53,
+                                      GST_VIDEO_AFD_4_3_FULL_16_9_FULL);
+        const guint8 caption[] = {0xfc, 0x20, 0x20};
+        gst_buffer_add_video_caption_meta(in, GST_VIDEO_CAPTION_TYPE_CEA708_RAW, caption, 3);
+        ASSERT_TRUE(gst_buffer_add_custom_meta(in, "of-colours"));
+        GstBuffer *const out = gst_harness_push_and_pull(harness, in);
+        ASSERT_TRUE(out);
+        EXPECT_EQ(metas_of(out),
+                  string("region 3 5 30 20, AFD, caption, ") + (c.passes ? "colours, " : ""));
+        // Where its own planes are.
+        const GstVideoMeta *const planes = gst_buffer_get_video_meta(out);
+        EXPECT_EQ(planes && planes->format == GST_VIDEO_FORMAT_I420 && planes->stride[0] == 75,
+                  c.passes);
+        gst_buffer_unref(out);
+    }
+}
+
 // ---- Balance -----------------------------------------------------------------------------------
 
 TEST_F(element, has_properties_of_the_ranges_of_videobalance) {
