@@ -25,8 +25,11 @@ private:
 };
 
 struct size {
-    int width;
-    int height;
+    int width = 0;
+    int height = 0;
+    // Not of one number: parsers of options make one so where they can, and read no text then.
+    constexpr size() = default;
+    constexpr size(int w, int h) : width(w), height(h) {}
     double pixels() const { return double(width) * height; }
 };
 
