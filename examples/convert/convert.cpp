@@ -10,15 +10,18 @@ int main(int argc, char **argv) {
     std::FILE *const in = argc == 3 ? std::fopen(argv[1], "rb") : nullptr;
     char head[256] = "", frame[256] = "";
     int width = 0, height = 0, chroma = 420, bits = 8;
-    if (in && std::fgets(head, sizeof head, in) && std::fgets(frame, sizeof frame, in))
+    if (in && std::fgets(head, sizeof head, in) && std::strchr(head, '\n') &&
+        std::fgets(frame, sizeof frame, in))
         for (const char *tag = std::strtok(head, " "); tag; tag = std::strtok(nullptr, " ")) {
             std::sscanf(tag, "W%d", &width), std::sscanf(tag, "H%d", &height);
             if (*tag == 'C' && std::sscanf(tag, "C%dp%d", &chroma, &bits) < 1)
                 chroma = 0; // Cmono
         }
     if (std::strcmp(head, "YUV4MPEG2") != 0 || width < 1 || width > 9999 || height < 1 ||
-        height > 9999 || chroma != 420 || bits != 8)
-        return fail("wants IN.y4m of 4:2:0 video with 8 bits, and OUT.bmp");
+        height > 9999 || chroma != 420 || bits != 8 || std::strncmp(frame, "FRAME", 5) != 0 ||
+        !std::strchr(frame, '\n'))
+        return fail(argc == 3 && !in ? "IN.y4m cannot be read"
+                                     : "wants IN.y4m of 4:2:0 video with 8 bits, and OUT.bmp");
 
     using namespace lumalane;
     std::vector<unsigned char> yuv(picture_bytes(format::i420, width, height));

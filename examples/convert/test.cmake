@@ -5,15 +5,18 @@ set(out ${scratch}/out.bmp)
 set(samples "09AZaz}~ a~Zz~zA0") # Y, U, V
 
 function(run expected_status header picture)
+  set(frame FRAME ${ARGN})
+  list(GET frame -1 frame)
   file(REMOVE_RECURSE ${out})
-  file(WRITE ${in} "${header}\nFRAME\n${picture}")
+  file(WRITE ${in} "${header}\n${frame}\n${picture}")
   execute_process(COMMAND ${convert} ${in} ${out} RESULT_VARIABLE status ERROR_QUIET)
   if(NOT status EQUAL expected_status)
-    message(FATAL_ERROR "${header}: exit status ${status} instead of ${expected_status}")
+    message(FATAL_ERROR "${header}, ${frame}: exit status ${status} instead of ${expected_status}")
   endif()
 endfunction()
 
 run(0 "YUV4MPEG2 W3 H3 F25:1 C420jpeg" "${samples}")
+run(0 "YUV4MPEG2 W3 H3" "${samples}" "FRAME Ip")
 run(0 "YUV4MPEG2 C420paldv W3 Ip H3" "${samples}") # in any order
 file(READ ${out} bitmap HEX)
 set(expected
@@ -36,6 +39,10 @@ run(1 "YUV4MPEG2 W0 H3 F25:1" "${samples}")
 run(1 "YUV4MPEG2 W3 H-3 F25:1" "${samples}")
 run(1 "YUV4MPEG2 W30000 H30000 F25:1" "${samples}")
 run(1 "RIFF" "${samples}")
+string(REPEAT " Xa" 90 tags)
+run(1 "YUV4MPEG2 W3 H3 F25:1${tags}" "${samples}") # lines of 255 bytes at most
+run(1 "YUV4MPEG2 W3 H3 F25:1" "${samples}" "FRAME${tags}")
+run(1 "YUV4MPEG2 W3 H3 F25:1" "${samples}" "NOFRAME")
 if(EXISTS ${out})
   message(FATAL_ERROR "A refused file made a bitmap")
 endif()

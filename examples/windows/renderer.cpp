@@ -75,7 +75,8 @@ bool open_video(const wchar_t *name) {
         fgets(header, sizeof header, video.file);
     const char *const size = strstr(header, " W"), *const rate = strstr(header, " F");
     const char *const deeper = strstr(header, " C420p"); // C420p10, but also C420paldv
-    if (!size || sscanf(size, " W%d H%d", &video.width, &video.height) != 2 || !rate ||
+    if (!strchr(header, '\n') || !size ||
+        sscanf(size, " W%d H%d", &video.width, &video.height) != 2 || !rate ||
         sscanf(rate, " F%d:%d", &video.rate, &video.scale) != 2 || video.width - 1u > 8191 ||
         video.height - 1u > 8191 || (deeper && deeper[6] >= '0' && deeper[6] <= '9') ||
         (strstr(header, " C") && !strstr(header, " C420")))
@@ -94,7 +95,8 @@ bool open_video(const wchar_t *name) {
 
 bool read_frame() { // false at the end of the file
     char header[256];
-    bool whole = fgets(header, sizeof header, video.file);
+    bool whole = fgets(header, sizeof header, video.file) && strncmp(header, "FRAME", 5) == 0 &&
+                 strchr(header, '\n');
     for (unsigned char *const plane : video.planes) {
         const int half = plane != video.planes[0], width = (video.width + half) >> half;
         for (int row = 0; row < (video.height + half) >> half; ++row)
