@@ -68,6 +68,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 GST_DEBUG_CATEGORY_STATIC(lumalaneconvert_debug);
 #define GST_CAT_DEFAULT lumalaneconvert_debug
@@ -88,7 +89,9 @@ enum { property_deinterlace = balance_count + 1 }; // behind those of the balanc
 struct state {
     // Guarded by the object's lock.
     balance adjusted;
-    deinterlacing wanted = deinterlacing::none;
+    deinterlacing wanted = deinterlacing::none; // the property
+    deinterlacing used = deinterlacing::none;   // what caps are negotiated with
+    bool told = false;                          // since the last frame
 
     // Of the streaming thread.
     bool same_caps = false;    // frames without an adjustment may pass
@@ -215,13 +218,29 @@ GstColorBalanceType balance_type(GstColorBalance *) { return GST_COLOR_BALANCE_S
 
 // ---- Properties --------------------------------------------------------------------------------
 
+deinterlacing used_deinterlacing(gpointer self) {
+    GST_OBJECT_LOCK(self);
+    const deinterlacing used = state_of(self).used;
+    GST_OBJECT_UNLOCK(self);
+    return used;
+}
+
+void use(gpointer self, deinterlacing how) {
+    GST_OBJECT_LOCK(self);
+    state_of(self).used = how;
+    GST_OBJECT_UNLOCK(self);
+}
+
 void set_property(GObject *self, guint id, const GValue *value, GParamSpec *spec) {
     if (id == property_deinterlace) {
-        state &own = state_of(self);
+        const auto how = static_cast<deinterlacing>(g_value_get_enum(value));
+        // While a stream runs, its next frame asks whether it can be had.
+        if (!gst_pad_has_current_caps(GST_BASE_TRANSFORM_SINK_PAD(self)))
+            use(self, how);
         GST_OBJECT_LOCK(self);
-        own.wanted = static_cast<deinterlacing>(g_value_get_enum(value));
+        state_of(self).wanted = how;
+        state_of(self).told = true;
         GST_OBJECT_UNLOCK(self);
-        gst_base_transform_reconfigure_src(GST_BASE_TRANSFORM(self));
     } else if (id >= 1 && id <= balance_count) {
         const int which = static_cast<int>(id) - 1;
         if (set_balance(self, which, g_value_get_double(value)))
@@ -252,7 +271,7 @@ void get_property(GObject *self, guint id, GValue *value, GParamSpec *spec) {
 
 GstCaps *transform_caps(GstBaseTransform *self, GstPadDirection direction, GstCaps *caps,
                         GstCaps *filter) {
-    GstCaps *made = lumalane_gst::transform_caps(direction, caps, wanted_deinterlacing(self));
+    GstCaps *made = lumalane_gst::transform_caps(direction, caps, used_deinterlacing(self));
     if (filter) {
         GstCaps *const both = gst_caps_intersect_full(filter, made, GST_CAPS_INTERSECT_FIRST);
         gst_caps_unref(made);
@@ -303,6 +322,25 @@ GstCaps *taken_behind(GstBaseTransform *self, GstCaps *caps) {
     return taken;
 }
 
+// What the property says is used if caps of the sink pad can become something so.
+void update_deinterlacing(GstBaseTransform *self, GstCaps *caps) {
+    const deinterlacing before = used_deinterlacing(self), wanted = wanted_deinterlacing(self);
+    if (wanted == before)
+        return;
+    use(self, wanted);
+    GstCaps *const taken = taken_behind(self, caps);
+    if (gst_caps_is_empty(taken)) {
+        use(self, before);
+        auto *const values = static_cast<GEnumClass *>(g_type_class_peek(deinterlace_type()));
+        GST_ELEMENT_WARNING(self, STREAM, FORMAT,
+                            ("These formats do not have deinterlace=%s: it stays %s until caps do.",
+                             g_enum_get_value(values, static_cast<int>(wanted))->value_nick,
+                             g_enum_get_value(values, static_cast<int>(before))->value_nick),
+                            ("caps: %" GST_PTR_FORMAT, caps));
+    }
+    gst_caps_unref(taken);
+}
+
 bool has_rgb(const GstCaps *caps) {
     GstCaps *const rgb =
         gst_caps_from_string("video/x-raw, format={ " LUMALANE_GST_RGB_FORMATS " }");
@@ -330,6 +368,7 @@ gboolean sink_event(GstBaseTransform *self, GstEvent *event) {
     if (GST_EVENT_TYPE(event) == GST_EVENT_CAPS) {
         gst_event_parse_caps(event, &caps);
         gst_caps_ref(caps);
+        update_deinterlacing(self, caps);
     }
     const gboolean done = parent_transform()->sink_event(self, event);
     GstVideoInfo info;
@@ -391,8 +430,16 @@ void before_transform(GstBaseTransform *self, GstBuffer *buffer) {
         if (GST_CLOCK_TIME_IS_VALID(time))
             gst_object_sync_values(GST_OBJECT(self), time);
     }
+    GST_OBJECT_LOCK(self);
+    const bool told = std::exchange(state_of(self).told, false);
+    GST_OBJECT_UNLOCK(self);
+    GstCaps *const caps = told ? gst_pad_get_current_caps(self->sinkpad) : nullptr;
+    if (caps) {
+        update_deinterlacing(self, caps);
+        gst_caps_unref(caps);
+    }
     // Frames that stop passing through need memory, which is negotiated.
-    if (update_passthrough(self))
+    if (update_passthrough(self) || told)
         gst_base_transform_reconfigure_src(self);
 }
 
@@ -478,7 +525,7 @@ GstFlowReturn transform_frame(GstVideoFilter *self, GstVideoFrame *in, GstVideoF
     state &own = state_of(self);
     GST_OBJECT_LOCK(self);
     const lumalane::adjustment adjust = adjustment_of(own.adjusted);
-    const deinterlacing wanted = own.wanted;
+    const deinterlacing used = own.used;
     GST_OBJECT_UNLOCK(self);
 
     limit(in, self->in_info);
@@ -488,10 +535,10 @@ GstFlowReturn transform_frame(GstVideoFilter *self, GstVideoFrame *in, GstVideoF
     f.first_field = lower_field_is_first(in) ? 1 : 0;
     f.adjust = changes_nothing(adjust) ? nullptr : &adjust;
     if (own.deinterlaces) {
-        // Told something that these formats do not have, it goes on as before until the next caps.
-        if (wanted != deinterlacing::none &&
-            lumalane_gst::converts(f.source.format, f.destination.format, wanted))
-            own.how = wanted;
+        // Told something while these caps were negotiated, it goes on as before until the next frame.
+        if (used != deinterlacing::none &&
+            lumalane_gst::converts(f.source.format, f.destination.format, used))
+            own.how = used;
         f.how = own.how;
         GST_BUFFER_FLAG_UNSET(out->buffer,
                               GST_VIDEO_BUFFER_FLAG_INTERLACED | GST_VIDEO_BUFFER_FLAG_TFF |
@@ -588,7 +635,9 @@ static void gst_lumalane_convert_class_init(GstLumalaneConvertClass *klass) {
     /**
      * lumalaneconvert:deinterlace:
      *
-     * What becomes of interlaced frames.
+     * What becomes of interlaced frames. edge is for YV12 and I420 to YUY2 and RGB; caps that
+     * do not have it are refused. But told so while a stream runs, the element warns and goes on as
+     * before until caps come that have it.
      */
     g_object_class_install_property(
         object_class, property_deinterlace,

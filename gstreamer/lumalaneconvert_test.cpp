@@ -164,11 +164,14 @@ protected:
     }
 
     // The text of the element's error, or nothing.
-    string error() {
+    string error() { return last(GST_MESSAGE_ERROR, gst_message_parse_error); }
+    string warning() { return last(GST_MESSAGE_WARNING, gst_message_parse_warning); }
+
+    string last(GstMessageType type, void parse(GstMessage *, GError **, gchar **)) {
         string text;
-        while (GstMessage *const message = gst_bus_pop_filtered(bus, GST_MESSAGE_ERROR)) {
+        while (GstMessage *const message = gst_bus_pop_filtered(bus, type)) {
             GError *e = nullptr;
-            gst_message_parse_error(message, &e, nullptr);
+            parse(message, &e, nullptr);
             text = e->message;
             g_error_free(e);
             gst_message_unref(message);
@@ -1119,6 +1122,38 @@ TEST_F(element, deinterlaces_as_before_where_it_is_told_what_formats_do_not_have
     // What has been told is had from the next frame on.
     EXPECT_EQ(pushed(d, i420, yuy2, upper_first), converted(field.p, format::yuy2));
     EXPECT_EQ(made("format"), "YUY2");
+}
+
+TEST_F(element, goes_on_where_it_is_told_while_it_runs_what_formats_do_not_have) {
+    const drawn d = noise(format::yuy2, 38, 12);
+    ASSERT_TRUE(negotiate(caps_of(yuy2, 38, 12, interleaved), "video/x-raw, format=BGRx"));
+    const std::vector<unsigned char> fields = pushed(d, yuy2, bgrx, upper_first);
+    deinterlace("edge");
+    EXPECT_EQ(pushed(d, yuy2, bgrx, upper_first), fields);
+    EXPECT_EQ(made("interlace-mode"), "interleaved");
+    EXPECT_NE(warning().find("deinterlace=edge: it stays none"), string::npos);
+    // What the next element asks for changes nothing, and nothing is told again.
+    gst_harness_push_upstream_event(harness, gst_event_new_reconfigure());
+    EXPECT_EQ(pushed(d, yuy2, bgrx, upper_first), fields);
+    EXPECT_EQ(warning(), "");
+    // By double, which there is, and on with that.
+    deinterlace("double");
+    const std::vector<unsigned char> doubled = pushed(d, yuy2, bgrx, upper_first);
+    EXPECT_EQ(made("interlace-mode"), "progressive");
+    EXPECT_NE(doubled, fields);
+    deinterlace("edge");
+    EXPECT_EQ(pushed(d, yuy2, bgrx, upper_first), doubled);
+    EXPECT_NE(warning().find("deinterlace=edge: it stays double"), string::npos);
+    // Caps that do not have it either, and caps that do.
+    ASSERT_TRUE(set_source(caps_of(yuy2, 38, 10, interleaved)));
+    EXPECT_FALSE(pushed(noise(format::yuy2, 38, 10), yuy2, bgrx, upper_first).empty());
+    EXPECT_NE(warning(), "");
+    ASSERT_TRUE(set_source(caps_of(i420, 38, 12, interleaved)));
+    const drawn planes = noise(format::i420, 38, 12);
+    const drawn edges = stretched_field(planes, format::yuy2, lumalane::stretching::along_edges);
+    EXPECT_EQ(pushed(planes, i420, bgrx, upper_first), converted(edges.p, format::rgb32));
+    EXPECT_EQ(warning(), "");
+    EXPECT_EQ(error(), "");
 }
 
 TEST_F(element, repeats_the_rows_of_packed_fields) {
