@@ -111,7 +111,12 @@ int main(int argc, char **argv) {
     lumalane::set_adjustment(some);
     std::puts("| Function | 1280x720 | 1366x768 | 1365x767 | 1366x768 without gaps |\n"
               "|---|---:|---:|---:|---:|");
+    bool measured = false;
     for (const pair &p : pairs)
-        if (rounds > 0 && (argc < 3 || std::string(p.name).find(argv[2]) != std::string::npos))
+        if (rounds > 0 && (argc < 3 || std::string(p.name).find(argv[2]) != std::string::npos)) {
             measure(p, rounds);
+            measured = true;
+        }
+    if (!measured)
+        return std::fputs("lumalane_bench_any_size [ROUNDS [PART OF A NAME]]\n", stderr), 1;
 }
