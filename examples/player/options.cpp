@@ -38,7 +38,8 @@ std::optional<options> parse(int argc, char **argv) {
                        "Any video that libavformat reads (a clip of tulips, repeated)")
             ->type_name("");
     app.add_flag("--repeat", chosen.repeat, "Start again at the end");
-    app.add_option("--frames", chosen.frames, "Stop after so many frames (all)")
+    app.add_option("--frames", chosen.frames,
+                   "Stop after so many frames, with --interlaced so many fields (all)")
         ->type_name("N")
         ->check(CLI::Range(1L, LONG_MAX).description(""));
     const CLI::Option *surface = app.add_option("--surface", surface_name,
