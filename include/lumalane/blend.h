@@ -233,7 +233,7 @@ inline namespace LUMALANE_COMPILED_FOR {
 inline status blend(const const_picture &video, const subpicture &over, int x, int y,
                     const picture &destination) {
     if (!is_planar(destination.format))
-        return blend(video, over, x, y, destination, adjustment());
+        return blend(video, over, x, y, destination, adjustment{});
     const status s = detail::check_blend(video, over, destination);
     if (s)
         detail::blend_views(video.format, detail::view_of(video), over, x, y, destination.format,

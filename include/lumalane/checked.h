@@ -35,6 +35,7 @@
 
 #include <lumalane.h>
 
+#include <lumalane/compiled_for.h>
 #include <lumalane/errors.h>
 #include <lumalane/footprint.h>
 #include <lumalane/rows_of.h>
@@ -48,28 +49,29 @@ namespace lumalane {
 /// its last row in memory.
 struct const_buffer {
     const unsigned char *data = nullptr;
-    byte_range bytes;
+    byte_range bytes{};
 
-    constexpr const_buffer() = default;
+    LUMALANE_ALWAYS_INLINE constexpr const_buffer() = default;
     /// `size` bytes from the pointer on.
-    constexpr const_buffer(const unsigned char *data_, size_t size)
+    LUMALANE_ALWAYS_INLINE constexpr const_buffer(const unsigned char *data_, size_t size)
         : data(data_), bytes{0, static_cast<long long>(size)} {}
     /// The bytes [begin, end), counted from the pointer.
-    constexpr const_buffer(const unsigned char *data_, byte_range bytes_)
+    LUMALANE_ALWAYS_INLINE constexpr const_buffer(const unsigned char *data_, byte_range bytes_)
         : data(data_), bytes(bytes_) {}
 };
 
 /// Memory that a call may read and write.
 struct buffer {
     unsigned char *data = nullptr;
-    byte_range bytes;
+    byte_range bytes{};
 
-    constexpr buffer() = default;
-    constexpr buffer(unsigned char *data_, size_t size)
+    LUMALANE_ALWAYS_INLINE constexpr buffer() = default;
+    LUMALANE_ALWAYS_INLINE constexpr buffer(unsigned char *data_, size_t size)
         : data(data_), bytes{0, static_cast<long long>(size)} {}
-    constexpr buffer(unsigned char *data_, byte_range bytes_) : data(data_), bytes(bytes_) {}
+    LUMALANE_ALWAYS_INLINE constexpr buffer(unsigned char *data_, byte_range bytes_)
+        : data(data_), bytes(bytes_) {}
 
-    constexpr operator const_buffer() const { return {data, bytes}; }
+    LUMALANE_ALWAYS_INLINE constexpr operator const_buffer() const { return {data, bytes}; }
 };
 
 /// The buffers and sizes of a tagMIX_INFO, by the names of its fields.
@@ -97,7 +99,7 @@ inline namespace LUMALANE_COMPILED_FOR {
 // Keeps the first thing that is wrong.
 class number_checks {
 public:
-    status found;
+    status found{};
 
     constexpr void size(const char *name, int value, int least, error below, int step = 1) {
         if (value < least)
@@ -272,7 +274,7 @@ private:
 };
 
 constexpr byte_range touched_bytes(const row_list &rows, pointer p) {
-    byte_range bytes;
+    byte_range bytes{};
     for (int i = 0; i < rows.count; ++i)
         if (rows.list[i].at == p)
             widen(bytes, rows.list[i].rows);
@@ -288,7 +290,7 @@ inline status check_memory(const row_list &rows, const named_buffer *buffers, in
             ++found;
         return found;
     };
-    status refused;
+    status refused{};
     for (int i = 0; i < count; ++i) {
         const byte_range needed = touched_bytes(rows, buffers[i].at);
         const byte_range available = buffers[i].memory.bytes;

@@ -7,8 +7,6 @@
 #include <lumalane/store_bounds.h>
 #include <lumalane/strip.h>
 
-#include <numeric>
-
 #if defined(__SSE2__) || defined(_M_X64)
 #include <emmintrin.h>
 #define LUMALANE_SSE2
@@ -164,7 +162,7 @@ inline void call(const loader &l, tag_ajust_contrast_info &info, const view &s, 
 // were stored around the cache would have to come back. (A surface begins on one, or on a half.)
 constexpr int steps_before(layout l, int left) {
     const int bytes_per_pixel = static_cast<int>(bytes_of_row(l, 0, 2) / 2);
-    return rounded_down(left, cache_line / std::gcd(cache_line, bytes_per_pixel));
+    return rounded_down(left, cache_line / (bytes_per_pixel & -bytes_per_pixel));
 }
 
 // Any columns and rows. Row groups of the least height stand side by side in the strip, so that it

@@ -8,6 +8,8 @@
 #ifndef LUMALANE_ERRORS_H
 #define LUMALANE_ERRORS_H
 
+#include <lumalane/compiled_for.h>
+
 #include <stddef.h>
 
 namespace lumalane {
@@ -35,6 +37,8 @@ enum class error {
     planes_overlap,   ///< planes of one surface would overlap
     buffers_overlap,  ///< bytes that the call writes lie in another of its buffers, too
 };
+
+inline namespace LUMALANE_COMPILED_FOR {
 
 /// What an error means, as a sentence without its full stop.
 constexpr const char *message_of(error e) {
@@ -77,6 +81,8 @@ constexpr const char *message_of(error e) {
     return "unknown error";
 }
 
+} // namespace LUMALANE_COMPILED_FOR
+
 /// The largest width, height and magnitude of a stride.
 constexpr int largest_size = 1 << 26;
 
@@ -84,7 +90,7 @@ constexpr int largest_size = 1 << 26;
 /// before it.
 struct byte_range {
     long long begin = 0, end = 0;
-    constexpr bool empty() const { return begin >= end; }
+    LUMALANE_ALWAYS_INLINE constexpr bool empty() const { return begin >= end; }
 };
 
 /// A text that status::write() makes has fewer bytes than this.
@@ -98,14 +104,15 @@ struct [[nodiscard]] status {
     byte_range needed;              ///< buffer_too_small: what the call reads and writes,
     byte_range available;           ///< and what there is
 
-    constexpr explicit operator bool() const { return code == error::none; }
+    LUMALANE_ALWAYS_INLINE constexpr explicit operator bool() const { return code == error::none; }
 
     /// Writes what happened as a text of at most `size` - 1 bytes and a null byte: for example
     /// "dst: needs bytes [0, 1228800), has 1228799". Returns `text`. A `size` of 0 writes nothing.
-    constexpr char *write(char *text, size_t size) const;
+    LUMALANE_ALWAYS_INLINE constexpr char *write(char *text, size_t size) const;
 };
 
 namespace detail {
+inline namespace LUMALANE_COMPILED_FOR {
 
 // A text that ends where its memory does.
 class text_writer {
@@ -154,24 +161,29 @@ private:
     size_t length = 0;
 };
 
-} // namespace detail
-
-constexpr char *status::write(char *text, size_t size) const {
-    detail::text_writer to(text, size);
-    if (argument)
-        to << argument << ": ";
-    if (code == error::buffer_too_small) {
-        to << "needs bytes " << needed << ", has ";
-        if (available.begin == 0)
-            to << available.end;
+constexpr char *write(const status &s, char *text, size_t size) {
+    text_writer to(text, size);
+    if (s.argument)
+        to << s.argument << ": ";
+    if (s.code == error::buffer_too_small) {
+        to << "needs bytes " << s.needed << ", has ";
+        if (s.available.begin == 0)
+            to << s.available.end;
         else
-            to << available;
-    } else if (code == error::buffers_overlap && other) {
-        to << "bytes that are written belong to " << other << ", too";
+            to << s.available;
+    } else if (s.code == error::buffers_overlap && s.other) {
+        to << "bytes that are written belong to " << s.other << ", too";
     } else {
-        to << message_of(code);
+        to << message_of(s.code);
     }
     return text;
+}
+
+} // namespace LUMALANE_COMPILED_FOR
+} // namespace detail
+
+LUMALANE_ALWAYS_INLINE constexpr char *status::write(char *text, size_t size) const {
+    return detail::write(*this, text, size);
 }
 
 } // namespace lumalane

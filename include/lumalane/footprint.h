@@ -20,10 +20,25 @@
 
 #include <lumalane.h>
 
+#include <lumalane/compiled_for.h>
 #include <lumalane/errors.h>
 #include <lumalane/rows_of.h>
 
 namespace lumalane {
+
+namespace detail {
+inline namespace LUMALANE_COMPILED_FOR {
+
+constexpr byte_range from_first_to_last(const byte_range &a, const byte_range &b) {
+    if (a.empty())
+        return b;
+    if (b.empty())
+        return a;
+    return {a.begin < b.begin ? a.begin : b.begin, a.end > b.end ? a.end : b.end};
+}
+
+} // namespace LUMALANE_COMPILED_FOR
+} // namespace detail
 
 /// What a call does at one of its pointers, in bytes counted from the pointer; empty ranges where it
 /// does nothing. Ranges may begin before the pointer: of pictures with a negative stride, say.
@@ -31,13 +46,8 @@ struct pointer_footprint {
     byte_range read, written;
 
     /// From the first to the last byte of both.
-    constexpr byte_range touched() const {
-        if (read.empty())
-            return written;
-        if (written.empty())
-            return read;
-        return {read.begin < written.begin ? read.begin : written.begin,
-                read.end > written.end ? read.end : written.end};
+    LUMALANE_ALWAYS_INLINE constexpr byte_range touched() const {
+        return detail::from_first_to_last(read, written);
     }
 };
 
@@ -46,7 +56,7 @@ struct pointer_footprint {
 struct footprint {
     pointer_footprint of[pointer_count] = {};
 
-    constexpr const pointer_footprint &operator[](pointer p) const {
+    LUMALANE_ALWAYS_INLINE constexpr const pointer_footprint &operator[](pointer p) const {
         return of[static_cast<int>(p)];
     }
 };
@@ -81,27 +91,28 @@ struct picture_function {
     bool even_height = false;
     bool reads_layout = false;
 
-    constexpr picture_function with_step(int pixels) const {
+    LUMALANE_ALWAYS_INLINE constexpr picture_function with_step(int pixels) const {
         picture_function f = *this;
         f.step = pixels;
         return f;
     }
-    constexpr picture_function from_height(int rows) const {
+    LUMALANE_ALWAYS_INLINE constexpr picture_function from_height(int rows) const {
         picture_function f = *this;
         f.least_height = rows;
         return f;
     }
-    constexpr picture_function from_width(int pixels, int multiples_of = 1) const {
+    LUMALANE_ALWAYS_INLINE constexpr picture_function from_width(int pixels,
+                                                                 int multiples_of = 1) const {
         picture_function f = *this;
         f.least_width = pixels, f.width_step = multiples_of;
         return f;
     }
-    constexpr picture_function of_even_height() const {
+    LUMALANE_ALWAYS_INLINE constexpr picture_function of_even_height() const {
         picture_function f = *this;
         f.even_height = true;
         return f;
     }
-    constexpr picture_function with_layout() const {
+    LUMALANE_ALWAYS_INLINE constexpr picture_function with_layout() const {
         picture_function f = *this;
         f.reads_layout = true;
         return f;
@@ -132,27 +143,27 @@ struct mix_function {
     int bytes_beyond = 0;       ///< of each row of the drawing surface
     bool counts_height = false; ///< in the record
 
-    constexpr mix_function with_step(int pixels) const {
+    LUMALANE_ALWAYS_INLINE constexpr mix_function with_step(int pixels) const {
         mix_function f = *this;
         f.step = pixels;
         return f;
     }
-    constexpr mix_function from(int width, int height) const {
+    LUMALANE_ALWAYS_INLINE constexpr mix_function from(int width, int height) const {
         mix_function f = *this;
         f.least_width = width, f.least_height = height;
         return f;
     }
-    constexpr mix_function with_layout() const {
+    LUMALANE_ALWAYS_INLINE constexpr mix_function with_layout() const {
         mix_function f = *this;
         f.reads_layout = true;
         return f;
     }
-    constexpr mix_function reading_beyond(int bytes) const {
+    LUMALANE_ALWAYS_INLINE constexpr mix_function reading_beyond(int bytes) const {
         mix_function f = *this;
         f.bytes_beyond = bytes;
         return f;
     }
-    constexpr mix_function counting_height() const {
+    LUMALANE_ALWAYS_INLINE constexpr mix_function counting_height() const {
         mix_function f = *this;
         f.counts_height = true;
         return f;
@@ -536,18 +547,13 @@ template <class Function, class Call, class Receiver>
 constexpr void records_of(const Function &, const Call &, Receiver &) {}
 
 constexpr void widen(byte_range &range, const row_set &rows) {
-    if (rows.empty())
-        return;
-    const long long begin = rows.begin(), end = rows.end();
-    if (range.empty())
-        range = {begin, end};
-    else
-        range = {begin < range.begin ? begin : range.begin, end > range.end ? end : range.end};
+    if (!rows.empty())
+        range = from_first_to_last(range, {rows.begin(), rows.end()});
 }
 
 // Keeps the first and the last byte.
 struct footprint_receiver {
-    footprint found;
+    footprint found{};
 
     constexpr void reads(pointer p, const row_set &rows) {
         widen(found.of[static_cast<int>(p)].read, rows);

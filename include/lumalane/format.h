@@ -6,6 +6,7 @@
 #ifndef LUMALANE_FORMAT_H
 #define LUMALANE_FORMAT_H
 
+#include <lumalane/compiled_for.h>
 #include <lumalane/errors.h>
 
 #include <cstddef>
@@ -25,6 +26,8 @@ enum class format {
     rgb664, ///< RRRRRRGG GGGGBBBB
     rgb655, ///< RRRRRRGG GGGBBBBB
 };
+
+inline namespace LUMALANE_COMPILED_FOR {
 
 constexpr bool is_planar(format f) { return f == format::yv12 || f == format::i420; }
 
@@ -57,6 +60,8 @@ constexpr long long row_bytes(format f, int plane, int width) {
     }
 }
 
+} // namespace LUMALANE_COMPILED_FOR
+
 /// A plane, or a packed picture: its upper left byte, and the bytes from there to the row below:
 /// negative where that lies before it, as in the bitmaps of Windows. Rows may not overlap.
 struct const_plane {
@@ -68,7 +73,7 @@ struct plane {
     unsigned char *data;
     int stride;
 
-    constexpr operator const_plane() const { return {data, stride}; }
+    LUMALANE_ALWAYS_INLINE constexpr operator const_plane() const { return {data, stride}; }
 };
 
 /// A picture that is read.
@@ -86,10 +91,12 @@ struct picture {
     int height;
     plane planes[3];
 
-    constexpr operator const_picture() const {
+    LUMALANE_ALWAYS_INLINE constexpr operator const_picture() const {
         return {format, width, height, {planes[0], planes[1], planes[2]}};
     }
 };
+
+inline namespace LUMALANE_COMPILED_FOR {
 
 /// Bytes of a picture whose planes follow each other without gaps. (Of one that no memory can hold, the
 /// greatest size there is.)
@@ -123,6 +130,8 @@ constexpr picture flipped(picture p) {
     }
     return p;
 }
+
+} // namespace LUMALANE_COMPILED_FOR
 
 } // namespace lumalane
 

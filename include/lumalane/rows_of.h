@@ -54,18 +54,34 @@ struct row_set {
     long long rows = 1, pitch = 0;
     long long columns = 1, column_pitch = 0;
 
-    constexpr bool empty() const { return bytes <= 0 || rows <= 0 || columns <= 0; }
-    constexpr long long begin() const {
-        return first + least((rows - 1) * pitch) + least((columns - 1) * column_pitch);
+    LUMALANE_ALWAYS_INLINE constexpr bool empty() const {
+        return bytes <= 0 || rows <= 0 || columns <= 0;
     }
-    constexpr long long end() const {
-        return first + most((rows - 1) * pitch) + most((columns - 1) * column_pitch) + bytes;
-    }
-
-private:
-    static constexpr long long least(long long x) { return x < 0 ? x : 0; }
-    static constexpr long long most(long long x) { return x > 0 ? x : 0; }
+    LUMALANE_ALWAYS_INLINE constexpr long long begin() const;
+    LUMALANE_ALWAYS_INLINE constexpr long long end() const;
 };
+
+namespace detail {
+inline namespace LUMALANE_COMPILED_FOR {
+
+constexpr long long least(long long x) { return x < 0 ? x : 0; }
+constexpr long long most(long long x) { return x > 0 ? x : 0; }
+
+constexpr long long begin_of(const row_set &s) {
+    return s.first + least((s.rows - 1) * s.pitch) + least((s.columns - 1) * s.column_pitch);
+}
+constexpr long long end_of(const row_set &s) {
+    return s.first + most((s.rows - 1) * s.pitch) + most((s.columns - 1) * s.column_pitch) +
+           s.bytes;
+}
+
+} // namespace LUMALANE_COMPILED_FOR
+} // namespace detail
+
+LUMALANE_ALWAYS_INLINE constexpr long long row_set::begin() const {
+    return detail::begin_of(*this);
+}
+LUMALANE_ALWAYS_INLINE constexpr long long row_set::end() const { return detail::end_of(*this); }
 
 // ---- Rows that overlap ---------------------------------------------------------------------------
 

@@ -4,6 +4,8 @@
 #ifndef LUMALANE_STORE_BOUNDS_H
 #define LUMALANE_STORE_BOUNDS_H
 
+#include <lumalane/compiled_for.h>
+
 namespace lumalane {
 namespace detail {
 
@@ -26,6 +28,8 @@ enum class bound_by : unsigned char {
 // Of surfaces made from pictures: the least, which more arithmetic raises.
 constexpr bound_by bound_of_yuy2 = bound_by::loads_and_stores;
 constexpr bound_by bound_of_rgb = bound_by::stores_and_arithmetic;
+
+inline namespace LUMALANE_COMPILED_FOR {
 
 // The most bytes that are stored in the cache where a third of the last level has room for more.
 //
@@ -51,6 +55,8 @@ constexpr unsigned most_cached_bytes(bound_by bound, bool of_a_server) {
         return -1U;
     }
 }
+
+} // namespace LUMALANE_COMPILED_FOR
 
 } // namespace detail
 } // namespace lumalane

@@ -279,7 +279,7 @@ inline namespace LUMALANE_COMPILED_FOR {
 inline status stretch(const const_picture &source, const picture &destination, stretching how) {
     const detail::stretcher t = detail::stretcher_of(source.format, destination.format, how, false);
     if (t.adjusts)
-        return stretch(source, destination, how, adjustment());
+        return stretch(source, destination, how, adjustment{});
     const status s = detail::check_stretch(t, source, destination);
     if (s)
         detail::stretch_views(t, source, destination);

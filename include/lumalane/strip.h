@@ -36,7 +36,7 @@ struct plane_bytes {
 };
 
 constexpr status refused(error code, const char *argument, const char *other = nullptr) {
-    status s;
+    status s{};
     s.code = code;
     s.argument = argument;
     s.other = other;

@@ -37,42 +37,54 @@ foreach(order forward backward)
                           ${scratch}/${order}.cpp COMMAND_ERROR_IS_FATAL ANY)
 endforeach()
 
-# The functions of a file that uses all of them, and of which the linker may take another file's.
-function(shared_functions result compiler)
-  set(object ${scratch}/${result}.o)
-  execute_process(COMMAND ${compiler} -std=c++17 -O2 ${ARGN} -I ${include} -c ${scratch}/uses.cpp -o ${object}
+# The names of the namespace: one per kind of processor.
+function(names_of_processors compiler)
+  set(known "")
+  foreach(processor IN LISTS ARGN)
+    separate_arguments(options UNIX_COMMAND "${processor}")
+    execute_process(COMMAND ${compiler} -E -P ${options} -I ${include} ${scratch}/name.cpp
+                    OUTPUT_VARIABLE name OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    if(NOT name MATCHES "^for_[a-z0-9_]+$" OR name IN_LIST known)
+      message(FATAL_ERROR "${compiler} ${processor}: \"${name}\" is no name of its own")
+    endif()
+    list(APPEND known ${name})
+  endforeach()
+endfunction()
+
+# The functions of a file that uses all of them, of which the linker may take another file's.
+function(shareable_functions result)
+  execute_process(COMMAND ${ARGN} -std=c++17 -I ${include} -c ${CMAKE_CURRENT_LIST_DIR}/uses.cpp
+                          -o ${scratch}/uses.o COMMAND_ERROR_IS_FATAL ANY)
+  execute_process(COMMAND ${nm} -C --defined-only ${scratch}/uses.o OUTPUT_VARIABLE symbols
                   COMMAND_ERROR_IS_FATAL ANY)
-  execute_process(COMMAND ${nm} -C --defined-only ${object} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
-  string(REGEX MATCHALL " [WT] lumalane::[^\n]*" functions "${symbols}")
+  string(REGEX MATCHALL " W [^\n]*" functions "${symbols}")
+  # What the lock of the adjustment is made of: calls alone.
+  list(FILTER functions EXCLUDE REGEX "^ W (std::(mutex|lock_guard<std::mutex>)::|__clang_call_terminate$)")
+  list(LENGTH functions count)
+  if(count LESS 10)
+    message(FATAL_ERROR "${ARGN}: only ${count} functions of the companion in an object")
+  endif()
   set(${result} "${functions}" PARENT_SCOPE)
 endfunction()
 
 if(nm)
-  file(WRITE ${scratch}/uses.cpp "#include <lumalane/lumalane.hpp>
-using namespace lumalane;
-bool use(const picture &a, const picture &b, const subpicture &c) {
-    set_adjustment({});
-    return convert(a, b) && convert(a, b, {}) && blend(a, c, 0, 0, b) && blend(a, c, 0, 0, b, {}) &&
-           stretch(a, b, stretching::twice_both) && stretch(a, b, stretching::along_edges, {});
-}
-bool use(const buffer &a, const tag_ajust_contrast_info &b, const mix_buffers &c, const frame_buffers &d) {
-    return checked::loadimage_rgb16(a, a, a, a, 16, 16, 16, 32, &b) && checked::mix_ayv12_yv12_p(c) &&
-           checked::strech_opt_yuy2_ajust(d, 0, 16, a, 32, nullptr);
-}
-bool use(const picture_call &a) {
-    return footprint_of(functions::loadimage_rgb32, a)[pointer::dst].written.empty();
-}
-")
-  list(GET compilers 0 compiler)
-  shared_functions(narrow ${compiler} -mno-avx)
-  shared_functions(wide ${compiler} -mavx2)
-  list(LENGTH wide count)
-  if(count LESS 10)
-    message(FATAL_ERROR "${compiler}: only ${count} functions of the companion in an object")
-  endif()
-  foreach(function IN LISTS wide)
-    if(function IN_LIST narrow)
-      message(FATAL_ERROR "${compiler}: files for different processors share${function}")
-    endif()
+  file(WRITE ${scratch}/name.cpp "#include <lumalane/compiled_for.h>\nLUMALANE_COMPILED_FOR\n")
+  foreach(compiler IN LISTS compilers)
+    names_of_processors(
+      ${compiler} -mavx512vbmi -mavx512bw -mavx512f "-mavx2 -mxop" -mavx2 "-mxop -mbmi" -mxop
+      "-mavx -mbmi" -mavx -msse4.2 -msse4.1 -mssse3 -msse3 -msse2 "-m32 -march=pentium3"
+      "-m32 -march=i686")
+    foreach(optimized -O0 -Os -O2)
+      set(known "")
+      foreach(processor -mno-avx -mavx2 -march=skylake-avx512 -march=icelake-server)
+        shareable_functions(functions ${compiler} ${optimized} ${processor})
+        foreach(function IN LISTS functions)
+          if(function IN_LIST known)
+            message(SEND_ERROR "${compiler} ${optimized} ${processor}: shared with another processor:${function}")
+          endif()
+        endforeach()
+        list(APPEND known ${functions})
+      endforeach()
+    endforeach()
   endforeach()
 endif()
