@@ -30,6 +30,14 @@ TEST(packed_planes, follow_each_other) {
     EXPECT_EQ(p.planes[2].data, memory + 21);
 }
 
+// What a failed allocation gives, of which the compiler would refuse to compute an address.
+constexpr bool planes_are_null(const lumalane::picture &p) {
+    return !p.planes[0].data && !p.planes[1].data && !p.planes[2].data;
+}
+constexpr lumalane::picture nowhere = lumalane::packed_planes(format::i420, 5, 3, nullptr);
+static_assert(planes_are_null(nowhere) && nowhere.planes[1].stride == 3);
+static_assert(planes_are_null(lumalane::flipped(nowhere)));
+
 TEST(flipped, begins_with_the_last_row) {
     unsigned char memory[5 * 3 + 2 * 3 * 2];
     const lumalane::picture p =

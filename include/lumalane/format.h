@@ -110,13 +110,14 @@ constexpr std::size_t picture_bytes(format f, int width, int height) {
 }
 
 /// Such a picture in the picture_bytes() from `data` on. For one plane with gaps between its rows,
-/// set `planes[0].stride`.
+/// set `planes[0].stride`. Of a null pointer all planes are null.
 constexpr picture packed_planes(format f, int width, int height, unsigned char *data) {
     picture made{f, width, height, {{nullptr, 0}, {nullptr, 0}, {nullptr, 0}}};
     for (int i = 0; i < plane_count(f); ++i) {
         const long long bytes = row_bytes(f, i, width);
         made.planes[i] = {data, static_cast<int>(bytes)};
-        data += bytes * plane_height(f, i, height);
+        if (data)
+            data += bytes * plane_height(f, i, height);
     }
     return made;
 }
@@ -124,8 +125,10 @@ constexpr picture packed_planes(format f, int width, int height, unsigned char *
 /// The same picture upside down: from the last row to the first.
 constexpr picture flipped(picture p) {
     for (int i = 0; i < plane_count(p.format); ++i) {
-        p.planes[i].data += static_cast<std::ptrdiff_t>(plane_height(p.format, i, p.height) - 1) *
-                            p.planes[i].stride;
+        if (p.planes[i].data)
+            p.planes[i].data +=
+                static_cast<std::ptrdiff_t>(plane_height(p.format, i, p.height) - 1) *
+                p.planes[i].stride;
         p.planes[i].stride = -p.planes[i].stride;
     }
     return p;
