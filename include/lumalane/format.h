@@ -122,7 +122,9 @@ constexpr picture packed_planes(format f, int width, int height, unsigned char *
     return made;
 }
 
-/// The same picture upside down: from the last row to the first.
+/// The same picture upside down: from the last row to the first. Exact for packed pictures and for even
+/// heights: of yv12 and i420 with an odd height every second row then has the chroma of the row pair
+/// below its own.
 constexpr picture flipped(picture p) {
     for (int i = 0; i < plane_count(p.format); ++i) {
         if (p.planes[i].data)
