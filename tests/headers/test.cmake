@@ -74,7 +74,7 @@ if(nm)
       ${compiler} -mavx512vbmi -mavx512bw -mavx512f "-mavx2 -mxop" -mavx2 "-mxop -mbmi" -mxop
       "-mavx -mbmi" -mavx -msse4.2 -msse4.1 -mssse3 -msse3 -msse2 "-m32 -march=pentium3"
       "-m32 -march=i686")
-    foreach(optimized -O0 -Os -O2)
+    foreach(optimized -O0 -Os) # which leave the most functions to be shared
       set(known "")
       foreach(processor -mno-avx -mavx2 -march=skylake-avx512 -march=icelake-server)
         shareable_functions(functions ${compiler} ${optimized} ${processor})
