@@ -80,10 +80,6 @@ LUMALANE_INLINE words<16> add_saturate(words<16> a, words<16> b) {
     return {_mm256_adds_epi16(a.v, b.v)};
 }
 
-LUMALANE_INLINE words<16> add_saturate_unsigned(words<16> a, words<16> b) {
-    return {_mm256_adds_epu16(a.v, b.v)};
-}
-
 LUMALANE_INLINE words<16> maximum(words<16> a, words<16> b) { return {_mm256_max_epi16(a.v, b.v)}; }
 
 LUMALANE_INLINE words<16> minimum(words<16> a, words<16> b) { return {_mm256_min_epi16(a.v, b.v)}; }
@@ -248,11 +244,6 @@ LUMALANE_INLINE words<n / 2> odd_and_even_times(bytes<n> of_odd, bytes<n> of_eve
 
 LUMALANE_INLINE bytes<32> narrow_saturate(words<16> a, words<16> b) {
     return {_mm256_packus_epi16(a.v, b.v)};
-}
-
-LUMALANE_INLINE bytes<16> narrow_saturate(words<16> a) {
-    const __m256i twice = _mm256_packus_epi16(a.v, a.v);
-    return {_mm256_castsi256_si128(_mm256_permute4x64_epi64(twice, 0x08))};
 }
 
 LUMALANE_INLINE bytes<32> join(words<16> even, words<16> odd) {

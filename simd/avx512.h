@@ -113,10 +113,6 @@ LUMALANE_INLINE words<32> add_saturate(words<32> a, words<32> b) {
     return {_mm512_adds_epi16(a.v, b.v)};
 }
 
-LUMALANE_INLINE words<32> add_saturate_unsigned(words<32> a, words<32> b) {
-    return {_mm512_adds_epu16(a.v, b.v)};
-}
-
 LUMALANE_INLINE words<32> maximum(words<32> a, words<32> b) { return {_mm512_max_epi16(a.v, b.v)}; }
 
 LUMALANE_INLINE words<32> minimum(words<32> a, words<32> b) { return {_mm512_min_epi16(a.v, b.v)}; }
@@ -204,10 +200,6 @@ LUMALANE_INLINE bool all_in_1_to_127(bytes<64> a) {
     return _kortestc_mask64_u8(mask, mask) != 0;
 }
 
-LUMALANE_INLINE bool all(bytes<64> where) {
-    return _mm512_cmpneq_epi32_mask(where.v, _mm512_set1_epi32(-1)) == 0;
-}
-
 // (What is equal is a mask, of which a vector would be made, and of that a mask again.)
 template <int count>
 LUMALANE_INLINE bool are_at(const unsigned char *from, const vectors<count, 64> &these) {
@@ -270,10 +262,6 @@ LUMALANE_INLINE words<32> multiply_add(bytes<64> a, bytes<64> b) {
 
 LUMALANE_INLINE bytes<64> narrow_saturate(words<32> a, words<32> b) {
     return {_mm512_packus_epi16(a.v, b.v)};
-}
-
-LUMALANE_INLINE bytes<32> narrow_saturate(words<32> a) {
-    return {_mm512_cvtusepi16_epi8(_mm512_max_epi16(a.v, _mm512_setzero_si512()))};
 }
 
 LUMALANE_INLINE bytes<64> join(words<32> even, words<32> odd) {
@@ -448,10 +436,7 @@ template <int count, int n>
 requires(n == 64) LUMALANE_INLINE packed_pixels<n> load_packed(const unsigned char *from) {
     const bytes<64> even = words_of_both(load<64>(from), load<64>(from + 62));
     const bytes<64> odd = words_of_both(load<64>(from + 2), load<64>(from + 64));
-    if constexpr (count == 4)
-        return {permuted<2>(even), permuted<2>(odd)};
-    else
-        return {even, odd};
+    return {even, odd};
 }
 
 // ---- Pixels ------------------------------------------------------------------------------------
@@ -500,14 +485,9 @@ LUMALANE_INLINE bytes<64> even_bytes_in_second_8(bytes<64> a) {
     return permute(a, even_in_second_8);
 }
 
-// Stores with a mask take 1.05 times as long as those of AVX2.
+// Stores with a mask would take 1.05 times as long as those of AVX2.
 template <>
 inline constexpr int widest_with_gaps<64> = 32;
-
-LUMALANE_INLINE void store_after_8(unsigned char *to, const vectors<2, 64> &parts) {
-    _mm512_mask_storeu_epi64(to, 0xee, parts.part[0].v);
-    _mm512_mask_storeu_epi64(to + 64, 0xee, parts.part[1].v);
-}
 
 // Where channels of 64 pixels lie whose even and odd ones were narrowed from two vectors: in order, or
 // as load_packed() leaves pairs.

@@ -75,18 +75,16 @@ LUMALANE_UNPACK(32)
 LUMALANE_INLINE m128i _mm_unpacklo_epi64(m128i a, m128i b) { return {a.low, b.low}; }
 LUMALANE_INLINE m128i _mm_unpackhi_epi64(m128i a, m128i b) { return {a.high, b.high}; }
 
-// By bytes, fewer than 16. (A shift by 64 bits or more leaves nothing, one by less than 0 likewise.)
+// By bytes, fewer than 16. (A shift by 64 bits leaves nothing.)
 LUMALANE_INLINE m128i _mm_srli_si128(m128i a, int count) {
     if (count >= 8)
         return {_mm_srli_si64(a.high, 8 * (count - 8)), _mm_setzero_si64()};
     return {_mm_or_si64(_mm_srli_si64(a.low, 8 * count), _mm_slli_si64(a.high, 64 - 8 * count)),
             _mm_srli_si64(a.high, 8 * count)};
 }
+// By 8 or more.
 LUMALANE_INLINE m128i _mm_slli_si128(m128i a, int count) {
-    if (count >= 8)
-        return {_mm_setzero_si64(), _mm_slli_si64(a.low, 8 * (count - 8))};
-    return {_mm_slli_si64(a.low, 8 * count),
-            _mm_or_si64(_mm_slli_si64(a.high, 8 * count), _mm_srli_si64(a.low, 64 - 8 * count))};
+    return {_mm_setzero_si64(), _mm_slli_si64(a.low, 8 * (count - 8))};
 }
 
 template <int w, int x, int y, int z>
@@ -106,10 +104,9 @@ LUMALANE_INLINE __m64 two_dwords(m128i a) {
         return _mm_unpacklo_pi32(first, second);
     } else if constexpr (i % 2 == 1 && j % 2 == 1) {
         return _mm_unpackhi_pi32(first, second);
-    } else if constexpr (i % 2 == 0) {
-        return _mm_unpacklo_pi32(first, _mm_srli_si64(second, 32));
     } else {
-        return _mm_unpacklo_pi32(_mm_srli_si64(first, 32), second);
+        static_assert(i % 2 == 0);
+        return _mm_unpacklo_pi32(first, _mm_srli_si64(second, 32));
     }
 }
 

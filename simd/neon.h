@@ -242,10 +242,6 @@ LUMALANE_INLINE bytes<16> average(bytes<16> a, bytes<16> b) { return {vrhaddq_u8
 
 LUMALANE_INLINE bytes<8> average(bytes<8> a, bytes<8> b) { return {vrhaddq_u8(a.v, b.v)}; }
 
-LUMALANE_INLINE words<8> average(words<8> a, words<8> b) {
-    return words_of(vrhaddq_u16(unsigned_words(a), unsigned_words(b)));
-}
-
 // ---- Between bytes and words -------------------------------------------------------------------
 
 LUMALANE_INLINE bytes<8> lower_half(bytes<16> a) { return {a.v}; }
@@ -269,14 +265,6 @@ LUMALANE_INLINE words<8> widen(bytes<8> a) { return words_of(vmovl_u8(lower(a.v)
 LUMALANE_INLINE words<8> widen_low(bytes<16> a) { return words_of(vmovl_u8(lower(a.v))); }
 
 LUMALANE_INLINE words<8> widen_high(bytes<16> a) { return words_of(vmovl_high_u8(a.v)); }
-
-LUMALANE_INLINE words<8> widen_low(bytes<16> whole, bytes<16> fraction) {
-    return as_words({vzip1q_u8(fraction.v, whole.v)});
-}
-
-LUMALANE_INLINE words<8> widen_high(bytes<16> whole, bytes<16> fraction) {
-    return as_words({vzip2q_u8(fraction.v, whole.v)});
-}
 
 LUMALANE_INLINE words<8> even(bytes<16> a) { return as_words(a) & fill_words<8>(0x00ff); }
 
