@@ -53,7 +53,7 @@ void restore_alpha_rgb24(const plane_rows &rows, ptrdiff_t n) {
 
 void restore_alpha_rgb16(const plane_rows &rows, ptrdiff_t n) {
     transfer<16, 2, 1>(rows, n, []<int m>(const unsigned char *src) LUMALANE_INLINE_LAMBDA {
-        return vectors<1, m>{{load_even<1, m>(src) & fill_bytes<m>(0x1f)}};
+        return vectors<1, m>{{load_even<m>(src) & fill_bytes<m>(0x1f)}};
     });
 }
 

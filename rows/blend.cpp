@@ -23,7 +23,7 @@ struct weight_of_second {
 
     template <int n>
     LUMALANE_INLINE static bytes<n> load(const unsigned char *alpha) {
-        return load_odd<1, n>(alpha);
+        return load_odd<n>(alpha);
     }
 };
 
@@ -32,7 +32,7 @@ struct average_weight {
 
     template <int n>
     LUMALANE_INLINE static bytes<n> load(const unsigned char *alpha) {
-        return load_averages<1, n>(alpha);
+        return load_averages<n>(alpha);
     }
 };
 

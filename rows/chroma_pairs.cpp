@@ -25,9 +25,9 @@ void unpack_yuy2(const unpacked_yuy2 &rows, ptrdiff_t n) {
         for (ptrdiff_t left = rows.count; left > 0; --left) {
             along_row<16>(n, [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
                 constexpr int size = group.size;
-                const auto luma = load_even<1, size>(src + 2 * x);
+                const auto luma = load_even<size>(src + 2 * x);
                 if (uv)
-                    store(uv + x, adjusted.chroma(load_odd<1, size>(src + 2 * x)));
+                    store(uv + x, adjusted.chroma(load_odd<size>(src + 2 * x)));
                 store(y + x, adjusted.luma(luma));
             });
             src += rows.src_next, y += rows.y_next;

@@ -14,8 +14,8 @@ LUMALANE_INLINE bytes<n> filtered(bytes<n> a, bytes<n> b, bytes<n> c, bytes<n> d
         const auto eighths = [](auto inner, auto outer) LUMALANE_INLINE_LAMBDA {
             return shift_right_arithmetic<3>(subtract(inner, outer));
         };
-        return narrow_saturate(eighths(weighted_low<5, 5>(b, c), weighted_low<1, 1>(a, d)),
-                               eighths(weighted_high<5, 5>(b, c), weighted_high<1, 1>(a, d)));
+        return narrow_saturate(eighths(weighted_low<5>(b, c), weighted_low<1>(a, d)),
+                               eighths(weighted_high<5>(b, c), weighted_high<1>(a, d)));
     }
 }
 

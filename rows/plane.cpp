@@ -96,7 +96,7 @@ void emit_half_plane(const plane_rows &rows, ptrdiff_t n) {
         store_rows<2>(rows, n, [=]<int size>(const unsigned char *src) LUMALANE_INLINE_LAMBDA {
             if constexpr (2 * size >= cache_line)
                 fetch_source<2 * size>(src);
-            return map(load_odd<1, size>(src));
+            return map(load_odd<size>(src));
         });
     });
 }

@@ -291,14 +291,14 @@ LUMALANE_INLINE bytes<16> subtract(bytes<16> a, bytes<16> b) { return {_mm_sub_e
 
 LUMALANE_INLINE bytes<32> subtract(bytes<32> a, bytes<32> b) { return {_mm256_sub_epi8(a.v, b.v)}; }
 
-template <int p, int q, int n>
+template <int factor, int n>
 LUMALANE_INLINE words<n / 2> weighted_low(bytes<n> a, bytes<n> b) {
-    return multiply_add(interleave(a, b).part[0], fill_byte_pairs<n>(p, q));
+    return multiply_add(interleave(a, b).part[0], fill_byte_pairs<n>(factor, factor));
 }
 
-template <int p, int q, int n>
+template <int factor, int n>
 LUMALANE_INLINE words<n / 2> weighted_high(bytes<n> a, bytes<n> b) {
-    return multiply_add(interleave(a, b).part[1], fill_byte_pairs<n>(p, q));
+    return multiply_add(interleave(a, b).part[1], fill_byte_pairs<n>(factor, factor));
 }
 
 template <int n>
@@ -329,7 +329,7 @@ struct shuffles {
     alignas(32) table pixel_order[2];
     // For 1 to 4 parts: 16 chroma samples, in both blocks, to permuted words.
     alignas(32) table chroma[4];
-    alignas(32) table upper_chroma[4]; // in the upper bytes of the words
+    alignas(32) table upper_chroma[2]; // in the upper bytes of the words, for 1 and 2 parts
     alignas(32)
         table word[2][3]; // of pairs in order and in turn; of the middle one the bytes are apart
     alignas(32) table thirds[3]; // of 3-byte pixels: part k of 16, from bytes 16k on
@@ -403,8 +403,10 @@ constexpr shuffles make_shuffles() {
             const int sample = (2 * turn + block) * group + word % group;
             s.chroma[count - 1][2 * word] = static_cast<unsigned char>(sample);
             s.chroma[count - 1][2 * word + 1] = zero;
-            s.upper_chroma[count - 1][2 * word] = zero;
-            s.upper_chroma[count - 1][2 * word + 1] = static_cast<unsigned char>(sample);
+            if (count <= 2) {
+                s.upper_chroma[count - 1][2 * word] = zero;
+                s.upper_chroma[count - 1][2 * word + 1] = static_cast<unsigned char>(sample);
+            }
         }
     }
     return s;
@@ -455,16 +457,8 @@ LUMALANE_INLINE bytes<n> load_permuted(const unsigned char *from) {
     return permuted<count>(load<n>(from));
 }
 
-// What two vectors narrow to is permuted for 2 parts already.
-template <int count>
-LUMALANE_INLINE bytes<32> permute_narrowed(words<16> a, words<16> b) {
-    const bytes<32> narrowed = narrow_saturate(a, b);
-    if constexpr (count == 2)
-        return narrowed;
-    else if constexpr (count == 4)
-        return {_mm256_permutevar8x32_epi32(narrowed.v, _mm256_setr_epi32(0, 4, 2, 6, 1, 5, 3, 7))};
-    else
-        return {_mm256_permute4x64_epi64(narrowed.v, _MM_SHUFFLE(3, 1, 2, 0))};
+LUMALANE_INLINE bytes<32> narrow_in_order(words<16> a, words<16> b) {
+    return {_mm256_permute4x64_epi64(narrow_saturate(a, b).v, _MM_SHUFFLE(3, 1, 2, 0))};
 }
 
 // The even words of `a`, the odd ones of `b`.
@@ -513,6 +507,7 @@ LUMALANE_INLINE bytes<n> load_pairs_permuted(const unsigned char *u, const unsig
     if constexpr (n == 16) {
         return {_mm_unpacklo_epi8(load<8>(u).v, load<8>(v).v)};
     } else {
+        static_assert(count <= 2);
         return as_bytes(load_chroma_permuted<count, 16>(u)) |
                shuffled(load_repeated(v), shuffle.upper_chroma[count - 1]);
     }

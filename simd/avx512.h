@@ -377,10 +377,8 @@ constexpr permutation pairs_permuted = make_permutation([](int i) {
     return sample_at<count>(i / 2) + i % 2 * 32;
 });
 // Samples that lie in the even and then in the odd bytes of one vector.
-template <int count>
-constexpr permutation halves_permuted = make_permutation([](int i) {
-    return pixel_at<count>(i) % 32 * 2 + pixel_at<count>(i) / 32;
-});
+inline constexpr permutation halves_in_order =
+    make_permutation([](int i) { return i % 32 * 2 + i / 32; });
 
 template <int count>
 LUMALANE_INLINE bytes<64> permuted(bytes<64> in_order) {
@@ -410,21 +408,21 @@ requires(n == 64) LUMALANE_INLINE bytes<n> load_pairs_permuted(const unsigned ch
 // Of the second 64 bytes those that are wanted come between those of the first ones by a load from a
 // byte further ahead or back.
 
-template <int count, int n>
+template <int n>
 requires(n == 64) LUMALANE_INLINE bytes<n> load_even(const unsigned char *from) {
-    return permute(load_into(load<64>(from), every<2, 1>, from + 63), halves_permuted<count>);
+    return permute(load_into(load<64>(from), every<2, 1>, from + 63), halves_in_order);
 }
 
-template <int count, int n>
+template <int n>
 requires(n == 64) LUMALANE_INLINE bytes<n> load_odd(const unsigned char *from) {
-    return permute(load_into(load<64>(from + 1), every<2, 1>, from + 64), halves_permuted<count>);
+    return permute(load_into(load<64>(from + 1), every<2, 1>, from + 64), halves_in_order);
 }
 
-template <int count, int n>
+template <int n>
 requires(n == 64) LUMALANE_INLINE bytes<n> load_averages(const unsigned char *from) {
     const bytes<64> even = load_into(load<64>(from), every<2, 1>, from + 63);
     const bytes<64> odd = load_into(load<64>(from + 1), every<2, 1>, from + 64);
-    return permute(average(even, odd), halves_permuted<count>);
+    return permute(average(even, odd), halves_in_order);
 }
 
 LUMALANE_INLINE bytes<64> words_of_both(bytes<64> a, bytes<64> b) {

@@ -312,20 +312,14 @@ LUMALANE_INLINE bytes<16> amplify(bytes<16> a, bytes<16> gain, words<8> offset) 
                                 vqaddq_s16(high, offset.v), 6)};
 }
 
-template <int p, int q>
+template <int factor>
 LUMALANE_INLINE words<8> weighted_low(bytes<16> a, bytes<16> b) {
-    if constexpr (p == q)
-        return words_of(vmulq_n_u16(vaddl_u8(lower(a.v), lower(b.v)), p));
-    else
-        return words_of(vmlal_u8(vmull_u8(lower(a.v), vdup_n_u8(p)), lower(b.v), vdup_n_u8(q)));
+    return words_of(vmulq_n_u16(vaddl_u8(lower(a.v), lower(b.v)), factor));
 }
 
-template <int p, int q>
+template <int factor>
 LUMALANE_INLINE words<8> weighted_high(bytes<16> a, bytes<16> b) {
-    if constexpr (p == q)
-        return words_of(vmulq_n_u16(vaddl_high_u8(a.v, b.v), p));
-    else
-        return words_of(vmlal_high_u8(vmull_high_u8(a.v, vdupq_n_u8(p)), b.v, vdupq_n_u8(q)));
+    return words_of(vmulq_n_u16(vaddl_high_u8(a.v, b.v), factor));
 }
 
 LUMALANE_INLINE bytes<16> groups_above(bytes<16> a, int limit) {
@@ -372,7 +366,7 @@ LUMALANE_INLINE sixteenths<8> blend(bytes<8> below, bytes<8> above, bytes<8> wei
 
 // ---- Pixels ------------------------------------------------------------------------------------
 
-template <int count, int n>
+template <int n>
 LUMALANE_INLINE bytes<n> load_even(const unsigned char *from) {
     if constexpr (n == 8)
         return {extended(vld2_u8(from).val[0])};
@@ -380,7 +374,7 @@ LUMALANE_INLINE bytes<n> load_even(const unsigned char *from) {
         return {vld2q_u8(from).val[0]};
 }
 
-template <int count, int n>
+template <int n>
 LUMALANE_INLINE bytes<n> load_odd(const unsigned char *from) {
     if constexpr (n == 8)
         return {extended(vld2_u8(from).val[1])};
@@ -388,9 +382,9 @@ LUMALANE_INLINE bytes<n> load_odd(const unsigned char *from) {
         return {vld2q_u8(from).val[1]};
 }
 
-template <int count, int n>
+template <int n>
 LUMALANE_INLINE bytes<n> load_averages(const unsigned char *from) {
-    return average(load_even<count, n>(from), load_odd<count, n>(from));
+    return average(load_even<n>(from), load_odd<n>(from));
 }
 
 template <int>

@@ -427,15 +427,15 @@ LUMALANE_INLINE bytes<2 * n> narrow_interleaved(words<n> a, words<n> b) {
     return join(clamp_to_byte(a), clamp_to_byte(b));
 }
 
-// p * a + q * b of the lanes that widen_low() and widen_high() take; p and q are 0..63.
-template <int p, int q, int n>
+// (a + b) * factor of the lanes that widen_low() and widen_high() take; it is 0..63.
+template <int factor, int n>
 LUMALANE_INLINE words<n / 2> weighted_low(bytes<n> a, bytes<n> b) {
-    return weighted(widen_low(a), widen_low(b), p, q);
+    return weighted(widen_low(a), widen_low(b), factor, factor);
 }
 
-template <int p, int q, int n>
+template <int factor, int n>
 LUMALANE_INLINE words<n / 2> weighted_high(bytes<n> a, bytes<n> b) {
-    return weighted(widen_high(a), widen_high(b), p, q);
+    return weighted(widen_high(a), widen_high(b), factor, factor);
 }
 
 // A mask over groups of four lanes: set where their sum is above `limit`.
@@ -514,29 +514,29 @@ LUMALANE_INLINE words<n> load_chroma_permuted(const unsigned char *from) {
     return widen(load<n>(from));
 }
 
-// The samples of U and V in turn, permuted like their pixels.
+// The samples of U and V in turn, permuted like their pixels, for 1 or 2 vectors.
 template <int count, int n>
 LUMALANE_INLINE bytes<n> load_pairs_permuted(const unsigned char *u, const unsigned char *v) {
     return join(load_chroma_permuted<count, n / 2>(u), load_chroma_permuted<count, n / 2>(v));
 }
 
 // n bytes of the 2n at `from`: those with even or odd offsets, or the averages of each two of them,
-// rounded up; permuted like pixels.
-template <int count, int n>
+// rounded up.
+template <int n>
 LUMALANE_INLINE bytes<n> load_even(const unsigned char *from) {
     return pick(
         load<n>(from), load<n>(from + n), [](int i) constexpr { return 2 * i; });
 }
 
-template <int count, int n>
+template <int n>
 LUMALANE_INLINE bytes<n> load_odd(const unsigned char *from) {
     return pick(
         load<n>(from), load<n>(from + n), [](int i) constexpr { return 2 * i + 1; });
 }
 
-template <int count, int n>
+template <int n>
 LUMALANE_INLINE bytes<n> load_averages(const unsigned char *from) {
-    return average(load_even<count, n>(from), load_odd<count, n>(from));
+    return average(load_even<n>(from), load_odd<n>(from));
 }
 
 // In the order of pairs that comes cheapest.
@@ -592,14 +592,12 @@ LUMALANE_INLINE bytes<n> next_lanes(bytes<n> a) {
     return load<n>(lane + 1);
 }
 
-// The even ones of the first 16 bytes in place of the second 8, of vectors wider than 16 bytes; of those
-// wider than 64 bytes in each 64.
+// The even ones of the first 16 bytes in place of the second 8, of vectors wider than 16 bytes.
 template <int n>
 LUMALANE_INLINE bytes<n> even_bytes_in_second_8(bytes<n> a) {
     unsigned char lane[n];
     store(lane, a);
-    for (int block = 0; block < n; block += 64)
-        store(lane + block + 8, narrow(even(load<16>(lane + block))));
+    store(lane + 8, narrow(even(load<16>(lane))));
     return load<n>(lane);
 }
 

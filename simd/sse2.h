@@ -348,24 +348,22 @@ LUMALANE_INLINE bytes<16> join(words<8> even, words<8> odd) {
 }
 
 #ifndef LUMALANE_WIDER_TARGET
-template <int p, int q>
+template <int factor>
 LUMALANE_INLINE words<8> weighted(words<8> a, words<8> b) {
-    if constexpr (p == 1 && q == 1)
+    if constexpr (factor == 1)
         return add(a, b);
-    else if constexpr (p == q)
-        return multiply_low(add(a, b), fill_words<8>(p));
     else
-        return add(multiply_low(a, fill_words<8>(p)), multiply_low(b, fill_words<8>(q)));
+        return multiply_low(add(a, b), fill_words<8>(factor));
 }
 
-template <int p, int q>
+template <int factor>
 LUMALANE_INLINE words<8> weighted_low(bytes<16> a, bytes<16> b) {
-    return weighted<p, q>(widen_low(a), widen_low(b));
+    return weighted<factor>(widen_low(a), widen_low(b));
 }
 
-template <int p, int q>
+template <int factor>
 LUMALANE_INLINE words<8> weighted_high(bytes<16> a, bytes<16> b) {
-    return weighted<p, q>(widen_high(a), widen_high(b));
+    return weighted<factor>(widen_high(a), widen_high(b));
 }
 
 #endif
@@ -432,34 +430,30 @@ LUMALANE_INLINE sixteenths<8> blend(bytes<8> below, bytes<8> above, bytes<8> wei
 
 // ---- Pixels ------------------------------------------------------------------------------------
 
-template <int>
-LUMALANE_INLINE bytes<16> permute_narrowed(words<8> a, words<8> b) {
-    return narrow_saturate(a, b);
-}
+LUMALANE_INLINE bytes<16> narrow_in_order(words<8> a, words<8> b) { return narrow_saturate(a, b); }
 
 // `make` of the words at `from`.
-template <int count, int n, class Make>
+template <int n, class Make>
 LUMALANE_INLINE bytes<n> load_made(const unsigned char *from, const Make &make) {
     if constexpr (n == 8)
         return narrow_saturate(make(load<16>(from)));
     else
-        return permute_narrowed<count>(make(load<n>(from)), make(load<n>(from + n)));
+        return narrow_in_order(make(load<n>(from)), make(load<n>(from + n)));
 }
 
-template <int count, int n>
+template <int n>
 LUMALANE_INLINE bytes<n> load_even(const unsigned char *from) {
-    return load_made<count, n>(from, [](auto a) LUMALANE_INLINE_LAMBDA { return even(a); });
+    return load_made<n>(from, [](auto a) LUMALANE_INLINE_LAMBDA { return even(a); });
 }
 
-template <int count, int n>
+template <int n>
 LUMALANE_INLINE bytes<n> load_odd(const unsigned char *from) {
-    return load_made<count, n>(from, [](auto a) LUMALANE_INLINE_LAMBDA { return odd(a); });
+    return load_made<n>(from, [](auto a) LUMALANE_INLINE_LAMBDA { return odd(a); });
 }
 
-template <int count, int n>
+template <int n>
 LUMALANE_INLINE bytes<n> load_averages(const unsigned char *from) {
-    return load_made<count, n>(from,
-                               [](auto a) LUMALANE_INLINE_LAMBDA { return average_neighbours(a); });
+    return load_made<n>(from, [](auto a) LUMALANE_INLINE_LAMBDA { return average_neighbours(a); });
 }
 
 #ifndef LUMALANE_WIDER_TARGET
