@@ -155,17 +155,23 @@ LUMALANE_INLINE void store_all(store_policy stores, unsigned char *to, const Vec
 // vectors have 16 bytes.
 inline constexpr bool filters_pairs = vector_registers >= 16 && widest > 16;
 
-// The same of a surface, on this target.
+// streams_pairs() of a surface, on this target.
 template <class Surface>
 inline constexpr bool streams_its_pairs = streams &&streams_pairs(widest, vector_registers,
                                                                   Surface::bytes_per_pixel);
 
+// Whether all rows of the destination begin at multiples of `size`, a power of two.
+template <class Rows>
+LUMALANE_INLINE bool begin_at_multiples(const Rows &rows, uintptr_t size) {
+    const auto places = reinterpret_cast<uintptr_t>(rows.dst) |
+                        static_cast<uintptr_t>(rows.dst_below | rows.dst_next);
+    return places % size == 0;
+}
+
 // Where rows begin on lines of the cache.
 template <class Surface, class Rows>
 LUMALANE_INLINE bool streams_in_turn(const Rows &rows) {
-    const auto places = reinterpret_cast<uintptr_t>(rows.dst) |
-                        static_cast<uintptr_t>(rows.dst_below | rows.dst_next);
-    return streams_its_pairs<Surface> && places % cache_line == 0;
+    return streams_its_pairs<Surface> && begin_at_multiples(rows, cache_line);
 }
 
 // Whether rows of a pair are stored in turn wherever they begin: non-temporal stores would leave lines of
@@ -181,9 +187,7 @@ inline constexpr ptrdiff_t longest_run_in_order = 16;
 // times as long then. (Of 16 bytes only every fourth one does.)
 template <class Rows>
 LUMALANE_INLINE bool cross_cache_lines(const Rows &rows) {
-    const auto places = reinterpret_cast<uintptr_t>(rows.dst) |
-                        static_cast<uintptr_t>(rows.dst_below | rows.dst_next);
-    return widest > 16 && places % widest != 0;
+    return widest > 16 && !begin_at_multiples(rows, widest);
 }
 
 // Runs `run(cached{})` or `run(non_temporal{})`.

@@ -366,9 +366,6 @@ LUMALANE_INLINE words<8> weighted_high(bytes<16> a, bytes<16> b) {
     return weighted<factor>(widen_high(a), widen_high(b));
 }
 
-#endif
-
-#ifndef LUMALANE_WIDER_TARGET
 LUMALANE_INLINE bytes<16> groups_above(bytes<16> a, int limit) {
     const words<8> pairs = add(even(a), odd(a));
     return {_mm_cmpgt_epi32(_mm_madd_epi16(pairs.v, _mm_set1_epi16(1)), _mm_set1_epi32(limit))};
