@@ -131,7 +131,8 @@ row_call draw_planar_to_surface(const wanted_call &wanted,
             const bytes upper = held.read(y, i), uu = chroma(u), vv = chroma(v);
             const auto made_of = [&](const bytes &luma) {
                 bytes made(row_bytes);
-                planar_rows row{luma.data(), uu.data(), vv.data(), made.data()};
+                planar_rows row{luma.data(), mono ? luma.data() : uu.data(),
+                                mono ? luma.data() : vv.data(), made.data()};
                 row.by = drawn.by.get();
                 (reference.*(gaps ? &row_kernels::emit_yuy2 : kernel))(row, n);
                 return made;
