@@ -88,7 +88,7 @@ LUMALANE_INLINE ptrdiff_t count_clear(const unsigned char *alpha, ptrdiff_t belo
     return all_zero(any) ? n : x;
 }
 
-// With how many they begin before the first group that is clear. The first one is not.
+// With how many they begin before the first group that is clear, the first one aside.
 LUMALANE_INLINE ptrdiff_t count_drawn(const unsigned char *alpha, ptrdiff_t below, ptrdiff_t n) {
     for (ptrdiff_t x = counted_group; x < n; x += counted_group) {
         ptrdiff_t i = 0, end = n - x < counted_group ? n - x : counted_group;

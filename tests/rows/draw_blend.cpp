@@ -79,29 +79,31 @@ row_call draw_mixing_pairs(const wanted_call &wanted,
     const bool between = to.bytes_per_pixel > 1 && wanted.number / 8 % 3 == 0;
     const bool by_averages = wanted.facts.name == "mix_pairs_by_averages";
     // Pairs of two kinds: of the other ones lower rows are averaged where those of the first ones are not.
-    const bool alternate = wanted.number / 16 % 2 == 1;
+    const bool alternate = wanted.number / 24 % 2 == 1;
     const std::ptrdiff_t kinds = alternate ? 2 : 1;
-    const std::ptrdiff_t count = kinds * r.between(1, 3), chroma_rows = between ? 2 : 1;
+    // Narrow pairs of two kinds are mixed in runs, of which there may be more than one.
+    const bool in_runs = alternate && n == 512;
+    const std::ptrdiff_t count = kinds * (in_runs ? r.between(36, 48) : r.between(1, 3));
+    const std::ptrdiff_t chroma_rows = between ? 2 : 1;
     const auto is_averaged = [=](std::ptrdiff_t pair) {
         return averaged != (alternate && pair % 2 == 1);
     };
     const std::ptrdiff_t y_next = draw_pitch(r, n);
     const std::ptrdiff_t chroma_next = draw_pitch(r, n / 2);
-    const std::ptrdiff_t sub_next =
-        std::abs(draw_pitch(r, n)); // alpha is drawn from its lowest byte on
+    const std::ptrdiff_t sub_next = draw_pitch(r, n);
     const std::ptrdiff_t sub_chroma_next = draw_pitch(r, n / 2);
     const std::ptrdiff_t dst_next = draw_pitch(r, row_bytes, alignment_for(stores));
     // Rows of their own, and some pairs without the subpicture.
-    bytes held_alpha;
+    bytes held_alpha((2 * count - 1) * std::abs(sub_next) + n, 255);
+    const std::ptrdiff_t first_alpha = sub_next < 0 ? (2 * count - 1) * -sub_next : 0;
     for (std::ptrdiff_t i = 0; i < count; ++i) {
         const bool clear = r.one_in(3);
-        for (int row = 0; row < 2; ++row) {
+        for (std::ptrdiff_t row = 2 * i; row < 2 * i + 2; ++row) {
             const bytes drawn = clear ? bytes(n) : draw_alpha(r, n);
-            held_alpha.insert(held_alpha.end(), drawn.begin(), drawn.end());
-            held_alpha.resize((2 * i + row + 1) * sub_next, 255);
+            std::copy(drawn.begin(), drawn.end(),
+                      held_alpha.begin() + first_alpha + row * sub_next);
         }
     }
-    held_alpha.resize((2 * count - 1) * sub_next + n);
 
     enum { y, u, v, alpha, sub_y, sub_u, sub_v, dst };
     row_call call;
@@ -120,8 +122,9 @@ row_call draw_mixing_pairs(const wanted_call &wanted,
     call.alignment = alignment_for(stores);
     call.run = [=](const row_kernels &target, const addresses &at) {
         const std::ptrdiff_t to_chroma = chroma_rows * chroma_next;
+        unsigned char *const upper_alpha = at[alpha] + first_alpha;
         mixed_pairs pairs{
-            {at[y], at[u], at[v], at[alpha], at[sub_y], at[sub_u], at[sub_v], at[dst]},
+            {at[y], at[u], at[v], upper_alpha, at[sub_y], at[sub_u], at[sub_v], at[dst]},
             {y_next, between ? chroma_next : 0, sub_next, sub_chroma_next, dst_next},
             averaged ? lower_row::average : lower_row::itself,
             target.*to.emit,
@@ -135,7 +138,7 @@ row_call draw_mixing_pairs(const wanted_call &wanted,
         others.upper = {at[y] + 2 * y_next,
                         at[u] + to_chroma,
                         at[v] + to_chroma,
-                        at[alpha] + 2 * sub_next,
+                        upper_alpha + 2 * sub_next,
                         at[sub_y] + 2 * sub_next,
                         at[sub_u] + 2 * sub_chroma_next,
                         at[sub_v] + 2 * sub_chroma_next,
@@ -150,7 +153,7 @@ row_call draw_mixing_pairs(const wanted_call &wanted,
         const bytes all_alpha = held.read(alpha);
         for (std::ptrdiff_t i = 0; i < 2 * count; ++i) {
             const std::ptrdiff_t of_pair = i / 2 * chroma_rows;
-            const auto row_of_alpha = all_alpha.begin() + i * sub_next;
+            const auto row_of_alpha = all_alpha.begin() + first_alpha + i * sub_next;
             const bytes row_alpha(row_of_alpha, row_of_alpha + n);
             const bytes weights = chroma_weights(row_alpha, by_averages);
             const auto chroma = [&](std::size_t video, std::size_t sub,
@@ -179,7 +182,7 @@ row_call draw_blending_planes(const wanted_call &wanted,
     const std::ptrdiff_t n = wanted.n, samples = chroma ? n / 2 : n;
     const auto by = draw_by<adjustment>(wanted);
     const store_policy stores = policy(wanted.number);
-    const bool averages = !by && wanted.number / 4 % 2 == 1;
+    const bool averages = wanted.number / 4 % 2 == 1; // unless they are adjusted
     const std::ptrdiff_t count = wanted.randomness.between(1, 3);
     random &r = wanted.randomness;
     const std::ptrdiff_t video_next = draw_pitch(r, samples);
@@ -187,9 +190,17 @@ row_call draw_blending_planes(const wanted_call &wanted,
     const std::ptrdiff_t alpha_next = draw_pitch(r, n);
     const std::ptrdiff_t dst_next = draw_pitch(r, samples, alignment_for(stores));
     const std::ptrdiff_t v_samples = chroma ? samples : 0;
-    // Of a field the lower rows are made of the upper ones and those below them.
-    const std::ptrdiff_t video_rows = averages ? count / 2 + 1 : count;
-    const auto video_row = [=](std::ptrdiff_t i) { return averages ? i / 2 : i; };
+    // Row after row; or the rows of pairs lie elsewhere, as those of a field, where both are one row and
+    // the lower one is averaged with the one below.
+    const bool evenly = r.one_in(2);
+    const std::ptrdiff_t to_lower = evenly ? 1 : r.between(0, 2); // rows
+    const std::ptrdiff_t to_next_pair = evenly ? 2 : r.between(0, 3);
+    const auto video_row = [=](std::ptrdiff_t i) {
+        return i / 2 * to_next_pair + i % 2 * to_lower;
+    };
+    std::ptrdiff_t video_rows = 0;
+    for (std::ptrdiff_t i = 0; i < count; ++i)
+        video_rows = std::max(video_rows, video_row(i) + (averages && !by && i % 2 == 1 ? 2 : 1));
 
     enum { video_u, video_v, sub_u, sub_v, alpha, dst_u, dst_v };
     row_call call;
@@ -217,8 +228,8 @@ row_call draw_blending_planes(const wanted_call &wanted,
         rows.stores = stores;
         rows.count = count;
         rows.dst_next = dst_next, rows.sub_next = sub_next, rows.alpha_next = alpha_next;
-        rows.video_to_lower = averages ? 0 : video_next;
-        rows.video_next = averages ? video_next : 2 * video_next;
+        rows.video_to_lower = to_lower * video_next;
+        rows.video_next = to_next_pair * video_next;
         rows.below_lower = averages ? video_next : 0;
         (target.*kernel)(rows, n);
         return 0;
@@ -229,7 +240,7 @@ row_call draw_blending_planes(const wanted_call &wanted,
                 chroma ? chroma_weights(held.read(alpha, i), false) : held.read(alpha, i);
             const auto made = [&](std::size_t video, std::size_t sub, const plane_adjustment *map) {
                 bytes blended = held.read(video, video_row(i));
-                if (averages && i % 2 == 1)
+                if (averages && !by && i % 2 == 1)
                     blended = averaged(blended, held.read(video, video_row(i) + 1));
                 const bytes of_sub = held.read(sub, i);
                 for (std::size_t k = 0; k < blended.size(); ++k) {

@@ -154,8 +154,10 @@ row_call draw_doubled_to_surface(const wanted_call &wanted,
     const std::ptrdiff_t pitch = draw_pitch(r, luma_bytes);
     const std::ptrdiff_t chroma_pitch = draw_pitch(r, chroma_bytes);
     const std::ptrdiff_t dst_pitch = draw_pitch(r, row_bytes, alignment_for(stores));
+    const std::ptrdiff_t y_next = r.between(0, 2), chroma_next = r.between(0, 2); // rows
     const int luma_rows = all ? 3 : made == pair_made::between ? 2 : 1, dst_rows = all ? 4 : 1;
     const int chroma_rows = two_of_chroma ? 2 : 1;
+    const std::ptrdiff_t all_chroma_rows = chroma_rows + (count - 1) * chroma_next;
 
     enum { y, u, v, dst };
     row_call call;
@@ -163,9 +165,9 @@ row_call draw_doubled_to_surface(const wanted_call &wanted,
                      (repeats_last ? ", the last one again" : "") +
                      (two_of_chroma ? ", two rows of chroma" : "") +
                      (lower_has_own ? ", the lower row with its own" : "") + ", " + told(stores);
-    call.rows = {{"y", luma_bytes, luma_rows + count - 1, pitch},
-                 {"u", chroma_bytes, chroma_rows + count - 1, chroma_pitch},
-                 {"v", doubles_width ? 0 : chroma_bytes, chroma_rows + count - 1, chroma_pitch},
+    call.rows = {{"y", luma_bytes, luma_rows + (count - 1) * y_next, pitch},
+                 {"u", chroma_bytes, all_chroma_rows, chroma_pitch},
+                 {"v", doubles_width ? 0 : chroma_bytes, all_chroma_rows, chroma_pitch},
                  {"dst", row_bytes, dst_rows * count, dst_pitch, true}};
     call.reads_again = all;
     call.alignment = alignment_for(stores);
@@ -178,7 +180,8 @@ row_call draw_doubled_to_surface(const wanted_call &wanted,
         rows.chroma_below = two_of_chroma ? chroma_pitch : 0;
         rows.lower_has_own_chroma = lower_has_own;
         rows.count = count;
-        rows.y_next = pitch, rows.chroma_next = chroma_pitch, rows.dst_next = dst_rows * dst_pitch;
+        rows.y_next = y_next * pitch, rows.chroma_next = chroma_next * chroma_pitch;
+        rows.dst_next = dst_rows * dst_pitch;
         (target.*kernel)(rows, n);
         return 0;
     };
@@ -186,9 +189,10 @@ row_call draw_doubled_to_surface(const wanted_call &wanted,
         for (std::ptrdiff_t i = 0; i < count; ++i) {
             bytes luma[3], uu[2], vv[2];
             for (int k = 0; k < luma_rows; ++k)
-                luma[k] = held.read(y, i + k);
+                luma[k] = held.read(y, i * y_next + k);
             for (int k = 0; k < chroma_rows; ++k)
-                uu[k] = held.read(u, i + k), vv[k] = held.read(v, i + k);
+                uu[k] = held.read(u, i * chroma_next + k),
+                vv[k] = held.read(v, i * chroma_next + k);
             // One row, of `upper` or of both rows, with the first row's chroma or with both.
             const auto row = [&](int upper, bool between, bool both_of_chroma) {
                 const auto appended = [](bytes a, const bytes &b) {

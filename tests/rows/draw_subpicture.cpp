@@ -183,22 +183,29 @@ row_call draw_marker_to_key(const wanted_call &wanted,
         if (r.one_in(2))
             byte = marker;
 
+    const std::ptrdiff_t count = r.between(1, 3);
+    const std::ptrdiff_t mask_next = draw_pitch(r, n);
+    const std::ptrdiff_t dst_next = draw_pitch(r, n, alignment_for(stores));
+
     enum { mask, dst };
     row_call call;
-    call.arguments = told(stores);
-    call.rows = {{"mask", n, 1, 0, false, marked}, {"dst", n, 1, 0, true}};
+    call.arguments = std::to_string(count) + " times, " + told(stores);
+    call.rows = {{"mask", n, count, mask_next, false, marked}, {"dst", n, count, dst_next, true}};
     call.alignment = alignment_for(stores);
     call.run = [=](const row_kernels &target, const addresses &at) {
-        (target.*kernel)({at[mask], at[dst], stores}, n, marker, key);
+        (target.*kernel)({at[mask], at[dst], stores, nullptr, count, mask_next, dst_next}, n,
+                         marker, key);
         return 0;
     };
     call.expect = [=](const row_kernels &, contents &held) {
-        const bytes where = held.read(mask);
-        bytes made = held.read(dst);
-        for (std::ptrdiff_t i = 0; i < n; ++i)
-            if (where[i] == marker)
-                made[i] = key;
-        held.write(dst, made);
+        for (std::ptrdiff_t k = 0; k < count; ++k) {
+            const bytes where = held.read(mask, k);
+            bytes made = held.read(dst, k);
+            for (std::ptrdiff_t i = 0; i < n; ++i)
+                if (where[i] == marker)
+                    made[i] = key;
+            held.write(dst, made, k);
+        }
         return 0;
     };
     return call;
