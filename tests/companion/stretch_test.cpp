@@ -90,13 +90,14 @@ TEST(stretched_columns, go_back_by_no_more_than_32_bits_hold) {
 
 std::vector<served> all_served() {
     std::vector<served> found;
-    for (const format from : {format::yv12, format::i420})
+    for (const format from : {format::yv12, format::i420}) {
         for (const format to : formats)
             found.push_back({from, to, stretching::twice_height});
-    for (const format to : {format::yv12, format::i420, format::yuy2})
-        found.push_back({format::yv12, to, stretching::twice_both});
+        for (const format to : {format::yv12, format::i420, format::yuy2})
+            found.push_back({from, to, stretching::twice_both});
+        found.push_back({from, format::yuy2, stretching::along_edges});
+    }
     found.push_back({format::yuy2, format::yuy2, stretching::twice_both});
-    found.push_back({format::i420, format::yuy2, stretching::along_edges});
     return found;
 }
 
