@@ -296,7 +296,7 @@ def stages_without_a_mutant(build):
     ]
     plan += [Stage(p, [f"--gtest_filter=*/{target}"]) for p in ROW_PROGRAMS[1:] for target in build.targets]
     plan += [Stage(p, []) for p in PROGRAMS if p not in ("differential_test", *ROW_PROGRAMS)]
-    if shutil.which(OLDER_PROCESSOR[0]):
+    if "sse2" in build.targets and shutil.which(OLDER_PROCESSOR[0]):
         plan.append(ON_OLDER_PROCESSOR)
     return plan
 
