@@ -118,7 +118,7 @@ double arithmetic_scaling(const options &options) {
 // What `--threads` does, and with what it cannot be done.
 void print_slices(const std::vector<const job *> &jobs, const options &options, std::ostream &out) {
     out << "Each of " << options.threads
-        << " threads has its own slice of the rows and its own processor; they begin each turn "
+        << " threads has its own slices of the rows and its own processor; they begin each turn "
            "together, and a turn takes as long as the one that takes longest. Arithmetic in "
            "registers alone, which shares nothing but the processor, is "
         << fixed(arithmetic_scaling(options), 2) << " times as fast on them as on one.\n";
@@ -204,16 +204,24 @@ std::vector<task> copies(std::size_t bytes, int count) {
     return parts;
 }
 
-// One build on several threads, each on its slice of the rows, and on one.
+// One build on several threads, each on its slices of the rows, and on one.
 void measure_threads(benchmark::State &state, const job &job, size picture,
                      const options &options) {
     scene scene(picture, job.dst_pitch_per_pixel);
     job.in.arrange(scene);
     const library library(options.builds.front().which);
     library.prepare();
-    std::vector<task> slices;
-    for (const slice rows : cut(picture.height, job.how, options.threads))
-        slices.push_back(library.work(job, scene, rows));
+    std::vector<task> shares;
+    for (const std::vector<slice> &slices :
+         share(picture.height, job.how, options.threads, job.in.busy_rows(picture.height))) {
+        std::vector<task> calls;
+        for (const slice rows : slices)
+            calls.push_back(library.work(job, scene, rows));
+        shares.push_back([calls] {
+            for (const task &call : calls)
+                call();
+        });
+    }
     const std::vector<task> whole{library.work(job, scene, scene.whole())};
     const std::size_t bytes = job.bytes_per_pixel * picture.pixels();
     const contestant_names names = names_of({&job}, options);
@@ -223,7 +231,7 @@ void measure_threads(benchmark::State &state, const job &job, size picture,
         contestants.push_back(
             {name, [&team, works](long calls) { return team.time(works, calls); }});
     };
-    add(names.builds[0], slices);
+    add(names.builds[0], shares);
     add(names.builds[1], whole);
     add(names.yardsticks[0], copies(bytes, options.threads));
     add(names.yardsticks[1], copies(bytes, 1));
@@ -324,7 +332,7 @@ void describe(CLI::App &app, options &options) {
         ->allow_extra_args(false)
         ->type_name("NAME=PROGRAM[,TARGET|,LIBRARY]");
     app.add_option("--threads", options.threads,
-                   "how much faster so many threads are, each on its slice of rows, than one")
+                   "how much faster so many threads are, each on its slices of rows, than one")
         ->check(CLI::Range(2, 1024));
     app.add_flag("--no-own", options.no_own,
                  "leave this build out: compare with the first of the others");

@@ -70,10 +70,16 @@ constexpr int opaque = 16;
 
 void as_it_is(scene &) {}
 
-// Half of the width and a tenth of the height, near the bottom.
+// A tenth of the height, near the bottom.
+slice subtitle_rows(int height) {
+    const int rows = height / 10;
+    return {height * 19 / 20 - rows, rows};
+}
+
+// Half of the width.
 void show_subtitles(scene &s) {
     const int left = s.width / 4, right = left + s.width / 2;
-    const int bottom = s.height * 19 / 20, top = bottom - s.height / 10;
+    const int top = subtitle_rows(s.height).first, bottom = top + subtitle_rows(s.height).rows;
     for (int row = 0; row < s.height; ++row)
         for (int x = 0; x < s.width; ++x) {
             unsigned char &a = s.alpha.data()[row * s.src_pitch + x];
@@ -93,9 +99,14 @@ void draw(scene &s) {
             pixel[3] = 0;
 }
 
+slice drawn_rows(int height) {
+    const int first = height * 9 / 10;
+    return {first, height - first};
+}
+
 void draw_at_the_bottom(scene &s) {
     draw(s);
-    std::fill_n(s.dst.data(), s.dst_pitch * (s.height * 9 / 10), key_colour);
+    std::fill_n(s.dst.data(), s.dst_pitch * drawn_rows(s.height).first, key_colour);
 }
 
 void paint_flat(scene &s) {
@@ -107,10 +118,10 @@ void paint_flat(scene &s) {
 } // namespace
 
 const situation random{"", as_it_is};
-const situation subtitles{"subtitles", show_subtitles, 0.05};
+const situation subtitles{"subtitles", show_subtitles, 0.05, subtitle_rows};
 const situation veil{"veil", hang_veil};
 const situation drawn{"drawn", draw};
-const situation mostly_key{"90%key", draw_at_the_bottom, 0.1};
+const situation mostly_key{"90%key", draw_at_the_bottom, 0.1, drawn_rows};
 const situation flat{"flat", paint_flat};
 const situation edges{"edges", as_it_is}; // random rows match nowhere
 

@@ -58,11 +58,14 @@ struct scene {
     tag_ajust_contrast_info info;
 };
 
+inline slice no_rows(int) { return {0, 0}; }
+
 // What is in the buffers, where it matters how long a function takes or what is asked of it.
 struct situation {
     const char *name; // empty: random bytes
     void (*arrange)(scene &random);
     double subpicture = 1; // how much of the subpicture's colours is read or written
+    slice (*busy_rows)(int height) = no_rows; // those that take longer than others
 };
 
 namespace situations {

@@ -1,5 +1,7 @@
 #include "bench/slices.h"
 
+#include <algorithm>
+
 namespace lumalane::bench {
 
 bool can_be_cut(slicing how) {
@@ -17,19 +19,30 @@ std::string reason_not_to_cut(slicing how) {
     }
 }
 
-std::vector<slice> cut(int height, slicing how, int count) {
+std::vector<std::vector<slice>> share(int height, slicing how, int threads, slice busy) {
     if (!can_be_cut(how))
-        return {{0, height}};
+        return {{{0, height}}};
     const int step = how == slicing::field ? 4 : 2;
-    const int steps = (height + step - 1) / step;
-    std::vector<slice> slices;
-    for (int i = 0, first = 0; i < count; ++i) {
-        const int end = i + 1 == count ? height : step * int(long(steps) * (i + 1) / count);
-        if (end > first)
-            slices.push_back({first, end - first});
-        first = end;
+    const auto is_busy = [&](int row) {
+        return row + step > busy.first && row < busy.first + busy.rows;
+    };
+    int alike[2] = {}, dealt[2] = {};
+    for (int row = 0; row < height; row += step)
+        ++alike[is_busy(row)];
+    std::vector<std::vector<slice>> shares(threads);
+    for (int row = 0; row < height; row += step) {
+        const bool kind = is_busy(row);
+        std::vector<slice> &slices = shares[long(threads) * dealt[kind]++ / alike[kind]];
+        const int rows = std::min(step, height - row);
+        if (!slices.empty() && slices.back().first + slices.back().rows == row)
+            slices.back().rows += rows;
+        else
+            slices.push_back({row, rows});
     }
-    return slices;
+    shares.erase(std::remove_if(shares.begin(), shares.end(),
+                                [](const std::vector<slice> &slices) { return slices.empty(); }),
+                 shares.end());
+    return shares;
 }
 
 } // namespace lumalane::bench

@@ -1,4 +1,4 @@
-// Slices of rows of one picture: each is a call of its own, on a thread of its own.
+// Slices of rows of one picture, each a call of its own, and the threads that share them.
 #pragma once
 
 #include <string>
@@ -23,7 +23,8 @@ enum class slicing {
 bool can_be_cut(slicing how);
 std::string reason_not_to_cut(slicing how);
 
-// Of nearly as many rows each; fewer than `count` if there are not as many places to cut.
-std::vector<slice> cut(int height, slicing how, int count);
+// What each of `threads` has to do: nearly as many of the `busy` rows, which take longer, as the others,
+// and nearly as many of the rest; fewer than `threads` if there are not as many places to cut.
+std::vector<std::vector<slice>> share(int height, slicing how, int threads, slice busy);
 
 } // namespace lumalane::bench

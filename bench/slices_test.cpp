@@ -12,29 +12,45 @@ std::ostream &operator<<(std::ostream &out, const slice &rows) {
 
 namespace {
 
-using slices = std::vector<slice>;
+using shares = std::vector<std::vector<slice>>;
+
+constexpr slice none{0, 0};
 
 TEST(slices_test, begin_on_even_rows) {
-    EXPECT_EQ(cut(240, slicing::planar, 1), (slices{{0, 240}}));
-    EXPECT_EQ(cut(240, slicing::planar, 2), (slices{{0, 120}, {120, 120}}));
-    EXPECT_EQ(cut(10, slicing::packed, 2), (slices{{0, 4}, {4, 6}}));
-    EXPECT_EQ(cut(7, slicing::planar, 3), (slices{{0, 2}, {2, 2}, {4, 3}}));
+    EXPECT_EQ(share(240, slicing::planar, 1, none), (shares{{{0, 240}}}));
+    EXPECT_EQ(share(240, slicing::planar, 2, none), (shares{{{0, 120}}, {{120, 120}}}));
+    EXPECT_EQ(share(10, slicing::packed, 2, none), (shares{{{0, 6}}, {{6, 4}}}));
+    EXPECT_EQ(share(7, slicing::planar, 3, none), (shares{{{0, 4}}, {{4, 2}}, {{6, 1}}}));
 }
 
 TEST(slices_test, of_fields_begin_on_fourth_rows) {
-    EXPECT_EQ(cut(24, slicing::field, 2), (slices{{0, 12}, {12, 12}}));
-    EXPECT_EQ(cut(20, slicing::field, 2), (slices{{0, 8}, {8, 12}}));
+    EXPECT_EQ(share(24, slicing::field, 2, none), (shares{{{0, 12}}, {{12, 12}}}));
+    EXPECT_EQ(share(20, slicing::field, 2, none), (shares{{{0, 12}}, {{12, 8}}}));
 }
 
 TEST(slices_test, are_no_more_than_places_to_cut) {
-    EXPECT_EQ(cut(4, slicing::planar, 8), (slices{{0, 2}, {2, 2}}));
+    EXPECT_EQ(share(4, slicing::planar, 8, none), (shares{{{0, 2}}, {{2, 2}}}));
+}
+
+TEST(slices_test, share_the_rows_that_take_longer) {
+    // At the end, at the beginning, in between, everywhere.
+    EXPECT_EQ(share(240, slicing::planar, 2, {216, 24}),
+              (shares{{{0, 108}, {216, 12}}, {{108, 108}, {228, 12}}}));
+    EXPECT_EQ(share(240, slicing::planar, 2, {0, 24}),
+              (shares{{{0, 12}, {24, 108}}, {{12, 12}, {132, 108}}}));
+    EXPECT_EQ(share(240, slicing::planar, 2, {204, 24}),
+              (shares{{{0, 108}, {204, 12}}, {{108, 96}, {216, 24}}}));
+    EXPECT_EQ(share(240, slicing::planar, 2, {0, 240}), (shares{{{0, 120}}, {{120, 120}}}));
+    // Steps count with which some of their rows are busy.
+    EXPECT_EQ(share(40, slicing::field, 2, {23, 7}),
+              (shares{{{0, 16}, {20, 8}}, {{16, 4}, {28, 12}}}));
 }
 
 TEST(slices_test, of_what_cannot_be_cut_are_one_with_a_reason) {
     for (const slicing how : {slicing::planes_by_height, slicing::last_rows_differ}) {
         EXPECT_FALSE(can_be_cut(how));
         EXPECT_NE(reason_not_to_cut(how), "");
-        EXPECT_EQ(cut(240, how, 2), (slices{{0, 240}}));
+        EXPECT_EQ(share(240, how, 2, {216, 24}), (shares{{{0, 240}}}));
     }
     for (const slicing how : {slicing::planar, slicing::packed, slicing::field}) {
         EXPECT_TRUE(can_be_cut(how));
@@ -49,8 +65,10 @@ contents made(const job &job, int count) {
     job.in.arrange(scene);
     const library library(target_names().back());
     library.prepare();
-    for (const slice rows : cut(scene.height, job.how, count))
-        library.work(job, scene, rows)();
+    for (const std::vector<slice> &slices :
+         share(scene.height, job.how, count, job.in.busy_rows(scene.height)))
+        for (const slice rows : slices)
+            library.work(job, scene, rows)();
     contents found;
     for (const buffer *buffer :
          {&scene.dst, &scene.alpha, &scene.sub_y, &scene.sub_u, &scene.sub_v})
