@@ -31,9 +31,10 @@ struct surface {
                 pixels.push_back(static_cast<unsigned char>(word));
                 pixels.push_back(static_cast<unsigned char>(word >> 8));
             } else {
-                for (const int channel : {b, g, r, 0})
+                for (const int channel : {b, g, r})
                     pixels.push_back(static_cast<unsigned char>(channel));
-                pixels.resize(pixels.size() - (pixel_bytes == 3));
+                if (pixel_bytes == 4)
+                    pixels.push_back(0);
             }
             y.push_back(static_cast<unsigned char>(clamped_sum(b, g, r, 100, 516, 263, 16)));
         }
