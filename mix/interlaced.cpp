@@ -26,7 +26,8 @@ struct mix_groups {
           groups(mix.height < 8 ? 1 : static_cast<ptrdiff_t>(steps_of(mix.height, 4))),
           pixels(pixels_), row{mix.video_pitch, mix.video_pitch >> 1, mix.sub_pitch,
                                mix.sub_pitch >> 1, mix.dst_pitch} {
-        next = {2 * row.luma, row.chroma, 4 * row.sub, 4 * row.sub_chroma, 4 * row.dst};
+        next = {times(2, row.luma), row.chroma, times(4, row.sub), times(4, row.sub_chroma),
+                times(4, row.dst)};
     }
 
     // A field row, its average with the next one, the next row, its average with the one after it;

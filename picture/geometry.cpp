@@ -9,18 +9,29 @@ row_set at_its_address(const byte_rows &rows) {
             rows.pitch};
 }
 
+// From here on distances of the call may have wrapped, which those that are told do not.
+constexpr long long least_that_may_wrap = 1 << 30;
+
+bool may_wrap(const byte_rows &rows) {
+    return detail::magnitude(rows.pitch) >= least_that_may_wrap;
+}
+
 } // namespace
 
 bool call_rows::reads_what_it_writes() const {
     long long begin = 0, end = 0;
     for (int i = 0; i < writes_told; ++i) {
         const row_set rows = at_its_address(written[i]);
+        if (may_wrap(written[i]))
+            return true;
         if (rows.empty())
             continue;
         begin = end == 0 || rows.begin() < begin ? rows.begin() : begin;
         end = end == 0 || rows.end() > end ? rows.end() : end;
     }
     for (int i = 0; i < reads_told; ++i) {
+        if (may_wrap(read[i]))
+            return true;
         // As a rule a picture is read somewhere else altogether.
         const row_set rows = at_its_address(read[i]);
         if (rows.empty() || rows.end() <= begin || end <= rows.begin())

@@ -21,6 +21,11 @@ constexpr int product(int a, int b) {
 
 constexpr int twice(int a) { return product(2, a); }
 
+// To where there need be nothing: on 32 bits it may lie beyond all memory.
+constexpr ptrdiff_t times(ptrdiff_t n, ptrdiff_t distance) {
+    return static_cast<ptrdiff_t>(static_cast<size_t>(n) * static_cast<size_t>(distance));
+}
+
 // ---- Steps -------------------------------------------------------------------------------------
 
 // How many steps a loop takes that counts `count` down and tests after each step: at least one.
@@ -62,7 +67,7 @@ public:
     // columns begin at different heights: they are not rows in another order.
     bool order_can_be_observed() const;
 
-    // Whether a row that is read overlaps a written one.
+    // Whether a row that is read overlaps a written one, or may.
     bool reads_what_it_writes() const;
 
     // As they were told.

@@ -127,4 +127,28 @@ TEST_P(wrapping, packed_pairs_are_two_rows_apart) {
     compare(functions::LoadYUY2_YUY2, LoadYUY2_YUY2, model::LoadYUY2_YUY2, {48, 4, 1 << 29, 96});
 }
 
+// The second pair lies ahead of the first one: the surface covers it, but only what is told of it
+// without wrapping lies elsewhere.
+TEST_P(wrapping, a_row_that_is_stored_before_it_is_loaded) {
+    const int width = 512, height = 4, src_pitch = 0x30000000, dst_pitch = 2048;
+    const std::ptrdiff_t second_pair = -0x40000000, lower = 2 * std::ptrdiff_t{src_pitch};
+    const std::ptrdiff_t to = second_pair + 16 - 3 * dst_pitch;
+    for (const sparse_memory *memory : {&src, &expected})
+        for (const std::ptrdiff_t row :
+             {std::ptrdiff_t{0}, lower, second_pair, second_pair + lower})
+            for (int i = 0; i < 2 * width; ++i)
+                memory->origin()[row + i] =
+                    static_cast<std::uint8_t>(row / 7 + i * 31 + (i * i >> 5));
+    LoadYUY2_YUY2(src.origin(), nullptr, nullptr, src.origin() + to, width, height, src_pitch,
+                  dst_pitch, nullptr);
+    model::memory memory;
+    memory.add(expected.extent());
+    model::LoadYUY2_YUY2(memory, expected.origin(), nullptr, nullptr, expected.origin() + to, width,
+                         height, src_pitch, dst_pitch, nullptr);
+    int wrong = 0;
+    for (std::ptrdiff_t i = 0; i < height * dst_pitch; ++i)
+        wrong += src.origin()[to + i] != expected.origin()[to + i];
+    EXPECT_EQ(wrong, 0);
+}
+
 } // namespace
