@@ -13,8 +13,8 @@ int main(int argc, char **argv) {
     if (in && std::fgets(head, sizeof head, in) && std::strchr(head, '\n') &&
         std::fgets(frame, sizeof frame, in))
         for (const char *tag = std::strtok(head, " "); tag; tag = std::strtok(nullptr, " ")) {
-            std::sscanf(tag, "W%d", &width), std::sscanf(tag, "H%d", &height);
-            if (*tag == 'C' && std::sscanf(tag, "C%dp%d", &chroma, &bits) < 1)
+            std::sscanf(tag, "W%5d", &width), std::sscanf(tag, "H%5d", &height);
+            if (*tag == 'C' && std::sscanf(tag, "C%5dp%5d", &chroma, &bits) < 1)
                 chroma = 0; // Cmono
         }
     if (std::strcmp(head, "YUV4MPEG2") != 0 || width < 1 || width > 9999 || height < 1 ||

@@ -38,6 +38,7 @@ run(1 "YUV4MPEG2 W3 H4 F25:1" "${samples}") # too short
 run(1 "YUV4MPEG2 W0 H3 F25:1" "${samples}")
 run(1 "YUV4MPEG2 W3 H-3 F25:1" "${samples}")
 run(1 "YUV4MPEG2 W30000 H30000 F25:1" "${samples}")
+run(1 "YUV4MPEG2 W4294967299 H3 F25:1" "${samples}") # which no int holds
 run(1 "RIFF" "${samples}")
 string(REPEAT " Xa" 90 tags)
 run(1 "YUV4MPEG2 W3 H3 F25:1${tags}" "${samples}") # lines of 255 bytes at most
