@@ -133,8 +133,10 @@ void expect_limits(const lumalane::picture_function &f) {
     const bool copies = f.shape == picture_shape::copy;
     const bool doubles =
         f.shape == picture_shape::doubled_pairs || f.shape == picture_shape::filtered_doubled_pairs;
-    of.stride(&call::src_pitch, "src_pitch", f.shape == picture_shape::adjusted_copy ? 0 : width,
-              !copies && !doubles);
+    if (f.shape == picture_shape::adjusted_copy)
+        of.takes(&call::src_pitch, INT32_MIN); // which is not read
+    else
+        of.stride(&call::src_pitch, "src_pitch", width, !copies && !doubles);
     if (doubles)
         of.refuses(&call::src_pitch, "src_pitch", width + 1, error::stride_unsupported);
     of.stride(&call::dst_pitch, "dst_pitch", row_bytes_of(f.name, width), !copies);

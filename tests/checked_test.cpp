@@ -679,6 +679,13 @@ TEST(checked_calls, allow_rows_of_one_buffer_between_those_of_another) {
     const buffer within{p.y.all.data + 31, p.y.all.bytes};
     expect(checked::LoadYUY2_YUY2(p.y, {}, {}, within, 16, 4, 32, 64), error::buffers_overlap,
            "dst");
+    // As many rows of the source, twice as far apart as those of the surface, which come between them.
+    bytes memory(64 * 64);
+    const buffer left{memory.data(), memory.size()}, right{left.data + 32, memory.size() - 32};
+    EXPECT_TRUE(checked::strech_picture_1X2_yuy2(left, p.u, p.v, right, 16, 16, 128, 64));
+    expect(checked::strech_picture_1X2_yuy2(left, p.u, p.v, {left.data + 15, right.bytes}, 16, 16,
+                                            128, 64),
+           error::buffers_overlap, "dst");
 }
 
 TEST(checked_calls, set_the_adjustment) {

@@ -21,7 +21,8 @@
 //   - A buffer that the function touches and that is null, or too small by even one byte, at its
 //     beginning or at its end. Buffers that it does not touch may be empty.
 //   - Bytes that are written and belong to another buffer of the call, too: there is no conversion
-//     in place. Rows of one buffer may lie between the rows of another one.
+//     in place. Rows of one buffer may lie between the rows of another one, as far apart or a multiple
+//     of that.
 //
 // What a function leaves in a tagMIX_INFO is not seen. The adjustment of get_contrast_data() is that
 // of the process.
@@ -166,7 +167,8 @@ constexpr status check_numbers(const picture_function &f, const picture_call &c)
         check.allowed("dst_pitch", c.dst_pitch >= 0);
     }
     // Source rows that are one continuous run have no stride.
-    check.stride("src_pitch", c.src_pitch, f.shape == picture_shape::adjusted_copy ? 0 : c.width);
+    if (f.shape != picture_shape::adjusted_copy)
+        check.stride("src_pitch", c.src_pitch, c.width);
     // Columns are whole steps; how far rows drift is told by their sets.
     const number pixels = f.shape == picture_shape::halved_copy       ? half(c.width)
                           : f.shape == picture_shape::doubled_columns ? whole(c.width, 16)

@@ -33,7 +33,8 @@ inline namespace LUMALANE_COMPILED_FOR {
 ///
 /// Refuses: null_plane, width_too_small, height_too_small, size_too_large, stride_too_small,
 /// sizes_differ, unsupported_formats, buffers_overlap (of source and destination, from their first
-/// to their last bytes).
+/// to their last bytes), planes_overlap (of the destination; rows of one plane may lie between those of
+/// another one).
 inline status convert(const const_picture &source, const picture &destination);
 
 /// The same with an adjustment, which this call alone has: see <lumalane/adjust.h>.

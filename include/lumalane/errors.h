@@ -24,7 +24,7 @@ enum class error {
     width_off_step,       ///< the call would not end: the width is no multiple of its step
     height_too_small,     ///< the height is below the least one
     height_odd,           ///< the height is odd, for which the function writes nothing
-    size_too_large,       ///< a width, height or stride is above largest_size
+    size_too_large,       ///< a size, a stride or the number of a row is above largest_size
     stride_too_small,     ///< the stride is less than the bytes of a row, in whole steps
     stride_unsupported,   ///< the stride is odd or negative, which the function does not allow
     unknown_rgb16_layout, ///< the RGB16 layout is none of the four
@@ -58,7 +58,7 @@ constexpr const char *message_of(error e) {
     case error::height_odd:
         return "the height is odd: the call would write nothing";
     case error::size_too_large:
-        return "the width, the height or a stride is too large";
+        return "a size, a stride or the number of a row is too large";
     case error::stride_too_small:
         return "the stride is less than the bytes of a row, in whole steps";
     case error::stride_unsupported:

@@ -124,14 +124,20 @@ constexpr bool rows_apart(const row_set &rows) {
 }
 
 /// Two sets, joined and counted from the same place, have no byte in common: also known where rows
-/// of one lie between rows of the other. (Not known of columns that cannot be joined.)
+/// of one lie between rows of the other, as far apart or a multiple of that. (Not known of columns
+/// that cannot be joined.)
 constexpr bool apart(const row_set &a, const row_set &b) {
     if (a.empty() || b.empty() || a.end() <= b.begin() || b.end() <= a.begin())
         return true;
-    const long long pitch = detail::magnitude(a.pitch), distance = b.begin() - a.begin();
-    if (pitch == 0 || detail::magnitude(b.pitch) != pitch || a.columns > 1 || b.columns > 1)
+    if (a.columns > 1 || b.columns > 1)
         return false;
-    // All rows of one have the same place between two rows of the other.
+    // A row by itself is as far from the next one as those of the other set are.
+    const long long of_a = detail::magnitude(a.rows > 1 ? a.pitch : b.pitch);
+    const long long of_b = detail::magnitude(b.rows > 1 ? b.pitch : a.pitch);
+    const long long pitch = of_a < of_b ? of_a : of_b, distance = b.begin() - a.begin();
+    if (pitch == 0 || detail::remainder(of_a < of_b ? of_b : of_a, pitch) != 0)
+        return false;
+    // All rows of one have the same place between two rows that are so far apart.
     const long long behind = distance >= 0 ? detail::remainder(distance, pitch)
                                            : pitch - 1 - detail::remainder(-distance - 1, pitch);
     return behind >= a.bytes && behind + b.bytes <= pitch;

@@ -6,6 +6,7 @@
 #include <lumalane.h>
 #include <lumalane/compiled_for.h>
 #include <lumalane/format.h>
+#include <lumalane/rows_of.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -76,6 +77,12 @@ inline plane_bytes bytes_of(const const_picture &p, int i) {
     return {p.planes[i], row_bytes(p.format, i, p.width), plane_height(p.format, i, p.height)};
 }
 
+inline row_set rows_of_plane(const const_picture &p, int i) {
+    const const_plane &plane = p.planes[i];
+    return {static_cast<long long>(reinterpret_cast<std::uintptr_t>(plane.data)),
+            row_bytes(p.format, i, p.width), plane_height(p.format, i, p.height), plane.stride};
+}
+
 inline bool overlap(const const_picture &a, const const_picture &b) {
     for (int i = 0; i < plane_count(a.format); ++i)
         for (int k = 0; k < plane_count(b.format); ++k)
@@ -97,6 +104,10 @@ inline status check(const const_picture &source, const const_picture &destinatio
         return refused(error::sizes_differ, "destination");
     if (overlap(source, destination))
         return refused(error::buffers_overlap, "destination", "source");
+    for (int i = 1; i < plane_count(destination.format); ++i)
+        for (int k = 0; k < i; ++k)
+            if (!apart(rows_of_plane(destination, i), rows_of_plane(destination, k)))
+                return refused(error::planes_overlap, "destination");
     return {};
 }
 

@@ -168,6 +168,26 @@ TEST_F(refusal, of_source_and_destination_that_share_a_byte) {
         source, lumalane::packed_planes(format::rgb32, width, height, to.planes[0].data + 1)));
 }
 
+TEST_F(refusal, of_planes_of_the_destination_that_share_a_byte) {
+    destination = packed(format::yv12, destination_memory);
+    high = lumalane::packed_planes(format::yv12, width, 2 * height, destination_memory.data());
+    destination.planes[1].data -= 1, high.planes[1].data -= 1;
+    refused(error::planes_overlap, "destination");
+    destination.planes[1].data += 1, high.planes[1].data += 1;
+    destination.planes[2].data = destination.planes[1].data;
+    high.planes[2].data = high.planes[1].data;
+    refused(error::planes_overlap, "destination");
+}
+
+TEST_F(refusal, is_not_for_rows_of_planes_beside_those_of_others) {
+    // U to the right of Y, in every second row of it; V in the rows between.
+    unsigned char *const y = destination_memory.data();
+    destination = {format::i420, width, height, {{y, 32}, {y + width, 64}, {y + width + 32, 64}}};
+    EXPECT_TRUE(lumalane::convert(source, destination));
+    destination.planes[1].data -= 1;
+    EXPECT_EQ(lumalane::convert(source, destination).code, error::planes_overlap);
+}
+
 TEST_F(refusal, of_bottom_up_pictures_that_share_a_byte) {
     lumalane::picture to = lumalane::flipped(lumalane::packed_planes(
         format::i420, width, height, source_memory.data() + width * height - 1));
