@@ -27,12 +27,14 @@
 //     Functions onto YV12 make Y, then V, then U.
 //   - Picture functions from loadimage_yv12() to LoadYUY2_RGB32_adjust() may convert in place: a
 //     step reads what earlier steps have stored. The surface of a mix or of a stretch must not
-//     share memory with what the function reads.
+//     share memory with what the function reads, nor the surface of a function for subpictures,
+//     drawing surfaces or the colour key with other planes or the mask.
 //   - Widths and heights are counted as unsigned numbers: negative ones run into unmapped memory.
 //     Functions with a least height compare it as a signed number; so are the heights of mixes onto
-//     YUY2 and RGB counted, and the widths of those with _i onto RGB, of strech_picture_2X2_yuy2()
-//     with and without _ajust, of strech_pic_2X2() and of the stretches to RGB: there a negative
-//     width counts as the least one.
+//     YUY2 and RGB counted, and the widths of those with _i onto RGB, of strech_pic_2X2() and of
+//     strech_picture_1X2_yuy2_ajust_rgb32(): there a negative width counts as the least one. With
+//     one strech_picture_2X2_yuy2(), with and without _ajust, makes the least number of steps in
+//     each row, and drifts by the width that it was given.
 //   - Any function may run on several threads at once on separate buffers and separate records. A
 //     record must not be shared between threads: most functions that take a tagMIX_INFO change it
 //     while they run. The values of get_contrast_data() are read once at the start of each call;
@@ -712,8 +714,8 @@ LUMALANE_API void LoadYUY2_RGB32_adjust(unsigned char *src, unsigned char *src_u
 ///   X in place of 128, and all is clamped to 255 [conversion.the_x_byte_of_rgb32_raises_all_three]
 /// - quirk: all 32 bits of color_key are compared, X included
 ///   [conversion.rgb32_compares_the_x_byte_with_the_key]
-/// - precondition: width is at least 8 and height at least 1; with 0 groups or rows the call runs
-///   around 32 bits
+/// - precondition: width is at least 8, with less nothing is converted and the record moves on;
+///   height is at least 1, with 0 the call runs around 32 bits
 LUMALANE_API void Convert_RGB32_To_AYUY2(tagMIX_INFO *mix);
 
 /// Converts an RGB24 drawing surface to the Y, V and U of a subpicture.
@@ -728,8 +730,8 @@ LUMALANE_API void Convert_RGB32_To_AYUY2(tagMIX_INFO *mix);
 ///   [conversion.rgb24_never_matches_a_key_with_a_top_byte]
 /// - quirk: the byte after the last group is read, without effect
 ///   [conversion.rgb24_masks_the_byte_after_the_group]
-/// - precondition: width is at least 8 and height at least 1; with 0 groups or rows the call runs
-///   around 32 bits
+/// - precondition: width is at least 8, with less nothing is converted and the record moves on;
+///   height is at least 1, with 0 the call runs around 32 bits
 LUMALANE_API void Convert_RGB24_To_AYUY2(tagMIX_INFO *mix);
 
 /// Converts an RGB16 drawing surface of 5-6-5 to the Y, V and U of a subpicture.
@@ -744,8 +746,8 @@ LUMALANE_API void Convert_RGB24_To_AYUY2(tagMIX_INFO *mix);
 ///   [conversion.rgb16_does_not_repeat_the_upper_bits]
 /// - quirk: the low 16 bits of color_key are compared
 ///   [conversion.rgb16_compares_the_low_half_of_the_key]
-/// - precondition: width is at least 8 and height at least 1; with 0 groups or rows the call runs
-///   around 32 bits
+/// - precondition: width is at least 8, with less nothing is converted and the record moves on;
+///   height is at least 1, with 0 the call runs around 32 bits
 LUMALANE_API void Convert_RGB16_565_To_AYUY2(tagMIX_INFO *mix);
 
 // ---- Alpha between drawing surface and subpicture
@@ -953,7 +955,8 @@ LUMALANE_API void LoadColorKeyRgb32(unsigned int key, void *surface, int width, 
 /// - rows: pairs; none for a height of 0
 /// - reads: nothing
 /// - writes: surface: 3 * W at p * (2 * pitch + 3 * d) + {0, pitch}
-/// - quirk: that is one colour only for a grey key 0x00gggggg
+/// - quirk: that is one colour only for a grey key, 0xXXgggggg, whose top byte has no bit that gg
+///   has not
 ///   [colour_key.rgb24_is_out_of_phase_for_any_other_key,
 ///   colour_key.rgb24_is_uniform_for_a_grey_key]
 /// - quirk: the key's top byte shows [colour_key.rgb24_ors_the_top_byte_into_the_lowest_one]
@@ -1533,7 +1536,7 @@ LUMALANE_API void strech_picture_1X2_yuy2_ajust_rgb16(unsigned char *src, unsign
 // [plane_stretches.adjusted_2x2_takes_the_source_rows_as_one_run_and_reads_below_at_the_pitch,
 // plane_stretches.adjusted_2x2_goes_back_by_the_pitch_for_its_last_two_rows]
 // quirk: for widths off 16 the last 16 samples of each row but the first and the last two are
-// written once more; for twice the width not doubled, and where the 16 bytes before them end
+// written once more; for twice the width not doubled, and so that they end where X does
 // [plane_stretches.adjusted_2x2_does_not_double_the_last_samples_of_a_width_off_16,
 // plane_stretches.adjusted_1x2_does_the_last_16_samples_of_a_width_off_16_once_more]
 
@@ -1584,7 +1587,7 @@ LUMALANE_API void strech_picture_1X2_yv12_ajust(unsigned char *src, unsigned cha
 /// - writes: dst: 2 * W at n * dst_pitch, n = 0 .. 2*height - 2;
 ///   16 at (2*height - 1) * dst_pitch + 2 * W - 16; 2 * W - 16 at 2*height * dst_pitch
 /// - quirk: the first 8 samples of each row count as 0 on a surface of 64 bytes or more: as one
-///   number with the first sample lowest they lose 2 * height * dst_pitch of their bits
+///   number with the first sample lowest they lose 2 * height * dst_pitch, unsigned, of their bits
 ///   [plane_stretches.plain_2x2_clears_its_first_strip,
 ///   plane_stretches.plain_2x2_clears_only_as_many_bits_as_twice_the_height_times_the_pitch]
 /// - quirk: the last row comes twice only for the last 8 samples; for all others the second one is
