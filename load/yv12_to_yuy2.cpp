@@ -13,7 +13,7 @@ void loadimage_yuy2(const machine &machine, const call::picture &p) {
 // quirk: heights of 8 and less and odd ones write nothing
 // [yuy2_surface.the_adjusted_form_alone_does_nothing_at_heights_up_to_8_and_odd_ones]
 void loadimage_yuy2_ajust(const machine &machine, const call::picture &p) {
-    if (p.height > 8 && p.height % 2 == 0)
+    if (p.height >= detail::least_height::loadimage_yuy2_ajust && p.height % 2 == 0)
         load_row_pairs(machine, p, pair_order::row_by_row, planar_to_yuy2(machine.rows),
                        current_adjustment());
 }

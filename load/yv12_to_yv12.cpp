@@ -111,16 +111,16 @@ void halve_chroma(const machine &machine, const plane &p, const plane_adjustment
 } // namespace
 
 void loadimage_half_yv12_ajust(const machine &machine, const call::picture &p) {
-    unsigned char *const dst_v = p.dst + product(p.height, p.dst_pitch);
-    unsigned char *const dst_u = dst_v + product(p.dst_pitch >> 1, p.height >> 1);
+    const detail::chroma_places chroma = detail::chroma_of_halved_copy(sizes_of(p));
+    const auto at = [&](long long place) { return p.dst + static_cast<ptrdiff_t>(place); };
     call_rows rows = rows_at(p);
     detail::rows_of_halved_copy(sizes_of(p), rows);
     const bool in_order = machine.in_order || rows.order_can_be_observed();
     const adjustment by = current_adjustment();
     load_plane(machine, rows.written[0], rows.read[0], 2, machine.rows.emit_half_plane, by.y,
                in_order, bytes_of_planes(rows));
-    halve_chroma(machine, chroma_of(p, p.src_v, dst_v), by.v, in_order);
-    halve_chroma(machine, chroma_of(p, p.src_u, dst_u), by.u, in_order);
+    halve_chroma(machine, chroma_of(p, p.src_v, at(chroma.v)), by.v, in_order);
+    halve_chroma(machine, chroma_of(p, p.src_u, at(chroma.u)), by.u, in_order);
 }
 
 // ---- Plain copy --------------------------------------------------------------------------------

@@ -140,7 +140,7 @@ void mix_ayuy2_rgb16_i_ajust(const machine &machine, const call::mix &p) {
 
 void mix_ayuy2_yuy2_i_ajust(const machine &machine, const call::mix &call) {
     tagMIX_INFO &mix = *call.record;
-    if (mix.height < 4)
+    if (mix.height < detail::least_height::mix_ayuy2_yuy2_i_ajust)
         return;
     const planar_to_surface surface = planar_to_yuy2(machine.rows);
     mix_groups p(mix, surface.bytes_per_pixel, whole_steps(mix.width, step));

@@ -21,18 +21,14 @@ struct mix_pairs {
     mix_distance below; // from the upper row of a pair to the lower one
     mix_distance next;  // from pair to pair
 
-    // How far the pitches make it from the upper row to the lower one (of alpha and the
-    // subpicture's luma, too), and from one chroma row of the video to the next.
-    struct distances {
-        ptrdiff_t lower_luma, lower_sub, next_chroma;
-    };
-
-    mix_pairs(const tagMIX_INFO &mix, int bytes_per_pixel_, const distances &d)
+    mix_pairs(const tagMIX_INFO &mix, int bytes_per_pixel_, const detail::pair_distances &d)
         : first(start_of(mix)), bytes_per_pixel(bytes_per_pixel_),
           pairs(mix.height > 0 ? static_cast<ptrdiff_t>(steps_of(mix.height, 2)) : 1),
-          pixels(whole_steps(mix.width, step)), below{d.lower_luma, 0, d.lower_sub,
+          pixels(whole_steps(mix.width, step)), below{static_cast<ptrdiff_t>(d.luma), 0,
+                                                      static_cast<ptrdiff_t>(d.sub),
                                                       mix.sub_pitch >> 1, mix.dst_pitch},
-          next{difference(twice(mix.video_pitch), mix.width), d.next_chroma - (mix.width >> 1),
+          next{difference(twice(mix.video_pitch), mix.width),
+               static_cast<ptrdiff_t>(d.chroma) - (mix.width >> 1),
                difference(twice(mix.sub_pitch), mix.width),
                difference(mix.sub_pitch, mix.width >> 1),
                difference(twice(mix.dst_pitch), product(mix.width, bytes_per_pixel))} {
@@ -41,12 +37,11 @@ struct mix_pairs {
 };
 
 void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surface &surface,
-                   const mix_pairs::distances &d) {
+                   const detail::pair_distances &d) {
     const mix_pairs p(mix, surface.bytes_per_pixel, d);
     const bool in_order =
         machine.in_order || order_can_be_observed(mix, [&](call_rows &rows) {
-            detail::rows_of_mix_pairs(sizes_of(mix), surface.bytes_per_pixel,
-                                      {d.lower_luma, d.lower_sub, d.next_chroma}, rows);
+            detail::rows_of_mix_pairs(sizes_of(mix), surface.bytes_per_pixel, d, rows);
         });
     const surface_stores stores(machine, p.first.dst, p.below.dst | p.next.dst,
                                 2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order,
@@ -65,12 +60,9 @@ void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surf
 }
 
 void mix_onto_rgb(const machine &machine, tagMIX_INFO &mix, const planar_to_surface &surface) {
-    // quirk: the lower row of a pair lies a pitch further that is rounded down to an even number
-    // [mixes.rgb_second_rows_of_odd_pitches_start_one_byte_early].
-    const ptrdiff_t chroma_pitch = mix.video_pitch >> 1, sub_chroma_pitch = mix.sub_pitch >> 1;
     if (surface.emit)
         mix_row_pairs(machine, mix, {surface, machine.rows.mix_pairs, false},
-                      {2 * chroma_pitch, 2 * sub_chroma_pitch, chroma_pitch});
+                      detail::mix_rgb_distances(sizes_of(mix)));
 }
 
 } // namespace
@@ -92,19 +84,17 @@ void mix_ayuy2_yuy2_p_ajust(const machine &machine, const call::mix &p) {
     tagMIX_INFO &mix = *p.record;
     mix_row_pairs(machine, mix,
                   {planar_to_yuy2(machine.rows), machine.rows.mix_pairs_to_yuy2, false},
-                  {mix.video_pitch, mix.sub_pitch, mix.video_pitch >> 1});
+                  detail::mix_yuy2_distances(sizes_of(mix)));
 }
 
 void mix_ayuy2_half_yuy2_p_ajust(const machine &machine, const call::mix &p) {
     tagMIX_INFO &mix = *p.record;
-    // quirk: the lower row of the video's luma and its chroma rows lie at the subpicture's pitch
-    // [mixes.yuy2_half_reads_the_second_row_and_the_next_chroma_at_the_subpictures_pitch].
     mix_row_pairs(
         machine, mix,
         {{machine.rows.emit_odd_yuy2, 1, on_vectors_of(32, machine.rows, bound_by::loads)},
          machine.rows.mix_pairs_to_odd_yuy2,
          false},
-        {mix.sub_pitch, mix.sub_pitch, mix.sub_pitch >> 1});
+        detail::mix_half_yuy2_distances(sizes_of(mix)));
 }
 
 } // namespace lumalane

@@ -3,6 +3,8 @@
 
 #include "picture/stores.h"
 
+#include <lumalane/rows_of.h>
+
 namespace lumalane {
 
 // The bound on vectors of so many bytes or more; narrower ones are slower than the memory.
@@ -46,7 +48,8 @@ inline planar_to_surface planar_to_yuy2(const row_kernels &rows) {
 inline planar_to_surface planar_to_rgb16(const row_kernels &rows, unsigned layout) {
     row_kernel::planar_to_surface *const of_layouts[] = {rows.emit_rgb16_565, rows.emit_rgb16_555,
                                                          rows.emit_rgb16_664, rows.emit_rgb16_655};
-    return {layout < 4 ? of_layouts[layout] : nullptr, 2, bound_by::arithmetic};
+    return {detail::is_rgb16_layout(layout) ? of_layouts[layout] : nullptr, 2,
+            bound_by::arithmetic};
 }
 
 // The same for packed sources.
@@ -77,7 +80,8 @@ inline packed_to_surface packed_to_rgb16(const row_kernels &rows, unsigned layou
     row_kernel::packed_to_surface *const of_layouts[] = {
         rows.emit_packed_rgb16_565, rows.emit_packed_rgb16_555, rows.emit_packed_rgb16_664,
         rows.emit_packed_rgb16_655};
-    return {layout < 4 ? of_layouts[layout] : nullptr, 2, bound_by::arithmetic};
+    return {detail::is_rgb16_layout(layout) ? of_layouts[layout] : nullptr, 2,
+            bound_by::arithmetic};
 }
 
 } // namespace lumalane

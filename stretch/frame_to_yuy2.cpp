@@ -77,8 +77,7 @@ bool order_can_be_observed(const call::frame_stretch &p) {
 
 // Adjusted after the interpolation.
 void strech_opt_yuy2_ajust(const machine &machine, const call::frame_stretch &p) {
-    constexpr int least_height = detail::least_frame_height;
-    if (p.height < least_height)
+    if (p.height < detail::least_height::strech_opt_yuy2_ajust)
         return;
     const frame_rows rows(p);
     const adjustment adjusted = current_adjustment();

@@ -164,15 +164,13 @@ void double_both(const machine &machine, const call::packed_stretch &p, const ad
 // quirk: the least height is twice that of the function with adjustment
 // [packed_stretches.below_the_least_height_write_nothing]
 void yuy2_strech_picture_2X2_yuy2(const machine &machine, const call::packed_stretch &p) {
-    constexpr int least_height = 16;
-    if (p.height >= least_height)
+    if (p.height >= detail::least_height::yuy2_strech_picture_2X2_yuy2)
         double_both(machine, p, nullptr);
 }
 
 void yuy2_strech_picture_2X2_yuy2_ajust(const machine &machine,
                                         const call::packed_stretch_ajust &p) {
-    constexpr int least_height = 8;
-    if (p.height < least_height)
+    if (p.height < detail::least_height::yuy2_strech_picture_2X2_yuy2_ajust)
         return;
     const adjustment by = current_adjustment();
     double_both(machine, p, by.unless_neutral());

@@ -15,7 +15,7 @@ namespace lumalane {
 
 namespace {
 
-constexpr int least_height = 12, step = 16;
+constexpr int least_height = detail::least_height::strech_picture_1X2_yuy2_ajust_rgb, step = 16;
 
 // The promised order is that of columns of 16 pixels, each from top to bottom.
 struct columns_of_pairs {

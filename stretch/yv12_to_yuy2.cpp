@@ -78,8 +78,8 @@ bool order_can_be_observed(const call::picture &p, int times_width, bool filtere
 // ---- The same width ----------------------------------------------------------------------------
 
 void stretch(const machine &machine, const call::picture &p, bool filtered, const adjustment *by) {
-    constexpr int least_height = 8, step = 16;
-    if (p.height < least_height)
+    constexpr int step = 16;
+    if (p.height < detail::least_height::strech_picture_1X2_yuy2)
         return;
     const double_height rows(p, 1, 2 * whole_steps(p.width >> 1, step / 2));
     const bool in_order = machine.in_order || order_can_be_observed(p, 1, filtered);
@@ -260,16 +260,14 @@ void double_both(const machine &machine, const call::picture &p, const adjustmen
 } // namespace
 
 void strech_picture_2X2_yuy2(const machine &machine, const call::picture &p) {
-    constexpr int least_height = 8;
-    if (p.height >= least_height)
+    if (p.height >= detail::least_height::strech_picture_2X2_yuy2)
         double_both(machine, p, nullptr);
 }
 
 // quirk: the least height is twice that of the function without adjustment
 // [stretches.yuy2_below_the_least_height_writes_nothing]
 void strech_picture_2X2_yuy2_ajust(const machine &machine, const call::picture &p) {
-    constexpr int least_height = 16;
-    if (p.height < least_height)
+    if (p.height < detail::least_height::strech_picture_2X2_yuy2_ajust)
         return;
     const adjustment by = current_adjustment();
     double_both(machine, p, by.unless_neutral());

@@ -3,6 +3,7 @@
 #include "picture/calls.h"
 #include "picture/geometry.h"
 #include "picture/stores.h"
+#include "picture/told_rows.h"
 #include "rows/strip.h"
 #include "stretch/doubled_pairs.h"
 #include "stretch/recent_rows.h"
@@ -28,9 +29,6 @@ call_rows rows_at(const plane &p) {
     return rows;
 }
 
-// So many steps of 8 samples as `width` needs, at least one.
-ptrdiff_t whole_steps_of_8(int width) { return width <= 8 ? 8 : whole_steps(width, 8); }
-
 // ---- Adjusted ----------------------------------------------------------------------------------
 
 // quirk: rows come a row lower than one would expect: rows 0 and 1 are the first one of the source,
@@ -41,18 +39,18 @@ public:
     // `bytes`: of all planes that the call writes.
     adjusted_stretch(const machine &machine_, const plane &p_, int times_width,
                      const plane_adjustment &by_, long long bytes_)
-        : machine(machine_), p(p_), by(by_), times(times_width), bytes(bytes_),
+        : on(machine_), p(p_), by(by_), times(times_width), bytes(bytes_),
           // quirk: twice the width takes the source's rows as one continuous run, but for the row
           // below, which is a pitch further on
           // [plane_stretches.adjusted_2x2_takes_the_source_rows_as_one_run_and_reads_below_at_the_pitch]
           to_next_row(times == 2 ? p.width : p.src_pitch),
-          pairs(static_cast<unsigned>(p.height) - 2u + 1LL), samples(whole_steps_of_8(p.width)),
+          pairs(static_cast<unsigned>(p.height) - 2u + 1LL), samples(whole_steps(p.width, 8)),
           beyond(p.width % 16), whole(p.width - beyond),
           final_row(p.src + static_cast<ptrdiff_t>(pairs) * to_next_row - p.src_pitch),
-          in_order(machine.in_order || order_can_be_observed()) {}
+          in_order(on.in_order || order_can_be_observed()) {}
 
     void stretch() const {
-        const surface_stores stores(machine, p.dst, p.dst_pitch, bytes, in_order,
+        const surface_stores stores(on, p.dst, p.dst_pitch, bytes, in_order,
                                     times == 1 ? bound_by::loads_and_stores : bound_by::stores,
                                     rows_stored::in_turn);
         make_row(p.dst, p.src, stores);
@@ -85,7 +83,7 @@ private:
     void make(stretched_rows run, ptrdiff_t count, ptrdiff_t step, ptrdiff_t end) const {
         in_runs(count, in_order ? step : count, [&](ptrdiff_t x, ptrdiff_t n) {
             run.repeats_last = x + n >= end;
-            (times == 2 ? machine.rows.double_plane : machine.rows.stretch_plane)(run, n);
+            (times == 2 ? on.rows.double_plane : on.rows.stretch_plane)(run, n);
             run.src += n, run.dst += times * n;
         });
     }
@@ -114,12 +112,12 @@ private:
             // twice as wide
             // [plane_stretches.adjusted_2x2_does_not_double_the_last_samples_of_a_width_off_16]
             if (beyond != 0)
-                machine.rows.stretch_plane(
+                on.rows.stretch_plane(
                     some(p.width - 16, times * whole + beyond - 16, store_policy::cached), 16);
         }
     }
 
-    const struct machine &machine;
+    const machine &on;
     const plane p;
     const plane_adjustment by;
     const int times;
@@ -147,20 +145,20 @@ long long bytes_of_plane(int width, int height, int times_width) {
 
 void stretch_planes(const machine &machine, const call::picture &p, int times_width) {
     const long long bytes = bytes_of_plane(p.width, p.height, times_width) * 3 / 2;
-    const int y_bytes = product(twice(p.height), p.dst_pitch);
-    unsigned char *const dst_v = p.dst + y_bytes, *const dst_u = dst_v + (y_bytes >> 2);
+    const detail::chroma_places chroma = detail::chroma_of_adjusted_planes(lumalane::sizes_of(p));
     const adjustment all = current_adjustment();
-    const auto stretch_chroma = [&](const unsigned char *src, unsigned char *dst, int number) {
-        stretch_numbered(
-            machine, {src, dst, p.width >> 1, p.height >> 1, p.src_pitch >> 1, p.dst_pitch >> 1},
-            all, times_width, number, bytes);
+    const auto stretch_chroma = [&](const unsigned char *src, long long place, int number) {
+        stretch_numbered(machine,
+                         {src, p.dst + static_cast<ptrdiff_t>(place), p.width >> 1, p.height >> 1,
+                          p.src_pitch >> 1, p.dst_pitch >> 1},
+                         all, times_width, number, bytes);
     };
     stretch_numbered(machine, {p.src, p.dst, p.width, p.height, p.src_pitch, p.dst_pitch}, all,
                      times_width, 1, bytes);
     // quirk: V gets the offset of U, and U that of V
     // [plane_stretches.yv12_lies_in_one_buffer_with_v_before_u_and_crossed_offsets]
-    stretch_chroma(p.src_v, dst_v, 2);
-    stretch_chroma(p.src_u, dst_u, 3);
+    stretch_chroma(p.src_v, chroma.v, 2);
+    stretch_chroma(p.src_u, chroma.u, 3);
 }
 
 plane plane_of(const call::plane_stretch &p) {
@@ -206,7 +204,7 @@ void store_without_low_bits(unsigned char *to, const unsigned char *from, unsign
 class plain_doubling {
 public:
     plain_doubling(const machine &machine_, const plane &p_)
-        : machine(machine_), p(p_), height(p.height < 1 ? 1 : p.height),
+        : on(machine_), p(p_), height(p.height < 1 ? 1 : p.height),
           // quirk: the first column loses so many bits of each 8 samples as the surface has bytes
           // [plane_stretches.plain_2x2_clears_only_as_many_bits_as_twice_the_height_times_the_pitch]
           lost_bits(static_cast<unsigned>(product(twice(p.height), static_cast<int>(p.dst_pitch)))),
@@ -216,9 +214,9 @@ public:
 
     void stretch() const {
         // Rows are cleared of all bits of the first column.
-        const bool in_order = machine.in_order || lost_bits < 8 * column || order_can_be_observed();
-        const surface_stores stores(machine, p.dst, p.dst_pitch, 2LL * height * 2 * samples,
-                                    in_order, bound_by::stores, rows_stored::in_turn);
+        const bool in_order = on.in_order || lost_bits < 8 * column || order_can_be_observed();
+        const surface_stores stores(on, p.dst, p.dst_pitch, 2LL * height * 2 * samples, in_order,
+                                    bound_by::stores, rows_stored::in_turn);
         if (in_order)
             for (ptrdiff_t x = 0; x < samples; x += column)
                 double_column(x);
@@ -252,14 +250,14 @@ private:
             if (number + 1 < height) {
                 r.made = rows_made::both;
                 r.src_below = distance(r.src, row(number + 1)), r.dst_below = p.dst_pitch;
-                machine.rows.double_plane(r, column);
+                on.rows.double_plane(r, column);
                 continue;
             }
-            machine.rows.double_plane(r, column);
+            on.rows.double_plane(r, column);
             // quirk: all columns but the last one store their last row below the surface, not in
             // its last row [plane_stretches.plain_2x2_stores_the_last_row_below_the_picture_in_all_strips_but_the_last]
             r.dst += (at_end ? 1 : 2) * p.dst_pitch;
-            machine.rows.double_plane(r, column);
+            on.rows.double_plane(r, column);
         }
     }
 
@@ -272,7 +270,7 @@ private:
         const auto make = [&](stretched_rows r, ptrdiff_t from, ptrdiff_t to, store_policy policy) {
             r.src += from, r.dst += 2 * from;
             r.repeats_last = to == samples, r.stores = policy;
-            machine.rows.double_plane(r, to - from);
+            on.rows.double_plane(r, to - from);
         };
         recent_rows<2, head + column> heads;
         const auto head_of = [&](ptrdiff_t number) {
@@ -316,7 +314,7 @@ private:
         to[2 * column - 1] = static_cast<unsigned char>((between + between_below + 1) / 2);
     }
 
-    const struct machine &machine;
+    const machine &on;
     const plane p;
     const int height; // one at least
     const unsigned lost_bits;

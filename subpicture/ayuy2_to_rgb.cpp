@@ -64,7 +64,9 @@ void load_adjusted(const machine &machine, const tagMIX_INFO &mix, const keyed_s
 
 // quirk: every layout that there is means 5-6-5
 // [subpicture_load.rgb16_layouts_up_to_3_are_all_taken_for_5_6_5]
-bool has_layout(const tagMIX_INFO &mix) { return mix.adjust_info->rgb16_layout <= 3; }
+bool has_layout(const tagMIX_INFO &mix) {
+    return detail::is_rgb16_layout(mix.adjust_info->rgb16_layout);
+}
 
 } // namespace
 

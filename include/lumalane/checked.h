@@ -137,7 +137,7 @@ public:
     }
 
     constexpr void layout(unsigned rgb16_layout) {
-        if (rgb16_layout > 3)
+        if (!is_rgb16_layout(rgb16_layout))
             refuse(error::unknown_rgb16_layout, "rgb16_layout");
     }
 
@@ -237,7 +237,7 @@ constexpr status check_numbers(const plane_stretch_function &f, const plane_stre
 constexpr status check_numbers(const frame_stretch_function &, const frame_stretch_call &c) {
     number_checks check;
     check.width("luma_pitch", c.luma_pitch);
-    check.height(c.height, least_frame_height);
+    check.height(c.height, least_height::strech_opt_yuy2_ajust);
     check.not_above_largest("start", c.start);
     check.stride("dst_pitch", c.dst_pitch, 2 * number{c.luma_pitch});
     return check.found;

@@ -220,7 +220,7 @@ inline constexpr auto loadimage_yuy2 =
     picture_function{"loadimage_yuy2", picture_shape::planar_pairs_with_gaps, 2};
 inline constexpr auto loadimage_yuy2_ajust =
     picture_function{"loadimage_yuy2_ajust", picture_shape::planar_rows, 2}
-        .from_height(10)
+        .from_height(detail::least_height::loadimage_yuy2_ajust)
         .of_even_height();
 inline constexpr auto loadimage_yuy2_mono_ajust =
     picture_function{"loadimage_yuy2_mono_ajust", picture_shape::luma_rows, 2};
@@ -292,7 +292,8 @@ inline constexpr auto mix_ayuy2_yuy2_p_ajust =
 inline constexpr auto mix_ayuy2_half_yuy2_p_ajust =
     mix_function{"mix_ayuy2_half_yuy2_p_ajust", mix_shape::half_yuy2_pairs, 1};
 inline constexpr auto mix_ayuy2_yuy2_i_ajust =
-    mix_function{"mix_ayuy2_yuy2_i_ajust", mix_shape::field_groups, 2}.from(1, 4);
+    mix_function{"mix_ayuy2_yuy2_i_ajust", mix_shape::field_groups, 2}.from(
+        1, detail::least_height::mix_ayuy2_yuy2_i_ajust);
 inline constexpr auto mix_ayv12_yv12_p = mix_function{"mix_ayv12_yv12_p", mix_shape::planes, 1};
 inline constexpr auto mix_ayv12_yv12_i =
     mix_function{"mix_ayv12_yv12_i", mix_shape::field_planes, 1};
@@ -313,30 +314,32 @@ inline constexpr auto mix_ayuy2_rgb16_i_ajust =
     mix_function{"mix_ayuy2_rgb16_i_ajust", mix_shape::field_columns, 2}.with_layout();
 
 inline constexpr auto strech_picture_1X2_yuy2 =
-    picture_function{"strech_picture_1X2_yuy2", picture_shape::doubled_pairs, 2}.from_height(8);
+    picture_function{"strech_picture_1X2_yuy2", picture_shape::doubled_pairs, 2}.from_height(
+        detail::least_height::strech_picture_1X2_yuy2);
 inline constexpr auto strech_picture_1X2_yuy2_ajust =
     picture_function{"strech_picture_1X2_yuy2_ajust", picture_shape::filtered_doubled_pairs, 2}
-        .from_height(8);
+        .from_height(detail::least_height::strech_picture_1X2_yuy2);
 inline constexpr auto strech_picture_2X2_yuy2 =
-    picture_function{"strech_picture_2X2_yuy2", picture_shape::doubled_pairs, 4}.from_height(8);
+    picture_function{"strech_picture_2X2_yuy2", picture_shape::doubled_pairs, 4}.from_height(
+        detail::least_height::strech_picture_2X2_yuy2);
 inline constexpr auto strech_picture_2X2_yuy2_ajust =
     picture_function{"strech_picture_2X2_yuy2_ajust", picture_shape::doubled_pairs, 4}.from_height(
-        16);
+        detail::least_height::strech_picture_2X2_yuy2_ajust);
 inline constexpr packed_stretch_function yuy2_strech_picture_2X2_yuy2{
-    "yuy2_strech_picture_2X2_yuy2", 16};
+    "yuy2_strech_picture_2X2_yuy2", detail::least_height::yuy2_strech_picture_2X2_yuy2};
 inline constexpr packed_stretch_function yuy2_strech_picture_2X2_yuy2_ajust{
-    "yuy2_strech_picture_2X2_yuy2_ajust", 8};
+    "yuy2_strech_picture_2X2_yuy2_ajust", detail::least_height::yuy2_strech_picture_2X2_yuy2_ajust};
 
 inline constexpr auto strech_picture_1X2_yuy2_ajust_rgb32 =
     picture_function{"strech_picture_1X2_yuy2_ajust_rgb32", picture_shape::doubled_columns, 4}
-        .from_height(12);
+        .from_height(detail::least_height::strech_picture_1X2_yuy2_ajust_rgb);
 inline constexpr auto strech_picture_1X2_yuy2_ajust_rgb24 =
     picture_function{"strech_picture_1X2_yuy2_ajust_rgb24", picture_shape::doubled_columns, 3}
-        .from_height(12)
+        .from_height(detail::least_height::strech_picture_1X2_yuy2_ajust_rgb)
         .from_width(16, 16);
 inline constexpr auto strech_picture_1X2_yuy2_ajust_rgb16 =
     picture_function{"strech_picture_1X2_yuy2_ajust_rgb16", picture_shape::doubled_columns, 2}
-        .from_height(12)
+        .from_height(detail::least_height::strech_picture_1X2_yuy2_ajust_rgb)
         .from_width(16, 16)
         .with_layout();
 
@@ -366,7 +369,8 @@ constexpr void rows_of(const picture_function &f, const picture_call &c, Receive
     const int B = f.bytes_per_pixel;
     if (f.least_height > 1 && c.height < f.least_height)
         return;
-    if ((f.even_height && c.height % 2 != 0) || (f.reads_layout && c.rgb16_layout > 3))
+    if ((f.even_height && c.height % 2 != 0) ||
+        (f.reads_layout && !detail::is_rgb16_layout(c.rgb16_layout)))
         return;
     switch (f.shape) {
     case picture_shape::copy:
@@ -399,7 +403,7 @@ constexpr void rows_of(const picture_function &f, const picture_call &c, Receive
 template <class Receiver>
 constexpr void rows_of(const mix_function &f, const mix_call &c, Receiver &to) {
     const int B = f.bytes_per_pixel;
-    if (f.reads_layout && c.rgb16_layout > 3)
+    if (f.reads_layout && !detail::is_rgb16_layout(c.rgb16_layout))
         return;
     switch (f.shape) {
     case mix_shape::conversion:
@@ -456,7 +460,7 @@ constexpr void rows_of(const plane_stretch_function &f, const plane_stretch_call
 
 template <class Receiver>
 constexpr void rows_of(const frame_stretch_function &, const frame_stretch_call &c, Receiver &to) {
-    if (c.height >= detail::least_frame_height)
+    if (c.height >= detail::least_height::strech_opt_yuy2_ajust)
         detail::rows_of_frame(c, to);
 }
 
@@ -493,7 +497,7 @@ constexpr void records_of(const mix_function &f, const mix_call &c, Receiver &to
         to.reads(pointer::info,
                  LUMALANE_FIELDS(tag_ajust_contrast_info, rgb16_layout, rgb16_layout));
         to.reads(pointer::mix, LUMALANE_FIELDS(tagMIX_INFO, adjust_info, adjust_info));
-        if (c.rgb16_layout > 3)
+        if (!detail::is_rgb16_layout(c.rgb16_layout))
             return;
     }
     if (f.shape == mix_shape::field_groups && c.height < f.least_height)
@@ -536,7 +540,7 @@ constexpr void records_of(const mix_function &f, const mix_call &c, Receiver &to
 template <class Receiver>
 constexpr void records_of(const frame_stretch_function &, const frame_stretch_call &c,
                           Receiver &to) {
-    if (c.height >= least_frame_height)
+    if (c.height >= least_height::strech_opt_yuy2_ajust)
         to.reads(pointer::frame, LUMALANE_FIELDS(tagVideoFrame, field_mode, luma_pitch));
 }
 

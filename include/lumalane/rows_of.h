@@ -217,6 +217,16 @@ constexpr number to_column(number distance) {
     return distance > most ? most : distance < -most ? -most : distance;
 }
 
+// What functions that compare their height as a signed number have at least; below they write nothing.
+namespace least_height {
+constexpr int loadimage_yuy2_ajust = 10, mix_ayuy2_yuy2_i_ajust = 4, strech_picture_1X2_yuy2 = 8,
+              strech_picture_2X2_yuy2 = 8, strech_picture_2X2_yuy2_ajust = 16,
+              yuy2_strech_picture_2X2_yuy2 = 16, yuy2_strech_picture_2X2_yuy2_ajust = 8,
+              strech_picture_1X2_yuy2_ajust_rgb = 12, strech_opt_yuy2_ajust = 8;
+} // namespace least_height
+
+constexpr bool is_rgb16_layout(unsigned layout) { return layout < 4; }
+
 // Row pairs, and groups of four rows of which two come from each row of a field.
 constexpr number row_pairs_of(number height) { return up(height, 2) / 2; }
 constexpr number field_groups_of(int height) { return height < 8 ? 1 : (number{height} + 3) / 4; }
@@ -265,8 +275,17 @@ constexpr void rows_of_adjusted_copy(const picture_call &p, Receiver &to) {
     plane(pointer::src_u, U, p.width >> 1, p.height >> 1, half(D));
 }
 
+// Where chroma begins on a surface that has Y, V and U, counted from Y.
+struct chroma_places {
+    number v, u;
+};
+
 // loadimage_half_yv12_ajust(): what is left of a row of chroma gets a step that ends where the row
 // does.
+constexpr chroma_places chroma_of_halved_copy(const picture_call &p) {
+    const number D = p.dst_pitch, V = wrapped(p.height * D);
+    return {V, V + wrapped(half(D) * half(p.height))};
+}
 template <class Receiver>
 constexpr void rows_of_halved_copy(const picture_call &p, Receiver &to) {
     const number S = p.src_pitch, D = p.dst_pitch, w = p.width;
@@ -276,9 +295,9 @@ constexpr void rows_of_halved_copy(const picture_call &p, Receiver &to) {
     const number c = half(w), Rc = larger(half(p.height), 1);
     const bool before = 0 < c && c < 16; // a step that begins before the row
     const number from = before ? c - 16 : 0, from_dst = before ? half(c) - 8 : 0;
-    const number V = wrapped(p.height * D), U = V + wrapped(half(D) * half(p.height));
+    const chroma_places chroma = chroma_of_halved_copy(p);
     for (const pointer plane : src_chroma) {
-        const number start = plane == pointer::src_v ? V : U;
+        const number start = plane == pointer::src_v ? chroma.v : chroma.u;
         to.reads(plane, {from, larger(c, 16) - from, Rc, half(S)});
         to.writes(pointer::dst, {start + from_dst, larger(half(c), 8) - from_dst, Rc, half(D)});
     }
@@ -413,9 +432,13 @@ struct pair_distances {
 constexpr pair_distances mix_yuy2_distances(const mix_call &c) {
     return {c.video_pitch, c.sub_pitch, c.video_pitch >> 1};
 }
+// quirk: the lower row of the video's luma and its chroma rows lie at the subpicture's pitch
+// [mixes.yuy2_half_reads_the_second_row_and_the_next_chroma_at_the_subpictures_pitch]
 constexpr pair_distances mix_half_yuy2_distances(const mix_call &c) {
     return {c.sub_pitch, c.sub_pitch, c.sub_pitch >> 1};
 }
+// quirk: the lower row of a pair lies a pitch further that is rounded down to an even number
+// [mixes.rgb_second_rows_of_odd_pitches_start_one_byte_early]
 constexpr pair_distances mix_rgb_distances(const mix_call &c) {
     return {2 * half(c.video_pitch), 2 * half(c.sub_pitch), c.video_pitch >> 1};
 }
@@ -607,15 +630,19 @@ constexpr void rows_of_adjusted_plane(pointer from, number start, const plane_st
 }
 
 // The planes of a picture, into one surface.
+constexpr chroma_places chroma_of_adjusted_planes(const picture_call &p) {
+    const number V = wrapped(2 * number{p.height} * p.dst_pitch);
+    return {V, V + (V >> 2)};
+}
 template <class Receiver>
 constexpr void rows_of_adjusted_planes(const picture_call &p, number times, Receiver &to) {
     const plane_stretch_call luma{p.width, p.height, p.src_pitch, p.dst_pitch};
     const plane_stretch_call chroma{p.width >> 1, p.height >> 1, p.src_pitch >> 1,
                                     p.dst_pitch >> 1};
-    const number V = wrapped(2 * number{p.height} * p.dst_pitch), U = V + (V >> 2);
+    const chroma_places start = chroma_of_adjusted_planes(p);
     rows_of_adjusted_plane(pointer::src, 0, luma, times, to);
-    rows_of_adjusted_plane(pointer::src_v, V, chroma, times, to);
-    rows_of_adjusted_plane(pointer::src_u, U, chroma, times, to);
+    rows_of_adjusted_plane(pointer::src_v, start.v, chroma, times, to);
+    rows_of_adjusted_plane(pointer::src_u, start.u, chroma, times, to);
 }
 
 // strech_pic_2X2(): of the last row all but the last 8 samples lie a row lower.
@@ -627,8 +654,6 @@ constexpr void rows_of_plain_plane(const plane_stretch_call &c, Receiver &to) {
     to.writes(pointer::dst, {(2 * h - 1) * D + 2 * W - 16, 16});
     to.writes(pointer::dst, {2 * h * D, 2 * W - 16});
 }
-
-constexpr int least_frame_height = 8;
 
 // A frame or one of its fields to YUY2 of twice the height. Rows between two others have at least 48
 // pixels.
