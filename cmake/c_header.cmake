@@ -86,7 +86,8 @@ set(header [[
 
 ]])
 string(APPEND header "${version}" [[
-// Shared library: the default. Static library: define LUMALANE_STATIC.
+// Shared library: the default. Static library: define LUMALANE_STATIC; every module that it is linked into
+// has a copy, and an adjustment, of its own.
 #if defined(_WIN32) && defined(LUMALANE_STATIC)
 #define LUMALANE_C_API extern
 #elif defined(_WIN32)

@@ -183,8 +183,21 @@ function(lumalane_objects library)
   set_target_properties(${library} PROPERTIES POSITION_INDEPENDENT_CODE ON)
 endfunction()
 
-lumalane_objects(lumalane_functions ${library_files})
+set(exports abi/exports.cpp)
+set(function_files ${library_files})
+list(REMOVE_ITEM function_files ${exports})
+lumalane_objects(lumalane_functions ${function_files})
 target_compile_options(lumalane_functions PRIVATE ${LUMALANE_FUZZ_OPTIONS})
+# A module that the static library is linked into exports nothing of it: another module would find that
+# in place of its own copy, and share the adjustment. (Seen from C: compilers forget that a name which
+# an assembler label says is hidden. So what is called must hide it.)
+foreach(kind IN ITEMS static shared)
+  lumalane_objects(lumalane_exports_${kind} ${exports})
+  target_compile_options(lumalane_exports_${kind} PRIVATE ${LUMALANE_FUZZ_OPTIONS})
+  target_include_directories(lumalane_exports_${kind} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/shipped)
+  set_target_properties(lumalane_exports_${kind} PROPERTIES EXCLUDE_FROM_ALL ON)
+endforeach()
+target_compile_definitions(lumalane_exports_static PRIVATE LUMALANE_STATIC)
 # The table of the targets, for the library and for the tests.
 foreach(which IN ITEMS shipped all)
   lumalane_objects(lumalane_targets_${which} abi/targets.cpp)
@@ -206,7 +219,8 @@ endforeach()
 
 # The static library, with every target: for the tests, which force one.
 add_library(lumalane_all_targets STATIC EXCLUDE_FROM_ALL
-  $<TARGET_OBJECTS:lumalane_functions> $<TARGET_OBJECTS:lumalane_targets_all>)
+  $<TARGET_OBJECTS:lumalane_functions> $<TARGET_OBJECTS:lumalane_exports_static>
+  $<TARGET_OBJECTS:lumalane_targets_all>)
 foreach(target IN LISTS targets)
   target_sources(lumalane_all_targets PRIVATE $<TARGET_OBJECTS:lumalane_rows_${target}>)
 endforeach()
@@ -214,7 +228,7 @@ target_compile_definitions(lumalane_all_targets INTERFACE LUMALANE_STATIC)
 # The project's own programs include its headers from the root.
 target_include_directories(lumalane_all_targets INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
 
-add_library(lumalane_static STATIC ${objects})
+add_library(lumalane_static STATIC ${objects} $<TARGET_OBJECTS:lumalane_exports_static>)
 add_library(lumalane::static ALIAS lumalane_static)
 target_compile_definitions(lumalane_static INTERFACE LUMALANE_STATIC)
 set_target_properties(lumalane_static PROPERTIES OUTPUT_NAME lumalane EXPORT_NAME static)
@@ -253,7 +267,7 @@ if(sanitized OR NOT links_shared)
   return()
 endif()
 
-add_library(lumalane_shared SHARED ${objects})
+add_library(lumalane_shared SHARED ${objects} $<TARGET_OBJECTS:lumalane_exports_shared>)
 add_library(lumalane::lumalane ALIAS lumalane_shared)
 lumalane_install(lumalane_shared)
 set_target_properties(lumalane_shared PROPERTIES OUTPUT_NAME lumalane EXPORT_NAME lumalane)

@@ -22,7 +22,8 @@
 #define LUMALANE_VERSION                                                                           \
     (LUMALANE_VERSION_MAJOR * 10000 + LUMALANE_VERSION_MINOR * 100 + LUMALANE_VERSION_PATCH)
 
-// Shared library: the default. Static library: define LUMALANE_STATIC.
+// Shared library: the default. Static library: define LUMALANE_STATIC; every module that it is linked into
+// has a copy, and an adjustment, of its own.
 #if defined(_WIN32) && defined(LUMALANE_STATIC)
 #define LUMALANE_C_API extern
 #elif defined(_WIN32)

@@ -16,8 +16,9 @@
 //   - Such a function that runs while another thread is in a call that takes a turn has that call's
 //     adjustment. Two players in one process are right if both use convert(), blend() and
 //     stretch() alone.
-//   - On Windows every module (EXE, DLL) that includes this header has a lock of its own; elsewhere
-//     those that clang made and dlopen() loads with RTLD_LOCAL.
+//   - Every module (program, DLL) that the static library is linked into has an adjustment and a lock
+//     of its own. With the shared library modules have one adjustment, and one lock but on Windows, and
+//     where clang made them and dlopen() loads them with RTLD_LOCAL.
 #ifndef LUMALANE_ADJUST_H
 #define LUMALANE_ADJUST_H
 
@@ -38,6 +39,10 @@ struct adjustment {
     int v_offset = 0;
 };
 
+// A module's own copy of the library is told by no other module's functions.
+#if defined(LUMALANE_STATIC) && !defined(_WIN32)
+#pragma GCC visibility push(hidden)
+#endif
 namespace detail {
 
 struct process_adjustment {
@@ -45,9 +50,9 @@ struct process_adjustment {
     adjustment last_set{0, 0, 0, 0, 0};
 };
 
-// One for all modules of a process, also where they hide their functions.
-#if defined(__GNUC__) && !defined(_WIN32) && !defined(LUMALANE_STATIC)
-__attribute__((visibility("default")))
+// One for all modules that share the library, also where they hide their functions.
+#if !defined(_WIN32)
+LUMALANE_API
 #endif
 inline process_adjustment the_process_adjustment;
 
@@ -85,6 +90,9 @@ inline void set_adjustment(const adjustment &a) {
 }
 
 } // namespace LUMALANE_COMPILED_FOR
+#if defined(LUMALANE_STATIC) && !defined(_WIN32)
+#pragma GCC visibility pop
+#endif
 } // namespace lumalane
 
 #endif

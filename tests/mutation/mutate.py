@@ -92,7 +92,7 @@ class Build:
 
     @staticmethod
     def is_of_library(built):
-        return built.startswith("CMakeFiles/lumalane_") and "_shipped" not in built
+        return built.startswith("CMakeFiles/lumalane_") and not re.search("_(shipped|shared)", built)
 
     def affected(self, file, target):
         """The objects that are compiled from the file; of row kernels those of the target."""

@@ -20,6 +20,7 @@ run(${scratch}/build/c_with_lumalane)
 run(${scratch}/build/c_with_static)
 run(${scratch}/build/companion_with_lumalane)
 run(${scratch}/build/companion_with_static)
+run(${scratch}/build/modules)
 
 # The tree is moved first: the file must not know where it was installed.
 file(RENAME ${installed} ${scratch}/moved)
