@@ -247,11 +247,14 @@ include(GNUInstallDirs)
 install(FILES include/lumalane.h include/lumalane_c.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY include/lumalane DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/lumalane)
-install(EXPORT lumalane NAMESPACE lumalane:: FILE lumalane-config.cmake DESTINATION ${package_dir})
+# (A file of targets includes what is called as it is, with more behind a dash: were it the package's file,
+# the one with the version, too.)
+install(EXPORT lumalane NAMESPACE lumalane:: FILE lumalane-targets.cmake DESTINATION ${package_dir})
 include(CMakePackageConfigHelpers)
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/lumalane-config-version.cmake
                                  COMPATIBILITY SameMajorVersion)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/lumalane-config-version.cmake DESTINATION ${package_dir})
+install(FILES cmake/lumalane-config.cmake ${CMAKE_CURRENT_BINARY_DIR}/lumalane-config-version.cmake
+        DESTINATION ${package_dir})
 if(NOT WIN32)
   set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
   file(RELATIVE_PATH prefix_from_pkgconfig /${pkgconfig_dir} /)
