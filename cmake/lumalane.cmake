@@ -267,6 +267,7 @@ lumalane_install(lumalane_static)
 # for which objects alone can be made here.
 get_property(links_shared GLOBAL PROPERTY TARGET_SUPPORTS_SHARED_LIBS)
 if(sanitized OR NOT links_shared)
+  add_library(lumalane::lumalane ALIAS lumalane_static)
   return()
 endif()
 
@@ -286,9 +287,12 @@ if(WIN32)
 else()
   set_target_properties(lumalane_shared PROPERTIES SOVERSION ${PROJECT_VERSION_MAJOR}
                                                    VERSION ${PROJECT_VERSION})
-  # What compilers call by themselves, such as memcpy, comes from the C library; where nothing does,
-  # the library needs none.
-  target_link_options(lumalane_shared PRIVATE -nostdlib LINKER:--as-needed LINKER:-z,defs
+  target_link_options(lumalane_shared PRIVATE LINKER:--as-needed
                       LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
-  target_link_libraries(lumalane_shared PRIVATE gcc c)
+  # What compilers call by themselves, such as memcpy, comes from the C library; where nothing does,
+  # the library needs none. (Options of a project that adds this one may need more.)
+  if(PROJECT_IS_TOP_LEVEL)
+    target_link_options(lumalane_shared PRIVATE -nostdlib LINKER:-z,defs)
+    target_link_libraries(lumalane_shared PRIVATE gcc c)
+  endif()
 endif()
