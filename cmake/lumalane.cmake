@@ -240,7 +240,7 @@ endif()
 # Users include <lumalane.h>, and see nothing else of the project.
 function(lumalane_install target)
   target_include_directories(${target} INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>)
-  install(TARGETS ${target} EXPORT lumalane INCLUDES DESTINATION include)
+  install(TARGETS ${target} EXPORT lumalane INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endfunction()
 
 include(GNUInstallDirs)

@@ -24,9 +24,19 @@ case $source in
 esac
 exec "$@"
 ]])
-configure(counted -D options=--coverage "-D CMAKE_CXX_COMPILER_LAUNCHER=bash\;${launcher}")
+configure(counted -D options=--coverage "-D CMAKE_CXX_COMPILER_LAUNCHER=bash\;${launcher}"
+          -D CMAKE_INSTALL_INCLUDEDIR=headers)
 execute_process(COMMAND ${CMAKE_COMMAND} --build ${scratch}/counted RESULT_VARIABLE result OUTPUT_VARIABLE said)
 if(NOT result EQUAL 0)
   message(FATAL_ERROR "${said}")
 endif()
 execute_process(COMMAND ${scratch}/counted/with_lumalane COMMAND_ERROR_IS_FATAL ANY)
+
+# Headers are where they are said to be.
+execute_process(COMMAND ${CMAKE_COMMAND} --install ${scratch}/counted --prefix ${scratch}/installed
+                OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+file(GLOB_RECURSE targets ${scratch}/installed/lumalane-targets.cmake)
+file(STRINGS ${targets} said REGEX INTERFACE_INCLUDE_DIRECTORIES)
+if(NOT said MATCHES "/headers\"" OR NOT EXISTS ${scratch}/installed/headers/lumalane.h)
+  message(FATAL_ERROR "The headers, which are in ${scratch}/installed/headers: ${said}")
+endif()
