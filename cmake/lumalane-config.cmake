@@ -1,1 +1,16 @@
 include(${CMAKE_CURRENT_LIST_DIR}/lumalane-targets.cmake)
+
+# Linkers of binutils have an import library of their own beside the other one.
+if(MINGW AND TARGET lumalane::lumalane)
+  get_target_property(lumalane_configurations lumalane::lumalane IMPORTED_CONFIGURATIONS)
+  foreach(lumalane_configuration IN LISTS lumalane_configurations)
+    set(lumalane_property IMPORTED_IMPLIB_${lumalane_configuration})
+    get_target_property(lumalane_library lumalane::lumalane ${lumalane_property})
+    string(REGEX REPLACE "[^/]+$" "liblumalane.dll.a" lumalane_library "${lumalane_library}")
+    set_property(TARGET lumalane::lumalane PROPERTY ${lumalane_property} "${lumalane_library}")
+  endforeach()
+  unset(lumalane_configurations)
+  unset(lumalane_configuration)
+  unset(lumalane_property)
+  unset(lumalane_library)
+endif()

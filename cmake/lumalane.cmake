@@ -284,6 +284,9 @@ if(WIN32)
   configure_file(cmake/lumalane.rc.in lumalane.rc @ONLY)
   target_sources(lumalane_shared PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/lumalane.rc)
   lumalane_import_libraries(lumalane_shared)
+  # (Optional: without mingw-w64's own program there is no library for it.)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/lumalane-mingw.def ${CMAKE_CURRENT_BINARY_DIR}/liblumalane.dll.a
+          DESTINATION ${CMAKE_INSTALL_LIBDIR} OPTIONAL)
 else()
   set_target_properties(lumalane_shared PROPERTIES SOVERSION ${PROJECT_VERSION_MAJOR}
                                                    VERSION ${PROJECT_VERSION})
