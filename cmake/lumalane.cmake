@@ -1,5 +1,10 @@
 # The library: row kernels compiled once per target, and the picture functions, compiled once.
 
+if(WIN32 AND (MINGW OR NOT CMAKE_CXX_COMPILER_ID MATCHES Clang))
+  message(FATAL_ERROR "Libraries for Windows are made by clang: presets windows-*.\n"
+                      "What they install can be linked by MinGW, too.")
+endif()
+
 # Warnings for every target of the project.
 add_library(lumalane_warnings INTERFACE)
 target_compile_options(lumalane_warnings INTERFACE -Wall -Wextra -Wshadow
