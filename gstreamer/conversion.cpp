@@ -62,13 +62,14 @@ status stretch_or_adjust(const const_picture &from, const picture &to, stretchin
     return adjust ? lumalane::stretch(from, to, how, *adjust) : lumalane::stretch(from, to, how);
 }
 
-// Packed rows, each twice.
-void repeat_rows(const const_picture &from, const picture &to) {
-    for (int row = 0; row < 2 * from.height; ++row)
-        std::copy_n(from.planes[0].data +
-                        static_cast<std::ptrdiff_t>(row / 2) * from.planes[0].stride,
-                    lumalane::row_bytes(from.format, 0, from.width),
-                    to.planes[0].data + static_cast<std::ptrdiff_t>(row) * to.planes[0].stride);
+// All bytes of the rows, each row so many times.
+void copy_rows(const const_picture &from, const picture &to, int times = 1) {
+    for (int i = 0; i < plane_count(from.format); ++i)
+        for (int row = 0; row < times * plane_height(from.format, i, from.height); ++row)
+            std::copy_n(from.planes[i].data +
+                            static_cast<std::ptrdiff_t>(row / times) * from.planes[i].stride,
+                        lumalane::row_bytes(from.format, i, from.width),
+                        to.planes[i].data + static_cast<std::ptrdiff_t>(row) * to.planes[i].stride);
 }
 
 // Row `to` of the result by itself, made of row `from` with the last chroma that its field has, or
@@ -91,13 +92,18 @@ bool converts(format from, format to, deinterlacing how) {
 
 status converter::convert(const frame &f) {
     // A frame of one row has no second field.
-    if (f.interlaced && f.source.height > 1 && f.source.height == f.destination.height) {
-        if (f.how != deinterlacing::none)
-            return deinterlace(f);
-        // Samples of planes stay where they are.
-        if (!is_planar(f.destination.format))
-            return convert_fields(f);
+    const bool has_fields =
+        f.interlaced && f.source.height > 1 && f.source.height == f.destination.height;
+    if (has_fields && f.how != deinterlacing::none)
+        return deinterlace(f);
+    // A conversion would give both rows of a pair of YUY2 the chroma of the upper one.
+    if (f.source.format == f.destination.format && !f.adjust) {
+        copy_rows(f.source, f.destination);
+        return {};
     }
+    // Samples of planes stay where they are.
+    if (has_fields && !is_planar(f.destination.format))
+        return convert_fields(f);
     return convert_or_adjust(f.source, f.destination, f.adjust);
 }
 
@@ -142,9 +148,8 @@ status converter::double_height(const frame &f, const const_picture &field, cons
         return s ? lumalane::convert(doubled, to) : s;
     }
     if (!is_planar(field.format)) {
-        // A conversion would give both rows of a pair the chroma of the upper one.
         if (field.format == to.format && !f.adjust) {
-            repeat_rows(field, to);
+            copy_rows(field, to, 2);
             return {};
         }
         const status s = convert_or_adjust(field, field_of(to, 0, field.height), f.adjust);

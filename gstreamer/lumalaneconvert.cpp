@@ -545,10 +545,6 @@ GstFlowReturn transform_frame(GstVideoFilter *self, GstVideoFrame *in, GstVideoF
                                   GST_VIDEO_BUFFER_FLAG_RFF | GST_VIDEO_BUFFER_FLAG_ONEFIELD);
     }
 
-    const bool as_it_is =
-        f.source.format == f.destination.format && !f.adjust && !(f.interlaced && own.deinterlaces);
-    if (as_it_is)
-        return gst_video_frame_copy(out, in) ? GST_FLOW_OK : GST_FLOW_ERROR;
     if (const lumalane::status done = own.converter.convert(f); !done) {
         char text[lumalane::status_text_size];
         GST_ELEMENT_ERROR(self, STREAM, FORMAT, ("A frame cannot be converted."),

@@ -546,8 +546,8 @@ TEST_F(element, writes_a_frame_whose_adjustment_ends_meanwhile) {
         "stop-adjusting", const_cast<const gchar **>(no_tags), stop_adjusting, &told, nullptr);
     ASSERT_TRUE(meta);
     told = harness->element;
-    ASSERT_TRUE(negotiate(caps_of(yuy2, 34, 6), "video/x-raw, format=YUY2"));
-    const drawn d = noise(format::yuy2, 34, 6);
+    ASSERT_TRUE(negotiate(caps_of(yuy2, 33, 6), "video/x-raw, format=YUY2"));
+    const drawn d = noise(format::yuy2, 33, 6);
     set("brightness", 0.5);
     GstBuffer *const in = buffer_of(d, GST_VIDEO_FORMAT_YUY2);
     ASSERT_TRUE(gst_buffer_add_custom_meta(in, "stop-adjusting"));
@@ -1036,6 +1036,20 @@ TEST_F(element, deinterlaces_what_is_interlaced_in_a_mixed_stream) {
     EXPECT_FALSE(GST_BUFFER_FLAG_IS_SET(out, GST_VIDEO_BUFFER_FLAG_INTERLACED));
     EXPECT_FALSE(GST_BUFFER_FLAG_IS_SET(out, GST_VIDEO_BUFFER_FLAG_TFF));
     EXPECT_EQ(pixels(out, format::i420), pixels_of(one_field(format::i420, 37, 12, 0).p));
+}
+
+// The last Y of their rows is no pixel, but goes with them: who reads pairs of pixels reads it.
+TEST_F(element, copies_the_whole_rows_of_packed_frames) {
+    deinterlace("double");
+    for (const int width : {1, 5, 37}) {
+        SCOPED_TRACE(width);
+        ASSERT_TRUE(negotiate(caps_of(yuy2, width, 12, "interlace-mode=mixed"),
+                              "video/x-raw, format=YUY2"));
+        for (const unsigned seed : {1u, 2u}) {
+            const drawn d = noise(format::yuy2, width, 12, 3, seed);
+            EXPECT_EQ(pushed(d, yuy2, yuy2), pixels_of(d.p));
+        }
+    }
 }
 
 TEST_F(element, leaves_progressive_streams_alone) {
