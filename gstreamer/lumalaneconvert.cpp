@@ -94,8 +94,10 @@ struct state {
     bool told = false;                          // since the last frame
 
     // Of the streaming thread.
-    bool same_caps = false;    // frames without an adjustment may pass
-    bool deinterlaces = false; // the caps say so
+    bool same_caps = false;       // frames without an adjustment may pass
+    bool planes_are_found = true; // those of this frame, by the next element
+    bool finds_planes = true;     // the next element, wherever they are, as far as is known
+    bool deinterlaces = false;    // the caps say so
     deinterlacing how = deinterlacing::doubled;
     lumalane_gst::converter converter;
 
@@ -147,7 +149,8 @@ GType deinterlace_type() {
 bool update_passthrough(GstBaseTransform *self) {
     const state &own = state_of(self);
     GST_OBJECT_LOCK(self);
-    const bool passes = own.same_caps && changes_nothing(adjustment_of(own.adjusted));
+    const bool passes =
+        own.same_caps && own.planes_are_found && changes_nothing(adjustment_of(own.adjusted));
     GST_OBJECT_UNLOCK(self);
     if (passes == bool(gst_base_transform_is_passthrough(self)))
         return false;
@@ -369,6 +372,8 @@ gboolean sink_event(GstBaseTransform *self, GstEvent *event) {
         gst_event_parse_caps(event, &caps);
         gst_caps_ref(caps);
         update_deinterlacing(self, caps);
+        // The element before it asks anew where planes may be: if frames pass, the next one answers.
+        state_of(self).planes_are_found = true;
     }
     const gboolean done = parent_transform()->sink_event(self, event);
     GstVideoInfo info;
@@ -407,6 +412,8 @@ gboolean decide_allocation(GstBaseTransform *self, GstQuery *query) {
     GstAllocator *allocator = nullptr;
     GstAllocationParams params;
     gst_allocation_params_init(&params);
+    state_of(self).finds_planes =
+        gst_query_find_allocation_meta(query, GST_VIDEO_META_API_TYPE, nullptr);
     const bool has = gst_query_get_n_allocation_params(query) > 0;
     if (has)
         gst_query_parse_nth_allocation_param(query, 0, &allocator, &params);
@@ -438,6 +445,9 @@ void before_transform(GstBaseTransform *self, GstBuffer *buffer) {
         update_deinterlacing(self, caps);
         gst_caps_unref(caps);
     }
+    // While it converted, it took planes that lie anywhere, and goes on getting them.
+    state &own = state_of(self);
+    own.planes_are_found = own.finds_planes || !gst_buffer_get_video_meta(buffer);
     // Frames that stop passing through need memory, which is negotiated.
     if (update_passthrough(self) || told)
         gst_base_transform_reconfigure_src(self);

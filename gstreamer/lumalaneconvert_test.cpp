@@ -223,6 +223,14 @@ protected:
         return buffer;
     }
 
+    // As an element has it that reads no metas. Takes it.
+    static GstBuffer *without_metas(GstBuffer *buffer) {
+        GstBuffer *const memory =
+            gst_buffer_copy_region(buffer, GST_BUFFER_COPY_MEMORY, 0, static_cast<gsize>(-1));
+        gst_buffer_unref(buffer);
+        return memory;
+    }
+
     // The pixels of a buffer that the element made. Takes it.
     std::vector<unsigned char> pixels(GstBuffer *buffer, format f) {
         if (!buffer)
@@ -512,6 +520,7 @@ TEST_F(element, writes_into_the_memory_that_its_neighbour_proposes) {
 }
 
 TEST_F(element, keeps_times_and_passes_what_there_is_nothing_to_do_to) {
+    gst_harness_add_propose_allocation_meta(harness, GST_VIDEO_META_API_TYPE, nullptr);
     ASSERT_TRUE(negotiate(caps_of(yuy2, 34, 6), "video/x-raw, format=YUY2"));
     const drawn d = noise(format::yuy2, 34, 6);
     const auto push = [&](GstClockTime at) {
@@ -530,6 +539,60 @@ TEST_F(element, keeps_times_and_passes_what_there_is_nothing_to_do_to) {
     EXPECT_FALSE(push(4));
     set("brightness", 0);
     EXPECT_TRUE(push(5));
+}
+
+// While it converts, its neighbours may lay planes as they like, which the next element may not know.
+TEST_F(element, passes_no_planes_that_the_next_element_does_not_find) {
+    const drawn d = noise(format::i420, 34, 6, 5);
+    GstVideoInfo info;
+    gst_video_info_set_format(&info, GST_VIDEO_FORMAT_I420, 34, 6);
+    for (const bool finds : {false, true}) {
+        SCOPED_TRACE(finds);
+        restart();
+        if (finds)
+            gst_harness_add_propose_allocation_meta(harness, GST_VIDEO_META_API_TYPE, nullptr);
+        set("contrast", 1.5);
+        ASSERT_TRUE(negotiate(caps_of(i420, 34, 6), "video/x-raw, format=I420"));
+        EXPECT_FALSE(pushed(d, i420, i420).empty());
+        set("contrast", 1);
+        for (int i = 0; i < 3; ++i) {
+            if (i == 2) // what the next element takes it tells again
+                gst_harness_push_upstream_event(harness, gst_event_new_reconfigure());
+            GstBuffer *const in = buffer_of(d, GST_VIDEO_FORMAT_I420);
+            GstBuffer *out = gst_harness_push_and_pull(harness, in);
+            EXPECT_EQ(in == out, finds); // compared, not read
+            if (!finds)
+                out = without_metas(out);
+            EXPECT_EQ(pixels(out, format::i420), pixels_of(d.p));
+        }
+        GstBuffer *const plain = plain_buffer_of(d, info);
+        GstBuffer *const out = gst_harness_push_and_pull(harness, plain);
+        EXPECT_TRUE(plain == out);
+        gst_buffer_unref(out);
+    }
+}
+
+// Whether it tells its neighbour that planes may lie anywhere.
+bool takes_planes_anywhere(GstHarness *harness, const string &text) {
+    GstCaps *const caps = gst_caps_from_string(text.c_str());
+    GstQuery *const query = gst_query_new_allocation(caps, TRUE);
+    EXPECT_TRUE(gst_pad_peer_query(harness->srcpad, query));
+    const bool takes = gst_query_find_allocation_meta(query, GST_VIDEO_META_API_TYPE, nullptr);
+    gst_query_unref(query);
+    gst_caps_unref(caps);
+    return takes;
+}
+
+TEST_F(element, takes_no_planes_anywhere_for_new_caps_of_which_frames_pass) {
+    set("contrast", 1.5);
+    ASSERT_TRUE(negotiate(caps_of(i420, 34, 6), "video/x-raw, format=I420"));
+    EXPECT_TRUE(takes_planes_anywhere(harness, caps_of(i420, 34, 6)));
+    pushed(noise(format::i420, 34, 6, 5), i420, i420);
+    set("contrast", 1);
+    pushed(noise(format::i420, 34, 6, 5), i420, i420);
+    EXPECT_TRUE(takes_planes_anywhere(harness, caps_of(i420, 34, 6)));
+    ASSERT_TRUE(set_source(caps_of(i420, 34, 8)));
+    EXPECT_FALSE(takes_planes_anywhere(harness, caps_of(i420, 34, 8)));
 }
 
 // Sets an element's brightness to 0 where the metadata of a frame are copied: its buffer has been taken
