@@ -453,8 +453,37 @@ void before_transform(GstBaseTransform *self, GstBuffer *buffer) {
         gst_base_transform_reconfigure_src(self);
 }
 
-// The frame of a video meta may be larger than that of the caps, which is its upper left part.
+struct position {
+    guint x, y;
+};
+
+// The frame of a video meta may be larger than that of the caps: where that begins in it. An element
+// that crops leaves it to the next ones while frames pass, and may go on so.
+position beginning(GstBuffer *buffer, const GstVideoInfo &of) {
+    const GstVideoCropMeta *const crop = gst_buffer_get_video_crop_meta(buffer);
+    const bool is_meant = crop && crop->width == static_cast<guint>(of.width) &&
+                          crop->height == static_cast<guint>(of.height);
+    return is_meant ? position{crop->x, crop->y} : position{0, 0};
+}
+
+// The frame from there on: of chroma from the sample of that pixel, of a pair that is packed from its
+// first byte.
+void begin_at(GstVideoFrame *f, position at) {
+    lumalane::format format;
+    if (!lumalane_gst::format_of(GST_VIDEO_FRAME_FORMAT(f), format))
+        return;
+    const int x = static_cast<int>(at.x), y = static_cast<int>(at.y);
+    for (int i = 0; i < lumalane::plane_count(format); ++i) {
+        const std::ptrdiff_t row = lumalane::plane_height(format, i, y + 1) - 1,
+                             column = lumalane::row_bytes(format, i, x + 1) -
+                                      lumalane::row_bytes(format, i, 1);
+        f->data[i] =
+            static_cast<guint8 *>(f->data[i]) + row * GST_VIDEO_FRAME_PLANE_STRIDE(f, i) + column;
+    }
+}
+
 void limit(GstVideoFrame *f, const GstVideoInfo &to) {
+    begin_at(f, beginning(f->buffer, to));
     f->info.width = to.width;
     f->info.height = to.height;
 }
@@ -489,8 +518,10 @@ bool lies_in_its_buffer(GstVideoFrame *f) {
 
 bool is_whole(GstBuffer *buffer, const GstVideoInfo &info, GstMapFlags access) {
     const GstVideoMeta *const meta = gst_buffer_get_video_meta(buffer);
-    if (meta && (static_cast<gint>(meta->width) < info.width ||
-                 static_cast<gint>(meta->height) < info.height))
+    const gint width = meta ? static_cast<gint>(meta->width) : info.width;
+    const gint height = meta ? static_cast<gint>(meta->height) : info.height;
+    const position at = beginning(buffer, info);
+    if (gint64{at.x} + info.width > width || gint64{at.y} + info.height > height)
         return false;
     GstVideoFrame f;
     if (!gst_video_frame_map(&f, &info, buffer, access))
@@ -515,10 +546,15 @@ GstFlowReturn transform(GstBaseTransform *self, GstBuffer *in, GstBuffer *out) {
 }
 
 // Frames keep their size, deinterlaced ones too: so what is told of places in them stays true, as it does
-// of the picture as a whole. Of the formats nothing does.
+// of the picture as a whole. Of the formats nothing does, and of places where frames are cropped.
 gboolean transform_meta(GstBaseTransform *self, GstBuffer *out, GstMeta *meta, GstBuffer *in) {
     static const gchar *const kept[] = {GST_META_TAG_VIDEO_STR, GST_META_TAG_VIDEO_ORIENTATION_STR,
                                         GST_META_TAG_VIDEO_SIZE_STR, nullptr};
+    if (meta->info->api == GST_VIDEO_CROP_META_API_TYPE)
+        return FALSE;
+    const position at = beginning(in, GST_VIDEO_FILTER(self)->in_info);
+    if (at.x != 0 || at.y != 0)
+        return parent_transform()->transform_meta(self, out, meta, in);
     const gchar *const *tag = gst_meta_api_type_get_tags(meta->info->api);
     for (; tag && *tag; ++tag)
         if (!g_strv_contains(kept, *tag))

@@ -207,6 +207,12 @@ protected:
         return buffer;
     }
 
+    static GstBuffer *cropped(GstBuffer *buffer, guint x, guint y, guint width, guint height) {
+        GstVideoCropMeta *const crop = gst_buffer_add_video_crop_meta(buffer);
+        crop->x = x, crop->y = y, crop->width = width, crop->height = height;
+        return buffer;
+    }
+
     // A buffer of GStreamer's own strides, without a meta.
     static GstBuffer *plain_buffer_of(const drawn &d, const GstVideoInfo &info) {
         GstBuffer *const buffer = gst_buffer_new_allocate(nullptr, info.size, nullptr);
@@ -677,6 +683,21 @@ TEST_F(element, keeps_what_metas_tell_of_the_picture_and_not_of_its_format) {
     }
 }
 
+// Places in the frame of a crop meta would be others in what is made of it.
+TEST_F(element, keeps_no_places_in_what_it_crops) {
+    ASSERT_TRUE(negotiate(caps_of(i420, 32, 16), "video/x-raw, format=BGRx"));
+    for (const auto &[x, y] : {std::pair{0u, 0u}, std::pair{16u, 0u}, std::pair{0u, 8u}}) {
+        GstBuffer *const in =
+            cropped(buffer_of(noise(format::i420, 64, 32), GST_VIDEO_FORMAT_I420), x, y, 32, 16);
+        gst_buffer_add_video_region_of_interest_meta(in, "face", 3, 5, 30, 20)->id = 7;
+        const guint8 caption[] = {0xfc, 0x20, 0x20};
+        gst_buffer_add_video_caption_meta(in, GST_VIDEO_CAPTION_TYPE_CEA708_RAW, caption, 3);
+        GstBuffer *const out = gst_harness_push_and_pull(harness, in);
+        EXPECT_EQ(metas_of(out), x + y == 0 ? "region 3 5 30 20, caption, " : "caption, ");
+        gst_buffer_unref(out);
+    }
+}
+
 // ---- Balance -----------------------------------------------------------------------------------
 
 TEST_F(element, has_properties_of_the_ranges_of_videobalance) {
@@ -860,6 +881,70 @@ TEST_F(element, takes_the_size_of_the_caps_of_a_larger_frame) {
         negotiate(caps_of(i420, 17, 3, "interlace-mode=mixed"), "video/x-raw, format=I420"));
     EXPECT_EQ(pushed(d, i420, i420), pixels_of(part));
     EXPECT_EQ(error(), "");
+}
+
+// Where a neighbour crops, it leaves that to the next element if frames pass to one that can.
+void propose_crop(GstHarness *harness) {
+    gst_harness_add_propose_allocation_meta(harness, GST_VIDEO_META_API_TYPE, nullptr);
+    gst_harness_add_propose_allocation_meta(harness, GST_VIDEO_CROP_META_API_TYPE, nullptr);
+}
+
+TEST_F(element, takes_the_part_of_a_larger_frame_that_a_crop_meta_tells) {
+    const lumalane::adjustment adjust = lumalane_gst::adjustment_of({{1.5, 0, 1}});
+    constexpr struct { guint x, y; } parts[] = {{0, 0}, {16, 8}, {5, 3}, {31, 15}};
+    for (const named_format &from : sinks)
+        for (const auto &at : parts) {
+            SCOPED_TRACE(from.name + std::to_string(at.x));
+            restart();
+            propose_crop(harness);
+            const auto push = [&](const drawn &d) {
+                return gst_harness_push_and_pull(
+                    harness, cropped(buffer_of(d, gst_video_format_from_string(from.name)), at.x,
+                                     at.y, 33, 17));
+            };
+            ASSERT_TRUE(
+                negotiate(caps_of(from, 33, 17), string("video/x-raw, format=") + from.name));
+            const drawn d = noise(from.format, 64, 32, 4);
+            GstBuffer *const passed = push(d);
+            EXPECT_TRUE(gst_buffer_get_video_crop_meta(passed));
+            gst_buffer_unref(passed);
+            set("contrast", 1.5);
+            const_picture part = d.p;
+            part.width = 33;
+            part.height = 17;
+            for (int i = 0; i < lumalane::plane_count(from.format); ++i) {
+                const guint x = from.format == format::yuy2 ? at.x / 2 * 4 : i ? at.x / 2 : at.x;
+                part.planes[i].data += (i ? at.y / 2 : at.y) * part.planes[i].stride + x;
+            }
+            GstBuffer *const made = push(d);
+            EXPECT_FALSE(gst_buffer_get_video_crop_meta(made)); // it has been cropped
+            EXPECT_EQ(pixels(made, from.format), converted(part, from.format, &adjust));
+            EXPECT_EQ(error(), "");
+        }
+}
+
+TEST_F(element, tells_of_a_crop_meta_that_leads_out_of_its_frame) {
+    constexpr struct {
+        guint x, y, width, height;
+        bool fits;
+    } parts[] = {{31, 15, 33, 17, true},
+                 {32, 15, 33, 17, false},
+                 {31, 16, 33, 17, false},
+                 {G_MAXUINT, 0, 33, 17, false},
+                 {0, G_MAXUINT, 33, 17, false},
+                 // Of another size than the caps it is not of them.
+                 {32, 16, 32, 17, true},
+                 {32, 16, 33, 16, true}};
+    for (const auto &c : parts) {
+        SCOPED_TRACE(std::to_string(c.x) + " " + std::to_string(c.y));
+        restart();
+        ASSERT_TRUE(negotiate(caps_of(i420, 33, 17), "video/x-raw, format=BGRx"));
+        GstBuffer *const in = cropped(buffer_of(noise(format::i420, 64, 64), GST_VIDEO_FORMAT_I420),
+                                      c.x, c.y, c.width, c.height);
+        gst_buffer_get_video_meta(in)->height = 32; // there is memory behind it
+        EXPECT_EQ(gst_harness_push(harness, in), c.fits ? GST_FLOW_OK : GST_FLOW_ERROR);
+        EXPECT_EQ(error().empty(), c.fits);
+    }
 }
 
 TEST_F(element, tells_of_a_frame_that_is_smaller_than_the_caps) {
