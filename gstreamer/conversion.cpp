@@ -82,6 +82,18 @@ status convert_row(const frame &f, int from, int chroma, int to) {
                            rows_of(f.destination, to, to / 2, 1), f.adjust);
 }
 
+// Of an odd number of chroma rows the lower field lacks the last one, which others read behind them.
+void complete_lower_field(const picture &p, int chroma_rows) {
+    const int rows = is_planar(p.format) ? plane_height(p.format, 1, p.height) : 0;
+    if (rows % 2 == 0 || chroma_rows <= rows)
+        return;
+    for (int i = 1; i < plane_count(p.format); ++i) {
+        const std::ptrdiff_t stride = p.planes[i].stride;
+        std::copy_n(p.planes[i].data + std::max(rows - 2, 0) * stride,
+                    lumalane::row_bytes(p.format, i, p.width), p.planes[i].data + rows * stride);
+    }
+}
+
 } // namespace
 
 bool converts(format from, format to, deinterlacing how) {
@@ -91,6 +103,13 @@ bool converts(format from, format to, deinterlacing how) {
 }
 
 status converter::convert(const frame &f) {
+    const status s = convert_picture(f);
+    if (s && f.interlaced && f.how == deinterlacing::none)
+        complete_lower_field(f.destination, f.chroma_rows);
+    return s;
+}
+
+status converter::convert_picture(const frame &f) {
     // A frame of one row has no second field.
     const bool has_fields =
         f.interlaced && f.source.height > 1 && f.source.height == f.destination.height;

@@ -516,6 +516,28 @@ bool lies_in_its_buffer(GstVideoFrame *f) {
     return true;
 }
 
+// How many rows of chroma a mapped frame has memory for, up to another plane or the end.
+int chroma_rows(GstVideoFrame *f) {
+    const lumalane::picture p = picture_of(f);
+    std::ptrdiff_t least = G_MAXINT;
+    for (int i = 1; i < lumalane::plane_count(p.format); ++i) {
+        const lumalane::plane &chroma = p.planes[i];
+        const GstMapInfo &mapped = f->map[f->meta ? i : 0];
+        const unsigned char *end = mapped.data + mapped.size;
+        for (int k = 0; k < lumalane::plane_count(p.format); ++k) {
+            const std::ptrdiff_t to_last_row = std::ptrdiff_t{p.planes[k].stride} *
+                                               (lumalane::plane_height(p.format, k, p.height) - 1);
+            const unsigned char *const begin =
+                p.planes[k].data + std::min<std::ptrdiff_t>(to_last_row, 0);
+            if (begin > chroma.data)
+                end = std::min(end, begin);
+        }
+        const std::ptrdiff_t left = end - chroma.data - lumalane::row_bytes(p.format, i, p.width);
+        least = std::min(least, chroma.stride > 0 && left >= 0 ? left / chroma.stride + 1 : 0);
+    }
+    return static_cast<int>(least);
+}
+
 bool is_whole(GstBuffer *buffer, const GstVideoInfo &info, GstMapFlags access) {
     const GstVideoMeta *const meta = gst_buffer_get_video_meta(buffer);
     const gint width = meta ? static_cast<gint>(meta->width) : info.width;
@@ -579,6 +601,7 @@ GstFlowReturn transform_frame(GstVideoFilter *self, GstVideoFrame *in, GstVideoF
     lumalane_gst::frame f{picture_of(in), picture_of(out)};
     f.interlaced = GST_VIDEO_FRAME_IS_INTERLACED(in);
     f.first_field = lower_field_is_first(in) ? 1 : 0;
+    f.chroma_rows = chroma_rows(out);
     f.adjust = changes_nothing(adjust) ? nullptr : &adjust;
     if (own.deinterlaces) {
         // Told something while these caps were negotiated, it goes on as before until the next frame.

@@ -1110,6 +1110,153 @@ TEST_F(element, converts_each_field_with_its_own_chroma) {
             }
 }
 
+// A row of a plane of a buffer that has GStreamer's own strides, whether the picture has it or not.
+std::vector<unsigned char> row_of(GstBuffer *buffer, const string &caps_text, int plane, int row) {
+    GstCaps *const caps = gst_caps_from_string(caps_text.c_str());
+    GstVideoInfo info;
+    EXPECT_TRUE(gst_video_info_from_caps(&info, caps));
+    gst_caps_unref(caps);
+    std::vector<unsigned char> bytes(static_cast<size_t>(GST_VIDEO_INFO_COMP_WIDTH(&info, plane)));
+    const gsize at = GST_VIDEO_INFO_PLANE_OFFSET(&info, plane) +
+                     static_cast<gsize>(row * GST_VIDEO_INFO_PLANE_STRIDE(&info, plane));
+    EXPECT_EQ(gst_buffer_extract(buffer, at, bytes.data(), bytes.size()), bytes.size());
+    return bytes;
+}
+
+// GStreamer's interlaced frames have an even number of chroma rows, which other elements read.
+TEST_F(element, writes_the_last_row_of_chroma_of_lower_fields) {
+    for (const named_format &to : {i420, yv12})
+        for (const double saturation : {0.9, 1.0})
+            for (const char *mode : {"interleaved", "mixed"})
+                for (const int height : {1, 2, 5, 6, 486}) {
+                    SCOPED_TRACE(to.name + std::to_string(saturation) + mode +
+                                 std::to_string(height));
+                    restart();
+                    set("saturation", saturation);
+                    const string mode_field = string("interlace-mode=") + mode;
+                    ASSERT_TRUE(negotiate(caps_of(i420, 38, height, mode_field),
+                                          string("video/x-raw, format=") + to.name));
+                    const int rows = (height + 1) / 2;
+                    for (const unsigned seed : {1u, 2u}) {
+                        const drawn d = noise(format::i420, 38, height, 0, seed);
+                        GstBuffer *const in = buffer_of(d, GST_VIDEO_FORMAT_I420);
+                        GST_BUFFER_FLAG_SET(in, upper_first);
+                        GstBuffer *const out = through(in);
+                        if (out == in) { // it passes
+                            gst_buffer_unref(out);
+                            continue;
+                        }
+                        const string caps = caps_of(to, 38, height, mode_field);
+                        for (const int plane : {1, 2})
+                            EXPECT_EQ(row_of(out, caps, plane, rows),
+                                      row_of(out, caps, plane, std::max(rows - 2, 0)));
+                        gst_buffer_unref(out);
+                    }
+                }
+}
+
+// Buffers of I420 of 38x6 with the three rows that planes of chroma need at least, and so many bytes
+// behind each plane.
+constexpr gsize tight_chroma = 19 * 3;
+
+struct tight_layout {
+    gsize behind_u, behind_v;
+
+    gsize offset_of_v() const { return 38 * 6 + tight_chroma + behind_u; }
+    gsize size() const { return offset_of_v() + tight_chroma + behind_v; }
+};
+
+struct tight_pool {
+    GstBufferPool parent;
+    tight_layout layout;
+};
+struct tight_poolClass {
+    GstBufferPoolClass parent;
+};
+G_DEFINE_TYPE(tight_pool, tight_pool, GST_TYPE_BUFFER_POOL)
+
+GstFlowReturn alloc_tight(GstBufferPool *pool, GstBuffer **made, GstBufferPoolAcquireParams *) {
+    const tight_layout &layout = reinterpret_cast<tight_pool *>(pool)->layout;
+    gsize offsets[GST_VIDEO_MAX_PLANES] = {0, 38 * 6, layout.offset_of_v()};
+    gint strides[GST_VIDEO_MAX_PLANES] = {38, 19, 19};
+    // What lies behind it is there, and not its own.
+    *made = gst_buffer_new_allocate(nullptr, layout.size() + tight_chroma, nullptr);
+    gst_buffer_memset(*made, 0, 0xee, layout.size() + tight_chroma);
+    gst_buffer_set_size(*made, static_cast<gssize>(layout.size()));
+    gst_buffer_add_video_meta_full(*made, GST_VIDEO_FRAME_FLAG_NONE, GST_VIDEO_FORMAT_I420, 38, 6,
+                                   3, offsets, strides);
+    return GST_FLOW_OK;
+}
+
+void tight_pool_class_init(tight_poolClass *klass) {
+    GST_BUFFER_POOL_CLASS(klass)->alloc_buffer = alloc_tight;
+}
+void tight_pool_init(tight_pool *) {}
+
+GstPadProbeReturn propose_tight(GstPad *, GstPadProbeInfo *info, gpointer layout) {
+    GstQuery *const query = GST_PAD_PROBE_INFO_QUERY(info);
+    if (GST_QUERY_TYPE(query) != GST_QUERY_ALLOCATION)
+        return GST_PAD_PROBE_OK;
+    auto *const pool = static_cast<tight_pool *>(g_object_new(tight_pool_get_type(), nullptr));
+    pool->layout = *static_cast<tight_layout *>(layout);
+    gst_query_add_allocation_pool(query, &pool->parent, static_cast<guint>(pool->layout.size()), 1,
+                                  0);
+    gst_query_add_allocation_meta(query, GST_VIDEO_META_API_TYPE, nullptr);
+    gst_object_unref(pool);
+    return GST_PAD_PROBE_HANDLED;
+}
+
+TEST_F(element, writes_no_row_of_chroma_where_there_is_no_room) {
+    const lumalane::adjustment adjust = lumalane_gst::adjustment_of({{1, 0, 0.9}});
+    const drawn d = noise(format::i420, 38, 6);
+    tight_layout layouts[] = {{0, 0}, {0, 19}, {19, 0}, {0, 38}, {18, 18}};
+    for (tight_layout &layout : layouts) {
+        SCOPED_TRACE(std::to_string(layout.behind_u) + " " + std::to_string(layout.behind_v));
+        restart();
+        gst_pad_add_probe(harness->sinkpad, GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM, propose_tight,
+                          &layout, nullptr);
+        set("saturation", 0.9);
+        ASSERT_TRUE(negotiate(caps_of(i420, 38, 6, interleaved), "video/x-raw, format=I420"));
+        GstBuffer *const in = buffer_of(d, GST_VIDEO_FORMAT_I420);
+        GST_BUFFER_FLAG_SET(in, upper_first);
+        GstBuffer *const out = through(in);
+        ASSERT_TRUE(out);
+        EXPECT_EQ(gst_buffer_get_size(out), layout.size());
+        gst_buffer_set_size(out, static_cast<gssize>(layout.size() + tight_chroma));
+        const std::vector<unsigned char> behind(tight_chroma, 0xee);
+        EXPECT_EQ(gst_buffer_memcmp(out, layout.size(), behind.data(), behind.size()), 0);
+        EXPECT_EQ(pixels(out, format::i420), converted(d.p, format::i420, &adjust));
+    }
+}
+
+TEST_F(element, writes_no_row_of_chroma_that_no_field_lacks) {
+    using lumalane_gst::deinterlacing;
+    const drawn d = noise(format::i420, 38, 6);
+    constexpr struct {
+        bool interlaced;
+        deinterlacing how;
+        bool writes;
+    } cases[] = {{true, deinterlacing::none, true},
+                 {true, deinterlacing::doubled, false},
+                 {false, deinterlacing::none, false}};
+    for (const auto &c : cases) {
+        drawn out = noise(format::i420, 38, 8, 0, 2); // of four chroma rows
+        const std::vector<unsigned char> before = out.bytes;
+        out.p.height = 6;
+        lumalane_gst::frame f{d.p, out.p};
+        f.interlaced = c.interlaced;
+        f.how = c.how;
+        f.chroma_rows = 4;
+        ASSERT_TRUE(lumalane_gst::converter().convert(f));
+        for (const int plane : {1, 2}) {
+            const auto last = static_cast<std::ptrdiff_t>(out.offsets[plane]) + 19 * 3;
+            EXPECT_EQ(std::equal(out.bytes.begin() + last, out.bytes.begin() + last + 19,
+                                 before.begin() + last),
+                      !c.writes);
+        }
+    }
+}
+
 TEST_F(element, makes_a_frame_of_the_first_field) {
     const auto takes = [](const named_format &from, const named_format &to, const string &how) {
         return lumalane_gst::converts(from.format, to.format,
