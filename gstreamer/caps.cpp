@@ -16,9 +16,6 @@ constexpr std::array<GstVideoFormat, 6> all_formats = {
     GST_VIDEO_FORMAT_I420, GST_VIDEO_FORMAT_YV12, GST_VIDEO_FORMAT_YUY2,
     GST_VIDEO_FORMAT_BGRx, GST_VIDEO_FORMAT_BGR,  GST_VIDEO_FORMAT_RGB16};
 
-// Without colorimetry, higher video is BT.709.
-constexpr int greatest_height_of_bt601 = 576;
-
 // The strings of a field, which may be a list, or nothing if it is absent.
 std::vector<std::string> strings_of(const GstStructure *s, const char *field) {
     std::vector<std::string> found;
@@ -129,13 +126,29 @@ bool allows(const GstStructure *s, bool is_kind(const GstVideoColorimetry &)) {
     return false;
 }
 
+// What fixed caps are, with what they leave to GStreamer; false if they do not tell enough.
+bool info_of(const GstStructure *s, GstVideoInfo &info) {
+    GstCaps *const caps = gst_caps_new_full(gst_structure_copy(s), nullptr);
+    const bool is = gst_video_info_from_caps(&info, caps);
+    gst_caps_unref(caps);
+    return is;
+}
+
+// Names the colorimetry that they then have, so that nothing else is made of it behind.
+void name_colorimetry(GstStructure *fixed) {
+    GstVideoInfo info;
+    if (gst_structure_has_field(fixed, "colorimetry") || !info_of(fixed, info))
+        return;
+    gchar *const text = gst_video_colorimetry_to_string(&info.colorimetry);
+    if (text)
+        set_strings(fixed, "colorimetry", {text});
+    g_free(text);
+}
+
 // Whether RGB can be made of it.
 bool allows_rgb(const GstStructure *yuv, bool fixed) {
-    int height = 0;
-    if (fixed && !gst_structure_has_field(yuv, "colorimetry") &&
-        gst_structure_get_int(yuv, "height", &height))
-        return height <= greatest_height_of_bt601;
-    return allows(yuv, is_bt601);
+    GstVideoInfo info;
+    return fixed && info_of(yuv, info) ? has_bt601(info) : allows(yuv, is_bt601);
 }
 
 // ---- Formats -----------------------------------------------------------------------------------
@@ -288,8 +301,13 @@ GstCaps *transform_caps(GstPadDirection direction, GstCaps *caps, deinterlacing 
     const bool fixed = gst_caps_is_fixed(caps);
     for (guint i = 0; i < gst_caps_get_size(caps); ++i)
         if (gst_caps_features_is_equal(gst_caps_get_features(caps, i),
-                                       GST_CAPS_FEATURES_MEMORY_SYSTEM_MEMORY))
-            append_structure(made, direction, gst_caps_get_structure(caps, i), how, fixed);
+                                       GST_CAPS_FEATURES_MEMORY_SYSTEM_MEMORY)) {
+            GstStructure *const s = gst_structure_copy(gst_caps_get_structure(caps, i));
+            if (fixed && direction == GST_PAD_SINK)
+                name_colorimetry(s);
+            append_structure(made, direction, s, how, fixed);
+            gst_structure_free(s);
+        }
     return made;
 }
 

@@ -20,7 +20,8 @@ bool is_rgb(GstVideoFormat format);
 /// Whether the library's RGB is right for it: BT.601 of the limited range.
 bool has_bt601(const GstVideoInfo &yuv);
 
-/// All that the other pad can have. Fixed caps without colorimetry have that of their height.
+/// All that the other pad can have. Fixed caps of the sink pad that name no colorimetry have that of
+/// their height.
 GstCaps *transform_caps(GstPadDirection direction, GstCaps *caps, deinterlacing how);
 
 /// The one of `others` that keeps the most of `caps`. Takes `others`.

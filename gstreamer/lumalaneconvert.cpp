@@ -12,8 +12,9 @@
  *
  * RGB is full-range, and made of BT.601 of the limited range. The caps say so: of other video,
  * BT.709 for example, RGB is refused, and a videoconvert before this element makes BT.601 of it.
- * (Video without colorimetry in its caps is BT.601 up to 576 rows, and BT.709 above.) Between YUV
- * formats any colorimetry stays as it is. Transfer and primaries are not converted.
+ * (Video without colorimetry in its caps has what GStreamer gives its height, BT.601 up to 576 rows
+ * and BT.709 above: the caps behind name it.) Between YUV formats any colorimetry stays as it is, and
+ * another one is refused. Transfer and primaries are not converted.
  *
  * Each chroma sample serves the pixels of its square, without interpolation. RGB and adjusted YUY2
  * of YUY2 take the chroma of both rows of a pair from the upper one. Products are truncated as the

@@ -1,5 +1,6 @@
 // The element by itself, in a harness that plays its neighbours.
 #include "balance.h"
+#include "caps.h"
 #include "conversion.h"
 #include "lumalaneconvert.h"
 
@@ -376,6 +377,80 @@ TEST_F(element, tells_of_the_colorimetry_only_where_that_is_the_reason) {
         EXPECT_FALSE(negotiate(from, c.to));
         EXPECT_EQ(error().find("limited-range BT.601") != string::npos, c.reason);
     }
+}
+
+TEST_F(element, takes_video_without_colorimetry_for_that_of_its_height) {
+    constexpr char bt601[] = "colorimetry=bt601", bt709[] = "colorimetry=bt709";
+    const struct {
+        int height;
+        const char *behind, *made; // null: refused
+    } cases[] = {{48, "", "bt601"},  {48, bt601, "bt601"},  {48, bt709, nullptr},
+                 {720, "", "bt709"}, {720, bt709, "bt709"}, {720, bt601, nullptr}};
+    for (const named_format &to : {i420, yv12, yuy2})
+        for (const auto &c : cases) {
+            SCOPED_TRACE(to.name + std::to_string(c.height) + c.behind);
+            restart();
+            const string more = string(*c.behind ? ", " : "") + c.behind;
+            ASSERT_EQ(negotiate(caps_of(i420, 64, c.height),
+                                string("video/x-raw, format=") + to.name + more),
+                      c.made != nullptr);
+            EXPECT_EQ(made("colorimetry"), c.made ? c.made : "");
+            if (!c.made || to.format != format::i420)
+                continue;
+            GstBuffer *const in =
+                buffer_of(noise(format::i420, 64, c.height), GST_VIDEO_FORMAT_I420);
+            GstBuffer *const out = through(in);
+            EXPECT_TRUE(in == out); // it passes
+            gst_buffer_unref(out);
+        }
+}
+
+void count_message(const gchar *, GLogLevelFlags, const gchar *, gpointer count) {
+    ++*static_cast<int *>(count);
+}
+
+// Caps that leave something open leave that, too, and so do those that a neighbour behind asks for.
+TEST_F(element, leaves_the_colorimetry_open_where_caps_are_not_those_of_a_video) {
+    constexpr char bt601[] = "video/x-raw, colorimetry=bt601";
+    const struct {
+        GstPadDirection side;
+        const char *caps;
+        bool has; // BT.601 on the other side
+    } cases[] = {
+        {GST_PAD_SINK, "video/x-raw, format=I420, width=64, height=720, framerate=25/1", false},
+        {GST_PAD_SINK, "video/x-raw, format=I420, width=64, height=720, framerate=[1/1, 25/1]",
+         true},
+        {GST_PAD_SINK, "video/x-raw, format=I420, height=720", true},
+        {GST_PAD_SRC, "video/x-raw, format=YUY2, width=64, height=720, framerate=25/1", true}};
+    int complaints = 0;
+    g_log_set_default_handler(count_message, &complaints);
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.caps);
+        GstCaps *const caps = gst_caps_from_string(c.caps);
+        GstCaps *const wanted = gst_caps_from_string(bt601);
+        GstCaps *const across =
+            lumalane_gst::transform_caps(c.side, caps, lumalane_gst::deinterlacing::none);
+        EXPECT_EQ(gst_caps_can_intersect(across, wanted), c.has);
+        for (GstCaps *const each : {caps, wanted, across})
+            gst_caps_unref(each);
+    }
+    g_log_set_default_handler(g_log_default_handler, nullptr);
+    EXPECT_EQ(complaints, 0);
+}
+
+TEST_F(element, takes_what_is_no_colorimetry_for_that_of_the_height) {
+    for (const char *text : {"2:0:0:0", "2:0:5:1", "0:0:0:0", "bogus"})
+        for (const int height : {48, 720}) {
+            SCOPED_TRACE(text + std::to_string(height));
+            const string more = string("colorimetry=(string)") + text;
+            restart();
+            EXPECT_EQ(negotiate(caps_of(i420, 64, height, more), "video/x-raw, format=BGRx"),
+                      height == 48);
+            EXPECT_EQ(error().find("limited-range BT.601") != string::npos, height != 48);
+            restart();
+            EXPECT_TRUE(negotiate(caps_of(i420, 64, height, more), "video/x-raw, format=YUY2"));
+            EXPECT_EQ(made("colorimetry"), text);
+        }
 }
 
 TEST_F(element, refuses_rgb_of_a_limited_range) {
@@ -837,10 +912,6 @@ TEST_F(element, passes_the_end_of_the_stream_on) {
     }
     EXPECT_TRUE(ended);
     EXPECT_EQ(gst_harness_push(harness, buffer_of(d, GST_VIDEO_FORMAT_I420)), GST_FLOW_EOS);
-}
-
-void count_message(const gchar *, GLogLevelFlags, const gchar *, gpointer count) {
-    ++*static_cast<int *>(count);
 }
 
 TEST_F(element, takes_segments_of_other_formats_than_time) {
