@@ -65,6 +65,11 @@ formats formats_of(const GstStructure *s, GstPadDirection side) {
     return found;
 }
 
+bool is_planar(GstVideoFormat format) {
+    lumalane::format known;
+    return format_of(format, known) && lumalane::is_planar(known);
+}
+
 bool makes(GstVideoFormat from, GstVideoFormat to, deinterlacing how) {
     lumalane::format source, destination;
     return format_of(from, source) && format_of(to, destination) &&
@@ -181,22 +186,24 @@ void append(GstCaps *to, const GstStructure *like, const formats &named, kept ke
 void append_formats(GstCaps *to, GstPadDirection direction, const GstStructure *s,
                     const GstStructure *other, deinterlacing how, bool fixed) {
     const GstPadDirection across = direction == GST_PAD_SINK ? GST_PAD_SRC : GST_PAD_SINK;
-    formats same, yuv, rgb, of_rgb;
+    formats same, planar, yuv, rgb, of_rgb;
     for (const GstVideoFormat there : all_formats) {
         if (!serves(across, there))
             continue;
         for (const GstVideoFormat here : formats_of(s, direction)) {
             if (!(direction == GST_PAD_SINK ? makes(here, there, how) : makes(there, here, how)))
                 continue;
-            formats &group = is_rgb(here)    ? of_rgb
-                             : here == there ? same
-                             : is_rgb(there) ? rgb
-                                             : yuv;
+            formats &group = is_rgb(here)                          ? of_rgb
+                             : here == there                       ? same
+                             : is_rgb(there)                       ? rgb
+                             : is_planar(here) && is_planar(there) ? planar
+                                                                   : yuv;
             if (group.empty() || group.back() != there)
                 group.push_back(there);
         }
     }
     append(to, other, same, {true, true});
+    append(to, other, planar, {true, true});
     append(to, other, yuv, {false, true});
     if (allows_rgb(s, fixed))
         append(to, other, rgb, {false, false}, &rgb_colorimetries());

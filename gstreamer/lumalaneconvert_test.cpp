@@ -305,6 +305,29 @@ TEST_F(element, keeps_size_and_frame_rate_and_states_full_range_rgb) {
     gst_caps_unref(wanted);
 }
 
+// Their chroma is the same; that of packed pictures has rows of its own.
+TEST_F(element, keeps_where_chroma_lies_between_planar_formats) {
+    const struct {
+        const named_format &from, &to;
+        const char *behind, *made; // null: refused
+    } cases[] = {{i420, i420, "", "mpeg2"},
+                 {i420, yv12, "", "mpeg2"},
+                 {yv12, i420, "", "mpeg2"},
+                 {i420, yuy2, "", ""},
+                 {i420, yv12, ", chroma-site=mpeg2", "mpeg2"},
+                 {i420, yv12, ", chroma-site=jpeg", nullptr},
+                 {yv12, i420, ", chroma-site=jpeg", nullptr},
+                 {yv12, yuy2, ", chroma-site=jpeg", "jpeg"}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(string(c.from.name) + " to " + c.to.name + c.behind);
+        restart();
+        EXPECT_EQ(negotiate(caps_of(c.from, 64, 48, "chroma-site=mpeg2"),
+                            string("video/x-raw, format=") + c.to.name + c.behind),
+                  c.made != nullptr);
+        EXPECT_EQ(made("chroma-site"), c.made ? c.made : "");
+    }
+}
+
 TEST_F(element, refuses_another_size) {
     EXPECT_FALSE(negotiate(caps_of(i420, 64, 48), caps_of(bgrx, 64, 49)));
 }
