@@ -392,6 +392,13 @@ gboolean sink_event(GstBaseTransform *self, GstEvent *event) {
     return done;
 }
 
+// Formats and neighbours may be others than before.
+gboolean start(GstBaseTransform *self) {
+    use(self, wanted_deinterlacing(self));
+    state_of(self).finds_planes = true;
+    return TRUE;
+}
+
 gboolean set_info(GstVideoFilter *self, GstCaps *, GstVideoInfo *in, GstCaps *, GstVideoInfo *out) {
     state &own = state_of(self);
     const GstVideoFormat from = GST_VIDEO_INFO_FORMAT(in), to = GST_VIDEO_INFO_FORMAT(out);
@@ -703,7 +710,7 @@ static void gst_lumalane_convert_class_init(GstLumalaneConvertClass *klass) {
      *
      * What becomes of interlaced frames. edge is for YV12 and I420 to YUY2 and RGB; caps that
      * do not have it are refused. But told so while a stream runs, the element warns and goes on as
-     * before until caps come that have it.
+     * before until caps come that have it or it is started again.
      */
     g_object_class_install_property(
         object_class, property_deinterlace,
@@ -720,6 +727,7 @@ static void gst_lumalane_convert_class_init(GstLumalaneConvertClass *klass) {
     gst_element_class_add_static_pad_template(element_class, &sink_template);
     gst_element_class_add_static_pad_template(element_class, &source_template);
 
+    transform_class->start = start;
     transform_class->transform_caps = transform_caps;
     transform_class->fixate_caps = fixate_caps;
     transform_class->accept_caps = accept_caps;

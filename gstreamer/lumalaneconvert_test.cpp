@@ -180,6 +180,16 @@ protected:
         return text;
     }
 
+    // Whether it can have some of those caps before it.
+    bool takes(const char *text) {
+        GstCaps *const caps = gst_pad_peer_query_caps(harness->srcpad, nullptr);
+        GstCaps *const one = gst_caps_from_string(text);
+        const bool can = gst_caps_can_intersect(caps, one);
+        gst_caps_unref(one);
+        gst_caps_unref(caps);
+        return can;
+    }
+
     GstCaps *made_caps() { return gst_pad_get_current_caps(harness->sinkpad); }
 
     string made(const char *field) {
@@ -483,18 +493,10 @@ TEST_F(element, refuses_rgb_of_a_limited_range) {
 TEST_F(element, asks_for_bt601_where_rgb_is_wanted) {
     gst_harness_set_sink_caps_str(harness, "video/x-raw, format=BGRx, width=64, height=720");
     gst_harness_play(harness);
-    GstCaps *const caps = gst_pad_peer_query_caps(harness->srcpad, nullptr);
-    const auto takes = [&](const char *text) {
-        GstCaps *const one = gst_caps_from_string(text);
-        const bool can = gst_caps_can_intersect(caps, one);
-        gst_caps_unref(one);
-        return can;
-    };
     EXPECT_TRUE(takes("video/x-raw, format=I420, height=720, colorimetry=bt601"));
     EXPECT_TRUE(takes("video/x-raw, format=YUY2, height=720, colorimetry=2:4:5:3"));
     EXPECT_FALSE(takes("video/x-raw, format=I420, height=720, colorimetry=bt709"));
     EXPECT_FALSE(takes("video/x-raw, format=I420, height=480, colorimetry=bt601"));
-    gst_caps_unref(caps);
 }
 
 TEST_F(element, is_negotiated_again_in_the_middle_of_a_stream) {
@@ -1561,6 +1563,38 @@ TEST_F(element, goes_on_where_it_is_told_while_it_runs_what_formats_do_not_have)
     EXPECT_EQ(pushed(planes, i420, bgrx, upper_first), converted(edges.p, format::rgb32));
     EXPECT_EQ(warning(), "");
     EXPECT_EQ(error(), "");
+}
+
+TEST_F(element, has_what_it_was_told_when_it_starts_again) {
+    constexpr char packed[] = "video/x-raw, format=YUY2, interlace-mode=interleaved",
+                   planes[] = "video/x-raw, format=I420, interlace-mode=interleaved";
+    ASSERT_TRUE(negotiate(caps_of(yuy2, 38, 12, interleaved), "video/x-raw, format=BGRx"));
+    deinterlace("edge");
+    EXPECT_FALSE(pushed(noise(format::yuy2, 38, 12), yuy2, bgrx, upper_first).empty());
+    EXPECT_NE(warning(), "");
+    EXPECT_TRUE(takes(packed)); // it stays none
+    gst_element_set_state(harness->element, GST_STATE_NULL);
+    gst_element_set_state(harness->element, GST_STATE_PLAYING);
+    EXPECT_FALSE(takes(packed));
+    EXPECT_TRUE(takes(planes));
+    ASSERT_TRUE(set_source(caps_of(i420, 38, 12, interleaved)));
+    EXPECT_EQ(made("interlace-mode"), "progressive");
+}
+
+TEST_F(element, finds_out_anew_when_it_starts_again_what_the_next_element_finds) {
+    set("contrast", 1.5);
+    ASSERT_TRUE(negotiate(caps_of(i420, 34, 6), "video/x-raw, format=I420"));
+    const drawn d = noise(format::i420, 34, 6, 5);
+    pushed(d, i420, i420); // the next one does not read metas
+    set("contrast", 1);
+    gst_element_set_state(harness->element, GST_STATE_NULL);
+    gst_harness_add_propose_allocation_meta(harness, GST_VIDEO_META_API_TYPE, nullptr);
+    gst_element_set_state(harness->element, GST_STATE_PLAYING);
+    ASSERT_TRUE(set_source(caps_of(i420, 34, 6)));
+    GstBuffer *const in = buffer_of(d, GST_VIDEO_FORMAT_I420);
+    GstBuffer *const out = through(in);
+    EXPECT_TRUE(in == out);
+    gst_buffer_unref(out);
 }
 
 TEST_F(element, repeats_the_rows_of_packed_fields) {
