@@ -42,21 +42,28 @@ bool playback::listen(clock::time_point until) {
 
 void playback::run() {
     show_title();
-    double shown_at = 0;
+    double shown_at = 0, shown_for = 0;
     auto due = clock::now();
-    while (running.advance()) {
-        // Jumps in the video's time (a repetition, a broken stamp) become a second's rest at most.
-        const std::chrono::duration<double> step(std::clamp(running.time() - shown_at, 0.0, 1.0));
-        shown_at = running.time();
+    // Jumps in the video's time (a broken stamp) become a second's rest at most.
+    const auto rest = [&](double seconds) {
+        const std::chrono::duration<double> step(std::clamp(seconds, 0.0, 1.0));
         due += std::chrono::duration_cast<clock::duration>(step);
         // Too late to catch up, or the user paused: go on from here.
         if (due < clock::now() - 100ms)
             due = clock::now();
-        if (!listen(due))
+        return listen(due);
+    };
+    while (running.advance()) {
+        // Where time does not go on (a repetition, a broken stamp), the last picture has its own.
+        const double step = running.time() - shown_at, of_last = shown_for;
+        shown_at = running.time();
+        shown_for = running.duration();
+        if (!rest(step > 0 ? step : of_last))
             return;
         window.show(running.loaded());
         refresh_rates();
     }
+    rest(shown_for);
 }
 
 } // namespace player

@@ -3,12 +3,14 @@
 #include "examples/player/adjustment.h"
 #include "examples/player/display.h"
 #include "examples/player/fixture.h"
+#include "examples/player/playback.h"
 #include "examples/player/session.h"
 #include "examples/player/surface.h"
 #include "examples/player/target.h"
 
 #include <algorithm>
 #include <cctype>
+#include <chrono>
 #include <cmath>
 #include <gtest/gtest.h>
 
@@ -292,6 +294,50 @@ TEST_F(player_test, plays_in_a_window) {
         EXPECT_NE(done.out.find("5 frames of 640x360 to " + std::string(format.name)),
                   std::string::npos)
             << done.out;
+    }
+}
+
+// Ramps at four frames a second; `order` as in y4m().
+std::string slow_y4m(char order, int frames) {
+    std::vector<samples> shown;
+    for (int frame = 0; frame < frames; ++frame)
+        shown.push_back(ramps_420(48, 32, frame));
+    std::string text = y4m(order, shown);
+    const std::string rate = "F25:1";
+    return text.replace(text.find(rate), rate.size(), "F4:1");
+}
+
+double seconds_of_playing(const options &chosen) {
+    setenv("SDL_VIDEODRIVER", "dummy", 1);
+    session running(chosen);
+    display window(48, 32);
+    const auto start = std::chrono::steady_clock::now();
+    playback(running, window).run();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+TEST_F(player_test, every_picture_has_its_time_in_the_window) {
+    write_file(directory / "one.y4m", slow_y4m('p', 1));
+    write_file(directory / "two.y4m", slow_y4m('p', 2));
+    const surface_format &format = surface_formats().front();
+    EXPECT_GE(seconds_of_playing(playing(directory / "one.y4m", format)), 0.25);
+    EXPECT_GE(seconds_of_playing(playing(directory / "two.y4m", format)), 0.5);
+    for (const char *name : {"one.y4m", "two.y4m"}) {
+        options again = playing(directory / name, format);
+        again.repeat = true;
+        again.frames = 3;
+        EXPECT_GE(seconds_of_playing(again), 0.75);
+    }
+}
+
+TEST_F(player_test, fields_have_half_the_time_of_a_picture) {
+    write_file(directory / "fields.y4m", slow_y4m('t', 1));
+    options chosen = playing(directory / "fields.y4m", *find_surface_format("rgb32"));
+    for (const bool fields : {false, true}) {
+        chosen.interlaced = fields;
+        session running(chosen);
+        ASSERT_TRUE(running.advance());
+        EXPECT_DOUBLE_EQ(running.duration(), fields ? 0.125 : 0.25);
     }
 }
 

@@ -31,6 +31,8 @@ double session::time() const {
     return input.time() + (second_field ? input.duration() / 2 : 0);
 }
 
+double session::duration() const { return input.duration() / (shows_fields() ? 2 : 1); }
+
 // The chosen surface's functions, of frames or fields.
 bool session::can_stretch(const stretching &by) const {
     return chosen.surface->loader(by, false) && (!chosen.field || by.fits_fields());

@@ -55,6 +55,9 @@ public:
     // When the frame is to be shown, in seconds from the start of the video.
     double time() const;
 
+    // For how long, in seconds.
+    double duration() const;
+
     const decoder &video() const { return input; }
     const surface &loaded() const { return target; }
 
