@@ -899,6 +899,16 @@ TEST_F(element, is_a_color_balance) {
         EXPECT_EQ(gst_color_balance_get_value(balance, found), -500);
         EXPECT_EQ(seen, (std::vector<int>{found->min_value, found->max_value, -500}));
         seen.clear();
+        // What it has already changes nothing, nor does the channel's step that comes closest to it.
+        const double finer = e.low + 0.25001 * (e.high - e.low);
+        set(e.property, e.low + 0.25 * (e.high - e.low));
+        EXPECT_TRUE(seen.empty());
+        set(e.property, finer);
+        seen.clear();
+        gst_color_balance_set_value(balance, found, gst_color_balance_get_value(balance, found));
+        EXPECT_EQ(get(e.property), finer);
+        EXPECT_TRUE(seen.empty());
+        seen.clear();
     }
 }
 
@@ -921,6 +931,15 @@ TEST_F(element, follows_a_control_source) {
         GstBuffer *const in = buffer_of(d, GST_VIDEO_FORMAT_I420, at);
         EXPECT_NEAR(pixels(through(in), format::i420).at(0), luma, 1);
     }
+    // Their times are those of the stream, which begins anywhere in what is played.
+    GstSegment segment;
+    gst_segment_init(&segment, GST_FORMAT_TIME);
+    segment.start = 3 * GST_SECOND;
+    segment.time = GST_SECOND / 2;
+    segment.base = 7 * GST_SECOND;
+    ASSERT_TRUE(gst_harness_push_event(harness, gst_event_new_segment(&segment)));
+    GstBuffer *const in = buffer_of(d, GST_VIDEO_FORMAT_I420, 3 * GST_SECOND);
+    EXPECT_NEAR(pixels(through(in), format::i420).at(0), 100 + 26, 1);
 }
 
 // ---- Streams -----------------------------------------------------------------------------------
@@ -1426,10 +1445,12 @@ TEST_F(element, deinterlaces_what_is_interlaced_in_a_mixed_stream) {
     const drawn d = two_fields(format::i420, 37, 12);
     EXPECT_EQ(pushed(d, i420, i420), pixels_of(d.p));
     GstBuffer *const in = buffer_of(d, GST_VIDEO_FORMAT_I420);
-    GST_BUFFER_FLAG_SET(in, upper_first);
+    constexpr guint of_fields =
+        upper_first | GST_VIDEO_BUFFER_FLAG_RFF | GST_VIDEO_BUFFER_FLAG_ONEFIELD;
+    GST_BUFFER_FLAG_SET(in, of_fields);
     GstBuffer *const out = through(in);
-    EXPECT_FALSE(GST_BUFFER_FLAG_IS_SET(out, GST_VIDEO_BUFFER_FLAG_INTERLACED));
-    EXPECT_FALSE(GST_BUFFER_FLAG_IS_SET(out, GST_VIDEO_BUFFER_FLAG_TFF));
+    ASSERT_TRUE(out);
+    EXPECT_EQ(GST_BUFFER_FLAGS(out) & of_fields, 0u);
     EXPECT_EQ(pixels(out, format::i420), pixels_of(one_field(format::i420, 37, 12, 0).p));
 }
 
@@ -1444,6 +1465,41 @@ TEST_F(element, copies_the_whole_rows_of_packed_frames) {
             const drawn d = noise(format::yuy2, width, 12, 3, seed);
             EXPECT_EQ(pushed(d, yuy2, yuy2), pixels_of(d.p));
         }
+    }
+}
+
+TEST_F(element, tells_of_the_order_of_fields_only_where_there_are_some) {
+    const string from =
+        caps_of(i420, 38, 12, string(interleaved) + ", field-order=top-field-first");
+    for (const auto &[how, order] :
+         {std::pair{"none", "top-field-first"}, std::pair{"double", ""}}) {
+        SCOPED_TRACE(how);
+        restart();
+        deinterlace(how);
+        ASSERT_TRUE(negotiate(from, "video/x-raw, format=BGRx"));
+        EXPECT_EQ(made("field-order"), order);
+    }
+    // Nor does it matter to the element before what the progressive ones would be.
+    EXPECT_TRUE(takes("video/x-raw, format=I420, interlace-mode=interleaved, "
+                      "field-order=bottom-field-first"));
+}
+
+// Of these a buffer has one field, or each in a place of its own.
+TEST_F(element, refuses_fields_that_are_not_in_one_frame) {
+    using lumalane_gst::deinterlacing;
+    for (const char *mode : {"fields", "alternate"}) {
+        SCOPED_TRACE(mode);
+        const string caps_text = caps_of(i420, 38, 12, string("interlace-mode=") + mode);
+        restart();
+        EXPECT_FALSE(negotiate(caps_text, "video/x-raw, format=BGRx"));
+        for (const deinterlacing how : {deinterlacing::none, deinterlacing::doubled})
+            for (const GstPadDirection side : {GST_PAD_SINK, GST_PAD_SRC}) {
+                GstCaps *const caps = gst_caps_from_string(caps_text.c_str());
+                GstCaps *const across = lumalane_gst::transform_caps(side, caps, how);
+                EXPECT_TRUE(gst_caps_is_empty(across));
+                gst_caps_unref(caps);
+                gst_caps_unref(across);
+            }
     }
 }
 
