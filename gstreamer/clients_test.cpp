@@ -154,6 +154,24 @@ TEST_F(clients, balance_is_that_of_videobalance_but_for_roundings) {
     EXPECT_LE(most, 3);
 }
 
+// Of 243 rows of chroma 122 are of the upper field, and as many are read of the lower one.
+TEST_F(clients, interlaced_video_keeps_its_colour_down_to_the_last_row) {
+    for (const char *format : {"I420", "YV12"}) {
+        SCOPED_TRACE(format);
+        launch(string("videotestsrc num-buffers=3 pattern=red ! "
+                      "video/x-raw,format=I420,width=64,height=486,interlace-mode=interleaved,"
+                      "colorimetry=bt601 ! lumalaneconvert saturation=0.9 ! video/x-raw,format=") +
+                   format + " ! videoconvert ! video/x-raw,format=BGRx ! filesink location=" +
+                   (scratch / "a").string(),
+               "MALLOC_PERTURB_=85");
+        const bytes a = contents(scratch / "a");
+        ASSERT_EQ(a.size(), size_t(3 * 64 * 486 * 4));
+        for (size_t i = 4; i < a.size(); ++i)
+            if (i % 4 < 3)
+                ASSERT_NEAR(a[i], a[i % 4], 2) << "row " << i / 256 % 486;
+    }
+}
+
 TEST_F(clients, the_clip_becomes_the_same_png_files) {
     const auto branch = [](const string &converter, const char *name) {
         fs::create_directory(scratch / name);
