@@ -167,8 +167,9 @@ TEST_F(clients, interlaced_video_keeps_its_colour_down_to_the_last_row) {
         const bytes a = contents(scratch / "a");
         ASSERT_EQ(a.size(), size_t(3 * 64 * 486 * 4));
         for (size_t i = 4; i < a.size(); ++i)
-            if (i % 4 < 3)
+            if (i % 4 < 3) {
                 ASSERT_NEAR(a[i], a[i % 4], 2) << "row " << i / 256 % 486;
+            }
     }
 }
 

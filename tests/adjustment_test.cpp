@@ -144,9 +144,14 @@ protected:
     }
 };
 
+// (Where less is to be proven, the narrowest target, which is slow and not shipped, takes every seventh
+// gain.)
 TEST_P(adjustment_test, of_planes_is_that_of_the_model_for_every_sample_and_gain) {
+    const bool seldom =
+        tests::wanted_proofs() == tests::proofs::some && GetParam() == lumalane::targets().begin();
+    const int step = seldom ? 7 : 1;
     unsigned proven = 0;
-    for (int gain = 0; gain < 65536; ++gain) {
+    for (int gain = 0; gain < 65536; gain += step) {
         expected = adjusted_by_model(gain);
         for (int first = 0; first < offset_count; ++first) {
             ASSERT_TRUE(planes_agree(gain, from(first)))
@@ -154,7 +159,7 @@ TEST_P(adjustment_test, of_planes_is_that_of_the_model_for_every_sample_and_gain
             ++proven;
         }
     }
-    EXPECT_EQ(proven, 65536u * offset_count);
+    EXPECT_EQ(proven, (65536u + step - 1) / step * offset_count);
     std::printf("%s: %u gains and offsets of 256 samples proven on 3 planes\n", GetParam()->name,
                 proven);
     std::printf("figure: adjusted %llu\n", 3ull * 256 * proven);
