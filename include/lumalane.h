@@ -115,7 +115,7 @@
 // video_v, video_u in a tagMIX_INFO.
 //
 // Colour: ITU-R BT.601, studio range (Y 16..235, U and V 16..240 around 128), full-range RGB. In
-// 16-bit arithmetic, where hi(a, b) is the upper half of the signed product, truncated:
+// 16-bit arithmetic, where hi(a, b) is the upper half of the signed product, a * b / 2^16 rounded down:
 //
 //     R = hi((Y-16) << 2, 19071) + hi((V-128) << 2, 26149)
 //     G = hi((Y-16) << 2, 19071) - hi(U-128, 25625) - hi((V-128) << 1, 26641)

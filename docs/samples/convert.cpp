@@ -8,7 +8,7 @@ int main() {
     using namespace lumalane;
     const int width = 1366, height = 768;
     std::vector<unsigned char> yuv(picture_bytes(format::i420, width, height), 128);
-    const int stride = (3 * width + 3) / 4 * 4; // rows of a bitmap are whole words
+    const int stride = (3 * width + 3) / 4 * 4; // of a bitmap: whole 4 bytes
     std::vector<unsigned char> bgr(stride * height);
 
     const picture source = packed_planes(format::i420, width, height, yuv.data());

@@ -11,8 +11,8 @@ int main() {
         footprint_of(functions::loadimage_rgb32, {width, height, width, 4 * width});
     constexpr byte_range written = bytes[pointer::dst].written;
     static_assert(written.begin == 0 && written.end > 4 * width * height);
-    std::printf("the picture has %d bytes, the call writes up to byte %lld\n",
-                4 * width * height, written.end);
+    std::printf("the picture has %d bytes, the call needs %lld\n", 4 * width * height,
+                written.end);
 
     // On the step nothing is written beyond.
     constexpr footprint even =

@@ -21,23 +21,23 @@ int main() {
     mix.dst = surface.data(), mix.color_key = key;
     const tagMIX_INFO menu = mix; // functions change the record: each gets a copy
 
-    // 1. The surface is filled with the key, and the menu drawn: here a white box.
+    // 1. and 2. The surface is filled with the key, and the menu drawn: here a white box.
     LoadColorKeyRgb32(key, surface.data(), width, height, 0, 4 * width);
     for (int row = 8; row < 24; ++row)
         for (int x = 16; x < 48; ++x)
             std::memcpy(&surface[4 * (row * width + x)], "\xff\xff\xff", 4);
 
-    // 2. What is drawn becomes Y, U and V.
+    // 3. What is drawn becomes Y, U and V.
     Convert_RGB32_To_AYUY2(&(mix = menu));
 
-    // 3. Its alpha, 0 to 16, is drawn in blue and taken over.
+    // 4. Its alpha, 0 to 16, is drawn in blue and taken over.
     std::memset(surface.data(), 0, surface.size());
     for (int row = 8; row < 24; ++row)
         for (int x = 16; x < 48; ++x)
             surface[4 * (row * width + x)] = 8;
     Restore_RGB32_To_Alpha(&(mix = menu));
 
-    // 4. Each frame: video, menu and adjustment onto the screen's surface.
+    // 5. Each frame: video, menu and adjustment onto the screen's surface.
     contrast_data neutral = {64, 64, 0, 0, 0, 0, 0, 0};
     get_contrast_data(&neutral);
     std::vector<unsigned char> video(pixels, 16), chroma(pixels / 4, 128),

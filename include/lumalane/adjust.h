@@ -18,7 +18,8 @@
 //     stretch() alone.
 //   - Every module (program, DLL) that the static library is linked into has an adjustment and a lock
 //     of its own. With the shared library modules have one adjustment, and one lock but on Windows, and
-//     where clang made them and dlopen() loads them with RTLD_LOCAL.
+//     where clang made them and dlopen() loads them with RTLD_LOCAL: there calls of different modules
+//     take no turns, and those that adjust link the static library.
 #ifndef LUMALANE_ADJUST_H
 #define LUMALANE_ADJUST_H
 
@@ -30,7 +31,7 @@
 namespace lumalane {
 
 /// Gains in 1/64 and offsets, as contrast_data has them; as it is constructed it changes nothing. Each of U and
-/// V has its own offset in every format.
+/// V has its own offset in every format. (stretch() onto yv12 and i420 has one gain for all planes.)
 struct adjustment {
     int y_gain = 64;
     int uv_gain = 64;

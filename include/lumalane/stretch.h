@@ -32,8 +32,9 @@ inline namespace LUMALANE_COMPILED_FOR {
 /// The pixels are those of the function for a picture that is made larger by repeating its last
 /// column and row: to a multiple of its step and its least size, to 48 pixels along_edges, and to
 /// even heights; from yv12 to yv12 to a multiple of 32 pixels, an even height from 4 on and rows
-/// without gaps. Each of U and V has its own offset there. What the functions promise about new
-/// samples holds, the quirks of their pixels too.
+/// without gaps. Each of U and V has its own offset there, but the gain of Y: uv_gain is not used, and
+/// offsets of 128 - 2 * y_gain leave grey as it is. What the functions promise about new samples
+/// holds, the quirks of their pixels too.
 ///
 /// Functions that always adjust do it by nothing here, with the lock of <lumalane/adjust.h>.
 ///
