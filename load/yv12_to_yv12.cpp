@@ -139,13 +139,11 @@ struct copied_planes {
     explicit copied_planes(const call::picture &p)
         : src_y(p.src), src_u(p.src_u), src_v(p.src_v), y(p.dst), passes(steps_of(p.height, 2)),
           width(whole_steps(p.width, 16)), half_width(whole_steps(p.width >> 1, 8)) {
-        const int dst_bytes = product(p.height, p.dst_pitch);
         const int src_advance = difference(twice(p.src_pitch), p.width);
         const int dst_advance = difference(twice(p.dst_pitch), p.width);
-        // quirk: V begins one byte before the end of Y
-        // [edge_cases.the_plain_copy_of_chroma_starts_one_byte_before_the_end_of_luma]
-        v = p.dst + dst_bytes - 1;
-        u = v + (dst_bytes >> 2);
+        const detail::chroma_places chroma = detail::chroma_of_copy(sizes_of(p));
+        v = p.dst + static_cast<ptrdiff_t>(chroma.v);
+        u = p.dst + static_cast<ptrdiff_t>(chroma.u);
         // quirk: the lower row is read `width` bytes behind the upper one, and stored a pitch of the
         // source behind it; then the source moves on by what was meant for both pointers, and the
         // destination by the row alone [edge_cases.the_plain_copy_mixes_the_increments_of_its_rows]

@@ -23,7 +23,7 @@ struct mix_groups {
 
     mix_groups(const tagMIX_INFO &mix, int bytes_per_pixel_, ptrdiff_t pixels_)
         : first(start_of(mix)), bytes_per_pixel(bytes_per_pixel_),
-          groups(mix.height < 8 ? 1 : static_cast<ptrdiff_t>(steps_of(mix.height, 4))),
+          groups(static_cast<ptrdiff_t>(detail::field_groups_of(mix.height))),
           pixels(pixels_), row{mix.video_pitch, mix.video_pitch >> 1, mix.sub_pitch,
                                mix.sub_pitch >> 1, mix.dst_pitch} {
         next = {times(2, row.luma), row.chroma, times(4, row.sub), times(4, row.sub_chroma),

@@ -219,7 +219,8 @@ inline status check_blend(const const_picture &video, const subpicture &over,
         const long long bytes = i < 2 ? over.width : (over.width + 1) / 2;
         s = check_plane(*planes[i], bytes, "subpicture");
         for (int k = 0; s && k < plane_count(destination.format); ++k)
-            if (plane_bytes(*planes[i], bytes, over.height).overlaps(bytes_of(destination, k)))
+            if (overlap(rows_of_plane(*planes[i], bytes, over.height),
+                        rows_of_plane(destination, k)))
                 s = refused(error::buffers_overlap, "destination", "subpicture");
     }
     return s;

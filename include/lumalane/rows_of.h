@@ -239,6 +239,18 @@ inline constexpr pointer frame_chroma[] = {pointer::plane_v, pointer::plane_u};
 
 // ---- YV12 to YV12 --------------------------------------------------------------------------------
 
+// Where chroma begins on a surface that has Y, V and U, counted from Y.
+struct chroma_places {
+    number v, u;
+};
+
+// quirk: V begins one byte before the end of Y
+// [edge_cases.the_plain_copy_of_chroma_starts_one_byte_before_the_end_of_luma]
+constexpr chroma_places chroma_of_copy(const picture_call &p) {
+    const number Y = wrapped(number{p.height} * p.dst_pitch), V = Y - 1;
+    return {V, V + (Y >> 2)};
+}
+
 // loadimage_yv12(): of the destination, rows overlap.
 template <class Receiver>
 constexpr void rows_of_copy(const picture_call &p, Receiver &to) {
@@ -249,9 +261,9 @@ constexpr void rows_of_copy(const picture_call &p, Receiver &to) {
     to.writes_again(pointer::dst, {0, P * W});
     to.writes_again(pointer::dst, {S, P * W});
     const number src_next = C + unsigned_half(2 * S - w), dst_next = C + unsigned_half(2 * D - w);
-    const number Y = wrapped(p.height * D), V = Y - 1, U = V + (Y >> 2);
+    const chroma_places chroma = chroma_of_copy(p);
     for (const pointer plane : src_chroma) {
-        const number start = plane == pointer::src_v ? V : U;
+        const number start = plane == pointer::src_v ? chroma.v : chroma.u;
         to.reads(plane, {0, C, P, src_next});
         to.reads(plane, {unsigned_half(S), C, P, src_next});
         to.writes_again(pointer::dst, {start, C, P, dst_next});
@@ -274,11 +286,6 @@ constexpr void rows_of_adjusted_copy(const picture_call &p, Receiver &to) {
     plane(pointer::src_v, V, p.width >> 1, p.height >> 1, half(D));
     plane(pointer::src_u, U, p.width >> 1, p.height >> 1, half(D));
 }
-
-// Where chroma begins on a surface that has Y, V and U, counted from Y.
-struct chroma_places {
-    number v, u;
-};
 
 // loadimage_half_yv12_ajust(): what is left of a row of chroma gets a step that ends where the row
 // does.

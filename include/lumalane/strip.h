@@ -18,23 +18,16 @@ inline namespace LUMALANE_COMPILED_FOR {
 
 // ---- Checks ------------------------------------------------------------------------------------
 
-// The first and the last byte of a plane.
-struct plane_bytes {
-    std::uintptr_t first;
-    std::uintptr_t last;
+// Rows of a plane, by their addresses.
+inline row_set rows_of_plane(const const_plane &p, long long bytes_of_row, int rows) {
+    return {static_cast<long long>(reinterpret_cast<std::uintptr_t>(p.data)), bytes_of_row, rows,
+            p.stride};
+}
 
-    plane_bytes(const const_plane &p, long long bytes_of_row, int rows) {
-        const std::uintptr_t top = reinterpret_cast<std::uintptr_t>(p.data);
-        const std::uintptr_t bottom =
-            top + static_cast<std::uintptr_t>(rows - 1) * static_cast<std::uintptr_t>(p.stride);
-        first = p.stride < 0 ? bottom : top;
-        last = (p.stride < 0 ? top : bottom) + static_cast<std::uintptr_t>(bytes_of_row) - 1;
-    }
-
-    bool overlaps(const plane_bytes &other) const {
-        return first <= other.last && other.first <= last;
-    }
-};
+// From the first byte of each to its last one.
+inline bool overlap(const row_set &a, const row_set &b) {
+    return a.begin() < b.end() && b.begin() < a.end();
+}
 
 constexpr status refused(error code, const char *argument, const char *other = nullptr) {
     status s{};
@@ -73,20 +66,15 @@ inline status check_picture(const const_picture &p, const char *argument) {
     return s;
 }
 
-inline plane_bytes bytes_of(const const_picture &p, int i) {
-    return {p.planes[i], row_bytes(p.format, i, p.width), plane_height(p.format, i, p.height)};
-}
-
 inline row_set rows_of_plane(const const_picture &p, int i) {
-    const const_plane &plane = p.planes[i];
-    return {static_cast<long long>(reinterpret_cast<std::uintptr_t>(plane.data)),
-            row_bytes(p.format, i, p.width), plane_height(p.format, i, p.height), plane.stride};
+    return rows_of_plane(p.planes[i], row_bytes(p.format, i, p.width),
+                         plane_height(p.format, i, p.height));
 }
 
 inline bool overlap(const const_picture &a, const const_picture &b) {
     for (int i = 0; i < plane_count(a.format); ++i)
         for (int k = 0; k < plane_count(b.format); ++k)
-            if (bytes_of(a, i).overlaps(bytes_of(b, k)))
+            if (overlap(rows_of_plane(a, i), rows_of_plane(b, k)))
                 return true;
     return false;
 }
