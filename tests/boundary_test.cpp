@@ -8,8 +8,7 @@ namespace {
 
 class boundary_test : public tests::on_each_target {};
 
-// Where the stack stands matters on 32-bit x86 alone.
-constexpr unsigned cases = sizeof(void *) == 4 ? 50 : 10;
+constexpr unsigned cases = 12;
 
 TEST_P(boundary_test, bears_hostile_callers) {
     const unsigned long long before = boundary::calls_so_far().calls;

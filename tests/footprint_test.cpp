@@ -13,6 +13,7 @@
 #include "picture/geometry.h"
 #include "tests/call_memory.h"
 #include "tests/differential/drawn_call.h"
+#include "tests/proofs.h"
 #include "tests/recorded_call.h"
 
 namespace {
@@ -145,7 +146,7 @@ comparison compare(const differential::drawn_call &drawn, const call_memory &mem
 class footprint_test : public testing::TestWithParam<differential::subject> {};
 
 TEST_P(footprint_test, is_what_the_model_reads_and_writes) {
-    constexpr int cases = 300;
+    const int cases = tests::wanted_proofs() == tests::proofs::some ? 75 : 300;
     static const call_memory memory;
     differential::random r(13);
     int compared = 0, strays = 0, before_a_pointer = 0;

@@ -142,8 +142,8 @@ TEST_P(every_mix, surfaces_stay_what_they_are) {
 // translucent rectangle, one after the other.
 constexpr const char *shapes = R"([Script Info]
 ScriptType: v4.00+
-PlayResX: 320
-PlayResY: 180
+PlayResX: 160
+PlayResY: 90
 
 [V4+ Styles]
 Format: Name, Fontname, Fontsize, PrimaryColour, SecondaryColour, OutlineColour, BackColour, Bold, Italic, Underline, StrikeOut, ScaleX, ScaleY, Spacing, Angle, BorderStyle, Outline, Shadow, Alignment, MarginL, MarginR, MarginV, Encoding
@@ -152,8 +152,8 @@ Style: Translucent,sans-serif,20,&H80FF4020,&H0,&H0,&H0,0,0,0,0,100,100,0,0,1,0,
 
 [Events]
 Format: Layer, Start, End, Style, Name, MarginL, MarginR, MarginV, Effect, Text
-Dialogue: 0,0:00:00.11,0:00:00.91,Opaque,,0,0,0,,{\pos(51,21)\p1}m 0 0 l 100 0 100 41 0 41
-Dialogue: 0,0:00:00.31,0:00:01.11,Translucent,,0,0,0,,{\pos(20,100)\p1}m 0 0 l 250 0 250 60 0 60
+Dialogue: 0,0:00:00.11,0:00:00.91,Opaque,,0,0,0,,{\pos(25,11)\p1}m 0 0 l 50 0 50 20 0 20
+Dialogue: 0,0:00:00.31,0:00:01.11,Translucent,,0,0,0,,{\pos(10,50)\p1}m 0 0 l 125 0 125 30 0 30
 )";
 
 struct shown_rectangle {
@@ -170,8 +170,8 @@ struct shown_rectangle {
     }
 };
 
-constexpr shown_rectangle rectangles[] = {{51, 21, 151, 62, 0.11, 0.91, {0xff, 0xc0, 0}, 1},
-                                          {20, 100, 270, 160, 0.31, 1.11, {0x20, 0x40, 0xff}, 0.5}};
+constexpr shown_rectangle rectangles[] = {{25, 11, 75, 31, 0.11, 0.91, {0xff, 0xc0, 0}, 1},
+                                          {10, 50, 135, 80, 0.31, 1.11, {0x20, 0x40, 0xff}, 0.5}};
 
 class every_run : public player_test, public testing::WithParamInterface<std::string> {
 protected:
@@ -219,7 +219,7 @@ TEST_P(every_run, subtitles_are_over_the_video_in_their_time) {
     std::vector<samples> video;
     for (int frame = 0; frame < 30; ++frame)
         video.push_back(
-            uniform_rows(320, 180, [frame](int row) { return 40 + (row + 4 * frame) % 160; }));
+            uniform_rows(160, 90, [frame](int row) { return 40 + (row + 4 * frame) % 160; }));
     write_file(directory / "video.y4m", y4m('t', video));
     write_file(directory / "shapes.ass", shapes);
     for (const std::string interlaced : {"", " --interlaced"}) {

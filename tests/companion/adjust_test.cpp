@@ -75,13 +75,13 @@ TEST_F(adjusted, threads_have_each_its_own) {
             ++ready;
             while (ready < 2)
                 std::this_thread::yield();
-            for (int k = 0; k < (sanitized ? 300 : 3000); ++k)
+            for (int k = 0; k < (few ? 300 : 3000); ++k)
                 ++(converted(pixels, own[i]) == expected[i] ? right : wrong);
         });
     for (std::thread &thread : threads)
         thread.join();
     EXPECT_EQ(wrong, 0);
-    EXPECT_EQ(right, 2 * (sanitized ? 300 : 3000));
+    EXPECT_EQ(right, 2 * (few ? 300 : 3000));
 }
 
 } // namespace

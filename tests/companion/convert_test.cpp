@@ -25,7 +25,7 @@ protected:
 TEST_P(conversion, makes_the_pixels_of_the_function_and_touches_nothing_else) {
     const auto [from, to] = GetParam();
     for (const optional_adjustment &by : adjustments)
-        for (int width = 1; width <= 70; width += sanitized ? 3 : 1)
+        for (int width = 1; width <= 70; width += few ? 3 : 1)
             for (int height = 1; height <= 9; ++height) {
                 const rows_of_pixels pixels = random_pixels(from, width, height, random);
                 const auto expected = expected_conversion(pixels, to, by);
@@ -45,7 +45,7 @@ TEST_P(conversion, makes_the_pixels_of_the_function_and_touches_nothing_else) {
 // Rows whose chroma has half the stride of luma and others, more rows than go at a time.
 TEST_P(conversion, makes_the_pixels_of_the_function_of_larger_pictures) {
     const auto [from, to] = GetParam();
-    for (int i = 0; i < (sanitized ? 3 : 12); ++i) {
+    for (int i = 0; i < (few ? 3 : 12); ++i) {
         const bool tall = i % 3 == 0;
         const int width = 1 + random() % (tall ? 70 : 520);
         const int height = 1 + random() % 300 + (tall ? 800 : 0);
@@ -71,7 +71,7 @@ TEST_P(conversion, makes_the_pixels_of_the_function_on_surfaces_that_outgrow_the
     unsigned char *const aligned =
         memory.data() + (64 - reinterpret_cast<std::uintptr_t>(memory.data()) % 64) % 64;
     const auto [from, to] = GetParam();
-    for (int i = 0; i < (sanitized ? 1 : 4); ++i) {
+    for (int i = 0; i < (few ? 1 : 4); ++i) {
         const bool planar = lumalane::plane_count(to) > 1;
         const int width = 65 + random() % 300, indent = i % 2 * 32 + (planar ? i / 2 * 8 : 0);
         const rows_of_pixels pixels = random_pixels(from, width, height, random);

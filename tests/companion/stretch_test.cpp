@@ -36,7 +36,7 @@ protected:
 
 TEST_P(stretched, makes_the_pixels_of_the_function_and_touches_nothing_else) {
     for (const optional_adjustment &by : adjustments)
-        for (int width = 1; width <= 70; width += sanitized ? 7 : 1)
+        for (int width = 1; width <= 70; width += few ? 7 : 1)
             for (int height = 1; height <= 21; height += height < 9 ? 1 : 3) {
                 const rows_of_pixels pixels = draw(width, height);
                 const auto expected = expected_stretch(pixels, GetParam().to, GetParam().how, by);
@@ -54,7 +54,7 @@ TEST_P(stretched, makes_the_pixels_of_the_function_and_touches_nothing_else) {
 
 // On the step and off it, more than a strip has.
 TEST_P(stretched, makes_the_pixels_of_the_function_of_larger_pictures) {
-    for (int i = 0; i < (sanitized ? 4 : 16); ++i) {
+    for (int i = 0; i < (few ? 4 : 16); ++i) {
         int width = 1 + random() % 330, height = 1 + random() % 130;
         if (i % 4 == 0)
             width = 48 + width / 16 * 16, height = 16 + height / 2 * 2;
