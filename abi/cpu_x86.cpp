@@ -78,13 +78,18 @@ __chkstk:
 #elif defined(_M_X64)
 __asm__(R"(
     .globl __chkstk
+    .seh_proc __chkstk
 __chkstk:
     pushq %rcx
+    .seh_pushreg %rcx
     pushq %rax
+    .seh_pushreg %rax
+    .seh_endprologue
     leaq 24(%rsp), %rcx
 )" LUMALANE_TOUCH_PAGES("%rax", "%rcx") R"(
     popq %rax
     popq %rcx
     ret
+    .seh_endproc
 )");
 #endif

@@ -39,7 +39,7 @@ function(part result first end)
 endfunction()
 part(version "#define LUMALANE_VERSION_MAJOR" "// Shared library: ")
 part(records "/// Facts about the destination" "// The records cross")
-part(layout "static_assert(offsetof(tag_ajust" "#endif\n\n// ---- Picture adjustment")
+part(layout "#if defined(_M_IX86)" "\n// ---- Picture adjustment")
 string(REPLACE "static_assert(" "_Static_assert(" layout "${layout}")
 
 set(functions "")
@@ -49,7 +49,7 @@ foreach(name IN LISTS lumalane_names)
   endif()
   # In lines of 100 characters.
   string(REPLACE ", " ";" parameters "${parameters_${signature_${name}}}")
-  set(line "LUMALANE_C_API void ${name}(")
+  set(line "LUMALANE_C_API void LUMALANE_C_CALL ${name}(")
   string(LENGTH "${line}" column)
   string(REPEAT " " ${column} indentation)
   set(comma "")
@@ -97,6 +97,12 @@ string(APPEND header "${version}" [[
 #endif
 
 #if defined(_WIN32)
+#define LUMALANE_C_CALL __cdecl
+#else
+#define LUMALANE_C_CALL
+#endif
+
+#if defined(_WIN32)
 #define LUMALANE_C_NAME(name)
 #elif defined(__GNUC__)
 // Some platforms put an underscore in front of every name.
@@ -113,9 +119,8 @@ typedef struct tagMIX_INFO tagMIX_INFO;
 typedef struct tagVideoFrame tagVideoFrame;
 
 ]] "${records}" [[
-// The records cross the boundary of a 32-bit library: their layout is a format.
-#if defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L &&                                    \
-    (defined(_M_IX86) || defined(__i386__))
+// The records cross the boundary of a library: their layout is a format.
+#if defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L
 ]] "${layout}" [[
 #endif
 

@@ -128,6 +128,8 @@ target_compile_options(
             -fvisibility=hidden
             # No time in the objects: the static library is the same whenever it is made.
             $<$<BOOL:${WIN32}>:-mno-incremental-linker-compatible>
+            # With 64 bits the system finds callers by tables alone: handlers of faults, and debuggers.
+            $<$<AND:$<BOOL:${WIN32}>,$<EQUAL:${word_bits},64>>:-fasynchronous-unwind-tables>
             $<$<BOOL:${x86_32}>:-march=pentium3>
             # Marks where calls through pointers may arrive, for processors that see to it. (Linux
             # has that for 64 bits alone.)
@@ -240,6 +242,7 @@ set_target_properties(lumalane_static PROPERTIES OUTPUT_NAME lumalane EXPORT_NAM
 if(WIN32)
   # The import library is lumalane.lib.
   set_target_properties(lumalane_static PROPERTIES OUTPUT_NAME lumalane_static)
+  lumalane_rename_runtime(lumalane_static)
 endif()
 
 # Users include <lumalane.h>, and see nothing else of the project.

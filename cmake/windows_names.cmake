@@ -64,6 +64,18 @@ if(NOT mingw_dlltool)
   message(STATUS "No dlltool of mingw-w64: no import library for MinGW")
 endif()
 
+# What the DLL has in place of a C runtime is in the static library under names that are its own:
+# programs have a C runtime, which they would lose to it, or have twice.
+find_program(llvm_objcopy llvm-objcopy REQUIRED)
+function(lumalane_rename_runtime library)
+  set(renamed "")
+  foreach(name IN ITEMS ${underscore}memcpy ${underscore}_fltused __chkstk)
+    list(APPEND renamed --redefine-sym ${name}=lumalane_${name})
+  endforeach()
+  add_custom_command(TARGET ${library} POST_BUILD
+                     COMMAND ${llvm_objcopy} ${renamed} $<TARGET_FILE:${library}> VERBATIM)
+endfunction()
+
 # Lets the DLL export what it should, and makes its import libraries: lumalane.lib for the MSVC ABI,
 # which the linker has written, and liblumalane.dll.a for MinGW.
 function(lumalane_import_libraries library)

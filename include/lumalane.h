@@ -167,6 +167,13 @@
 #define LUMALANE_API __attribute__((visibility("default")))
 #endif
 
+// Windows of 32 bits: the library's convention, whichever one a program's options make the default.
+#if defined(_WIN32)
+#define LUMALANE_CALL __cdecl
+#else
+#define LUMALANE_CALL
+#endif
+
 /// Facts about the destination surface; the last argument of most functions. (In spite of its name
 /// it carries no gain and no offset: those come from get_contrast_data().) 48 bytes, little-endian.
 struct tag_ajust_contrast_info {
@@ -247,7 +254,8 @@ struct tagVideoFrame {
     int luma_pitch; ///< bytes per row of plane_y, and the number of pixels converted per row
 };
 
-// The records cross the boundary of a 32-bit library: their layout is a format.
+// The records cross the boundary of a library: their layout is a format, of programs that pack their own
+// structures, too.
 #if defined(_M_IX86) || defined(__i386__)
 static_assert(offsetof(tag_ajust_contrast_info, rgb16_layout) == 32, "rgb16_layout");
 static_assert(offsetof(tag_ajust_contrast_info, surface_height) == 40, "surface_height");
@@ -289,6 +297,12 @@ static_assert(offsetof(tagVideoFrame, plane_y) == 96, "plane_y");
 static_assert(offsetof(tagVideoFrame, plane_u) == 100, "plane_u");
 static_assert(offsetof(tagVideoFrame, plane_v) == 104, "plane_v");
 static_assert(offsetof(tagVideoFrame, luma_pitch) == 132, "luma_pitch");
+#elif defined(_WIN64) || defined(__LP64__)
+static_assert(offsetof(tagMIX_INFO, video_y) == 24, "video_y");
+static_assert(offsetof(tagMIX_INFO, adjust_info) == 120, "adjust_info");
+static_assert(sizeof(tagMIX_INFO) == 128, "tagMIX_INFO");
+static_assert(offsetof(tagVideoFrame, plane_y) == 96, "plane_y");
+static_assert(offsetof(tagVideoFrame, luma_pitch) == 144, "luma_pitch");
 #endif
 
 // ---- Picture adjustment ---------------------------------------------------------------------
@@ -301,7 +315,7 @@ static_assert(offsetof(tagVideoFrame, luma_pitch) == 132, "luma_pitch");
 /// - quirk: an offset and its extra add modulo 2^16, of each field only the low 16 bits count
 ///   [adjusted_copy.offsets_add_up_modulo_2_to_the_16,
 ///   adjusted_copy.of_each_parameter_only_the_low_half_counts]
-LUMALANE_API void get_contrast_data(void *params);
+LUMALANE_API void LUMALANE_CALL get_contrast_data(void *params);
 
 // ---- Picture functions ----------------------------------------------------------------------
 //
@@ -337,9 +351,10 @@ LUMALANE_API void get_contrast_data(void *params);
 ///   [edge_cases.the_plain_copy_of_chroma_starts_one_byte_before_the_end_of_luma]
 /// - precondition: src_pitch and dst_pitch are not negative and at least width / 2; what is halved
 ///   above is halved as an unsigned number, and a negative one would move by 2^31 bytes
-LUMALANE_API void loadimage_yv12(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
-                                 unsigned char *dst, int width, int height, int src_pitch,
-                                 int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL loadimage_yv12(unsigned char *src, unsigned char *src_u,
+                                               unsigned char *src_v, unsigned char *dst, int width,
+                                               int height, int src_pitch, int dst_pitch,
+                                               tag_ajust_contrast_info *info);
 
 /// Adjusts a YV12 picture into a YV12 surface that may be taller than the picture. The formulas are
 /// those of Y; V and U have width >> 1, height >> 1 and dst_pitch >> 1 in them.
@@ -354,10 +369,10 @@ LUMALANE_API void loadimage_yv12(unsigned char *src, unsigned char *src_u, unsig
 /// - quirk: a width off the step drifts on the surface only
 ///   [adjusted_copy.width_12_writes_16_samples_a_row_and_drifts_by_4]
 /// - quirk: V has the offset of U and U that of V [adjusted_copy.the_chroma_offsets_are_crossed]
-LUMALANE_API void loadimage_yv12_ajust(unsigned char *src, unsigned char *src_u,
-                                       unsigned char *src_v, unsigned char *dst, int width,
-                                       int height, int src_pitch, int dst_pitch,
-                                       tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL loadimage_yv12_ajust(unsigned char *src, unsigned char *src_u,
+                                                     unsigned char *src_v, unsigned char *dst,
+                                                     int width, int height, int src_pitch,
+                                                     int dst_pitch, tag_ajust_contrast_info *info);
 
 // ---- YV12 to RGB
 //
@@ -385,9 +400,10 @@ LUMALANE_API void loadimage_yv12_ajust(unsigned char *src, unsigned char *src_u,
 /// - reads: src: W at p * Ay + {0, src_pitch}; src_u, src_v: W / 2 at p * Ac
 /// - writes: dst: 4 * W at p * Ad + {0, dst_pitch}, B = 4
 /// - quirk: the fourth byte of a pixel is 0 [edge_cases.the_fourth_byte_of_rgb32_is_0]
-LUMALANE_API void loadimage_rgb32(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
-                                  unsigned char *dst, int width, int height, int src_pitch,
-                                  int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL loadimage_rgb32(unsigned char *src, unsigned char *src_u,
+                                                unsigned char *src_v, unsigned char *dst, int width,
+                                                int height, int src_pitch, int dst_pitch,
+                                                tag_ajust_contrast_info *info);
 
 /// Adjusts a YV12 picture and converts it to RGB32.
 ///
@@ -397,10 +413,10 @@ LUMALANE_API void loadimage_rgb32(unsigned char *src, unsigned char *src_u, unsi
 /// - reads: src: W at p * Ay + {0, src_pitch}; src_u, src_v: W / 2 at p * Ac
 /// - writes: dst: 4 * W at p * Ad + {0, dst_pitch}, B = 4
 /// - quirk: the fourth byte of a pixel is 0 [edge_cases.the_fourth_byte_of_rgb32_is_0]
-LUMALANE_API void loadimage_rgb32_ajust(unsigned char *src, unsigned char *src_u,
-                                        unsigned char *src_v, unsigned char *dst, int width,
-                                        int height, int src_pitch, int dst_pitch,
-                                        tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL loadimage_rgb32_ajust(unsigned char *src, unsigned char *src_u,
+                                                      unsigned char *src_v, unsigned char *dst,
+                                                      int width, int height, int src_pitch,
+                                                      int dst_pitch, tag_ajust_contrast_info *info);
 
 /// Converts a YV12 picture to RGB24.
 ///
@@ -409,9 +425,10 @@ LUMALANE_API void loadimage_rgb32_ajust(unsigned char *src, unsigned char *src_u
 /// - reads info: no
 /// - reads: src: W at p * Ay + {0, src_pitch}; src_u, src_v: W / 2 at p * Ac
 /// - writes: dst: 3 * W at p * Ad + {0, dst_pitch}, B = 3
-LUMALANE_API void loadimage_rgb24(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
-                                  unsigned char *dst, int width, int height, int src_pitch,
-                                  int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL loadimage_rgb24(unsigned char *src, unsigned char *src_u,
+                                                unsigned char *src_v, unsigned char *dst, int width,
+                                                int height, int src_pitch, int dst_pitch,
+                                                tag_ajust_contrast_info *info);
 
 /// Adjusts a YV12 picture and converts it to RGB24.
 ///
@@ -420,10 +437,10 @@ LUMALANE_API void loadimage_rgb24(unsigned char *src, unsigned char *src_u, unsi
 /// - reads info: no
 /// - reads: src: W at p * Ay + {0, src_pitch}; src_u, src_v: W / 2 at p * Ac
 /// - writes: dst: 3 * W at p * Ad + {0, dst_pitch}, B = 3
-LUMALANE_API void loadimage_rgb24_ajust(unsigned char *src, unsigned char *src_u,
-                                        unsigned char *src_v, unsigned char *dst, int width,
-                                        int height, int src_pitch, int dst_pitch,
-                                        tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL loadimage_rgb24_ajust(unsigned char *src, unsigned char *src_u,
+                                                      unsigned char *src_v, unsigned char *dst,
+                                                      int width, int height, int src_pitch,
+                                                      int dst_pitch, tag_ajust_contrast_info *info);
 
 /// Converts a YV12 picture to RGB16 of any of the four layouts.
 ///
@@ -437,9 +454,10 @@ LUMALANE_API void loadimage_rgb24_ajust(unsigned char *src, unsigned char *src_u
 /// - quirk: layout 1 has bit 0 clear, layout 2 only four bits of blue
 ///   [edge_cases.rgb16_layout_1_has_bit_0_clear,
 ///   edge_cases.rgb16_layout_2_keeps_the_top_four_bits_of_a_pure_blue]
-LUMALANE_API void loadimage_rgb16(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
-                                  unsigned char *dst, int width, int height, int src_pitch,
-                                  int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL loadimage_rgb16(unsigned char *src, unsigned char *src_u,
+                                                unsigned char *src_v, unsigned char *dst, int width,
+                                                int height, int src_pitch, int dst_pitch,
+                                                tag_ajust_contrast_info *info);
 
 /// Adjusts a YV12 picture and converts it to RGB16 of any of the four layouts.
 ///
@@ -450,10 +468,10 @@ LUMALANE_API void loadimage_rgb16(unsigned char *src, unsigned char *src_u, unsi
 /// - writes: dst: 2 * W at p * Ad + {0, dst_pitch}, B = 2
 /// - quirk: an rgb16_layout above 3 writes nothing and reads nothing else
 ///   [edge_cases.rgb16_layouts_out_of_range_leave_the_destination_untouched]
-LUMALANE_API void loadimage_rgb16_ajust(unsigned char *src, unsigned char *src_u,
-                                        unsigned char *src_v, unsigned char *dst, int width,
-                                        int height, int src_pitch, int dst_pitch,
-                                        tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL loadimage_rgb16_ajust(unsigned char *src, unsigned char *src_u,
+                                                      unsigned char *src_v, unsigned char *dst,
+                                                      int width, int height, int src_pitch,
+                                                      int dst_pitch, tag_ajust_contrast_info *info);
 
 // ---- YV12 to YUY2, and to half the width
 //
@@ -479,9 +497,10 @@ LUMALANE_API void loadimage_rgb16_ajust(unsigned char *src, unsigned char *src_u
 ///   24 at p * (2 * dst_pitch + 2 * d) + dst_pitch + 8 + 32 * i, i = 0 .. W / 16 - 1
 /// - quirk: of a lower row the first 8 of every 32 bytes (pixels 0 to 3 of 16) are not written
 ///   [yuy2_surface.the_plain_form_keeps_8_bytes_of_every_32_in_lower_rows]
-LUMALANE_API void loadimage_yuy2(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
-                                 unsigned char *dst, int width, int height, int src_pitch,
-                                 int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL loadimage_yuy2(unsigned char *src, unsigned char *src_u,
+                                               unsigned char *src_v, unsigned char *dst, int width,
+                                               int height, int src_pitch, int dst_pitch,
+                                               tag_ajust_contrast_info *info);
 
 /// Adjusts a YV12 picture and converts it to YUY2.
 ///
@@ -494,10 +513,10 @@ LUMALANE_API void loadimage_yuy2(unsigned char *src, unsigned char *src_u, unsig
 ///   [yuy2_surface.the_adjusted_form_alone_does_nothing_at_heights_up_to_8_and_odd_ones]
 /// - quirk: with a width off the step the lower row of a pair has its chroma from further right
 ///   [yuy2_surface.the_adjusted_form_rewinds_chroma_by_half_the_width_between_rows]
-LUMALANE_API void loadimage_yuy2_ajust(unsigned char *src, unsigned char *src_u,
-                                       unsigned char *src_v, unsigned char *dst, int width,
-                                       int height, int src_pitch, int dst_pitch,
-                                       tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL loadimage_yuy2_ajust(unsigned char *src, unsigned char *src_u,
+                                                     unsigned char *src_v, unsigned char *dst,
+                                                     int width, int height, int src_pitch,
+                                                     int dst_pitch, tag_ajust_contrast_info *info);
 
 /// Adjusts the luma of a YV12 picture and converts it to grey YUY2: every U and V is 128.
 ///
@@ -508,10 +527,11 @@ LUMALANE_API void loadimage_yuy2_ajust(unsigned char *src, unsigned char *src_u,
 /// - writes: dst: 2 * W at r * (dst_pitch + 2 * d)
 /// - quirk: src_u and src_v are not read; they may be anything
 ///   [yuy2_surface.the_grey_form_never_reads_chroma_and_writes_128]
-LUMALANE_API void loadimage_yuy2_mono_ajust(unsigned char *src, unsigned char *src_u,
-                                            unsigned char *src_v, unsigned char *dst, int width,
-                                            int height, int src_pitch, int dst_pitch,
-                                            tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL loadimage_yuy2_mono_ajust(unsigned char *src, unsigned char *src_u,
+                                                          unsigned char *src_v, unsigned char *dst,
+                                                          int width, int height, int src_pitch,
+                                                          int dst_pitch,
+                                                          tag_ajust_contrast_info *info);
 
 /// Halves the width of a YV12 picture, adjusts it and converts it to YUY2: width / 2 pixels per
 /// row, all rows. Two neighbours make one sample, U with U and V with V: their average, rounded up.
@@ -523,10 +543,11 @@ LUMALANE_API void loadimage_yuy2_mono_ajust(unsigned char *src, unsigned char *s
 /// - writes: dst: W at r * (dst_pitch + d)
 /// - quirk: averages are made before the adjustment [half_size.yuy2_averages_before_it_adjusts,
 ///   half_size.yuy2_takes_the_average_rounded_up]
-LUMALANE_API void loadimage_half_yuy2_ajust(unsigned char *src, unsigned char *src_u,
-                                            unsigned char *src_v, unsigned char *dst, int width,
-                                            int height, int src_pitch, int dst_pitch,
-                                            tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL loadimage_half_yuy2_ajust(unsigned char *src, unsigned char *src_u,
+                                                          unsigned char *src_v, unsigned char *dst,
+                                                          int width, int height, int src_pitch,
+                                                          int dst_pitch,
+                                                          tag_ajust_contrast_info *info);
 
 /// Halves the width of a YV12 picture and adjusts it into YV12: height rows of width / 2 bytes of
 /// Y, height / 2 rows of width / 4 bytes of V and U. Of two neighbours the second one stays.
@@ -548,10 +569,11 @@ LUMALANE_API void loadimage_half_yuy2_ajust(unsigned char *src, unsigned char *s
 ///   [half_size.yv12_keeps_every_row_of_an_odd_height]
 /// - quirk: offsets are not crossed, unlike loadimage_yv12_ajust()
 ///   [half_size.yv12_does_not_cross_the_chroma_offsets]
-LUMALANE_API void loadimage_half_yv12_ajust(unsigned char *src, unsigned char *src_u,
-                                            unsigned char *src_v, unsigned char *dst, int width,
-                                            int height, int src_pitch, int dst_pitch,
-                                            tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL loadimage_half_yv12_ajust(unsigned char *src, unsigned char *src_u,
+                                                          unsigned char *src_v, unsigned char *dst,
+                                                          int width, int height, int src_pitch,
+                                                          int dst_pitch,
+                                                          tag_ajust_contrast_info *info);
 
 // ---- Packed YUY2 to YUY2 and RGB
 //
@@ -578,9 +600,10 @@ LUMALANE_API void loadimage_half_yv12_ajust(unsigned char *src, unsigned char *s
 /// - reads info: no
 /// - reads: src: 2 * W at p * As + {0, 2 * src_pitch}
 /// - writes: dst: 2 * W at p * Ad + {0, dst_pitch}, B = 2
-LUMALANE_API void LoadYUY2_YUY2(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
-                                unsigned char *dst, int width, int height, int src_pitch,
-                                int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL LoadYUY2_YUY2(unsigned char *src, unsigned char *src_u,
+                                              unsigned char *src_v, unsigned char *dst, int width,
+                                              int height, int src_pitch, int dst_pitch,
+                                              tag_ajust_contrast_info *info);
 
 /// Adjusts a YUY2 picture; chroma becomes that of every second row.
 ///
@@ -589,10 +612,10 @@ LUMALANE_API void LoadYUY2_YUY2(unsigned char *src, unsigned char *src_u, unsign
 /// - reads info: no
 /// - reads: src: 2 * W at p * As + {0, 2 * src_pitch}
 /// - writes: dst: 2 * W at p * Ad + {0, dst_pitch}, B = 2
-LUMALANE_API void LoadYUY2_YUY2_adjust(unsigned char *src, unsigned char *src_u,
-                                       unsigned char *src_v, unsigned char *dst, int width,
-                                       int height, int src_pitch, int dst_pitch,
-                                       tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL LoadYUY2_YUY2_adjust(unsigned char *src, unsigned char *src_u,
+                                                     unsigned char *src_v, unsigned char *dst,
+                                                     int width, int height, int src_pitch,
+                                                     int dst_pitch, tag_ajust_contrast_info *info);
 
 /// Converts a YUY2 picture to RGB16 of any of the four layouts.
 ///
@@ -603,9 +626,10 @@ LUMALANE_API void LoadYUY2_YUY2_adjust(unsigned char *src, unsigned char *src_u,
 /// - writes: dst: 2 * W at p * Ad + {0, dst_pitch}, B = 2
 /// - quirk: an rgb16_layout above 3 writes nothing and reads nothing else
 ///   [yuy2_source.rgb16_layouts_out_of_range_leave_the_destination_untouched]
-LUMALANE_API void LoadYUY2_RGB16(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
-                                 unsigned char *dst, int width, int height, int src_pitch,
-                                 int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL LoadYUY2_RGB16(unsigned char *src, unsigned char *src_u,
+                                               unsigned char *src_v, unsigned char *dst, int width,
+                                               int height, int src_pitch, int dst_pitch,
+                                               tag_ajust_contrast_info *info);
 
 /// Adjusts a YUY2 picture and converts it to RGB16 of any of the four layouts.
 ///
@@ -616,10 +640,10 @@ LUMALANE_API void LoadYUY2_RGB16(unsigned char *src, unsigned char *src_u, unsig
 /// - writes: dst: 2 * W at p * Ad + {0, dst_pitch}, B = 2
 /// - quirk: an rgb16_layout above 3 writes nothing and reads nothing else
 ///   [yuy2_source.rgb16_layouts_out_of_range_leave_the_destination_untouched]
-LUMALANE_API void LoadYUY2_RGB16_adjust(unsigned char *src, unsigned char *src_u,
-                                        unsigned char *src_v, unsigned char *dst, int width,
-                                        int height, int src_pitch, int dst_pitch,
-                                        tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL LoadYUY2_RGB16_adjust(unsigned char *src, unsigned char *src_u,
+                                                      unsigned char *src_v, unsigned char *dst,
+                                                      int width, int height, int src_pitch,
+                                                      int dst_pitch, tag_ajust_contrast_info *info);
 
 /// Converts a YUY2 picture to RGB24.
 ///
@@ -628,9 +652,10 @@ LUMALANE_API void LoadYUY2_RGB16_adjust(unsigned char *src, unsigned char *src_u
 /// - reads info: no
 /// - reads: src: 2 * W at p * As + {0, 2 * src_pitch}
 /// - writes: dst: 3 * W at p * Ad + {0, dst_pitch}, B = 3
-LUMALANE_API void LoadYUY2_RGB24(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
-                                 unsigned char *dst, int width, int height, int src_pitch,
-                                 int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL LoadYUY2_RGB24(unsigned char *src, unsigned char *src_u,
+                                               unsigned char *src_v, unsigned char *dst, int width,
+                                               int height, int src_pitch, int dst_pitch,
+                                               tag_ajust_contrast_info *info);
 
 /// Adjusts a YUY2 picture and converts it to RGB24.
 ///
@@ -639,10 +664,10 @@ LUMALANE_API void LoadYUY2_RGB24(unsigned char *src, unsigned char *src_u, unsig
 /// - reads info: no
 /// - reads: src: 2 * W at p * As + {0, 2 * src_pitch}
 /// - writes: dst: 3 * W at p * Ad + {0, dst_pitch}, B = 3
-LUMALANE_API void LoadYUY2_RGB24_adjust(unsigned char *src, unsigned char *src_u,
-                                        unsigned char *src_v, unsigned char *dst, int width,
-                                        int height, int src_pitch, int dst_pitch,
-                                        tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL LoadYUY2_RGB24_adjust(unsigned char *src, unsigned char *src_u,
+                                                      unsigned char *src_v, unsigned char *dst,
+                                                      int width, int height, int src_pitch,
+                                                      int dst_pitch, tag_ajust_contrast_info *info);
 
 /// Converts a YUY2 picture to RGB32.
 ///
@@ -651,9 +676,10 @@ LUMALANE_API void LoadYUY2_RGB24_adjust(unsigned char *src, unsigned char *src_u
 /// - reads info: no
 /// - reads: src: 2 * W at p * As + {0, 2 * src_pitch}
 /// - writes: dst: 4 * W at p * Ad + {0, dst_pitch}, B = 4
-LUMALANE_API void LoadYUY2_RGB32(unsigned char *src, unsigned char *src_u, unsigned char *src_v,
-                                 unsigned char *dst, int width, int height, int src_pitch,
-                                 int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL LoadYUY2_RGB32(unsigned char *src, unsigned char *src_u,
+                                               unsigned char *src_v, unsigned char *dst, int width,
+                                               int height, int src_pitch, int dst_pitch,
+                                               tag_ajust_contrast_info *info);
 
 /// Adjusts a YUY2 picture and converts it to RGB32.
 ///
@@ -662,10 +688,10 @@ LUMALANE_API void LoadYUY2_RGB32(unsigned char *src, unsigned char *src_u, unsig
 /// - reads info: no
 /// - reads: src: 2 * W at p * As + {0, 2 * src_pitch}
 /// - writes: dst: 4 * W at p * Ad + {0, dst_pitch}, B = 4
-LUMALANE_API void LoadYUY2_RGB32_adjust(unsigned char *src, unsigned char *src_u,
-                                        unsigned char *src_v, unsigned char *dst, int width,
-                                        int height, int src_pitch, int dst_pitch,
-                                        tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL LoadYUY2_RGB32_adjust(unsigned char *src, unsigned char *src_u,
+                                                      unsigned char *src_v, unsigned char *dst,
+                                                      int width, int height, int src_pitch,
+                                                      int dst_pitch, tag_ajust_contrast_info *info);
 
 // ---- Subpictures ----------------------------------------------------------------------------
 //
@@ -719,7 +745,7 @@ LUMALANE_API void LoadYUY2_RGB32_adjust(unsigned char *src, unsigned char *src_u
 ///   [conversion.rgb32_compares_the_x_byte_with_the_key]
 /// - precondition: width is at least 8, with less nothing is converted and the record moves on;
 ///   height is at least 1, with 0 the call runs around 32 bits
-LUMALANE_API void Convert_RGB32_To_AYUY2(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL Convert_RGB32_To_AYUY2(tagMIX_INFO *mix);
 
 /// Converts an RGB24 drawing surface to the Y, V and U of a subpicture.
 ///
@@ -735,7 +761,7 @@ LUMALANE_API void Convert_RGB32_To_AYUY2(tagMIX_INFO *mix);
 ///   [conversion.rgb24_masks_the_byte_after_the_group]
 /// - precondition: width is at least 8, with less nothing is converted and the record moves on;
 ///   height is at least 1, with 0 the call runs around 32 bits
-LUMALANE_API void Convert_RGB24_To_AYUY2(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL Convert_RGB24_To_AYUY2(tagMIX_INFO *mix);
 
 /// Converts an RGB16 drawing surface of 5-6-5 to the Y, V and U of a subpicture.
 ///
@@ -751,7 +777,7 @@ LUMALANE_API void Convert_RGB24_To_AYUY2(tagMIX_INFO *mix);
 ///   [conversion.rgb16_compares_the_low_half_of_the_key]
 /// - precondition: width is at least 8, with less nothing is converted and the record moves on;
 ///   height is at least 1, with 0 the call runs around 32 bits
-LUMALANE_API void Convert_RGB16_565_To_AYUY2(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL Convert_RGB16_565_To_AYUY2(tagMIX_INFO *mix);
 
 // ---- Alpha between drawing surface and subpicture
 //
@@ -780,7 +806,7 @@ LUMALANE_API void Convert_RGB16_565_To_AYUY2(tagMIX_INFO *mix);
 /// - writes: alpha_plane: W at r * Aa
 /// - record: as it was
 /// - precondition: height is at least 1; with 0 the call runs around 32 bits
-LUMALANE_API void Restore_RGB32_To_Alpha(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL Restore_RGB32_To_Alpha(tagMIX_INFO *mix);
 
 /// Takes alpha from byte 0 of the pixel after each one of an RGB24 drawing surface.
 ///
@@ -794,7 +820,7 @@ LUMALANE_API void Restore_RGB32_To_Alpha(tagMIX_INFO *mix);
 ///   [alpha_transfer.rgb24_restores_the_lowest_byte_of_the_next_pixel,
 ///   alpha_transfer.rgb24_round_trips_shift_by_a_pixel]
 /// - precondition: height is at least 1; with 0 the call runs around 32 bits
-LUMALANE_API void Restore_RGB24_To_Alpha(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL Restore_RGB24_To_Alpha(tagMIX_INFO *mix);
 
 /// Takes alpha from bits 4 to 0 of each pixel of an RGB16 drawing surface.
 ///
@@ -807,7 +833,7 @@ LUMALANE_API void Restore_RGB24_To_Alpha(tagMIX_INFO *mix);
 /// - quirk: five bits are left: 31 at most, and 0 of a loaded 32
 ///   [alpha_transfer.rgb16_restores_five_bits, alpha_transfer.rgb16_round_trips_keep_five_bits]
 /// - precondition: height is at least 1; with 0 the call runs around 32 bits
-LUMALANE_API void Restore_RGB16_565_To_Alpha(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL Restore_RGB16_565_To_Alpha(tagMIX_INFO *mix);
 
 /// Writes alpha to byte 0 of each pixel of an RGB32 drawing surface, 0 to the other three.
 ///
@@ -818,7 +844,7 @@ LUMALANE_API void Restore_RGB16_565_To_Alpha(tagMIX_INFO *mix);
 /// - writes: dst: 4 * W at r * As, B = 4
 /// - record: as it was
 /// - precondition: height is at least 1; with 0 the call runs around 32 bits
-LUMALANE_API void load_subpicture_alpha_rgb32(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL load_subpicture_alpha_rgb32(tagMIX_INFO *mix);
 
 /// Writes alpha to byte 0 of each pixel of an RGB24 drawing surface, 0 to the other two.
 ///
@@ -829,7 +855,7 @@ LUMALANE_API void load_subpicture_alpha_rgb32(tagMIX_INFO *mix);
 /// - writes: dst: 3 * W at r * As, B = 3
 /// - record: height is 0
 /// - precondition: height is at least 1; with 0 the call runs around 32 bits
-LUMALANE_API void load_subpicture_alpha_rgb24(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL load_subpicture_alpha_rgb24(tagMIX_INFO *mix);
 
 /// Writes alpha to the low byte of each pixel of an RGB16 drawing surface, 0 to the other.
 ///
@@ -840,7 +866,7 @@ LUMALANE_API void load_subpicture_alpha_rgb24(tagMIX_INFO *mix);
 /// - writes: dst: 2 * W at r * As, B = 2
 /// - record: as it was
 /// - precondition: height is at least 1; with 0 the call runs around 32 bits
-LUMALANE_API void load_subpicture_alpha_rgb16_565(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL load_subpicture_alpha_rgb16_565(tagMIX_INFO *mix);
 
 // ---- Subpicture to drawing surface
 //
@@ -869,7 +895,7 @@ LUMALANE_API void load_subpicture_alpha_rgb16_565(tagMIX_INFO *mix);
 /// - quirk: the fourth byte of a pixel is 0, whatever the key has there
 ///   [subpicture_load.the_fourth_byte_is_0_whatever_the_key_has_there]
 /// - precondition: height is at least 1; with 0 the call runs around 32 bits
-LUMALANE_API void load_subpicture_yuy2_rgb32(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL load_subpicture_yuy2_rgb32(tagMIX_INFO *mix);
 
 /// Paints a subpicture, adjusted, onto an RGB32 drawing surface.
 ///
@@ -881,7 +907,7 @@ LUMALANE_API void load_subpicture_yuy2_rgb32(tagMIX_INFO *mix);
 /// - quirk: the fourth byte of a pixel is 0, whatever the key has there
 ///   [subpicture_load.the_fourth_byte_is_0_whatever_the_key_has_there]
 /// - precondition: height is at least 1; with 0 the call runs around 32 bits
-LUMALANE_API void load_subpicture_yuy2_rgb32_ajust(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL load_subpicture_yuy2_rgb32_ajust(tagMIX_INFO *mix);
 
 /// Paints a subpicture onto an RGB24 drawing surface.
 ///
@@ -891,7 +917,7 @@ LUMALANE_API void load_subpicture_yuy2_rgb32_ajust(tagMIX_INFO *mix);
 /// - reads: alpha_plane, sub_y: height * W at 0; sub_u, sub_v: height * W / 2 at 0
 /// - writes: dst: 3 * W at r * (dst_pitch + 3 * d), r = 0 .. height-1
 /// - precondition: height is at least 1; with 0 the call runs around 32 bits
-LUMALANE_API void load_subpicture_yuy2_rgb24(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL load_subpicture_yuy2_rgb24(tagMIX_INFO *mix);
 
 /// Paints a subpicture, adjusted, onto an RGB24 drawing surface.
 ///
@@ -901,7 +927,7 @@ LUMALANE_API void load_subpicture_yuy2_rgb24(tagMIX_INFO *mix);
 /// - reads: alpha_plane, sub_y: height * W at 0; sub_u, sub_v: height * W / 2 at 0
 /// - writes: dst: 3 * W at r * (dst_pitch + 3 * d), r = 0 .. height-1
 /// - precondition: height is at least 1; with 0 the call runs around 32 bits
-LUMALANE_API void load_subpicture_yuy2_rgb24_ajust(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL load_subpicture_yuy2_rgb24_ajust(tagMIX_INFO *mix);
 
 /// Paints a subpicture onto an RGB16 drawing surface.
 ///
@@ -915,7 +941,7 @@ LUMALANE_API void load_subpicture_yuy2_rgb24_ajust(tagMIX_INFO *mix);
 /// - quirk: a layout above 3 writes nothing and reads nothing else
 ///   [subpicture_load.rgb16_layouts_above_3_leave_the_surface_untouched]
 /// - precondition: height is at least 1; with 0 the call runs around 32 bits
-LUMALANE_API void load_subpicture_yuy2_rgb16(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL load_subpicture_yuy2_rgb16(tagMIX_INFO *mix);
 
 /// Paints a subpicture, adjusted, onto an RGB16 drawing surface.
 ///
@@ -929,7 +955,7 @@ LUMALANE_API void load_subpicture_yuy2_rgb16(tagMIX_INFO *mix);
 /// - quirk: a layout above 3 writes nothing and reads nothing else
 ///   [subpicture_load.rgb16_layouts_above_3_leave_the_surface_untouched]
 /// - precondition: height is at least 1; with 0 the call runs around 32 bits
-LUMALANE_API void load_subpicture_yuy2_rgb16_ajust(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL load_subpicture_yuy2_rgb16_ajust(tagMIX_INFO *mix);
 
 // ---- Colour key
 //
@@ -946,8 +972,8 @@ LUMALANE_API void load_subpicture_yuy2_rgb16_ajust(tagMIX_INFO *mix);
 /// - rows: pairs; none for a height of 0
 /// - reads: nothing
 /// - writes: surface: 4 * W at p * (2 * pitch + 4 * d) + {0, pitch}
-LUMALANE_API void LoadColorKeyRgb32(unsigned int key, void *surface, int width, int height,
-                                    int reserved, int pitch);
+LUMALANE_API void LUMALANE_CALL LoadColorKeyRgb32(unsigned int key, void *surface, int width,
+                                                  int height, int reserved, int pitch);
 
 /// Fills a rectangle of an RGB24 surface with 24 bytes over and over. For a key of bytes k0
 /// (lowest) to k3 and X, which is k3 | k0, they are
@@ -963,8 +989,8 @@ LUMALANE_API void LoadColorKeyRgb32(unsigned int key, void *surface, int width, 
 ///   [colour_key.rgb24_is_out_of_phase_for_any_other_key,
 ///   colour_key.rgb24_is_uniform_for_a_grey_key]
 /// - quirk: the key's top byte shows [colour_key.rgb24_ors_the_top_byte_into_the_lowest_one]
-LUMALANE_API void LoadColorKeyRgb24(unsigned int key, void *surface, int width, int height,
-                                    int reserved, int pitch);
+LUMALANE_API void LUMALANE_CALL LoadColorKeyRgb24(unsigned int key, void *surface, int width,
+                                                  int height, int reserved, int pitch);
 
 /// Fills a rectangle of an RGB16 surface with the low 16 bits of the key.
 ///
@@ -972,8 +998,8 @@ LUMALANE_API void LoadColorKeyRgb24(unsigned int key, void *surface, int width, 
 /// - rows: pairs; none for a height of 0
 /// - reads: nothing
 /// - writes: surface: 2 * W at p * (2 * pitch + 2 * d) + {0, pitch}
-LUMALANE_API void LoadColorKeyRgb16(unsigned int key, void *surface, int width, int height,
-                                    int reserved, int pitch);
+LUMALANE_API void LUMALANE_CALL LoadColorKeyRgb16(unsigned int key, void *surface, int width,
+                                                  int height, int reserved, int pitch);
 
 /// Writes the low byte of key_value into every byte of dst under which mask holds the low byte of
 /// mask_value. Both have rows of `width` bytes, `pitch` apart.
@@ -987,9 +1013,10 @@ LUMALANE_API void LoadColorKeyRgb16(unsigned int key, void *surface, int width, 
 /// - quirk: of the two values only the low bytes count
 ///   [colour_key.replacing_takes_the_low_bytes_of_its_values]
 /// - precondition: height is at least 1; with 0 the call runs around 32 bits
-LUMALANE_API void RelaceMaskWithColorKey(unsigned char *dst, unsigned char *mask,
-                                         unsigned int mask_value, unsigned int key_value, int width,
-                                         int pitch, int height);
+LUMALANE_API void LUMALANE_CALL RelaceMaskWithColorKey(unsigned char *dst, unsigned char *mask,
+                                                       unsigned int mask_value,
+                                                       unsigned int key_value, int width, int pitch,
+                                                       int height);
 
 // ---- Mixes: a subpicture over YV12 video
 //
@@ -1047,7 +1074,7 @@ LUMALANE_API void RelaceMaskWithColorKey(unsigned char *dst, unsigned char *mask
 /// - quirk: an odd height writes one row more, 0 and below write two
 ///   [mixes.yuy2_odd_heights_write_one_row_more_and_heights_of_0_and_below_write_two]
 /// - quirk: a width off the step drifts [mixes.yuy2_width_24_drifts_by_8_pixels_a_row_pair]
-LUMALANE_API void mix_ayuy2_yuy2_p_ajust(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL mix_ayuy2_yuy2_p_ajust(tagMIX_INFO *mix);
 
 /// Mixes a subpicture over a picture onto YUY2 of half the width: width / 2 pixels per row, all
 /// rows.
@@ -1065,7 +1092,7 @@ LUMALANE_API void mix_ayuy2_yuy2_p_ajust(tagMIX_INFO *mix);
 ///   chroma sub_pitch / 2 apart; luma still goes on by 2 * video_pitch
 ///   [mixes.yuy2_half_reads_the_second_row_and_the_next_chroma_at_the_subpictures_pitch]
 /// - quirk: a width off the step drifts [mixes.yuy2_half_width_24_drifts_by_4_pixels_a_row_pair]
-LUMALANE_API void mix_ayuy2_half_yuy2_p_ajust(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL mix_ayuy2_half_yuy2_p_ajust(tagMIX_INFO *mix);
 
 /// Mixes a subpicture over a field onto YUY2, in groups of four rows: Q = up(height, 4) / 4 of
 /// them, but one for heights up to 7. A step stores its four rows from top to bottom.
@@ -1090,7 +1117,7 @@ LUMALANE_API void mix_ayuy2_half_yuy2_p_ajust(tagMIX_INFO *mix);
 ///   [mixes.yuy2_of_a_field_drifts_once_per_block_of_four_rows]
 /// - quirk: the last group repeats the field's last row and has one row of video chroma
 ///   [mixes.yuy2_of_a_field_makes_four_rows_of_two_and_repeats_the_last]
-LUMALANE_API void mix_ayuy2_yuy2_i_ajust(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL mix_ayuy2_yuy2_i_ajust(tagMIX_INFO *mix);
 
 // Onto YV12: Y at dst, V at dst_v and U at dst_u, plane by plane in this order. Symbols of the
 // formulas, with C = up(width >> 1, 8) and e = C - (width >> 1):
@@ -1122,7 +1149,7 @@ LUMALANE_API void mix_ayuy2_yuy2_i_ajust(tagMIX_INFO *mix);
 /// - writes: dst: W at r * (dst_pitch + d); dst_v, dst_u: C at i * Ad
 /// - record: height is height >> 1
 /// - quirk: nothing is adjusted [mixes.two_of_the_yv12_ones_do_not_adjust]
-LUMALANE_API void mix_ayv12_yv12_p(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL mix_ayv12_yv12_p(tagMIX_INFO *mix);
 
 /// Mixes a subpicture over a field onto YV12. Rows are doubled in pairs, those of chroma too: a row
 /// of the field, then its average with the next one, rounded up.
@@ -1143,7 +1170,7 @@ LUMALANE_API void mix_ayv12_yv12_p(tagMIX_INFO *mix);
 /// - quirk: the video goes back to the start of a row by the width, so that with a width off the
 ///   step the second row of a pair starts further right too
 ///   [mixes.yv12_doubling_goes_back_by_the_width_to_the_start_of_a_row]
-LUMALANE_API void mix_ayv12_yv12_i(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL mix_ayv12_yv12_i(tagMIX_INFO *mix);
 
 /// Mixes a subpicture over a picture onto YV12 and adjusts it.
 ///
@@ -1158,7 +1185,7 @@ LUMALANE_API void mix_ayv12_yv12_i(tagMIX_INFO *mix);
 /// - record: height is height >> 1
 /// - quirk: offsets are not crossed
 ///   [mixes.the_subpicture_is_adjusted_with_the_video_and_the_chroma_offsets_are_not_crossed]
-LUMALANE_API void mix_ayv12_yv12_p_ajust(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL mix_ayv12_yv12_p_ajust(tagMIX_INFO *mix);
 
 // Onto RGB, progressive (_p): row pairs as above.
 //
@@ -1183,7 +1210,7 @@ LUMALANE_API void mix_ayv12_yv12_p_ajust(tagMIX_INFO *mix);
 /// - writes: dst as above, B = 4
 /// - record: consumed
 /// - quirk: the fourth byte of a pixel is 0 [mixes.rgb_fourth_bytes_are_0]
-LUMALANE_API void mix_ayuy2_rgb32_p_ajust(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL mix_ayuy2_rgb32_p_ajust(tagMIX_INFO *mix);
 
 /// Mixes a subpicture over a picture onto RGB24.
 ///
@@ -1194,7 +1221,7 @@ LUMALANE_API void mix_ayuy2_rgb32_p_ajust(tagMIX_INFO *mix);
 ///   Lc = video_pitch >> 1
 /// - writes: dst as above, B = 3
 /// - record: consumed
-LUMALANE_API void mix_ayuy2_rgb24_p_ajust(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL mix_ayuy2_rgb24_p_ajust(tagMIX_INFO *mix);
 
 /// Mixes a subpicture over a picture onto RGB16 of any of the four layouts.
 ///
@@ -1207,7 +1234,7 @@ LUMALANE_API void mix_ayuy2_rgb24_p_ajust(tagMIX_INFO *mix);
 /// - record: consumed
 /// - quirk: a layout above 3 writes nothing and leaves the record
 ///   [mixes.rgb16_layouts_out_of_range_leave_surface_and_record_untouched]
-LUMALANE_API void mix_ayuy2_rgb16_p_ajust(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL mix_ayuy2_rgb16_p_ajust(tagMIX_INFO *mix);
 
 // Onto RGB, of a field (_i): strips of 16 pixels from top to bottom, from left to right. K strips
 // of Q groups of four rows: K = up(width, 16) / 16; Q = up(height, 4) / 4, but 1 for heights below
@@ -1254,7 +1281,7 @@ LUMALANE_API void mix_ayuy2_rgb16_p_ajust(tagMIX_INFO *mix);
 /// - writes: dst as above, B = 4
 /// - record: as it was
 /// - quirk: the fourth byte of a pixel is 0 [mixes.rgb_fourth_bytes_are_0]
-LUMALANE_API void mix_ayuy2_rgb32_i_ajust(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL mix_ayuy2_rgb32_i_ajust(tagMIX_INFO *mix);
 
 /// Mixes a subpicture over a field onto RGB24.
 ///
@@ -1264,7 +1291,7 @@ LUMALANE_API void mix_ayuy2_rgb32_i_ajust(tagMIX_INFO *mix);
 /// - reads: video and subpicture as above
 /// - writes: dst as above, B = 3
 /// - record: as it was
-LUMALANE_API void mix_ayuy2_rgb24_i_ajust(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL mix_ayuy2_rgb24_i_ajust(tagMIX_INFO *mix);
 
 /// Mixes a subpicture over a field onto RGB16 of any of the four layouts.
 ///
@@ -1276,7 +1303,7 @@ LUMALANE_API void mix_ayuy2_rgb24_i_ajust(tagMIX_INFO *mix);
 /// - record: as it was
 /// - quirk: a layout above 3 writes nothing and leaves the record
 ///   [mixes.rgb16_layouts_out_of_range_leave_surface_and_record_untouched]
-LUMALANE_API void mix_ayuy2_rgb16_i_ajust(tagMIX_INFO *mix);
+LUMALANE_API void LUMALANE_CALL mix_ayuy2_rgb16_i_ajust(tagMIX_INFO *mix);
 
 // ---- Stretching -----------------------------------------------------------------------------
 //
@@ -1319,10 +1346,11 @@ LUMALANE_API void mix_ayuy2_rgb16_i_ajust(tagMIX_INFO *mix);
 ///   src_u, src_v: W / 2 at Cn, and for n % 4 > 1, n < 4P-4 W / 2 at Cn + L / 2
 /// - writes: dst: 2 * W at n * (dst_pitch + 2 * d)
 /// - precondition: src_pitch is even and not negative; it is halved as an unsigned number
-LUMALANE_API void strech_picture_1X2_yuy2(unsigned char *src, unsigned char *src_u,
-                                          unsigned char *src_v, unsigned char *dst, int width,
-                                          int height, int src_pitch, int dst_pitch,
-                                          tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL strech_picture_1X2_yuy2(unsigned char *src, unsigned char *src_u,
+                                                        unsigned char *src_v, unsigned char *dst,
+                                                        int width, int height, int src_pitch,
+                                                        int dst_pitch,
+                                                        tag_ajust_contrast_info *info);
 
 /// Converts a YV12 picture to YUY2 of twice the height, with a filter of four rows, and adjusts it.
 ///
@@ -1341,10 +1369,9 @@ LUMALANE_API void strech_picture_1X2_yuy2(unsigned char *src, unsigned char *src
 /// - quirk: samples are adjusted after the interpolation
 ///   [stretches.yuy2_1x2_adjusts_after_the_interpolation]
 /// - precondition: src_pitch is even and not negative; it is halved as an unsigned number
-LUMALANE_API void strech_picture_1X2_yuy2_ajust(unsigned char *src, unsigned char *src_u,
-                                                unsigned char *src_v, unsigned char *dst, int width,
-                                                int height, int src_pitch, int dst_pitch,
-                                                tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL strech_picture_1X2_yuy2_ajust(
+    unsigned char *src, unsigned char *src_u, unsigned char *src_v, unsigned char *dst, int width,
+    int height, int src_pitch, int dst_pitch, tag_ajust_contrast_info *info);
 
 /// Converts a YV12 picture to YUY2 of twice the width and height.
 ///
@@ -1361,10 +1388,11 @@ LUMALANE_API void strech_picture_1X2_yuy2_ajust(unsigned char *src, unsigned cha
 /// - quirk: rows are averaged along first: rounded twice
 ///   [stretches.yuy2_2x2_averages_along_the_row_first_and_rounds_twice]
 /// - precondition: src_pitch is even and not negative; it is halved as an unsigned number
-LUMALANE_API void strech_picture_2X2_yuy2(unsigned char *src, unsigned char *src_u,
-                                          unsigned char *src_v, unsigned char *dst, int width,
-                                          int height, int src_pitch, int dst_pitch,
-                                          tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL strech_picture_2X2_yuy2(unsigned char *src, unsigned char *src_u,
+                                                        unsigned char *src_v, unsigned char *dst,
+                                                        int width, int height, int src_pitch,
+                                                        int dst_pitch,
+                                                        tag_ajust_contrast_info *info);
 
 /// Adjusts a YV12 picture and converts it to YUY2 of twice the width and height.
 ///
@@ -1381,10 +1409,9 @@ LUMALANE_API void strech_picture_2X2_yuy2(unsigned char *src, unsigned char *src
 /// - quirk: samples are adjusted before the interpolation
 ///   [stretches.yuy2_2x2_adjusts_before_the_interpolation]
 /// - precondition: src_pitch is even and not negative; it is halved as an unsigned number
-LUMALANE_API void strech_picture_2X2_yuy2_ajust(unsigned char *src, unsigned char *src_u,
-                                                unsigned char *src_v, unsigned char *dst, int width,
-                                                int height, int src_pitch, int dst_pitch,
-                                                tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL strech_picture_2X2_yuy2_ajust(
+    unsigned char *src, unsigned char *src_u, unsigned char *src_v, unsigned char *dst, int width,
+    int height, int src_pitch, int dst_pitch, tag_ajust_contrast_info *info);
 
 // ---- Packed YUY2 to YUY2, stretched
 //
@@ -1421,8 +1448,10 @@ LUMALANE_API void strech_picture_2X2_yuy2_ajust(unsigned char *src, unsigned cha
 ///   k * Ks + i * row_bytes + 32 and 1 at k * Ks + i * row_bytes + 35
 /// - writes: dst: 64 at k * Kd + n * dst_pitch, n = 0 .. 4P-1
 /// - precondition: row_bytes is a multiple of 32 and at least 64, or the call does not end
-LUMALANE_API void yuy2_strech_picture_2X2_yuy2(void *src, void *unread_u, void *unread_v, void *dst,
-                                               int row_bytes, int height, int dst_pitch);
+LUMALANE_API void LUMALANE_CALL yuy2_strech_picture_2X2_yuy2(void *src, void *unread_u,
+                                                             void *unread_v, void *dst,
+                                                             int row_bytes, int height,
+                                                             int dst_pitch);
 
 /// Adjusts a YUY2 picture and stretches it to YUY2 of twice the width and height.
 ///
@@ -1435,9 +1464,11 @@ LUMALANE_API void yuy2_strech_picture_2X2_yuy2(void *src, void *unread_u, void *
 /// - quirk: samples are adjusted before the interpolation
 ///   [packed_stretches.adjust_before_the_interpolation]
 /// - precondition: row_bytes is a multiple of 32 and at least 64, or the call does not end
-LUMALANE_API void yuy2_strech_picture_2X2_yuy2_ajust(void *src, void *unread_u, void *unread_v,
-                                                     void *dst, int row_bytes, int height,
-                                                     int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL yuy2_strech_picture_2X2_yuy2_ajust(void *src, void *unread_u,
+                                                                   void *unread_v, void *dst,
+                                                                   int row_bytes, int height,
+                                                                   int dst_pitch,
+                                                                   tag_ajust_contrast_info *info);
 
 // ---- YV12 to RGB, stretched
 //
@@ -1474,10 +1505,9 @@ LUMALANE_API void yuy2_strech_picture_2X2_yuy2_ajust(void *src, void *unread_u, 
 /// - writes: dst: 64 at k * Kd + n * dst_pitch, n = 0 .. 4P-1, B = 4
 /// - quirk: a width off 16 is rounded up, without drift
 ///   [rgb_stretches.rgb32_width_20_writes_32_pixels_without_drift]
-LUMALANE_API void strech_picture_1X2_yuy2_ajust_rgb32(unsigned char *src, unsigned char *src_u,
-                                                      unsigned char *src_v, unsigned char *dst,
-                                                      int width, int height, int src_pitch,
-                                                      int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL strech_picture_1X2_yuy2_ajust_rgb32(
+    unsigned char *src, unsigned char *src_u, unsigned char *src_v, unsigned char *dst, int width,
+    int height, int src_pitch, int dst_pitch, tag_ajust_contrast_info *info);
 
 /// Adjusts a YV12 picture and converts it to RGB24 of twice the height.
 ///
@@ -1488,10 +1518,9 @@ LUMALANE_API void strech_picture_1X2_yuy2_ajust_rgb32(unsigned char *src, unsign
 ///   src_u, src_v: 8 at k * Kc + p * (src_pitch >> 1)
 /// - writes: dst: 48 at k * Kd + n * dst_pitch, n = 0 .. 4P-1, B = 3
 /// - precondition: width is a multiple of 16 and at least 16, or the call does not end
-LUMALANE_API void strech_picture_1X2_yuy2_ajust_rgb24(unsigned char *src, unsigned char *src_u,
-                                                      unsigned char *src_v, unsigned char *dst,
-                                                      int width, int height, int src_pitch,
-                                                      int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL strech_picture_1X2_yuy2_ajust_rgb24(
+    unsigned char *src, unsigned char *src_u, unsigned char *src_v, unsigned char *dst, int width,
+    int height, int src_pitch, int dst_pitch, tag_ajust_contrast_info *info);
 
 /// Adjusts a YV12 picture and converts it to RGB16 of any of the four layouts of twice the height.
 ///
@@ -1504,10 +1533,9 @@ LUMALANE_API void strech_picture_1X2_yuy2_ajust_rgb24(unsigned char *src, unsign
 /// - quirk: an rgb16_layout above 3 writes nothing and reads nothing else
 ///   [rgb_stretches.rgb16_layouts_out_of_range_write_nothing]
 /// - precondition: width is a multiple of 16 and at least 16, or the call does not end
-LUMALANE_API void strech_picture_1X2_yuy2_ajust_rgb16(unsigned char *src, unsigned char *src_u,
-                                                      unsigned char *src_v, unsigned char *dst,
-                                                      int width, int height, int src_pitch,
-                                                      int dst_pitch, tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL strech_picture_1X2_yuy2_ajust_rgb16(
+    unsigned char *src, unsigned char *src_u, unsigned char *src_v, unsigned char *dst, int width,
+    int height, int src_pitch, int dst_pitch, tag_ajust_contrast_info *info);
 
 // ---- Planes and YV12 to YV12, stretched
 //
@@ -1557,10 +1585,9 @@ LUMALANE_API void strech_picture_1X2_yuy2_ajust_rgb16(unsigned char *src, unsign
 ///   [plane_stretches.yv12_lies_in_one_buffer_with_v_before_u_and_crossed_offsets]
 /// - precondition: width is at least 32 and height at least 4, so that V and U meet what is asked
 ///   by strech_pic_2X2_adjust()
-LUMALANE_API void strech_picture_2X2_yv12_ajust(unsigned char *src, unsigned char *src_u,
-                                                unsigned char *src_v, unsigned char *dst, int width,
-                                                int height, int src_pitch, int dst_pitch,
-                                                tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL strech_picture_2X2_yv12_ajust(
+    unsigned char *src, unsigned char *src_u, unsigned char *src_v, unsigned char *dst, int width,
+    int height, int src_pitch, int dst_pitch, tag_ajust_contrast_info *info);
 
 /// Stretches a YV12 picture to YV12 of twice the height and adjusts it: each plane as by
 /// strech_pic_1X2_adjust(), Y with plane number 1, V with 2 and U with 3. The surface is one
@@ -1576,10 +1603,9 @@ LUMALANE_API void strech_picture_2X2_yv12_ajust(unsigned char *src, unsigned cha
 ///   [plane_stretches.yv12_lies_in_one_buffer_with_v_before_u_and_crossed_offsets]
 /// - precondition: width is at least 32 and height at least 4, so that V and U meet what is asked
 ///   by strech_pic_1X2_adjust()
-LUMALANE_API void strech_picture_1X2_yv12_ajust(unsigned char *src, unsigned char *src_u,
-                                                unsigned char *src_v, unsigned char *dst, int width,
-                                                int height, int src_pitch, int dst_pitch,
-                                                tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL strech_picture_1X2_yv12_ajust(
+    unsigned char *src, unsigned char *src_u, unsigned char *src_v, unsigned char *dst, int width,
+    int height, int src_pitch, int dst_pitch, tag_ajust_contrast_info *info);
 
 /// Stretches a plane to twice the width and height, in strips of 8 samples from top to bottom, from
 /// left to right. W = max(up(width, 8), 16).
@@ -1601,8 +1627,8 @@ LUMALANE_API void strech_picture_1X2_yv12_ajust(unsigned char *src, unsigned cha
 /// - quirk: rows are averaged along first: rounded twice
 ///   [plane_stretches.plain_2x2_averages_along_the_row_first_and_rounds_twice]
 /// - precondition: height is at least 2
-LUMALANE_API void strech_pic_2X2(unsigned char *src, unsigned char *dst, int width, int height,
-                                 int src_pitch, int dst_pitch);
+LUMALANE_API void LUMALANE_CALL strech_pic_2X2(unsigned char *src, unsigned char *dst, int width,
+                                               int height, int src_pitch, int dst_pitch);
 
 /// Stretches a plane to twice the width and height and adjusts it.
 ///
@@ -1613,9 +1639,10 @@ LUMALANE_API void strech_pic_2X2(unsigned char *src, unsigned char *dst, int wid
 /// - writes: dst as above, X = 2 * width - width % 16
 /// - precondition: width is at least 16, or bytes before the rows are read and written; height is
 ///   at least 2, or the call runs around 32 bits; plane_number is 1, 2 or 3
-LUMALANE_API void strech_pic_2X2_adjust(unsigned char *src, unsigned char *dst, int width,
-                                        int height, int src_pitch, int dst_pitch,
-                                        tag_ajust_contrast_info *info, int plane_number);
+LUMALANE_API void LUMALANE_CALL strech_pic_2X2_adjust(unsigned char *src, unsigned char *dst,
+                                                      int width, int height, int src_pitch,
+                                                      int dst_pitch, tag_ajust_contrast_info *info,
+                                                      int plane_number);
 
 /// Stretches a plane to twice the height and adjusts it.
 ///
@@ -1626,9 +1653,10 @@ LUMALANE_API void strech_pic_2X2_adjust(unsigned char *src, unsigned char *dst, 
 /// - writes: dst as above, X = width
 /// - precondition: width is at least 16, or bytes before the rows are read and written; height is
 ///   at least 2, or the call runs around 32 bits; plane_number is 1, 2 or 3
-LUMALANE_API void strech_pic_1X2_adjust(unsigned char *src, unsigned char *dst, int width,
-                                        int height, int src_pitch, int dst_pitch,
-                                        tag_ajust_contrast_info *info, int plane_number);
+LUMALANE_API void LUMALANE_CALL strech_pic_1X2_adjust(unsigned char *src, unsigned char *dst,
+                                                      int width, int height, int src_pitch,
+                                                      int dst_pitch, tag_ajust_contrast_info *info,
+                                                      int plane_number);
 
 // ---- Frames to YUY2, stretched
 
@@ -1670,8 +1698,8 @@ LUMALANE_API void strech_pic_1X2_adjust(unsigned char *src, unsigned char *dst, 
 /// - quirk: a luma_pitch off 16 is rounded up, interpolated rows have at least 48 pixels; rows do
 ///   not drift
 /// - precondition: luma_pitch is not negative
-LUMALANE_API void strech_opt_yuy2_ajust(tagVideoFrame *frame, int start, int height,
-                                        unsigned char *dst, int dst_pitch,
-                                        tag_ajust_contrast_info *info);
+LUMALANE_API void LUMALANE_CALL strech_opt_yuy2_ajust(tagVideoFrame *frame, int start, int height,
+                                                      unsigned char *dst, int dst_pitch,
+                                                      tag_ajust_contrast_info *info);
 
 #endif

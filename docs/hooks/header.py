@@ -47,7 +47,7 @@ def _declaration(lines, at):
 
 
 def _function(block, declaration):
-    name = re.match(r"LUMALANE_API void (\w+)\(", declaration).group(1)
+    name = re.match(r"LUMALANE_API void LUMALANE_CALL (\w+)\(", declaration).group(1)
     arguments = declaration[declaration.index("(") + 1 : declaration.rindex(")")].split(", ")
     head = f"void {name}("
     lines, line = [], head

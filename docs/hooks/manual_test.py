@@ -25,7 +25,7 @@ HEADER = """// What it is.
 /// - reads, C = 1: src: C at 0;
 ///   src_u: 2 at 0
 /// - quirk: odd [suite.test]
-LUMALANE_API void function_one(unsigned char *src,
+LUMALANE_API void LUMALANE_CALL function_one(unsigned char *src,
                                int width);
 #endif
 """

@@ -6,9 +6,9 @@
 #include <vector>
 
 struct tag_ajust_contrast_info;
-using picture_function = void(unsigned char *, unsigned char *, unsigned char *,
-                              unsigned char *, int, int, int, int,
-                              tag_ajust_contrast_info *);
+using picture_function = void __cdecl(unsigned char *, unsigned char *,
+                                      unsigned char *, unsigned char *, int,
+                                      int, int, int, tag_ajust_contrast_info *);
 
 int main() {
     const HMODULE library = LoadLibraryA("lumalane.dll");

@@ -77,8 +77,7 @@ constexpr int columns_left(int width, int whole) {
 struct loader {
     static constexpr int step = 16;
 
-    void (*function)(unsigned char *, unsigned char *, unsigned char *, unsigned char *, int, int,
-                     int, int, tag_ajust_contrast_info *); // null: there is none
+    decltype(&loadimage_rgb32) function; // null: there is none
     layout from;
     layout to;
     int least_rows;
@@ -303,7 +302,7 @@ inline void interleave(const view &s, const view &d, int width, int height) {
 // ---- To YV12
 
 struct mixer {
-    void (*function)(tagMIX_INFO *); // null: there is none
+    decltype(&mix_ayv12_yv12_p) function; // null: there is none
     layout to;
 };
 

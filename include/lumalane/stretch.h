@@ -56,16 +56,13 @@ inline namespace LUMALANE_COMPILED_FOR {
 // Products of a height and a pitch are numbers of 32 bits.
 constexpr long long largest_rewind = 2147483647;
 
-using picture_stretch = void(unsigned char *, unsigned char *, unsigned char *, unsigned char *,
-                             int, int, int, int, tag_ajust_contrast_info *);
-
 // How a function wants its picture, and what may lie beside a part of one for the part to come out
 // as it does in the whole: so many columns on both sides, and rows.
 struct stretcher {
     enum class kind { none, planar, packed, plane, frame };
 
     kind is = kind::none;
-    picture_stretch *planar = nullptr; // the function of that kind
+    decltype(&strech_picture_2X2_yuy2) planar = nullptr; // the function of that kind
     bool adjusts = true;
     layout from = layout::yuv420;
     layout to = layout::yuy2;
