@@ -43,7 +43,7 @@ void round(std::vector<contestant> &contestants) {
 double median(std::vector<double> values) {
     const auto middle = values.begin() + values.size() / 2;
     std::nth_element(values.begin(), middle, values.end());
-    return *middle;
+    return values.size() % 2 ? *middle : (*middle + *std::max_element(values.begin(), middle)) / 2;
 }
 
 double geometric_mean(const std::vector<double> &values) {

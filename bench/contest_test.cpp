@@ -42,6 +42,7 @@ TEST(contest_test, ratios_are_of_the_same_round) {
     a.seconds = {2, 4, 80};
     EXPECT_EQ(paired_ratio(a, b), 2);
     EXPECT_EQ(median({3, 1, 2}), 2);
+    EXPECT_EQ(median({8, 1, 4, 2}), 3);
     EXPECT_DOUBLE_EQ(geometric_mean({0.5, 8, 2}), 2);
 }
 

@@ -77,11 +77,19 @@ frame_stretch_call call_of(const lumalane::frame_stretch_function &, int dst_pit
     return {picture.width, 0, 0, picture.height, dst_pitch};
 }
 
+// Between the steps of its lower rows, which are told as one.
+double gaps_of(const lumalane::picture_function &f) {
+    return f.shape == picture_shape::planar_pairs_with_gaps
+               ? picture.height / 2 * (picture.width / f.step - 1) * 8
+               : 0;
+}
+double gaps_of(const auto &) { return 0; }
+
 template <class Function>
 double bytes_of(const Function &function, const job &job) {
     receiver to;
     rows_of(function, call_of(function, int(picture.width * job.dst_pitch_per_pixel)), to);
-    double bytes = 0;
+    double bytes = -gaps_of(function);
     for (int p = 0; p < pointer_count; ++p) {
         const bool colours = pointer(p) == pointer::sub_y || pointer(p) == pointer::sub_v ||
                              pointer(p) == pointer::sub_u;

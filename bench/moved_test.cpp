@@ -11,6 +11,8 @@ TEST(moved_test, counts_what_is_read_and_what_is_written) {
     EXPECT_DOUBLE_EQ(moved("loadimage_rgb32"), 1.5 + 4);
     EXPECT_DOUBLE_EQ(moved("LoadYUY2_RGB24"), 2 + 3);
     EXPECT_DOUBLE_EQ(moved("LoadColorKeyRgb16"), 2);
+    EXPECT_DOUBLE_EQ(moved("loadimage_yuy2"), 1.5 + 1.75);
+    EXPECT_NEAR(moved("loadimage_yv12"), 2 + 1.25, 0.01); // as many rows of chroma as of luma
     EXPECT_DOUBLE_EQ(moved("RelaceMaskWithColorKey"), 1 + 1 + 1);
 }
 

@@ -46,10 +46,6 @@ bool report::ReportContext(const Context &) {
 
 void report::ReportRuns(const std::vector<Run> &runs) {
     for (const Run &run : runs) {
-        if (run.error_occurred) {
-            GetErrorStream() << run.benchmark_name() << ": " << run.error_message << '\n';
-            continue;
-        }
         const std::string &name = run.run_name.function_name;
         const std::string picture = name.substr(0, name.find('/'));
         const std::string function = name.substr(name.find('/') + 1);

@@ -63,8 +63,9 @@ double median(std::vector<double> times) {
     if (times.size() <= 2 * warm_up)
         throw std::runtime_error("too few frames");
     times.erase(times.begin(), times.begin() + warm_up);
-    std::nth_element(times.begin(), times.begin() + times.size() / 2, times.end());
-    return times[times.size() / 2];
+    const auto middle = times.begin() + times.size() / 2;
+    std::nth_element(times.begin(), middle, times.end());
+    return times.size() % 2 ? *middle : (*middle + *std::max_element(times.begin(), middle)) / 2;
 }
 
 std::string name_of(size_t chain, size_t element) {

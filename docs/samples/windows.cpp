@@ -7,8 +7,8 @@
 
 struct tag_ajust_contrast_info;
 using picture_function = void __cdecl(unsigned char *, unsigned char *,
-                                      unsigned char *, unsigned char *, int,
-                                      int, int, int, tag_ajust_contrast_info *);
+                                      unsigned char *, unsigned char *, int, int, int,
+                                      int, tag_ajust_contrast_info *);
 
 int main() {
     const HMODULE library = LoadLibraryA("lumalane.dll");
