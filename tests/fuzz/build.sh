@@ -9,7 +9,8 @@ cmake -S "$source" -B "$work" -G Ninja -DCMAKE_BUILD_TYPE=None \
     -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_CXX_FLAGS="$CXXFLAGS" \
     -DLIB_FUZZING_ENGINE="$LIB_FUZZING_ENGINE" -DLUMALANE_FUZZ=ON
 cmake --build "$work" --target fuzz
-for target in functions sequences checked companion; do
-    cp "$work/fuzz/$target" "$OUT/"
+for program in "$work"/fuzz/*; do
+    target=${program##*/}
+    cp "$program" "$OUT/"
     (cd "$source/tests/fuzz/corpus/$target" && zip -q -j "$OUT/${target}_seed_corpus.zip" ./*)
 done

@@ -506,7 +506,8 @@ def main():
         if preset == "linux-x64" or set(targets) & set(chosen)
     }
     reasons = equivalents()
-    code = digest_of([f for f in sources()] + ["include/lumalane.h", "rows/rows.inc", "abi/exports.inc"])
+    others = run(["git", "-C", ROOT, "ls-files", "simd", "include", "cmake/lumalane.cmake", "*.inc"]).splitlines()
+    code = digest_of(set(sources() + others))
     tests = digest_of(
         f
         for f in run(["git", "-C", ROOT, "ls-files", "tests"]).splitlines()
