@@ -56,7 +56,7 @@ void decoder::check_complete() const {
         return;
     const double end = start + static_cast<double>(input.container->duration) / AV_TIME_BASE;
     constexpr double imprecision = 0.3; // seconds: announced durations are rounded
-    if (end - read_until > imprecision)
+    if (end - read_until > imprecision && !has_announced_size(*input.container))
         fail("cut off" + place());
 }
 

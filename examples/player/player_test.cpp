@@ -2,6 +2,7 @@
 
 #include "examples/player/adjustment.h"
 #include "examples/player/display.h"
+#include "examples/player/failure.h"
 #include "examples/player/fixture.h"
 #include "examples/player/playback.h"
 #include "examples/player/session.h"
@@ -74,31 +75,44 @@ std::vector<unsigned char> pack(const samples &from, const std::array<int, 4> &o
     return packed;
 }
 
-void write_packed_video(const fs::path &file, const samples &from, AVPixelFormat format,
-                        const std::array<int, 4> &order) {
+// Raw video in the container of that name: the picture again and again, for so many milliseconds
+// each.
+void write_raw_video(const fs::path &file, const char *container_name,
+                     const std::vector<unsigned char> &bytes, int width, int height,
+                     AVPixelFormat format, const std::vector<int> &durations) {
     AVFormatContext *container = nullptr;
-    ASSERT_EQ(avformat_alloc_output_context2(&container, nullptr, "nut", file.c_str()), 0);
+    ASSERT_EQ(avformat_alloc_output_context2(&container, nullptr, container_name, file.c_str()), 0);
     AVStream *stream = avformat_new_stream(container, nullptr);
-    stream->time_base = {1, 25};
+    stream->time_base = {1, 1000};
     AVCodecParameters &kind = *stream->codecpar;
     kind.codec_type = AVMEDIA_TYPE_VIDEO;
     kind.codec_id = AV_CODEC_ID_RAWVIDEO;
     kind.codec_tag = avcodec_pix_fmt_to_codec_tag(format);
     kind.format = format;
-    kind.width = from.width;
-    kind.height = from.height;
+    kind.width = width;
+    kind.height = height;
     ASSERT_GE(avio_open(&container->pb, file.c_str(), AVIO_FLAG_WRITE), 0);
     ASSERT_GE(avformat_write_header(container, nullptr), 0);
-    const std::vector<unsigned char> bytes = pack(from, order);
-    const handle<AVPacket> packet(av_packet_alloc());
-    ASSERT_EQ(av_new_packet(packet.get(), static_cast<int>(bytes.size())), 0);
-    std::ranges::copy(bytes, packet->data);
-    packet->pts = packet->dts = 0;
-    packet->flags = AV_PKT_FLAG_KEY;
-    ASSERT_EQ(av_write_frame(container, packet.get()), 0);
+    int64_t time = 0;
+    for (const int duration : durations) {
+        const handle<AVPacket> packet(av_packet_alloc());
+        ASSERT_EQ(av_new_packet(packet.get(), static_cast<int>(bytes.size())), 0);
+        std::ranges::copy(bytes, packet->data);
+        packet->pts = packet->dts = time;
+        packet->duration = duration;
+        packet->flags = AV_PKT_FLAG_KEY;
+        av_packet_rescale_ts(packet.get(), {1, 1000}, stream->time_base);
+        ASSERT_EQ(av_write_frame(container, packet.get()), 0);
+        time += duration;
+    }
     ASSERT_EQ(av_write_trailer(container), 0);
     avio_closep(&container->pb);
     avformat_free_context(container);
+}
+
+void write_packed_video(const fs::path &file, const samples &from, AVPixelFormat format,
+                        const std::array<int, 4> &order) {
+    write_raw_video(file, "nut", pack(from, order), from.width, from.height, format, {40});
 }
 
 // ---- Reference --------------------------------------------------------------------------------
@@ -449,6 +463,32 @@ TEST_F(player_test, a_truncated_file_is_refused) {
     for (const std::size_t percent : {1, 99}) {
         write_file(directory / "cut.mp4", clip.substr(0, clip.size() * percent / 100));
         expect_refused("cut.mp4 --png frames", "cut.mp4: ");
+    }
+}
+
+// Matroska does not tell how long its last picture is to be shown, and libavformat's guess may be
+// short.
+TEST_F(player_test, matroska_files_are_refused_only_where_they_are_cut_off) {
+    const std::vector<unsigned char> grey(2 * 32 * 8, 128);
+    const fs::path whole = directory / "whole.mkv", cut = directory / "cut.mkv";
+    const auto play = [this](const fs::path &file) {
+        session running(playing(file, surface_formats().front()));
+        std::size_t pictures = 0;
+        while (running.advance())
+            ++pictures;
+        return pictures;
+    };
+    const std::vector<int> irregular{100, 30, 70, 200, 500, 40, 40, 300, 20, 700};
+    const std::vector<int> last_is_longest{100, 100, 100, 100, 100, 100, 500};
+    for (const auto &durations : {irregular, last_is_longest, std::vector<int>(4, 1000)}) {
+        write_raw_video(whole, "matroska", grey, 32, 8, AV_PIX_FMT_YUYV422, durations);
+        EXPECT_EQ(play(whole), durations.size());
+        const std::string bytes = read_file(whole);
+        const std::size_t last_begins = bytes.rfind(std::string(grey.begin(), grey.end()));
+        for (const std::size_t size : {bytes.size() * 3 / 5, last_begins + grey.size() + 1}) {
+            write_file(cut, bytes.substr(0, size));
+            EXPECT_THROW(play(cut), failure) << durations.size() << " pictures, " << size;
+        }
     }
 }
 
