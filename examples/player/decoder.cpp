@@ -8,8 +8,7 @@
 namespace player {
 
 decoder::decoder(const std::string &name)
-    : file(name), input(open_stream(file, AVMEDIA_TYPE_VIDEO)), packet(av_packet_alloc()),
-      frame(av_frame_alloc()) {
+    : file(name), input(open_stream(file, AVMEDIA_TYPE_VIDEO)), packet(av_packet_alloc()) {
     const AVFormatContext &container = *input.container;
     if (container.start_time != AV_NOPTS_VALUE)
         start = static_cast<double>(container.start_time) / AV_TIME_BASE;
@@ -60,9 +59,10 @@ void decoder::check_complete() const {
         fail("cut off" + place());
 }
 
-bool decoder::next() {
+bool decoder::next(decoded_picture &into) {
+    AVFrame *const frame = into.frame.get();
     int error;
-    while ((error = avcodec_receive_frame(input.codec.get(), frame.get())) == AVERROR(EAGAIN))
+    while ((error = avcodec_receive_frame(input.codec.get(), frame)) == AVERROR(EAGAIN))
         feed();
     if (error == AVERROR_EOF) {
         check_complete();
@@ -74,18 +74,19 @@ bool decoder::next() {
         fail("damaged" + place());
 
     ++pictures;
-    const AVRational rate = av_guess_frame_rate(input.container.get(), input.stream, frame.get());
-    shown_for = rate.num ? 1 / av_q2d(rate) : 0;
+    const AVRational rate = av_guess_frame_rate(input.container.get(), input.stream, frame);
+    into.duration = rate.num ? 1 / av_q2d(rate) : 0;
     if (frame->best_effort_timestamp != AV_NOPTS_VALUE)
         shown_at =
             static_cast<double>(frame->best_effort_timestamp) * av_q2d(input.stream->time_base);
     else
-        shown_at += shown_for;
+        shown_at += into.duration;
+    into.time = shown_at - start;
     return true;
 }
 
-void decoder::get(picture &into, bool packed) {
-    const AVFrame &ready = to_library(*frame, packed ? packed_422 : planar_420);
+void decoder::get(const decoded_picture &from, picture &into, bool packed) {
+    const AVFrame &ready = to_library(*from.frame, packed ? packed_422 : planar_420);
     const auto plane = [&ready](int number) {
         return plane_view{ready.data[number], ready.linesize[number]};
     };

@@ -11,6 +11,18 @@ namespace player {
 
 class picture;
 
+// A picture as it was decoded.
+struct decoded_picture {
+    bool is_packed() const { return is_packed_422(frame->format); }
+
+    // Which of its fields is to be shown first: 0 is that of the uppermost row.
+    int first_field() const { return frame->interlaced_frame && !frame->top_field_first; }
+
+    handle<AVFrame> frame{av_frame_alloc()};
+    double time = 0;     // when it is to be shown, in seconds from the start of the file
+    double duration = 0; // for how long, in seconds
+};
+
 // Reads one video stream from its start to its end. Everything throws failure, with one line that
 // names the file, if the file cannot be read, has no video, is damaged or ends too early.
 class decoder {
@@ -22,20 +34,10 @@ public:
     int height() const { return input.codec->height; }
 
     // Decodes the next picture; false after the last.
-    bool next();
+    bool next(decoded_picture &into);
 
-    // The last picture: whether it came packed, and itself in the form that is wanted.
-    bool is_packed() const { return is_packed_422(frame->format); }
-    void get(picture &into, bool packed);
-
-    // Which of its fields is to be shown first: 0 is that of the uppermost row.
-    int first_field() const { return frame->interlaced_frame && !frame->top_field_first; }
-
-    // When the last picture is to be shown, in seconds from the start of the file.
-    double time() const { return shown_at - start; }
-
-    // For how long, in seconds.
-    double duration() const { return shown_for; }
+    // A picture in the form that is wanted.
+    void get(const decoded_picture &from, picture &into, bool packed);
 
 private:
     void feed();
@@ -46,13 +48,11 @@ private:
     std::string file;
     opened_stream input;
     handle<AVPacket> packet;
-    handle<AVFrame> frame;
     conversion to_library;
     bool key_seen = false;
     long pictures = 0;
     double start = 0;
     double shown_at = 0;
-    double shown_for = 0;
     double read_until = 0;
 };
 

@@ -20,50 +20,57 @@ void playback::refresh_rates() {
     show_title();
 }
 
-// Obeys the user until it is time for the next frame.
-bool playback::listen(clock::time_point until) {
+// Obeys the user until the next frame is due.
+bool playback::listen() {
+    clock::time_point paused_at;
     for (;;) {
         const clock::duration left =
-            running.is_paused() ? 1s : std::max(until - clock::now(), clock::duration{});
+            running.is_paused() ? 1s : std::max(due - clock::now(), clock::duration{});
         const auto wish = window.wait(std::chrono::ceil<std::chrono::milliseconds>(left));
         if (!wish) {
-            if (!running.is_paused() && clock::now() >= until)
+            if (!running.is_paused() && clock::now() >= due)
                 return true;
             continue;
         }
         if (wish == command::quit)
             return false;
         running.obey(*wish);
+        if (wish == command::pause && running.is_paused())
+            paused_at = clock::now();
+        else if (wish == command::pause)
+            due += clock::now() - paused_at; // what was left of the rest still is
         running.reload();
         window.show(running.loaded());
         show_title();
     }
 }
 
+// Jumps in the video's time (a broken stamp) become a second's rest at most.
+bool playback::rest(double seconds) {
+    const std::chrono::duration<double> step(std::clamp(seconds, 0.0, 1.0));
+    due += std::chrono::duration_cast<clock::duration>(step);
+    // Too late to catch up: go on from here.
+    if (due < clock::now() - 100ms)
+        due = clock::now();
+    return listen();
+}
+
 void playback::run() {
+    if (!running.advance())
+        return;
+    window.show(running.loaded());
     show_title();
-    double shown_at = 0, shown_for = 0;
-    auto due = clock::now();
-    // Jumps in the video's time (a broken stamp) become a second's rest at most.
-    const auto rest = [&](double seconds) {
-        const std::chrono::duration<double> step(std::clamp(seconds, 0.0, 1.0));
-        due += std::chrono::duration_cast<clock::duration>(step);
-        // Too late to catch up, or the user paused: go on from here.
-        if (due < clock::now() - 100ms)
-            due = clock::now();
-        return listen(due);
-    };
-    while (running.advance()) {
+    due = clock::now();
+    while (running.decode_next()) {
         // Where time does not go on (a repetition, a broken stamp), the last picture has its own.
-        const double step = running.time() - shown_at, of_last = shown_for;
-        shown_at = running.time();
-        shown_for = running.duration();
-        if (!rest(step > 0 ? step : of_last))
+        const double step = running.next_time() - running.time();
+        if (!rest(step > 0 ? step : running.duration()))
             return;
+        running.load_next();
         window.show(running.loaded());
         refresh_rates();
     }
-    rest(shown_for);
+    rest(running.duration());
 }
 
 } // namespace player

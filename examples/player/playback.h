@@ -19,13 +19,15 @@ public:
 private:
     using clock = meter::clock;
 
-    bool listen(clock::time_point until); // false to quit
+    bool rest(double seconds); // false to quit, as is listen()
+    bool listen();
     void show_title();
     void refresh_rates();
 
     session &running;
     display &window;
-    std::string rates; // as last measured
+    clock::time_point due; // of the next frame
+    std::string rates;     // as last measured
 };
 
 } // namespace player

@@ -14,6 +14,7 @@
 #include <chrono>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace {
 
@@ -312,23 +313,46 @@ TEST_F(player_test, plays_in_a_window) {
     }
 }
 
-// Ramps at four frames a second; `order` as in y4m().
-std::string slow_y4m(char order, int frames) {
+// Ramps at so few frames a second; `order` as in y4m().
+std::string slow_y4m(char order, int frames, int frames_per_second = 4) {
     std::vector<samples> shown;
     for (int frame = 0; frame < frames; ++frame)
         shown.push_back(ramps_420(48, 32, frame));
     std::string text = y4m(order, shown);
     const std::string rate = "F25:1";
-    return text.replace(text.find(rate), rate.size(), "F4:1");
+    return text.replace(text.find(rate), rate.size(),
+                        "F" + std::to_string(frames_per_second) + ":1");
 }
 
-double seconds_of_playing(const options &chosen) {
+void push_key(SDL_Keycode key) {
+    SDL_Event event{};
+    event.type = SDL_KEYDOWN;
+    event.key.keysym.sym = key;
+    SDL_PushEvent(&event);
+}
+
+struct keys_pressed {
+    std::chrono::milliseconds after; // the start, or those before
+    std::vector<SDL_Keycode> keys;
+};
+
+double seconds_of_playing(session &running, const std::vector<keys_pressed> &by_user = {}) {
     setenv("SDL_VIDEODRIVER", "dummy", 1);
-    session running(chosen);
     display window(48, 32);
+    const std::jthread user([&by_user] {
+        for (const auto &[after, keys] : by_user) {
+            std::this_thread::sleep_for(after);
+            std::ranges::for_each(keys, push_key);
+        }
+    });
     const auto start = std::chrono::steady_clock::now();
     playback(running, window).run();
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+double seconds_of_playing(const options &chosen) {
+    session running(chosen);
+    return seconds_of_playing(running);
 }
 
 TEST_F(player_test, every_picture_has_its_time_in_the_window) {
@@ -343,6 +367,29 @@ TEST_F(player_test, every_picture_has_its_time_in_the_window) {
         again.frames = 3;
         EXPECT_GE(seconds_of_playing(again), 0.75);
     }
+}
+
+// While the next one, if there is one, has been decoded already.
+TEST_F(player_test, keys_change_the_picture_that_is_shown) {
+    using namespace std::chrono_literals;
+    for (const int pictures : {1, 2}) {
+        write_file(directory / "slow.y4m", slow_y4m('p', pictures, 1));
+        const options chosen = playing(directory / "slow.y4m", surface_formats().front());
+        session running(chosen), brighter(chosen);
+        seconds_of_playing(running, {{200ms, {SDLK_UP, SDLK_SPACE, SDLK_ESCAPE}}});
+        EXPECT_TRUE(running.is_paused());
+        brighter.obey(command::brighter);
+        ASSERT_TRUE(brighter.advance());
+        EXPECT_EQ(running.loaded().expand(), brighter.loaded().expand()) << "of " << pictures;
+    }
+}
+
+TEST_F(player_test, a_pause_takes_no_time_from_the_pictures) {
+    using namespace std::chrono_literals;
+    write_file(directory / "slow.y4m", slow_y4m('p', 3));
+    session running(playing(directory / "slow.y4m", surface_formats().front()));
+    // 0.75 s of pictures and 0.5 s of a pause, of which a user who is late takes some away.
+    EXPECT_GE(seconds_of_playing(running, {{100ms, {SDLK_SPACE}}, {500ms, {SDLK_SPACE}}}), 1.1);
 }
 
 TEST_F(player_test, fields_have_half_the_time_of_a_picture) {
@@ -370,10 +417,7 @@ TEST_F(player_test, keys_reach_the_session) {
     session running(playing(LUMALANE_PLAYER_CLIP, surface_formats().front()));
     display window(64, 48);
     const auto press = [&](SDL_Keycode key) {
-        SDL_Event event{};
-        event.type = SDL_KEYDOWN;
-        event.key.keysym.sym = key;
-        SDL_PushEvent(&event);
+        push_key(key);
         const auto wish = window.wait(std::chrono::seconds(1));
         if (wish)
             running.obey(*wish);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 namespace player {
 
@@ -28,10 +29,14 @@ session::session(const options &start_with) : chosen(start_with), input(chosen.f
 
 double session::time() const {
     const bool second_field = shows_fields() && !second_field_due;
-    return input.time() + (second_field ? input.duration() / 2 : 0);
+    return in_hand.time + (second_field ? in_hand.duration / 2 : 0);
 }
 
-double session::duration() const { return input.duration() / (shows_fields() ? 2 : 1); }
+double session::next_time() const {
+    return second_field_due ? in_hand.time + in_hand.duration / 2 : coming.time;
+}
+
+double session::duration() const { return in_hand.duration / (shows_fields() ? 2 : 1); }
 
 // The chosen surface's functions, of frames or fields.
 bool session::can_stretch(const stretching &by) const {
@@ -61,17 +66,17 @@ std::chrono::nanoseconds session::load() {
     chosen.picture.apply(is_stretched() && format.stretch_has_one_gain);
     // What is mixed has planes.
     const bool packed =
-        format.loader(stretch(), true) && !over && (chosen.packed || input.is_packed());
-    input.get(current, packed);
+        format.loader(stretch(), true) && !over && (chosen.packed || in_hand.is_packed());
+    input.get(in_hand, current, packed);
     if (over) {
         over->say(menu_lines());
         over->update(time(), current);
     }
     if (is_stretched())
-        return chosen.field ? target.load_field(current, input.first_field(), format, stretch())
+        return chosen.field ? target.load_field(current, in_hand.first_field(), format, stretch())
                             : target.load(current, format, stretch());
     if (shows_fields()) {
-        const int field = second_field_due ? input.first_field() : 1 - input.first_field();
+        const int field = second_field_due ? in_hand.first_field() : 1 - in_hand.first_field();
         return target.mix_field(current, field, over->shown(), format);
     }
     if (over && !over->is_empty() && format.functions.mix)
@@ -83,28 +88,37 @@ void session::stop_after(long frames) {
     chosen.frames = std::min(chosen.frames.value_or(frames), frames);
 }
 
-// Goes on to the next picture.
 bool session::decode() {
-    if (!input.next()) {
-        if (!chosen.repeat)
-            return false;
-        input = decoder(chosen.file);
-        input.next();
-    }
-    second_field_due = shows_fields();
-    return true;
+    if (input.next(coming))
+        return true;
+    if (!chosen.repeat)
+        return false;
+    input = decoder(chosen.file);
+    return input.next(coming);
 }
 
-bool session::advance() {
+bool session::decode_next() {
     if (chosen.frames && whole.frames() >= *chosen.frames)
         return false;
-    if (second_field_due)
+    return second_field_due || decode();
+}
+
+void session::load_next() {
+    if (second_field_due) {
         second_field_due = false;
-    else if (!decode())
-        return false;
+    } else {
+        std::swap(in_hand, coming);
+        second_field_due = shows_fields();
+    }
     const auto took = load();
     whole.count(took);
     recent.count(took);
+}
+
+bool session::advance() {
+    if (!decode_next())
+        return false;
+    load_next();
     return true;
 }
 

@@ -41,10 +41,14 @@ public:
     // Shows so many frames at most.
     void stop_after(long frames);
 
-    // Decodes the next frame and loads it; false when there are no more to show.
+    // Has the next frame in hand; false when there are no more to show.
     bool advance();
 
-    // Loads the picture in hand again, for a change to be seen while it stands still.
+    // The same in two steps, between which the frame in hand is still the one before.
+    bool decode_next();
+    void load_next();
+
+    // Loads the frame in hand again, for a change to be seen while it stands still.
     void reload();
 
     // Changes how pictures are loaded; `quit` changes nothing here.
@@ -52,10 +56,12 @@ public:
 
     bool is_paused() const { return paused; }
 
-    // When the frame is to be shown, in seconds from the start of the video.
+    // When the frame in hand is to be shown, and that of decode_next(), in seconds from the start of
+    // the video.
     double time() const;
+    double next_time() const;
 
-    // For how long, in seconds.
+    // For how long the frame in hand is to be shown, in seconds.
     double duration() const;
 
     const decoder &video() const { return input; }
@@ -80,7 +86,8 @@ private:
 
     options chosen;
     decoder input;
-    picture current;
+    decoded_picture in_hand, coming;
+    picture current; // the one in hand, as the library reads it
     std::optional<overlay> over;
     bool paused = false;
     bool second_field_due = false; // of the picture in hand
