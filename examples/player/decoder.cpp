@@ -7,6 +7,16 @@
 
 namespace player {
 
+int decoded_picture::first_field() const {
+#ifdef AV_FRAME_FLAG_INTERLACED // FFmpeg 6.1 and later
+    const bool interlaced = frame->flags & AV_FRAME_FLAG_INTERLACED;
+    const bool top_first = frame->flags & AV_FRAME_FLAG_TOP_FIELD_FIRST;
+#else
+    const bool interlaced = frame->interlaced_frame, top_first = frame->top_field_first;
+#endif
+    return interlaced && !top_first;
+}
+
 decoder::decoder(const std::string &name)
     : file(name), input(open_stream(file, AVMEDIA_TYPE_VIDEO)), packet(av_packet_alloc()) {
     const AVFormatContext &container = *input.container;

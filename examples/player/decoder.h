@@ -16,7 +16,7 @@ struct decoded_picture {
     bool is_packed() const { return is_packed_422(frame->format); }
 
     // Which of its fields is to be shown first: 0 is that of the uppermost row.
-    int first_field() const { return frame->interlaced_frame && !frame->top_field_first; }
+    int first_field() const;
 
     handle<AVFrame> frame{av_frame_alloc()};
     double time = 0;     // when it is to be shown, in seconds from the start of the file
