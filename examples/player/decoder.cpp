@@ -4,6 +4,7 @@
 #include "examples/player/picture.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace player {
 
@@ -27,6 +28,18 @@ decoder::decoder(const std::string &name)
 void decoder::fail(const std::string &what) const { throw failure(file + ": " + what); }
 
 std::string decoder::place() const { return " after picture " + std::to_string(pictures); }
+
+// Without a frame, of all.
+double decoder::pixel_shape(AVFrame *of) const {
+    const AVRational shape = av_guess_sample_aspect_ratio(input.container.get(), input.stream, of);
+    constexpr double most = 8; // what is beyond is damage
+    const double known = shape.num > 0 && shape.den > 0 ? av_q2d(shape) : 1;
+    return known >= 1 / most && known <= most ? known : 1;
+}
+
+int decoder::shown_width() const {
+    return static_cast<int>(std::lround(input.codec->width * pixel_shape(nullptr)));
+}
 
 // Gives the decoder the next packet of the stream or, after the last, the end.
 void decoder::feed() {
@@ -92,6 +105,7 @@ bool decoder::next(decoded_picture &into) {
     else
         shown_at += into.duration;
     into.time = shown_at - start;
+    into.pixel_shape = pixel_shape(frame);
     return true;
 }
 
@@ -100,6 +114,7 @@ void decoder::get(const decoded_picture &from, picture &into, bool packed) {
     const auto plane = [&ready](int number) {
         return plane_view{ready.data[number], ready.linesize[number]};
     };
+    into.pixel_shape = from.pixel_shape;
     if (packed)
         into.assign_packed(ready.width, ready.height, plane(0));
     else

@@ -19,8 +19,9 @@ struct decoded_picture {
     int first_field() const;
 
     handle<AVFrame> frame{av_frame_alloc()};
-    double time = 0;     // when it is to be shown, in seconds from the start of the file
-    double duration = 0; // for how long, in seconds
+    double time = 0;        // when it is to be shown, in seconds from the start of the file
+    double duration = 0;    // for how long, in seconds
+    double pixel_shape = 1; // width by height
 };
 
 // Reads one video stream from its start to its end. Everything throws failure, with one line that
@@ -29,8 +30,8 @@ class decoder {
 public:
     explicit decoder(const std::string &file);
 
-    // Size of the pictures as the file announces it.
-    int width() const { return input.codec->width; }
+    // Size at which the pictures are to be shown, as the file announces it.
+    int shown_width() const;
     int height() const { return input.codec->height; }
 
     // Decodes the next picture; false after the last.
@@ -40,6 +41,7 @@ public:
     void get(const decoded_picture &from, picture &into, bool packed);
 
 private:
+    double pixel_shape(AVFrame *of) const;
     void feed();
     void check_complete() const;
     std::string place() const;

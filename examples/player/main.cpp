@@ -43,7 +43,7 @@ void run(const options &chosen) {
         write_frames(running, chosen.png_directory);
     } else {
         try {
-            display window(running.video().width(), running.video().height());
+            display window(running.video().shown_width(), running.video().height());
             playback(running, window).run();
         } catch (const no_display &reason) {
             running.stop_after(fallback_frames);

@@ -27,6 +27,8 @@ public:
     void assign(int width, int height, plane_view y, plane_view u, plane_view v);
     void assign_packed(int width, int height, plane_view rows); // Y0 U Y1 V
 
+    double pixel_shape = 1; // width by height; samples are the same with any
+
     bool is_packed() const { return packed; }
     int width() const { return visible_width; }
     int height() const { return visible_height; }

@@ -392,6 +392,41 @@ TEST_F(player_test, a_pause_takes_no_time_from_the_pictures) {
     EXPECT_GE(seconds_of_playing(running, {{100ms, {SDLK_SPACE}}, {500ms, {SDLK_SPACE}}}), 1.1);
 }
 
+TEST_F(player_test, pixels_have_the_shape_that_the_video_tells) {
+    setenv("SDL_VIDEODRIVER", "dummy", 1);
+    const auto shaped = [this](const std::string &shape) {
+        const std::string square = "A1:1";
+        std::string text = ramps_y4m(48, 32, 1);
+        write_file(directory / "shaped.y4m", text.replace(text.find(square), square.size(), shape));
+        return directory / "shaped.y4m";
+    };
+    const auto widths = [this](const fs::path &file, const surface_format &format,
+                               const stretching *by = nullptr) {
+        options chosen = playing(file, format);
+        chosen.stretch = by;
+        session running(chosen);
+        EXPECT_TRUE(running.advance());
+        return std::pair{running.video().shown_width(), running.loaded().shown_width()};
+    };
+    const surface_format &yuy2 = *find_surface_format("yuy2");
+    EXPECT_EQ(widths(shaped("A8:9"), yuy2), std::pair(43, 43));
+    for (const char *unknown : {"A1:1", "A0:0", "A1:1000", "A1000:1"})
+        EXPECT_EQ(widths(shaped(unknown), yuy2), std::pair(48, 48)) << unknown;
+    const fs::path wide = shaped("A64:45");
+    for (const surface_format &format : surface_formats())
+        EXPECT_EQ(widths(wide, format), std::pair(68, 68)) << format.name;
+    EXPECT_EQ(widths(wide, yuy2, find_stretching("1x2")), std::pair(68, 137));
+    EXPECT_EQ(widths(wide, yuy2, find_stretching("2x2")), std::pair(68, 137));
+
+    session running(playing(wide, yuy2));
+    ASSERT_TRUE(running.advance());
+    display window(48, 32);
+    window.show(running.loaded());
+    int width = 0, height = 0;
+    SDL_RenderGetLogicalSize(SDL_GetRenderer(SDL_GetWindowFromID(1)), &width, &height);
+    EXPECT_EQ(std::pair(width, height), std::pair(68, 32));
+}
+
 TEST_F(player_test, fields_have_half_the_time_of_a_picture) {
     write_file(directory / "fields.y4m", slow_y4m('t', 1));
     options chosen = playing(directory / "fields.y4m", *find_surface_format("rgb32"));

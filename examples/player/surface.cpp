@@ -194,9 +194,13 @@ void surface::fit(const picture &from, const surface_format &into, int columns, 
     visible_height = from.height() * rows;
     padded_width = from.padded_width() * columns / picture_pixels;
     padded_height = from.padded_height() * rows;
-    pixel_shape = picture_pixels * rows / columns;
+    pixel_shape = from.pixel_shape * picture_pixels * rows / columns;
     const std::size_t bytes = first_plane_bytes();
     contents.resize(into.chroma_planes ? bytes + bytes / 2 : bytes);
+}
+
+int surface::shown_width() const {
+    return static_cast<int>(std::lround(pixel_shape * visible_width));
 }
 
 tag_ajust_contrast_info surface::facts() const {

@@ -112,7 +112,7 @@ public:
     int surface_height() const { return padded_height; }
 
     // The width at which the visible part has the shape of the picture.
-    int shown_width() const { return pixel_shape * visible_width; }
+    int shown_width() const;
 
     // The visible part as rows of R, G, B bytes without gaps.
     std::vector<unsigned char> expand() const;
@@ -133,7 +133,7 @@ private:
     int visible_height = 0;
     int padded_width = 0;
     int padded_height = 0;
-    int pixel_shape = 1; // width by height
+    double pixel_shape = 1; // width by height
     std::vector<unsigned char> contents;
 };
 
