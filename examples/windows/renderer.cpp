@@ -245,8 +245,18 @@ void show_gdi(HDC dc) {
     GdiFlush();
 }
 
+template <class Object>
+void release(Object *&object) {
+    if (object)
+        object->Release();
+    object = nullptr;
+}
+
 // The surface has the screen's pixel format, which must be RGB32 here.
 void make_direct_draw() {
+    release(picture);
+    release(screen);
+    release(direct_draw);
     DDSURFACEDESC2 shown{}, made{};
     shown.dwSize = made.dwSize = sizeof shown;
     shown.dwFlags = DDSD_CAPS;
@@ -265,6 +275,22 @@ void make_direct_draw() {
         SUCCEEDED(direct_draw->CreateClipper(0, &clipper, nullptr)) &&
         SUCCEEDED(clipper->SetHWnd(0, window)) && SUCCEEDED(screen->SetClipper(clipper)) &&
         SUCCEEDED(picture->GetSurfaceDesc(&made)) && made.ddpfPixelFormat.dwRGBBitCount == 32;
+    release(clipper); // the screen keeps it
+}
+
+void show_title() {
+    SetWindowTextA(window, with_direct_draw ? "DirectDraw" : formats[format_index].name);
+}
+
+void restore_direct_draw() {
+    // A full-screen program took the surfaces and may still have the screen; or they are of
+    // another display mode than this one, in which they stay lost.
+    if (SUCCEEDED(direct_draw->RestoreAllSurfaces()) ||
+        direct_draw->TestCooperativeLevel() == DDERR_EXCLUSIVEMODEALREADYSET)
+        return;
+    make_direct_draw();
+    with_direct_draw &= has_direct_draw;
+    show_title();
 }
 
 void show_direct_draw() {
@@ -277,7 +303,7 @@ void show_direct_draw() {
     RECT from = {0, 0, video.width, video.height}, to = from;
     MapWindowPoints(window, nullptr, reinterpret_cast<POINT *>(&to), 2);
     if (screen->Blt(&to, picture, &from, DDBLT_WAIT, nullptr) == DDERR_SURFACELOST)
-        direct_draw->RestoreAllSurfaces(); // a full-screen program took them
+        restore_direct_draw();
 }
 
 // ---- The window
@@ -290,6 +316,8 @@ void press(int code) {
     }
     format_index = (format_index + (code == 'F')) % 6;
     top_first ^= code == 'T';
+    if (code == 'X' && !has_direct_draw)
+        make_direct_draw(); // in another display mode than before, perhaps
     with_direct_draw ^= code == 'X' && has_direct_draw;
     menu.shown ^= code == 'M';
     contrast_data data{};
@@ -303,7 +331,7 @@ void press(int code) {
     DeleteDC(surface.dc);
     DeleteObject(surface.handle);
     surface = make_bitmap(formats[format_index], top_first);
-    SetWindowTextA(window, with_direct_draw ? "DirectDraw" : formats[format_index].name);
+    show_title();
     InvalidateRect(window, nullptr, FALSE);
     UpdateWindow(window);
 }
