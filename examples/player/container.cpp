@@ -2,48 +2,7 @@
 
 #include "examples/player/failure.h"
 
-#include <bit>
-#include <cstdint>
-#include <optional>
-#include <string_view>
-
 namespace player {
-namespace {
-
-// A number of Matroska's: the zeros that it begins with tell how many bytes follow the first.
-struct marked_number {
-    explicit marked_number(AVIOContext *from)
-        : with_marker(static_cast<std::uint64_t>(avio_r8(from))),
-          bytes(std::countl_zero(static_cast<std::uint8_t>(with_marker)) + 1) {
-        for (int read = 1; read < bytes; ++read)
-            with_marker = with_marker << 8 | static_cast<std::uint64_t>(avio_r8(from));
-    }
-
-    bool is_valid() const { return bytes <= 8; }
-    std::int64_t most() const { return (std::int64_t{1} << 7 * bytes) - 1; }
-    std::int64_t value() const { return static_cast<std::int64_t>(with_marker) & most(); }
-
-    std::uint64_t with_marker;
-    int bytes;
-};
-
-// Where a Matroska file is to end, if it tells.
-std::optional<std::int64_t> announced_end(AVIOContext *file) {
-    constexpr std::uint64_t segment = 0x18538067; // which has all but the header in it
-    std::int64_t at = 0;
-    for (;;) {
-        if (avio_seek(file, at, SEEK_SET) < 0)
-            return std::nullopt;
-        const marked_number name(file), size(file);
-        if (avio_feof(file) || !name.is_valid() || !size.is_valid() || size.value() == size.most())
-            return std::nullopt;
-        at = avio_tell(file) + size.value();
-        if (name.with_marker == segment)
-            return at;
-    }
-}
-
-} // namespace
 
 std::string text_of(int error) {
     char text[AV_ERROR_MAX_STRING_SIZE];
@@ -83,13 +42,6 @@ opened_stream open_stream(const std::string &file, AVMediaType kind) {
     if (const int error = avcodec_open2(opened.codec.get(), decoder, nullptr); error < 0)
         fail(text_of(error));
     return opened;
-}
-
-bool has_announced_size(const AVFormatContext &container) {
-    if (!std::string_view(container.iformat->name).starts_with("matroska"))
-        return false;
-    const auto end = announced_end(container.pb);
-    return end && *end <= avio_size(container.pb);
 }
 
 } // namespace player

@@ -21,8 +21,4 @@ struct opened_stream {
 // decoded.
 opened_stream open_stream(const std::string &file, AVMediaType kind);
 
-// Whether the file tells how large it is and is no shorter. Only Matroska does, whose last packet's
-// duration is often a guess.
-bool has_announced_size(const AVFormatContext &container);
-
 } // namespace player

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 
 namespace player {
 
@@ -76,9 +77,12 @@ void decoder::check_complete() const {
     if (input.container->duration == AV_NOPTS_VALUE || read_until == 0 ||
         input.container->duration_estimation_method == AVFMT_DURATION_FROM_BITRATE)
         return;
+    // How long its last picture is to be shown is a guess, which may be short.
+    if (std::string_view(input.container->iformat->name).starts_with("matroska"))
+        return;
     const double end = start + static_cast<double>(input.container->duration) / AV_TIME_BASE;
     constexpr double imprecision = 0.3; // seconds: announced durations are rounded
-    if (end - read_until > imprecision && !has_announced_size(*input.container))
+    if (end - read_until > imprecision)
         fail("cut off" + place());
 }
 

@@ -2,7 +2,6 @@
 
 #include "examples/player/adjustment.h"
 #include "examples/player/display.h"
-#include "examples/player/failure.h"
 #include "examples/player/fixture.h"
 #include "examples/player/playback.h"
 #include "examples/player/session.h"
@@ -547,27 +546,18 @@ TEST_F(player_test, a_truncated_file_is_refused) {
 
 // Matroska does not tell how long its last picture is to be shown, and libavformat's guess may be
 // short.
-TEST_F(player_test, matroska_files_are_refused_only_where_they_are_cut_off) {
+TEST_F(player_test, matroska_files_are_shown_to_their_ends) {
     const std::vector<unsigned char> grey(2 * 32 * 8, 128);
-    const fs::path whole = directory / "whole.mkv", cut = directory / "cut.mkv";
-    const auto play = [this](const fs::path &file) {
-        session running(playing(file, surface_formats().front()));
+    for (const auto &durations : {std::vector<int>{100, 30, 70, 200, 500, 40, 40, 300, 20, 700},
+                                  {100, 100, 100, 100, 100, 100, 500},
+                                  {1000, 1000, 1000, 1000}}) {
+        write_raw_video(directory / "whole.mkv", "matroska", grey, 32, 8, AV_PIX_FMT_YUYV422,
+                        durations);
+        session running(playing(directory / "whole.mkv", surface_formats().front()));
         std::size_t pictures = 0;
         while (running.advance())
             ++pictures;
-        return pictures;
-    };
-    const std::vector<int> irregular{100, 30, 70, 200, 500, 40, 40, 300, 20, 700};
-    const std::vector<int> last_is_longest{100, 100, 100, 100, 100, 100, 500};
-    for (const auto &durations : {irregular, last_is_longest, std::vector<int>(4, 1000)}) {
-        write_raw_video(whole, "matroska", grey, 32, 8, AV_PIX_FMT_YUYV422, durations);
-        EXPECT_EQ(play(whole), durations.size());
-        const std::string bytes = read_file(whole);
-        const std::size_t last_begins = bytes.rfind(std::string(grey.begin(), grey.end()));
-        for (const std::size_t size : {bytes.size() * 3 / 5, last_begins + grey.size() + 1}) {
-            write_file(cut, bytes.substr(0, size));
-            EXPECT_THROW(play(cut), failure) << durations.size() << " pictures, " << size;
-        }
+        EXPECT_EQ(pictures, durations.size());
     }
 }
 
