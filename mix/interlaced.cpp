@@ -5,7 +5,6 @@
 #include "picture/geometry.h"
 #include "picture/stores.h"
 #include "picture/told_rows.h"
-#include "rows/strip.h"
 
 namespace lumalane {
 

@@ -173,13 +173,11 @@ void mix_by_bands(const machine &machine, const mixed_planes &p, const adjustmen
     const auto end_of = [](ptrdiff_t from, ptrdiff_t rows_of_band, const mixed_plane &plane) {
         return from + rows_of_band < plane.rows ? from + rows_of_band : plane.rows;
     };
-    for (ptrdiff_t row = 0; row < p.y.rows || row / 2 < p.u.rows; row += band) {
-        if (row < p.y.rows) {
-            blended_planes luma = blended_rows(p.y, p.y, row, end_of(row, band, p.y));
-            luma.by[0] = by ? &by->y : nullptr;
-            luma.stores = y_stores;
-            machine.rows.blend_plane(luma, p.y.joined(luma));
-        }
+    for (ptrdiff_t row = 0; row < p.y.rows; row += band) {
+        blended_planes luma = blended_rows(p.y, p.y, row, end_of(row, band, p.y));
+        luma.by[0] = by ? &by->y : nullptr;
+        luma.stores = y_stores;
+        machine.rows.blend_plane(luma, p.y.joined(luma));
         if (row / 2 < p.u.rows) {
             blended_planes chroma = blended_rows(p.u, p.v, row / 2, end_of(row / 2, band / 2, p.u));
             chroma.by[0] = by ? &by->u : nullptr, chroma.by[1] = by ? &by->v : nullptr;

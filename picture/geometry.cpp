@@ -10,7 +10,7 @@ row_set at_its_address(const byte_rows &rows) {
 }
 
 // From here on distances of the call may have wrapped, which those that are told do not.
-constexpr long long least_that_may_wrap = 1 << 30;
+constexpr long long least_that_may_wrap = 1 << 28;
 
 bool may_wrap(const byte_rows &rows) {
     return detail::magnitude(rows.pitch) >= least_that_may_wrap;
@@ -24,8 +24,6 @@ bool call_rows::reads_what_it_writes() const {
         const row_set rows = at_its_address(written[i]);
         if (may_wrap(written[i]))
             return true;
-        if (rows.empty())
-            continue;
         begin = end == 0 || rows.begin() < begin ? rows.begin() : begin;
         end = end == 0 || rows.end() > end ? rows.end() : end;
     }
@@ -34,7 +32,7 @@ bool call_rows::reads_what_it_writes() const {
             return true;
         // As a rule a picture is read somewhere else altogether.
         const row_set rows = at_its_address(read[i]);
-        if (rows.empty() || rows.end() <= begin || end <= rows.begin())
+        if (rows.end() <= begin || end <= rows.begin())
             continue;
         for (int j = 0; j < writes_told; ++j)
             if (!apart(at_its_address(written[j]), rows))

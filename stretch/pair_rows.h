@@ -1,8 +1,6 @@
 // Pairs of rows on their way to a surface of twice the height: where they are.
 #pragma once
 
-#include "picture/machine.h"
-
 #include <stddef.h>
 #include <stdint.h>
 

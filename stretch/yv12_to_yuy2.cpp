@@ -46,7 +46,7 @@ struct double_height {
           chroma_to_next(3 * chroma_drift + pixels / 2 + (difference(p.src_pitch, p.width) >> 1)),
           dst_to_row(row_bytes + difference(p.dst_pitch, product(p.width, 2 * times_width))) {}
 
-    bool drifts() const { return y_drift != 0 || chroma_drift != 0; }
+    bool drifts() const { return y_drift != 0; }
 
     // For row k of a pair.
     source_rows source(long long pair, int k) const {
@@ -101,46 +101,37 @@ void stretch(const machine &machine, const call::picture &p, bool filtered, cons
     rows_between between(machine.rows, planar_to_yuy2(machine.rows), by, rows.pixels,
                          in_order ? step : rows_between::most_pixels, stores, &luma);
 
+    const way_between itself{nullptr}, average{machine.rows.average_rows},
+        four_taps{machine.rows.four_taps};
+    // So many pairs from one on, with the ways of what lies below their upper and lower rows.
+    const auto emit = [&](long long from, long long count, const way_between &upper,
+                          const way_between &lower, const way_between &chroma) {
+        if (in_pairs)
+            return in_runs(
+                static_cast<ptrdiff_t>(count), between.most(), [&](ptrdiff_t i, ptrdiff_t n) {
+                    unsigned char *const dst = rows.surface(from + i, 0);
+                    between.upper_rows(dst, rows.dst_to_row, rows.at(from + i), upper, n);
+                    between.lower_rows(dst, rows.dst_to_row, rows.at(from + i), lower, chroma, n);
+                });
+        for (long long pair = from; pair < from + count; ++pair) {
+            between.row(rows.surface(pair, 0), rows.source(pair, 0), itself, itself);
+            between.row(rows.surface(pair, 1), rows.source(pair, 1), upper, itself);
+            between.row(rows.surface(pair, 2), rows.source(pair, 2), itself, chroma);
+            between.row(rows.surface(pair, 3), rows.source(pair, 3), lower, chroma);
+        }
+    };
     // quirk: of the rows between the first pair and the last two, whose neighbours all exist, each is
     // filtered; so is luma between the last two
     // [stretches.yuy2_1x2_adjusted_filters_the_inner_rows_only]
-    struct ways {
-        way_between upper, lower, chroma;
-
-        bool operator==(const ways &) const = default;
-    };
-    const auto ways_of = [&](long long pair) {
-        const way_between itself{nullptr}, average{machine.rows.average_rows},
-            four_taps{machine.rows.four_taps};
-        const long long after = rows.pairs - 1 - pair;
-        const bool inner = filtered && pair > 0;
-        return ways{inner && after > 0 ? four_taps : average,
-                    after == 0 ? itself
-                    : inner    ? four_taps
-                               : average,
-                    after == 0           ? itself
-                    : inner && after > 1 ? four_taps
-                                         : average};
-    };
-    for (long long pair = 0; pair < rows.pairs;) {
-        const ways way = ways_of(pair);
-        if (!in_pairs) {
-            const way_between itself{nullptr};
-            between.row(rows.surface(pair, 0), rows.source(pair, 0), itself, itself);
-            between.row(rows.surface(pair, 1), rows.source(pair, 1), way.upper, itself);
-            between.row(rows.surface(pair, 2), rows.source(pair, 2), itself, way.chroma);
-            between.row(rows.surface(pair, 3), rows.source(pair, 3), way.lower, way.chroma);
-            ++pair;
-            continue;
-        }
-        ptrdiff_t count = 1;
-        while (count < between.most() && pair + count < rows.pairs && ways_of(pair + count) == way)
-            ++count;
-        unsigned char *const dst = rows.surface(pair, 0);
-        between.upper_rows(dst, rows.dst_to_row, rows.at(pair), way.upper, count);
-        between.lower_rows(dst, rows.dst_to_row, rows.at(pair), way.lower, way.chroma, count);
-        pair += count;
+    const long long last = rows.pairs - 1; // three at least
+    if (filtered) {
+        emit(0, 1, average, average, average);
+        emit(1, last - 2, four_taps, four_taps, four_taps);
+        emit(last - 1, 1, four_taps, four_taps, average);
+    } else {
+        emit(0, last, average, average, average);
     }
+    emit(last, 1, average, itself, itself);
 }
 
 } // namespace

@@ -135,8 +135,9 @@ private:
 // U [plane_stretches.adjusted_ones_have_the_luma_gain_for_every_plane_and_its_offset]
 void stretch_numbered(const machine &machine, const plane &p, const adjustment &all,
                       int times_width, int plane_number, long long bytes) {
-    const plane_adjustment &offset = plane_number == 1 ? all.y : plane_number == 2 ? all.u : all.v;
-    adjusted_stretch(machine, p, times_width, prepared(all.y.gain, offset.offset), bytes).stretch();
+    plane_adjustment by = all.y;
+    by.offset = (plane_number == 1 ? all.y : plane_number == 2 ? all.u : all.v).offset;
+    adjusted_stretch(machine, p, times_width, by, bytes).stretch();
 }
 
 long long bytes_of_plane(int width, int height, int times_width) {

@@ -10,8 +10,8 @@ inline pattern pattern_of_words(unsigned long long first, unsigned long long sec
                                 unsigned long long third) {
     const unsigned long long words[] = {first, second, third};
     pattern made;
-    for (unsigned i = 0; i < sizeof made.byte; i += 8)
-        __builtin_memcpy(made.byte + i, &words[i / 8 % 3], 8);
+    for (unsigned i = 0; i < sizeof made.byte; i += sizeof words)
+        __builtin_memcpy(made.byte + i, words, sizeof words);
     return made;
 }
 

@@ -135,7 +135,7 @@ constexpr bool apart(const row_set &a, const row_set &b) {
     const long long of_a = detail::magnitude(a.rows > 1 ? a.pitch : b.pitch);
     const long long of_b = detail::magnitude(b.rows > 1 ? b.pitch : a.pitch);
     const long long pitch = of_a < of_b ? of_a : of_b, distance = b.begin() - a.begin();
-    if (pitch == 0 || detail::remainder(of_a < of_b ? of_b : of_a, pitch) != 0)
+    if (pitch == 0 || (of_a != of_b && detail::remainder(of_a < of_b ? of_b : of_a, pitch) != 0))
         return false;
     // All rows of one have the same place between two rows that are so far apart.
     const long long behind = distance >= 0 ? detail::remainder(distance, pitch)
@@ -189,6 +189,17 @@ inline namespace LUMALANE_COMPILED_FOR {
 using number = long long;
 
 constexpr number larger(number a, number b) { return a > b ? a : b; }
+
+// `count` rows of each of so many groups, `row` apart, the groups `next` apart: one set where all rows
+// are as far apart, and a set per row of a group otherwise.
+template <class Tell>
+constexpr void rows_of_groups(number bytes, number count, number row, number groups, number next,
+                              const Tell &tell) {
+    if (next == count * row)
+        return tell(row_set{0, bytes, count * groups, row});
+    for (number i = 0; i < count; ++i)
+        tell(row_set{i * row, bytes, groups, next});
+}
 
 // A count that loops compare as an unsigned number.
 constexpr number as_unsigned(int x) { return static_cast<uint32_t>(x); }
@@ -320,10 +331,13 @@ constexpr void rows_of_planar_pairs(const picture_call &p, number B, number gap,
     const number P = row_pairs_of(as_unsigned(p.height));
     const number luma_next = 2 * S + d, chroma_next = W / 2 + half(S - p.width),
                  dst_next = 2 * D + B * d;
-    to.reads(pointer::src, {0, W, P, luma_next});
-    to.reads(pointer::src, {S, W, P, luma_next});
+    rows_of_groups(W, 2, S, P, luma_next,
+                   [&](const row_set &rows) { to.reads(pointer::src, rows); });
     to.reads(pointer::src_v, {0, W / 2, P, chroma_next});
     to.reads(pointer::src_u, {0, W / 2, P, chroma_next});
+    if (gap == 0)
+        return rows_of_groups(B * W, 2, D, P, dst_next,
+                              [&](const row_set &rows) { to.writes(pointer::dst, rows); });
     to.writes(pointer::dst, {0, B * W, P, dst_next});
     to.writes(pointer::dst, {D + gap, B * W - gap, P, dst_next});
 }
@@ -349,10 +363,10 @@ template <class Receiver>
 constexpr void rows_of_packed_pairs(const picture_call &p, number step, number B, Receiver &to) {
     const number S = 2 * number{p.src_pitch}, D = p.dst_pitch, W = whole(p.width, step);
     const number P = row_pairs_of(as_unsigned(p.height)), d = p.width == 0 ? step : 0;
-    to.reads(pointer::src, {0, 2 * W, P, 2 * S + 2 * d});
-    to.reads(pointer::src, {S, 2 * W, P, 2 * S + 2 * d});
-    to.writes(pointer::dst, {0, B * W, P, 2 * D + B * d});
-    to.writes(pointer::dst, {D, B * W, P, 2 * D + B * d});
+    rows_of_groups(2 * W, 2, S, P, 2 * S + 2 * d,
+                   [&](const row_set &rows) { to.reads(pointer::src, rows); });
+    rows_of_groups(B * W, 2, D, P, 2 * D + B * d,
+                   [&](const row_set &rows) { to.writes(pointer::dst, rows); });
 }
 
 // ---- Subpictures ---------------------------------------------------------------------------------
@@ -456,23 +470,21 @@ constexpr void rows_of_mix_pairs(const mix_call &c, number B, const pair_distanc
                                  Receiver &to) {
     const number S = c.sub_pitch, D = c.dst_pitch, W = whole(c.width, 16), d = W - c.width;
     const number drift = W / 2 - half(c.width);
-    const number P = row_pairs_of(larger(c.height, 0));
+    const number P = row_pairs_of(c.height);
     const number luma_next = 2 * number{c.video_pitch} + d, sub_next = 2 * S + d,
                  chroma_next = to_lower.chroma + drift, dst_next = 2 * D + B * d;
-    to.reads(pointer::video_y, {0, W, P, luma_next});
-    to.reads(pointer::video_y, {to_lower.luma, W, P, luma_next});
+    rows_of_groups(W, 2, to_lower.luma, P, luma_next,
+                   [&](const row_set &rows) { to.reads(pointer::video_y, rows); });
     to.reads(pointer::video_v, {0, W / 2, P, chroma_next});
     to.reads(pointer::video_u, {0, W / 2, P, chroma_next});
-    for (const pointer plane : alpha_and_luma) {
-        to.reads(plane, {0, W, P, sub_next});
-        to.reads(plane, {to_lower.sub, W, P, sub_next});
-    }
-    for (const pointer plane : sub_chroma) {
-        to.reads(plane, {0, W / 2, P, S + drift});
-        to.reads(plane, {half(S), W / 2, P, S + drift});
-    }
-    to.writes(pointer::dst, {0, B * W, P, dst_next});
-    to.writes(pointer::dst, {D, B * W, P, dst_next});
+    for (const pointer plane : alpha_and_luma)
+        rows_of_groups(W, 2, to_lower.sub, P, sub_next,
+                       [&](const row_set &rows) { to.reads(plane, rows); });
+    for (const pointer plane : sub_chroma)
+        rows_of_groups(W / 2, 2, half(S), P, S + drift,
+                       [&](const row_set &rows) { to.reads(plane, rows); });
+    rows_of_groups(B * W, 2, D, P, dst_next,
+                   [&](const row_set &rows) { to.writes(pointer::dst, rows); });
 }
 
 // Groups of four rows, two of each row of a field, onto YUY2.
@@ -489,13 +501,13 @@ constexpr void rows_of_mix_groups(const mix_call &c, Receiver &to) {
         to.reads(plane, {0, W / 2, Q, chroma_next});
         to.reads(plane, {half(V), W / 2, Q - 1, chroma_next});
     }
-    for (number i = 0; i < 4; ++i) {
-        to.reads(pointer::alpha_plane, {i * S, W, Q, 4 * S + d});
-        to.reads(pointer::sub_y, {i * S, W, Q, 4 * S + d});
-        to.reads(pointer::sub_v, {i * half(S), W / 2, Q, 2 * S + drift});
-        to.reads(pointer::sub_u, {i * half(S), W / 2, Q, 2 * S + drift});
-        to.writes(pointer::dst, {i * D, 2 * W, Q, 4 * D + 2 * d});
-    }
+    for (const pointer plane : alpha_and_luma)
+        rows_of_groups(W, 4, S, Q, 4 * S + d, [&](const row_set &rows) { to.reads(plane, rows); });
+    for (const pointer plane : sub_chroma)
+        rows_of_groups(W / 2, 4, half(S), Q, 2 * S + drift,
+                       [&](const row_set &rows) { to.reads(plane, rows); });
+    rows_of_groups(2 * W, 4, D, Q, 4 * D + 2 * d,
+                   [&](const row_set &rows) { to.writes(pointer::dst, rows); });
 }
 
 // The same in columns of 16 pixels, each from top to bottom, onto RGB of B bytes per pixel. A column
@@ -563,6 +575,14 @@ constexpr void rows_of_doubled_pairs(const picture_call &p, number times, bool f
     // From row to row of luma: that of the upper and of the lower one are alike.
     const number row = S + 2 * d, next = 2 * row;
     const number chroma_next = half(S - w) + c + 4 * drift;
+    to.writes(pointer::dst, {0, 2 * times * W, 4 * P, D + 2 * times * d});
+    // Of rows that do not drift, at an even pitch, whatever lies above or below is one of them.
+    if (d == 0 && luma_below == S) {
+        to.reads(pointer::src, {0, W, 2 * P, S});
+        for (const pointer plane : src_chroma)
+            to.reads(plane, {0, W / 2, P, chroma_next});
+        return;
+    }
     // Each is read from two places that are d apart. (An odd width may be one more than W.)
     const number left = d < 0 ? d : 0, wide = W + larger(d, -d);
     to.reads(pointer::src, {left, wide, P, next});
@@ -585,7 +605,6 @@ constexpr void rows_of_doubled_pairs(const picture_call &p, number times, bool f
                 to.reads(plane,
                          {2 * drift + chroma_next + beside, W / 2 + drift, P - 3, chroma_next});
     }
-    to.writes(pointer::dst, {0, 2 * times * W, 4 * P, D + 2 * times * d});
 }
 
 // Columns of 16 pixels of YUY2 to twice both. A column goes back up by what the height means.
@@ -623,11 +642,20 @@ constexpr void rows_of_adjusted_plane(pointer from, number start, const plane_st
     // What whole steps of 16 leave is a step that ends where the row does; of narrower rows it begins
     // before the row.
     const number left = w % 16 != 0 && w < 16 ? w - 16 : 0;
-    to.reads(from, {0, W});
-    to.reads(from, {left, w - left, h - 1, next});
-    to.reads(from, {left + S, w - left, h - 1, next});
-    to.reads(from, {(h - 1) * next - S, W, 2, next - S});
+    if (w == W && next == S && h > 1) {
+        to.reads(from, {left, w - left, h, S});
+    } else {
+        to.reads(from, {0, W});
+        to.reads(from, {left, w - left, h - 1, next});
+        to.reads(from, {left + S, w - left, h - 1, next});
+        to.reads(from, {(h - 1) * next - S, W, 2, next - S});
+    }
     const number made = times == 2 ? 2 * w - w % 16 : w;
+    if (w % 16 == 0 && h > 1) {
+        to.writes(pointer::dst, {start, made, 2 * h - 1, D});
+        to.writes_again(pointer::dst, {start + (2 * h - 2) * D + made, made});
+        return;
+    }
     to.writes(pointer::dst, {start + D + left, made - left, 2 * h - 3, D});
     // Whole steps, where the others may end within one; the former of the last two over an average,
     // which begins where the others do.
