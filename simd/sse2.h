@@ -129,14 +129,16 @@ LUMALANE_INLINE void stream(unsigned char *to, bytes<16> a) {
     else
         _mm_stream_si128(place, a.v);
 }
+
+LUMALANE_INLINE void stream_fence() { _mm_sfence(); }
 #else
 // It could, for a tenth more code.
 inline constexpr bool streams = false;
 
 LUMALANE_INLINE void stream(unsigned char *to, bytes<16> a) { store(to, a); }
-#endif
 
-LUMALANE_INLINE void stream_fence() { _mm_sfence(); }
+LUMALANE_INLINE void stream_fence() {}
+#endif
 
 // ---- One lane at a time ------------------------------------------------------------------------
 

@@ -2,6 +2,7 @@
 // linker.
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <set>
@@ -9,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/simd/probe.h"
 #include "tests/targets.h"
 
 namespace {
@@ -111,6 +113,53 @@ TEST_P(target_objects, define_nothing_outside_of_their_namespace) {
         ++defined;
     }
     EXPECT_GT(defined, 0);
+}
+
+// The bytes are the same whichever way they are stored, and with or without a fence: only the
+// instructions tell.
+TEST_P(target_objects, store_around_the_cache_if_the_target_does) {
+    const lumalane::row_kernels &rows = GetParam()->rows;
+    const bool streams = tests::probe_of(*GetParam()).streams;
+    // Kernels of the others make what other kernels read.
+    std::set<std::string> to_surfaces{"alpha", "blend", "double", "emit", "key", "packed", "plane"};
+    const struct {
+        int bytes;
+        const char *name;
+    } registers[] = {{16, "xmm"}, {32, "ymm"}, {64, "zmm"}};
+
+    std::ifstream list(LUMALANE_OBJECT_LISTS "/" + std::string(rows.target) + ".objects");
+    for (std::string object; std::getline(list, object);) {
+        const std::string file = std::filesystem::path(object).filename();
+        const std::string kernels = file.substr(0, file.find('.'));
+        std::istringstream code(output_of(LUMALANE_OBJDUMP " -d '" + object + "'"));
+        std::vector<std::string> stores;
+        int fences = 0;
+        for (std::string line; std::getline(code, line);) {
+            fences += line.find(LUMALANE_STORE_FENCE) != line.npos;
+            if (line.find(LUMALANE_STREAMING_STORE) != line.npos)
+                stores.push_back(line);
+        }
+        EXPECT_EQ(fences, streams && kernels == "plane" ? 1 : 0) << object;
+        if (to_surfaces.erase(kernels) == 0 || !streams) {
+            EXPECT_EQ(stores, std::vector<std::string>{}) << object;
+            continue;
+        }
+        // Of a plane what is narrower than a line of the cache is stored in it.
+        for (const auto &[bytes, name] : registers)
+            if (bytes == rows.vector_bytes || (bytes < rows.vector_bytes && kernels != "plane")) {
+                EXPECT_TRUE(std::any_of(
+                    stores.begin(), stores.end(),
+                    [&](const std::string &store) { return store.find(name) != store.npos; }))
+                    << object << " has no such store of " << bytes << " bytes";
+            }
+    }
+    EXPECT_EQ(to_surfaces, std::set<std::string>{});
+}
+
+// What the targets say of themselves is all that the test above goes by.
+TEST(targets, store_around_the_cache_on_processors_of_which_they_can) {
+    const lumalane::target &widest = *(lumalane::targets().end() - 1);
+    EXPECT_EQ(tests::probe_of(widest).streams, LUMALANE_WIDEST_TARGET_STREAMS) << widest.name;
 }
 
 // Those too that this processor does not run.

@@ -539,6 +539,7 @@ constexpr tests::probe make_probe() {
     add_width<32>(probe);
     add_width<64>(probe);
     static_assert(widest <= tests::widest_vector);
+    probe.streams = streams;
     return probe;
 }
 

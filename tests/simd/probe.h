@@ -58,6 +58,7 @@ struct probe {
     table<operation, 640> operations;       // for every width of vectors that the target has
     table<interleaving, 192> interleavings; // for every width that it interleaves
     table<rgb16_packing, 4> rgb16_packings;
+    bool streams; // stores go around the cache where they are to
 };
 
 // The processor need not be able to run the target, if none of the functions is called.
