@@ -37,8 +37,8 @@ constexpr int stack_alignment = 64;
 #endif
 
 // How a kernel stores: non-temporal stores do not take lines of the cache for what is written. The
-// destination is aligned to the target's vectors for them; for emit_plane() and emit_half_plane() to 8
-// bytes.
+// destination is aligned to row_kernels::streamed_bytes for them; for emit_plane() and
+// emit_half_plane() to 8 bytes.
 enum class store_policy : int { cached, non_temporal };
 
 // Whether non-temporal stores go to both rows of a pair of RGB in turn, which share the arithmetic of

@@ -336,9 +336,13 @@ LUMALANE_INLINE bytes<16> permute(bytes<16> a, uint8x16_t from) { return {vqtbl1
 
 inline constexpr unsigned char none = 255;
 
+// The lower and the upper half in turn, as even and odd pixels of a channel lie.
+LUMALANE_INLINE bytes<16> in_memory_order(bytes<16> halves) {
+    return permute(halves, uint8x16_t{0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15});
+}
+
 LUMALANE_INLINE bytes<16> narrow_interleaved(words<8> a, words<8> b) {
-    return permute(narrow_saturate(a, b),
-                   uint8x16_t{0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15});
+    return in_memory_order(narrow_saturate(a, b));
 }
 
 LUMALANE_INLINE words<8> second_pairs(bytes<16> a) {
@@ -414,11 +418,6 @@ LUMALANE_INLINE packed_pixels<n> load_packed(const unsigned char *from) {
     // At any address.
     const uint16x8x2_t pixels = vld2q_u16(reinterpret_cast<const uint16_t *>(from));
     return {{vreinterpretq_u8_u16(pixels.val[0])}, {vreinterpretq_u8_u16(pixels.val[1])}};
-}
-
-// Even pixels (lower half) and odd ones in turn.
-LUMALANE_INLINE bytes<16> in_memory_order(bytes<16> channel) {
-    return permute(channel, uint8x16_t{0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15});
 }
 
 template <pairs = pairs::in_order>

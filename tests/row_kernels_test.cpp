@@ -268,7 +268,8 @@ TEST_P(row_kernels_test, makes_the_same_bytes_at_every_length_and_alignment) {
     finish(static_cast<unsigned>(longest / multiple * (alignments / part)));
 }
 
-// Longer than anything that a kernel does in pieces, and the widest that are narrow to any.
+// Longer than anything that a kernel does in pieces, and the widest pairs of which several are mixed in
+// turn with others.
 TEST_P(row_kernels_test, makes_the_same_bytes_of_long_rows) {
     const int multiple = GetParam().facts.multiple;
     constexpr int calls = 48 / part;

@@ -40,7 +40,8 @@ row_call draw_plane_to_surface(const wanted_call &wanted,
     // These store the lines that a row fills in part by themselves, wherever it begins.
     const bool by_lines = drawn.non_temporal() && (wanted.facts.name == "emit_plane" ||
                                                    wanted.facts.name == "emit_half_plane");
-    const int alignment = by_lines ? 8 : alignment_for(drawn.stores);
+    const int alignment =
+        by_lines ? lumalane::detail::alignment_of_planes : alignment_for(drawn.stores);
     const std::ptrdiff_t src_next = draw_pitch(wanted.randomness, size);
     const std::ptrdiff_t dst_next = draw_pitch(wanted.randomness, dst_size, alignment);
 
