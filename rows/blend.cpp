@@ -286,8 +286,10 @@ struct odd_yuy2 {
 // To the surface at once, with the strip's luma, which makes full veils 1.08 to 1.17 times as fast.
 // (With 8 registers of 16 bytes it takes 8 times as long.)
 constexpr bool emits_at_once = vector_registers >= 16 || widest > 16;
+// Small code is worth more than what that gains where stores are the bound.
+constexpr bool streams_at_once = streams && vector_registers >= 16;
 
-template <class Surface, class Stores>
+template <class Surface>
 struct surface_chroma {
     using weight = weight_of_second;
     static constexpr bool emits = true, averages = Surface::of_fields;
@@ -295,11 +297,12 @@ struct surface_chroma {
     unsigned char *dst;
     const unsigned char *y;
     ptrdiff_t dst_next;
+    store_policy stores;
 
     surface_chroma(const pair_strip &from, const mixed_pairs &pairs, ptrdiff_t pair)
         : dst(pairs.upper.dst + (from.first + pair) * pairs.next.dst +
               from.x * Surface::bytes_per_pixel),
-          y(from.y + pair * from.pitch), dst_next(pairs.below.dst) {}
+          y(from.y + pair * from.pitch), dst_next(pairs.below.dst), stores(pairs.stores) {}
 
     // The 2n pixels of n samples of chroma.
     template <int n>
@@ -308,14 +311,23 @@ struct surface_chroma {
         unsigned char *const pixels = dst + (lower ? to + dst_next : to);
         const unsigned char *const luma = y + (lower ? 2 * x + pair_strip::bytes : 2 * x);
         if constexpr (n == 8) {
-            store_all<Stores>(pixels, Surface::pixels(luma, join(widen(u), widen(v))));
+            store(pixels, Surface::pixels(luma, join(widen(u), widen(v))));
         } else {
             constexpr int parts = 2 * Surface::parts;
             const vectors<2, n> pairs = interleave(permuted<parts>(u), permuted<parts>(v));
-            store_all<Stores>(pixels, Surface::pixels(luma, pairs.part[0]));
-            store_all<Stores>(pixels + n * Surface::bytes_per_pixel,
-                              Surface::pixels(luma + n, pairs.part[1]));
+            store(pixels, Surface::pixels(luma, pairs.part[0]));
+            store(pixels + n * Surface::bytes_per_pixel, Surface::pixels(luma + n, pairs.part[1]));
         }
+    }
+
+private:
+    // As store_all() does, but fetches no lines.
+    template <class Pixels>
+    LUMALANE_INLINE void store(unsigned char *to, const Pixels &pixels) const {
+        if (streams_at_once && stores == store_policy::non_temporal)
+            store_all<non_temporal>(to, pixels);
+        else
+            store_all<cached>(to, pixels);
     }
 };
 
@@ -533,15 +545,9 @@ template <class Surface>
 LUMALANE_INLINE void mix_to(const mixed_pairs &pairs, ptrdiff_t n) {
     constexpr blending *into_strip = blend_chroma_of_pairs<strip_chroma<weight_of_second>>;
     if constexpr (emits_at_once) {
-        blending *blend = blend_chroma_of_pairs<surface_chroma<Surface, cached>>;
-        if (streams && pairs.stores == store_policy::non_temporal) {
-            // Small code is worth more than what that gains where stores are the bound.
-            if constexpr (vector_registers >= 16)
-                blend = blend_chroma_of_pairs<surface_chroma<Surface, non_temporal>>;
-            else
-                blend = into_strip;
-        }
-        mix(pairs, n, blend, into_strip);
+        const bool at_once = !streams || streams_at_once || pairs.stores == store_policy::cached;
+        mix(pairs, n, at_once ? blend_chroma_of_pairs<surface_chroma<Surface>> : into_strip,
+            into_strip);
     } else {
         mix(pairs, n, into_strip, into_strip);
     }
