@@ -47,22 +47,17 @@ row_pairs::row_pairs(const call::picture &p, int bytes_per_pixel, pair_order ord
         u = v = y, chroma_to_lower = chroma_to_next = 0;
 }
 
-bool order_can_be_observed(const call::picture &p, int bytes_per_pixel, pair_order order,
-                           chroma_is chroma) {
-    call_rows rows = rows_at(p);
-    if (order == pair_order::both_rows_by_steps)
-        detail::rows_of_planar_pairs(sizes_of(p), bytes_per_pixel, 0, rows);
-    else
-        detail::rows_of_planar_rows(sizes_of(p), bytes_per_pixel, chroma == chroma_is::read, rows);
-    return rows.order_can_be_observed();
-}
-
 // Adjusted unless `by` is null.
 void load(const machine &machine, const call::picture &picture, pair_order order,
           const planar_to_surface &surface, const adjustment *by, chroma_is chroma) {
     const row_pairs p(picture, surface.bytes_per_pixel, order, chroma);
-    const bool in_order =
-        machine.in_order || order_can_be_observed(picture, surface.bytes_per_pixel, order, chroma);
+    const bool in_order = keeps_order(machine, picture, [&](call_rows &rows) {
+        if (order == pair_order::both_rows_by_steps)
+            detail::rows_of_planar_pairs(sizes_of(picture), surface.bytes_per_pixel, 0, rows);
+        else
+            detail::rows_of_planar_rows(sizes_of(picture), surface.bytes_per_pixel,
+                                        chroma == chroma_is::read, rows);
+    });
     const surface_stores stores(machine, p.dst, p.dst_to_lower | p.dst_to_next,
                                 2LL * p.pairs * p.row_bytes, in_order, surface.bound);
     const ptrdiff_t run = in_order ? step_pixels : p.pixels;

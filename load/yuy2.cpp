@@ -43,9 +43,9 @@ void load(const machine &machine, const call::picture &picture, int step_pixels,
     if (!surface.emit)
         return;
     const packed_pairs p(picture, step_pixels, surface.bytes_per_pixel);
-    call_rows told = rows_at(picture);
-    detail::rows_of_packed_pairs(sizes_of(picture), step_pixels, surface.bytes_per_pixel, told);
-    const bool in_order = machine.in_order || told.order_can_be_observed();
+    const bool in_order = keeps_order(machine, picture, [&](call_rows &rows) {
+        detail::rows_of_packed_pairs(sizes_of(picture), step_pixels, surface.bytes_per_pixel, rows);
+    });
     const surface_stores stores(machine, p.dst, p.dst_to_lower | p.dst_to_next,
                                 2LL * p.pairs * p.row_bytes, in_order, surface.bound);
     const ptrdiff_t run = in_order ? step_pixels : p.pixels;

@@ -29,7 +29,7 @@ void loadimage_yuy2_mono_ajust(const machine &machine, const call::picture &p) {
 void loadimage_half_yuy2_ajust(const machine &machine, const call::picture &p) {
     load_row_pairs(
         machine, p, pair_order::row_by_row,
-        {machine.rows.emit_half_yuy2, 1, on_vectors_of(32, machine.rows, detail::bound_of_yuy2)},
+        {machine.rows.emit_half_yuy2, 1, on_wide_vectors(machine.rows, detail::bound_of_yuy2)},
         current_adjustment());
 }
 

@@ -104,10 +104,9 @@ void mix_onto_rgb(const machine &machine, const tagMIX_INFO &mix,
     const ptrdiff_t pixels = mix.width <= 0 ? step : whole_steps(mix.width, step);
     const mix_groups p(mix, surface.bytes_per_pixel, pixels);
     const mix_distance rewind = rewind_of(mix);
-    const bool in_order =
-        machine.in_order || order_can_be_observed(mix, [&](call_rows &rows) {
-            detail::rows_of_mix_columns(sizes_of(mix), surface.bytes_per_pixel, rows);
-        });
+    const bool in_order = keeps_order(machine, mix, [&](call_rows &rows) {
+        detail::rows_of_mix_columns(sizes_of(mix), surface.bytes_per_pixel, rows);
+    });
     const surface_stores stores(machine, p.first.dst, mix.dst_pitch,
                                 4LL * p.groups * pixels * p.bytes_per_pixel, in_order,
                                 bound_by::arithmetic);
@@ -152,9 +151,8 @@ void mix_ayuy2_yuy2_i_ajust(const machine &machine, const call::mix &call) {
               difference(twice(twice(mix.dst_pitch)), product(mix.width, p.bytes_per_pixel))};
     p.next = p.next + along_row(p.pixels, p.bytes_per_pixel);
 
-    const bool in_order = machine.in_order || order_can_be_observed(mix, [&](call_rows &rows) {
-                              detail::rows_of_mix_groups(sizes_of(mix), rows);
-                          });
+    const bool in_order = keeps_order(
+        machine, mix, [&](call_rows &rows) { detail::rows_of_mix_groups(sizes_of(mix), rows); });
     const surface_stores stores(machine, p.first.dst, p.row.dst | p.next.dst,
                                 4LL * p.groups * p.pixels * p.bytes_per_pixel, in_order,
                                 bound_by::arithmetic);

@@ -39,10 +39,9 @@ struct mix_pairs {
 void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surface &surface,
                    const detail::pair_distances &d) {
     const mix_pairs p(mix, surface.bytes_per_pixel, d);
-    const bool in_order =
-        machine.in_order || order_can_be_observed(mix, [&](call_rows &rows) {
-            detail::rows_of_mix_pairs(sizes_of(mix), surface.bytes_per_pixel, d, rows);
-        });
+    const bool in_order = keeps_order(machine, mix, [&](call_rows &rows) {
+        detail::rows_of_mix_pairs(sizes_of(mix), surface.bytes_per_pixel, d, rows);
+    });
     const surface_stores stores(machine, p.first.dst, p.below.dst | p.next.dst,
                                 2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order,
                                 surface.bound);
@@ -91,7 +90,7 @@ void mix_ayuy2_half_yuy2_p_ajust(const machine &machine, const call::mix &p) {
     tagMIX_INFO &mix = *p.record;
     mix_row_pairs(
         machine, mix,
-        {{machine.rows.emit_odd_yuy2, 1, on_vectors_of(32, machine.rows, bound_by::loads)},
+        {{machine.rows.emit_odd_yuy2, 1, on_wide_vectors(machine.rows, bound_by::loads)},
          machine.rows.mix_pairs_to_odd_yuy2,
          false},
         detail::mix_half_yuy2_distances(sizes_of(mix)));

@@ -224,7 +224,7 @@ void mix(const machine &machine, tagMIX_INFO &record, video_rows kind, const adj
         make(machine, p.v, by ? &by->v : nullptr, all_bytes...);
         make(machine, p.u, by ? &by->u : nullptr, all_bytes...);
     };
-    if (machine.in_order || order_can_be_observed(record, tell))
+    if (keeps_order(machine, record, tell))
         plane_by_plane(mix_in_order);
     else if (is_clear(p.y) && is_clear(p.u))
         plane_by_plane(copy_video, p.bytes());

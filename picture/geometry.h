@@ -28,16 +28,15 @@ constexpr ptrdiff_t times(ptrdiff_t n, ptrdiff_t distance) {
 
 // ---- Steps -------------------------------------------------------------------------------------
 
-// How many steps a loop takes that counts `count` down and tests after each step: at least one.
-// Counts are unsigned: a negative one means more than there is memory.
+// How many steps, a power of 2, a loop takes that counts `count` down and tests after each: at least
+// one. Counts are unsigned: a negative one means more than there is memory.
 constexpr long long steps_of(int count, unsigned step) {
-    const unsigned left = static_cast<unsigned>(count);
-    return left == 0 ? 1 : (left - 1) / step + 1LL;
+    return detail::whole(count, step) / step;
 }
 
 // The pixels of a row in whole steps, at least one.
 constexpr ptrdiff_t whole_steps(int width, unsigned step) {
-    return static_cast<ptrdiff_t>(steps_of(width, step) * step);
+    return static_cast<ptrdiff_t>(detail::whole(width, step));
 }
 
 // ---- Rows --------------------------------------------------------------------------------------
@@ -70,7 +69,7 @@ public:
     // Whether a row that is read overlaps a written one, or may.
     bool reads_what_it_writes() const;
 
-    // As they were told.
+    // As they were told, at their addresses.
     static constexpr int most_read = 24, most_written = 12;
     byte_rows read[most_read], written[most_written];
     int reads_told = 0, writes_told = 0;

@@ -7,9 +7,9 @@
 
 namespace lumalane {
 
-// The bound on vectors of so many bytes or more; narrower ones are slower than the memory.
-inline bound_by on_vectors_of(int bytes, const row_kernels &rows, bound_by bound) {
-    return rows.vector_bytes >= bytes ? bound : bound_by::arithmetic;
+// The bound on vectors of 32 bytes or more; narrower ones are slower than the memory.
+inline bound_by on_wide_vectors(const row_kernels &rows, bound_by bound) {
+    return rows.vector_bytes >= 32 ? bound : bound_by::arithmetic;
 }
 
 inline bool streams_pairs(const row_kernels &rows, int bytes_per_pixel) {
@@ -41,7 +41,7 @@ inline planar_to_surface planar_to_rgb24(const row_kernels &rows) {
 }
 
 inline planar_to_surface planar_to_yuy2(const row_kernels &rows) {
-    return {rows.emit_yuy2, 2, on_vectors_of(32, rows, detail::bound_of_yuy2)};
+    return {rows.emit_yuy2, 2, on_wide_vectors(rows, detail::bound_of_yuy2)};
 }
 
 // Of tag_ajust_contrast_info::rgb16_layout; nothing for a value that is none.
@@ -73,7 +73,7 @@ inline packed_to_surface packed_to_yuy2(const row_kernels &rows) {
 }
 
 inline packed_to_surface packed_to_adjusted_yuy2(const row_kernels &rows) {
-    return {rows.emit_packed_yuy2, 2, on_vectors_of(32, rows, detail::bound_of_yuy2)};
+    return {rows.emit_packed_yuy2, 2, on_wide_vectors(rows, detail::bound_of_yuy2)};
 }
 
 inline packed_to_surface packed_to_rgb16(const row_kernels &rows, unsigned layout) {

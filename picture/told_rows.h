@@ -3,6 +3,7 @@
 
 #include "picture/calls.h"
 #include "picture/geometry.h"
+#include "picture/machine.h"
 
 namespace lumalane {
 
@@ -14,6 +15,19 @@ inline call_rows rows_at(const call::picture &p) {
     call_rows rows;
     rows.at(pointer::src, p.src), rows.at(pointer::src_u, p.src_u);
     rows.at(pointer::src_v, p.src_v), rows.at(pointer::dst, p.dst);
+    return rows;
+}
+
+inline call_rows rows_at(const call::packed_stretch &p) {
+    call_rows rows;
+    rows.at(pointer::src, p.src), rows.at(pointer::dst, p.dst);
+    return rows;
+}
+
+inline call_rows rows_at(const call::frame_stretch &p) {
+    call_rows rows;
+    rows.at(pointer::plane_y, p.frame->plane_y), rows.at(pointer::plane_u, p.frame->plane_u);
+    rows.at(pointer::plane_v, p.frame->plane_v), rows.at(pointer::dst, p.dst);
     return rows;
 }
 
@@ -30,11 +44,13 @@ inline call_rows rows_at(const tagMIX_INFO &mix) {
     return rows;
 }
 
-// Of the rows that `tell` tells of a call. (Its frame is gone when kernels that need much of the stack
-// run.)
-template <class Tell>
-[[gnu::noinline]] bool order_can_be_observed(const tagMIX_INFO &mix, const Tell &tell) {
-    call_rows rows = rows_at(mix);
+// Whether a call's stores keep their order: where that is forced, or can be observed from the rows that
+// `tell` tells. (Its frame is gone when kernels that need much of the stack run.)
+template <class Call, class Tell>
+[[gnu::noinline]] bool keeps_order(const machine &machine, const Call &p, const Tell &tell) {
+    if (machine.in_order)
+        return true;
+    call_rows rows = rows_at(p);
     tell(rows);
     return rows.order_can_be_observed();
 }

@@ -4,6 +4,7 @@
 #include "picture/geometry.h"
 #include "picture/stores.h"
 #include "picture/surface.h"
+#include "picture/told_rows.h"
 #include "stretch/between_rows.h"
 
 namespace lumalane {
@@ -63,16 +64,6 @@ struct frame_rows {
     }
 };
 
-bool order_can_be_observed(const call::frame_stretch &p) {
-    const tagVideoFrame &frame = *p.frame;
-    call_rows rows;
-    rows.at(pointer::plane_y, frame.plane_y), rows.at(pointer::plane_u, frame.plane_u);
-    rows.at(pointer::plane_v, frame.plane_v), rows.at(pointer::dst, p.dst);
-    detail::rows_of_frame({frame.luma_pitch, frame.field_mode, p.start, p.height, p.dst_pitch},
-                          rows);
-    return rows.order_can_be_observed();
-}
-
 } // namespace
 
 // Adjusted after the interpolation.
@@ -84,7 +75,10 @@ void strech_opt_yuy2_ajust(const machine &machine, const call::frame_stretch &p)
     const adjustment *const by = adjusted.unless_neutral();
     // Rows of both kinds are as long as each other from 33 pixels on.
     const bool in_order =
-        machine.in_order || rows.pixels != rows.pixels_copied || order_can_be_observed(p);
+        rows.pixels != rows.pixels_copied || keeps_order(machine, p, [&](call_rows &told) {
+            detail::rows_of_frame(
+                {p.frame->luma_pitch, p.frame->field_mode, p.start, p.height, p.dst_pitch}, told);
+        });
     const surface_stores stores(machine, p.dst, p.dst_pitch, 8 * rows.pairs * rows.pixels, in_order,
                                 bound_by::arithmetic);
     const ptrdiff_t run = in_order ? rows_between::step : rows_between::most_pixels;

@@ -3,6 +3,7 @@
 #include "picture/calls.h"
 #include "picture/geometry.h"
 #include "picture/stores.h"
+#include "picture/told_rows.h"
 #include "stretch/double_by_samples.h"
 #include "stretch/doubled_pairs.h"
 #include "stretch/pairs_of_samples.h"
@@ -44,13 +45,6 @@ struct packed_columns {
         dst_to_column = 4 * rows * dst_pitch - product(twice(p.height), p.dst_pitch) + 4 * step;
     }
 };
-
-bool order_can_be_observed(const call::packed_stretch &p) {
-    call_rows rows;
-    rows.at(pointer::src, p.src), rows.at(pointer::dst, p.dst);
-    detail::rows_of_doubled_packed({p.row_bytes, p.height, p.dst_pitch}, rows);
-    return rows.order_can_be_observed();
-}
 
 // Columns from the left to the right: samples taken apart and adjusted, unless `by` is null, then
 // twice as wide and high.
@@ -132,7 +126,9 @@ private:
 
 void double_both(const machine &machine, const call::packed_stretch &p, const adjustment *by) {
     const packed_columns columns(p);
-    const bool in_order = machine.in_order || order_can_be_observed(p);
+    const bool in_order = keeps_order(machine, p, [&](call_rows &rows) {
+        detail::rows_of_doubled_packed({p.row_bytes, p.height, p.dst_pitch}, rows);
+    });
     const ptrdiff_t pixels = columns.pixels;
     if (in_order) {
         columns_in_order in_turn(machine.rows, columns, by);

@@ -43,12 +43,6 @@ struct columns_of_pairs {
     }
 };
 
-bool order_can_be_observed(const call::picture &p, int bytes_per_pixel) {
-    call_rows rows = rows_at(p);
-    detail::rows_of_doubled_columns(sizes_of(p), bytes_per_pixel, rows);
-    return rows.order_can_be_observed();
-}
-
 // Columns from the left to the right: adjusted samples, averages of them, pixels.
 class columns_in_order {
 public:
@@ -184,7 +178,9 @@ void stretch_rows(const row_kernels &kernels, const columns_of_pairs &columns,
 void stretch(const machine &machine, const call::picture &p, const planar_to_surface &surface,
              ptrdiff_t pixels) {
     const columns_of_pairs columns(p, surface.bytes_per_pixel, pixels);
-    const bool in_order = machine.in_order || order_can_be_observed(p, surface.bytes_per_pixel);
+    const bool in_order = keeps_order(machine, p, [&](call_rows &rows) {
+        detail::rows_of_doubled_columns(sizes_of(p), surface.bytes_per_pixel, rows);
+    });
     // Rows between others are averaged and stored by themselves around the cache.
     const surface_stores stores(
         machine, p.dst, p.dst_pitch, 4 * columns.pairs * pixels * surface.bytes_per_pixel, in_order,

@@ -69,10 +69,10 @@ struct double_height {
 };
 
 // `filtered`: rows above and two below are read, from the second pair to the one before the last.
-bool order_can_be_observed(const call::picture &p, int times_width, bool filtered) {
-    call_rows rows = rows_at(p);
-    detail::rows_of_doubled_pairs(sizes_of(p), times_width, filtered, rows);
-    return rows.order_can_be_observed();
+bool keeps_order(const machine &machine, const call::picture &p, int times_width, bool filtered) {
+    return keeps_order(machine, p, [&](call_rows &rows) {
+        detail::rows_of_doubled_pairs(sizes_of(p), times_width, filtered, rows);
+    });
 }
 
 // ---- The same width ----------------------------------------------------------------------------
@@ -82,7 +82,7 @@ void stretch(const machine &machine, const call::picture &p, bool filtered, cons
     if (p.height < detail::least_height::strech_picture_1X2_yuy2)
         return;
     const double_height rows(p, 1, 2 * whole_steps(p.width >> 1, step / 2));
-    const bool in_order = machine.in_order || order_can_be_observed(p, 1, filtered);
+    const bool in_order = keeps_order(machine, p, 1, filtered);
     const bool in_pairs = !in_order && !rows.drifts();
     const bool in_doubled_pairs = in_pairs && !filtered && rows.at(0).contiguous();
     const surface_stores stores(machine, p.dst, rows.dst_to_row, 4 * rows.pairs * rows.row_bytes,
@@ -153,8 +153,7 @@ namespace {
 // quirk: the steps of a row are counted from one step less on, tested after each, and followed by the
 // last one: there are two at least [stretches.yuy2_2x2_writes_at_least_two_steps]
 ptrdiff_t pixels_of_double_width(int width) {
-    const int left = (width >> 1) - 8;
-    return static_cast<ptrdiff_t>(16 * ((left <= 0 ? 1 : steps_of(left, 8)) + 1));
+    return static_cast<ptrdiff_t>(2 * (detail::up((width >> 1) - 8, 8) + 8));
 }
 
 // A run of one row or of what lies between it and the row below, adjusted unless `by` is null.
@@ -219,7 +218,7 @@ void double_row_by_row(const row_kernels &kernels, const double_height &rows, co
 void double_both(const machine &machine, const call::picture &p, const adjustment *by) {
     constexpr int step = 16;
     const double_height rows(p, 2, pixels_of_double_width(p.width));
-    const bool in_order = machine.in_order || order_can_be_observed(p, 2, false);
+    const bool in_order = keeps_order(machine, p, 2, false);
     const bool row_by_row = in_order || rows.drifts() || !rows.at(0).contiguous();
     const surface_stores stores(machine, p.dst, rows.dst_to_row, 4 * rows.pairs * rows.row_bytes,
                                 in_order, bound_by::stores,

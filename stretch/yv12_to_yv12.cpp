@@ -47,7 +47,9 @@ public:
           pairs(static_cast<unsigned>(p.height) - 2u + 1LL), samples(whole_steps(p.width, 8)),
           beyond(p.width % 16), whole(p.width - beyond),
           final_row(p.src + static_cast<ptrdiff_t>(pairs) * to_next_row - p.src_pitch),
-          in_order(on.in_order || order_can_be_observed()) {}
+          in_order(keeps_order(on, p, [&](call_rows &told) {
+              detail::rows_of_adjusted_plane(pointer::src, 0, sizes_of(p), times, told);
+          })) {}
 
     void stretch() const {
         const surface_stores stores(on, p.dst, p.dst_pitch, bytes, in_order,
@@ -65,12 +67,6 @@ public:
     }
 
 private:
-    bool order_can_be_observed() const {
-        call_rows told = rows_at(p);
-        detail::rows_of_adjusted_plane(pointer::src, 0, sizes_of(p), times, told);
-        return told.order_can_be_observed();
-    }
-
     stretched_rows rows(unsigned char *dst, const unsigned char *src, rows_made made,
                         store_policy policy) const {
         stretched_rows r{src, dst};
@@ -215,7 +211,9 @@ public:
 
     void stretch() const {
         // Rows are cleared of all bits of the first column.
-        const bool in_order = on.in_order || lost_bits < 8 * column || order_can_be_observed();
+        const bool in_order = lost_bits < 8 * column || keeps_order(on, p, [&](call_rows &rows) {
+                                  detail::rows_of_plain_plane(sizes_of(p), rows);
+                              });
         const surface_stores stores(on, p.dst, p.dst_pitch, 2LL * height * 2 * samples, in_order,
                                     bound_by::stores, rows_stored::in_turn);
         if (in_order)
@@ -226,12 +224,6 @@ public:
     }
 
 private:
-    bool order_can_be_observed() const {
-        call_rows rows = rows_at(p);
-        detail::rows_of_plain_plane(sizes_of(p), rows);
-        return rows.order_can_be_observed();
-    }
-
     const unsigned char *row_at(ptrdiff_t row) const { return p.src + row * p.src_pitch; }
 
     unsigned char *surface(ptrdiff_t row) const { return p.dst + 2 * row * p.dst_pitch; }
