@@ -324,35 +324,8 @@ LUMALANE_INLINE void stretch_along(const stretched_rows &rows, const stretched_r
         [&](ptrdiff_t x) LUMALANE_INLINE_LAMBDA { stretch_rest<times, Map>(rows, at, n, x); });
 }
 
-// Adjusts out of a strip, for gains that have no loops of their own.
-[[maybe_unused, gnu::noinline]] void stretch_in_strips(row_kernel::plane_stretching *stretch,
-                                                       int times, const stretched_rows &rows,
-                                                       ptrdiff_t n) {
-    alignas(stack_alignment) unsigned char made[2][strip_pixels];
-    stretched_rows row{nullptr, made[0], rows.made};
-    row.src_below = rows.src_below, row.dst_below = strip_pixels;
-    const unsigned char *src = rows.src;
-    unsigned char *dst = rows.dst;
-    for (ptrdiff_t left = rows.count; left > 0; --left) {
-        in_runs(n, strip_pixels / times, [&](ptrdiff_t x, ptrdiff_t run) LUMALANE_INLINE_LAMBDA {
-            row.src = src + x;
-            row.repeats_last = rows.repeats_last && x + run == n;
-            stretch(row, run);
-            // One by one: both may go to one place.
-            const auto emit = [&](int i, unsigned char *to) {
-                emit_plane({made[i], to + times * x, rows.stores, rows.by}, times * run);
-            };
-            emit(0, dst);
-            if (rows.made == rows_made::both)
-                emit(1, dst + rows.dst_below);
-        });
-        src += rows.src_next, dst += rows.dst_next;
-    }
-}
-
 template <int times>
-LUMALANE_INLINE void stretch(row_kernel::plane_stretching *itself, const stretched_rows &rows,
-                             ptrdiff_t n) {
+LUMALANE_INLINE void stretch(const stretched_rows &rows, ptrdiff_t n) {
     const auto run = [&]<class Map>(const Map map) LUMALANE_INLINE_LAMBDA {
         with_stores(rows.stores, [&](auto stores) LUMALANE_INLINE_LAMBDA {
             const stretched_rows own = rows;
@@ -370,12 +343,7 @@ LUMALANE_INLINE void stretch(row_kernel::plane_stretching *itself, const stretch
                 along_rows.template operator()<false>();
         });
     };
-    with_gain(rows.by, [&]<class Gain>(Gain) LUMALANE_INLINE_LAMBDA {
-        if constexpr (Gain::is_rare && !small_code)
-            stretch_in_strips(itself, times, rows, n);
-        else
-            run(typename Gain::plane(rows.by));
-    });
+    with_adjustment(rows.by, run);
 }
 
 } // namespace
@@ -384,8 +352,8 @@ void emit_yuy2_of_double_height(const doubled_rows &rows, ptrdiff_t n) { emit_do
 
 void emit_doubled_yuy2(const doubled_rows &rows, ptrdiff_t n) { emit_doubled<2>(rows, n); }
 
-void stretch_plane(const stretched_rows &rows, ptrdiff_t n) { stretch<1>(stretch_plane, rows, n); }
+void stretch_plane(const stretched_rows &rows, ptrdiff_t n) { stretch<1>(rows, n); }
 
-void double_plane(const stretched_rows &rows, ptrdiff_t n) { stretch<2>(double_plane, rows, n); }
+void double_plane(const stretched_rows &rows, ptrdiff_t n) { stretch<2>(rows, n); }
 
 } // namespace lumalane::LUMALANE_TARGET_NAME

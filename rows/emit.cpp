@@ -66,9 +66,9 @@ LUMALANE_INLINE bytes<n> load_pairs(const unsigned char *u, const unsigned char 
 template <class Adjusted>
 struct to_yuy2 {
     static constexpr int bytes_per_pixel = 2, least = 8;
-    // Small code asks for each group, and averages what is alike.
+    // Loops of gains that are rare ask for each group; small code averages what is alike.
     static constexpr bool filters = true, may_be_apart = true, makes_both_first = false,
-                          knows = !small_code;
+                          knows = !small_code && !Adjusted::is_rare;
 
     Adjusted adjusted;
 
@@ -409,40 +409,6 @@ LUMALANE_INLINE bool makes_lower_rows(const planar_rows &rows) {
     in_strips(rows, n, strip);
 }
 
-// The same for YUY2: out of a strip of pixels, by the kernel for those. (Luma comes there first: the lower
-// row's may be made of the upper one's, over which pixels may have been stored.)
-[[maybe_unused, gnu::noinline]] void emit_yuv_in_strips(row_kernel::planar_to_surface *emit,
-                                                        int bytes_per_pixel, planar_rows rows,
-                                                        ptrdiff_t n) {
-    alignas(stack_alignment) unsigned char y[strip_pixels], upper[2 * strip_pixels],
-        lower[2 * strip_pixels];
-    constexpr plane_adjustment none{64, 0, true, 128};
-    const adjustment by = emit == emit_mono_yuy2 ? adjustment{rows.by->y, none, none} : *rows.by;
-    const auto strip = [&](const planar_rows &at, ptrdiff_t x,
-                           ptrdiff_t run) LUMALANE_INLINE_LAMBDA {
-        packed_rows made{upper, upper, at.dst + x * bytes_per_pixel};
-        made.stores = at.stores, made.by = &by;
-        planar_rows row{y, at.u + x / 2, at.v + x / 2, upper};
-        row.chroma_below = at.chroma_below;
-        emit_plane({at.y + x, y}, run);
-        emit(row, run);
-        emit_packed_yuy2(made, run * bytes_per_pixel / 2);
-        if (at.lower == lower_row::none)
-            return;
-        const row_start pair(place_of(at), at);
-        along_row<8, most_left>(run, [&](auto group, ptrdiff_t i) LUMALANE_INLINE_LAMBDA {
-            const bytes<group.size> luma = load<group.size>(y + i);
-            store(y + i, lower_luma<to_yuy2<unadjusted_samples>>(pair, luma, x + i));
-        });
-        // Its chroma is the upper row's.
-        row.dst = lower, row.u = row.v = y, row.chroma_below = 0;
-        emit(row, run);
-        made.src = lower, made.dst += at.dst_below;
-        emit_packed_yuy2(made, run * bytes_per_pixel / 2);
-    };
-    in_strips(rows, n, strip);
-}
-
 // Averages chroma into a strip, of several narrow rows at once. (A branch in the loops to RGB makes
 // them 0.9 times as fast.)
 [[gnu::noinline]] void emit_chroma_between(row_kernel::planar_to_surface *emit, int bytes_per_pixel,
@@ -484,13 +450,9 @@ template <class Pixels>
 }
 
 template <template <class> class Surface>
-[[gnu::noinline]] void emit_yuv_rows(row_kernel::planar_to_surface *itself, const planar_rows &rows,
-                                     ptrdiff_t n) {
+[[gnu::noinline]] void emit_yuv_rows(const planar_rows &rows, ptrdiff_t n) {
     with_gain(rows.by, [&]<class Gain>(Gain) LUMALANE_INLINE_LAMBDA {
-        if constexpr (Gain::is_rare && !small_code)
-            emit_yuv_in_strips(itself, Surface<unadjusted_samples>::bytes_per_pixel, rows, n);
-        else
-            emit_rows<Surface<typename Gain::samples>>(rows, n);
+        emit_rows<Surface<typename Gain::samples>>(rows, n);
     });
 }
 
@@ -511,7 +473,7 @@ LUMALANE_INLINE void emit_yuv(row_kernel::planar_to_surface *itself, const plana
     if (makes_lower_rows(rows))
         emit_with_lower_rows(itself, Surface<unadjusted_samples>::bytes_per_pixel, rows, n);
     else
-        emit_yuv_rows<Surface>(itself, rows, n);
+        emit_yuv_rows<Surface>(rows, n);
 }
 
 } // namespace
