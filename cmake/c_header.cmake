@@ -38,8 +38,9 @@ function(part result first end)
   set(${result} "${text}" PARENT_SCOPE)
 endfunction()
 part(version "#define LUMALANE_VERSION_MAJOR" "// Shared library: ")
+part(convention "// Windows of 32 bits" "/// Facts about the destination")
 part(records "/// Facts about the destination" "// The records cross")
-part(layout "#if defined(_M_IX86)" "\n// ---- Picture adjustment")
+part(layout "// The records cross" "\n// ---- Picture adjustment")
 string(REPLACE "static_assert(" "_Static_assert(" layout "${layout}")
 
 set(functions "")
@@ -49,7 +50,7 @@ foreach(name IN LISTS lumalane_names)
   endif()
   # In lines of 100 characters.
   string(REPLACE ", " ";" parameters "${parameters_${signature_${name}}}")
-  set(line "LUMALANE_C_API void LUMALANE_C_CALL ${name}(")
+  set(line "LUMALANE_C_API void LUMALANE_CALL ${name}(")
   string(LENGTH "${line}" column)
   string(REPEAT " " ${column} indentation)
   set(comma "")
@@ -96,12 +97,7 @@ string(APPEND header "${version}" [[
 #define LUMALANE_C_API extern
 #endif
 
-#if defined(_WIN32)
-#define LUMALANE_C_CALL __cdecl
-#else
-#define LUMALANE_C_CALL
-#endif
-
+]] "${convention}" [[
 #if defined(_WIN32)
 #define LUMALANE_C_NAME(name)
 #elif defined(__GNUC__)
@@ -119,7 +115,6 @@ typedef struct tagMIX_INFO tagMIX_INFO;
 typedef struct tagVideoFrame tagVideoFrame;
 
 ]] "${records}" [[
-// The records cross the boundary of a library: their layout is a format.
 #if defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L
 ]] "${layout}" [[
 #endif

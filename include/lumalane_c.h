@@ -32,10 +32,11 @@
 #define LUMALANE_C_API extern
 #endif
 
+// Windows of 32 bits: the library's convention, whichever one a program's options make the default.
 #if defined(_WIN32)
-#define LUMALANE_C_CALL __cdecl
+#define LUMALANE_CALL __cdecl
 #else
-#define LUMALANE_C_CALL
+#define LUMALANE_CALL
 #endif
 
 #if defined(_WIN32)
@@ -134,8 +135,9 @@ struct tagVideoFrame {
     int luma_pitch; ///< bytes per row of plane_y, and the number of pixels converted per row
 };
 
-// The records cross the boundary of a library: their layout is a format.
 #if defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L
+// The records cross the boundary of a library: their layout is a format, of programs that pack their own
+// structures, too.
 #if defined(_M_IX86) || defined(__i386__)
 _Static_assert(offsetof(tag_ajust_contrast_info, rgb16_layout) == 32, "rgb16_layout");
 _Static_assert(offsetof(tag_ajust_contrast_info, surface_height) == 40, "surface_height");
@@ -188,305 +190,293 @@ _Static_assert(offsetof(tagVideoFrame, luma_pitch) == 144, "luma_pitch");
 
 // clang-format off
 
-LUMALANE_C_API void LUMALANE_C_CALL get_contrast_data(void *params)
+LUMALANE_C_API void LUMALANE_CALL get_contrast_data(void *params)
     LUMALANE_C_NAME("_Z17get_contrast_dataPv");
-LUMALANE_C_API void LUMALANE_C_CALL loadimage_yv12(unsigned char *src, unsigned char *src_u,
-                                                   unsigned char *src_v, unsigned char *dst,
-                                                   int width, int height, int src_pitch,
-                                                   int dst_pitch, tag_ajust_contrast_info *info)
+LUMALANE_C_API void LUMALANE_CALL loadimage_yv12(unsigned char *src, unsigned char *src_u,
+                                                 unsigned char *src_v, unsigned char *dst,
+                                                 int width, int height, int src_pitch,
+                                                 int dst_pitch, tag_ajust_contrast_info *info)
     LUMALANE_C_NAME("_Z14loadimage_yv12PhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL loadimage_yv12_ajust(unsigned char *src, unsigned char *src_u,
-                                                         unsigned char *src_v, unsigned char *dst,
-                                                         int width, int height, int src_pitch,
-                                                         int dst_pitch,
-                                                         tag_ajust_contrast_info *info)
+LUMALANE_C_API void LUMALANE_CALL loadimage_yv12_ajust(unsigned char *src, unsigned char *src_u,
+                                                       unsigned char *src_v, unsigned char *dst,
+                                                       int width, int height, int src_pitch,
+                                                       int dst_pitch, tag_ajust_contrast_info *info)
     LUMALANE_C_NAME("_Z20loadimage_yv12_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL loadimage_rgb32(unsigned char *src, unsigned char *src_u,
-                                                    unsigned char *src_v, unsigned char *dst,
-                                                    int width, int height, int src_pitch,
-                                                    int dst_pitch, tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z15loadimage_rgb32PhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL loadimage_rgb32_ajust(unsigned char *src, unsigned char *src_u,
-                                                          unsigned char *src_v, unsigned char *dst,
-                                                          int width, int height, int src_pitch,
-                                                          int dst_pitch,
-                                                          tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z21loadimage_rgb32_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL loadimage_rgb24(unsigned char *src, unsigned char *src_u,
-                                                    unsigned char *src_v, unsigned char *dst,
-                                                    int width, int height, int src_pitch,
-                                                    int dst_pitch, tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z15loadimage_rgb24PhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL loadimage_rgb24_ajust(unsigned char *src, unsigned char *src_u,
-                                                          unsigned char *src_v, unsigned char *dst,
-                                                          int width, int height, int src_pitch,
-                                                          int dst_pitch,
-                                                          tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z21loadimage_rgb24_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL loadimage_rgb16(unsigned char *src, unsigned char *src_u,
-                                                    unsigned char *src_v, unsigned char *dst,
-                                                    int width, int height, int src_pitch,
-                                                    int dst_pitch, tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z15loadimage_rgb16PhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL loadimage_rgb16_ajust(unsigned char *src, unsigned char *src_u,
-                                                          unsigned char *src_v, unsigned char *dst,
-                                                          int width, int height, int src_pitch,
-                                                          int dst_pitch,
-                                                          tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z21loadimage_rgb16_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL loadimage_yuy2(unsigned char *src, unsigned char *src_u,
-                                                   unsigned char *src_v, unsigned char *dst,
-                                                   int width, int height, int src_pitch,
-                                                   int dst_pitch, tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z14loadimage_yuy2PhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL loadimage_yuy2_ajust(unsigned char *src, unsigned char *src_u,
-                                                         unsigned char *src_v, unsigned char *dst,
-                                                         int width, int height, int src_pitch,
-                                                         int dst_pitch,
-                                                         tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z20loadimage_yuy2_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL loadimage_yuy2_mono_ajust(unsigned char *src,
-                                                              unsigned char *src_u,
-                                                              unsigned char *src_v,
-                                                              unsigned char *dst, int width,
-                                                              int height, int src_pitch,
-                                                              int dst_pitch,
-                                                              tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z25loadimage_yuy2_mono_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL loadimage_half_yuy2_ajust(unsigned char *src,
-                                                              unsigned char *src_u,
-                                                              unsigned char *src_v,
-                                                              unsigned char *dst, int width,
-                                                              int height, int src_pitch,
-                                                              int dst_pitch,
-                                                              tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z25loadimage_half_yuy2_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL loadimage_half_yv12_ajust(unsigned char *src,
-                                                              unsigned char *src_u,
-                                                              unsigned char *src_v,
-                                                              unsigned char *dst, int width,
-                                                              int height, int src_pitch,
-                                                              int dst_pitch,
-                                                              tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z25loadimage_half_yv12_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL LoadYUY2_YUY2(unsigned char *src, unsigned char *src_u,
+LUMALANE_C_API void LUMALANE_CALL loadimage_rgb32(unsigned char *src, unsigned char *src_u,
                                                   unsigned char *src_v, unsigned char *dst,
                                                   int width, int height, int src_pitch,
                                                   int dst_pitch, tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z15loadimage_rgb32PhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL loadimage_rgb32_ajust(unsigned char *src, unsigned char *src_u,
+                                                        unsigned char *src_v, unsigned char *dst,
+                                                        int width, int height, int src_pitch,
+                                                        int dst_pitch,
+                                                        tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z21loadimage_rgb32_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL loadimage_rgb24(unsigned char *src, unsigned char *src_u,
+                                                  unsigned char *src_v, unsigned char *dst,
+                                                  int width, int height, int src_pitch,
+                                                  int dst_pitch, tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z15loadimage_rgb24PhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL loadimage_rgb24_ajust(unsigned char *src, unsigned char *src_u,
+                                                        unsigned char *src_v, unsigned char *dst,
+                                                        int width, int height, int src_pitch,
+                                                        int dst_pitch,
+                                                        tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z21loadimage_rgb24_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL loadimage_rgb16(unsigned char *src, unsigned char *src_u,
+                                                  unsigned char *src_v, unsigned char *dst,
+                                                  int width, int height, int src_pitch,
+                                                  int dst_pitch, tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z15loadimage_rgb16PhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL loadimage_rgb16_ajust(unsigned char *src, unsigned char *src_u,
+                                                        unsigned char *src_v, unsigned char *dst,
+                                                        int width, int height, int src_pitch,
+                                                        int dst_pitch,
+                                                        tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z21loadimage_rgb16_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL loadimage_yuy2(unsigned char *src, unsigned char *src_u,
+                                                 unsigned char *src_v, unsigned char *dst,
+                                                 int width, int height, int src_pitch,
+                                                 int dst_pitch, tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z14loadimage_yuy2PhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL loadimage_yuy2_ajust(unsigned char *src, unsigned char *src_u,
+                                                       unsigned char *src_v, unsigned char *dst,
+                                                       int width, int height, int src_pitch,
+                                                       int dst_pitch, tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z20loadimage_yuy2_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL loadimage_yuy2_mono_ajust(unsigned char *src,
+                                                            unsigned char *src_u,
+                                                            unsigned char *src_v,
+                                                            unsigned char *dst, int width,
+                                                            int height, int src_pitch,
+                                                            int dst_pitch,
+                                                            tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z25loadimage_yuy2_mono_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL loadimage_half_yuy2_ajust(unsigned char *src,
+                                                            unsigned char *src_u,
+                                                            unsigned char *src_v,
+                                                            unsigned char *dst, int width,
+                                                            int height, int src_pitch,
+                                                            int dst_pitch,
+                                                            tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z25loadimage_half_yuy2_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL loadimage_half_yv12_ajust(unsigned char *src,
+                                                            unsigned char *src_u,
+                                                            unsigned char *src_v,
+                                                            unsigned char *dst, int width,
+                                                            int height, int src_pitch,
+                                                            int dst_pitch,
+                                                            tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z25loadimage_half_yv12_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL LoadYUY2_YUY2(unsigned char *src, unsigned char *src_u,
+                                                unsigned char *src_v, unsigned char *dst, int width,
+                                                int height, int src_pitch, int dst_pitch,
+                                                tag_ajust_contrast_info *info)
     LUMALANE_C_NAME("_Z13LoadYUY2_YUY2PhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL LoadYUY2_YUY2_adjust(unsigned char *src, unsigned char *src_u,
-                                                         unsigned char *src_v, unsigned char *dst,
-                                                         int width, int height, int src_pitch,
-                                                         int dst_pitch,
-                                                         tag_ajust_contrast_info *info)
+LUMALANE_C_API void LUMALANE_CALL LoadYUY2_YUY2_adjust(unsigned char *src, unsigned char *src_u,
+                                                       unsigned char *src_v, unsigned char *dst,
+                                                       int width, int height, int src_pitch,
+                                                       int dst_pitch, tag_ajust_contrast_info *info)
     LUMALANE_C_NAME("_Z20LoadYUY2_YUY2_adjustPhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL LoadYUY2_RGB16(unsigned char *src, unsigned char *src_u,
-                                                   unsigned char *src_v, unsigned char *dst,
-                                                   int width, int height, int src_pitch,
-                                                   int dst_pitch, tag_ajust_contrast_info *info)
+LUMALANE_C_API void LUMALANE_CALL LoadYUY2_RGB16(unsigned char *src, unsigned char *src_u,
+                                                 unsigned char *src_v, unsigned char *dst,
+                                                 int width, int height, int src_pitch,
+                                                 int dst_pitch, tag_ajust_contrast_info *info)
     LUMALANE_C_NAME("_Z14LoadYUY2_RGB16PhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL LoadYUY2_RGB16_adjust(unsigned char *src, unsigned char *src_u,
-                                                          unsigned char *src_v, unsigned char *dst,
-                                                          int width, int height, int src_pitch,
-                                                          int dst_pitch,
-                                                          tag_ajust_contrast_info *info)
+LUMALANE_C_API void LUMALANE_CALL LoadYUY2_RGB16_adjust(unsigned char *src, unsigned char *src_u,
+                                                        unsigned char *src_v, unsigned char *dst,
+                                                        int width, int height, int src_pitch,
+                                                        int dst_pitch,
+                                                        tag_ajust_contrast_info *info)
     LUMALANE_C_NAME("_Z21LoadYUY2_RGB16_adjustPhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL LoadYUY2_RGB24(unsigned char *src, unsigned char *src_u,
-                                                   unsigned char *src_v, unsigned char *dst,
-                                                   int width, int height, int src_pitch,
-                                                   int dst_pitch, tag_ajust_contrast_info *info)
+LUMALANE_C_API void LUMALANE_CALL LoadYUY2_RGB24(unsigned char *src, unsigned char *src_u,
+                                                 unsigned char *src_v, unsigned char *dst,
+                                                 int width, int height, int src_pitch,
+                                                 int dst_pitch, tag_ajust_contrast_info *info)
     LUMALANE_C_NAME("_Z14LoadYUY2_RGB24PhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL LoadYUY2_RGB24_adjust(unsigned char *src, unsigned char *src_u,
-                                                          unsigned char *src_v, unsigned char *dst,
-                                                          int width, int height, int src_pitch,
-                                                          int dst_pitch,
-                                                          tag_ajust_contrast_info *info)
+LUMALANE_C_API void LUMALANE_CALL LoadYUY2_RGB24_adjust(unsigned char *src, unsigned char *src_u,
+                                                        unsigned char *src_v, unsigned char *dst,
+                                                        int width, int height, int src_pitch,
+                                                        int dst_pitch,
+                                                        tag_ajust_contrast_info *info)
     LUMALANE_C_NAME("_Z21LoadYUY2_RGB24_adjustPhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL LoadYUY2_RGB32(unsigned char *src, unsigned char *src_u,
-                                                   unsigned char *src_v, unsigned char *dst,
-                                                   int width, int height, int src_pitch,
-                                                   int dst_pitch, tag_ajust_contrast_info *info)
+LUMALANE_C_API void LUMALANE_CALL LoadYUY2_RGB32(unsigned char *src, unsigned char *src_u,
+                                                 unsigned char *src_v, unsigned char *dst,
+                                                 int width, int height, int src_pitch,
+                                                 int dst_pitch, tag_ajust_contrast_info *info)
     LUMALANE_C_NAME("_Z14LoadYUY2_RGB32PhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL LoadYUY2_RGB32_adjust(unsigned char *src, unsigned char *src_u,
+LUMALANE_C_API void LUMALANE_CALL LoadYUY2_RGB32_adjust(unsigned char *src, unsigned char *src_u,
+                                                        unsigned char *src_v, unsigned char *dst,
+                                                        int width, int height, int src_pitch,
+                                                        int dst_pitch,
+                                                        tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z21LoadYUY2_RGB32_adjustPhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL Convert_RGB32_To_AYUY2(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z22Convert_RGB32_To_AYUY2P11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL Convert_RGB24_To_AYUY2(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z22Convert_RGB24_To_AYUY2P11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL Convert_RGB16_565_To_AYUY2(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z26Convert_RGB16_565_To_AYUY2P11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL Restore_RGB32_To_Alpha(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z22Restore_RGB32_To_AlphaP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL Restore_RGB24_To_Alpha(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z22Restore_RGB24_To_AlphaP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL Restore_RGB16_565_To_Alpha(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z26Restore_RGB16_565_To_AlphaP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL load_subpicture_alpha_rgb32(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z27load_subpicture_alpha_rgb32P11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL load_subpicture_alpha_rgb24(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z27load_subpicture_alpha_rgb24P11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL load_subpicture_alpha_rgb16_565(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z31load_subpicture_alpha_rgb16_565P11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL load_subpicture_yuy2_rgb32(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z26load_subpicture_yuy2_rgb32P11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL load_subpicture_yuy2_rgb32_ajust(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z32load_subpicture_yuy2_rgb32_ajustP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL load_subpicture_yuy2_rgb24(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z26load_subpicture_yuy2_rgb24P11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL load_subpicture_yuy2_rgb24_ajust(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z32load_subpicture_yuy2_rgb24_ajustP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL load_subpicture_yuy2_rgb16(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z26load_subpicture_yuy2_rgb16P11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL load_subpicture_yuy2_rgb16_ajust(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z32load_subpicture_yuy2_rgb16_ajustP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL LoadColorKeyRgb32(unsigned int key, void *surface, int width,
+                                                    int height, int reserved, int pitch)
+    LUMALANE_C_NAME("_Z17LoadColorKeyRgb32jPviiii");
+LUMALANE_C_API void LUMALANE_CALL LoadColorKeyRgb24(unsigned int key, void *surface, int width,
+                                                    int height, int reserved, int pitch)
+    LUMALANE_C_NAME("_Z17LoadColorKeyRgb24jPviiii");
+LUMALANE_C_API void LUMALANE_CALL LoadColorKeyRgb16(unsigned int key, void *surface, int width,
+                                                    int height, int reserved, int pitch)
+    LUMALANE_C_NAME("_Z17LoadColorKeyRgb16jPviiii");
+LUMALANE_C_API void LUMALANE_CALL RelaceMaskWithColorKey(unsigned char *dst, unsigned char *mask,
+                                                         unsigned int mask_value,
+                                                         unsigned int key_value, int width,
+                                                         int pitch, int height)
+    LUMALANE_C_NAME("_Z22RelaceMaskWithColorKeyPhS_jjiii");
+LUMALANE_C_API void LUMALANE_CALL mix_ayuy2_yuy2_p_ajust(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z22mix_ayuy2_yuy2_p_ajustP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL mix_ayuy2_half_yuy2_p_ajust(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z27mix_ayuy2_half_yuy2_p_ajustP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL mix_ayuy2_yuy2_i_ajust(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z22mix_ayuy2_yuy2_i_ajustP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL mix_ayv12_yv12_p(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z16mix_ayv12_yv12_pP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL mix_ayv12_yv12_i(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z16mix_ayv12_yv12_iP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL mix_ayv12_yv12_p_ajust(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z22mix_ayv12_yv12_p_ajustP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL mix_ayuy2_rgb32_p_ajust(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z23mix_ayuy2_rgb32_p_ajustP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL mix_ayuy2_rgb24_p_ajust(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z23mix_ayuy2_rgb24_p_ajustP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL mix_ayuy2_rgb16_p_ajust(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z23mix_ayuy2_rgb16_p_ajustP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL mix_ayuy2_rgb32_i_ajust(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z23mix_ayuy2_rgb32_i_ajustP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL mix_ayuy2_rgb24_i_ajust(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z23mix_ayuy2_rgb24_i_ajustP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL mix_ayuy2_rgb16_i_ajust(tagMIX_INFO *mix)
+    LUMALANE_C_NAME("_Z23mix_ayuy2_rgb16_i_ajustP11tagMIX_INFO");
+LUMALANE_C_API void LUMALANE_CALL strech_picture_1X2_yuy2(unsigned char *src, unsigned char *src_u,
                                                           unsigned char *src_v, unsigned char *dst,
                                                           int width, int height, int src_pitch,
                                                           int dst_pitch,
                                                           tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z21LoadYUY2_RGB32_adjustPhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL Convert_RGB32_To_AYUY2(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z22Convert_RGB32_To_AYUY2P11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL Convert_RGB24_To_AYUY2(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z22Convert_RGB24_To_AYUY2P11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL Convert_RGB16_565_To_AYUY2(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z26Convert_RGB16_565_To_AYUY2P11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL Restore_RGB32_To_Alpha(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z22Restore_RGB32_To_AlphaP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL Restore_RGB24_To_Alpha(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z22Restore_RGB24_To_AlphaP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL Restore_RGB16_565_To_Alpha(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z26Restore_RGB16_565_To_AlphaP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL load_subpicture_alpha_rgb32(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z27load_subpicture_alpha_rgb32P11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL load_subpicture_alpha_rgb24(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z27load_subpicture_alpha_rgb24P11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL load_subpicture_alpha_rgb16_565(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z31load_subpicture_alpha_rgb16_565P11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL load_subpicture_yuy2_rgb32(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z26load_subpicture_yuy2_rgb32P11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL load_subpicture_yuy2_rgb32_ajust(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z32load_subpicture_yuy2_rgb32_ajustP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL load_subpicture_yuy2_rgb24(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z26load_subpicture_yuy2_rgb24P11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL load_subpicture_yuy2_rgb24_ajust(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z32load_subpicture_yuy2_rgb24_ajustP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL load_subpicture_yuy2_rgb16(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z26load_subpicture_yuy2_rgb16P11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL load_subpicture_yuy2_rgb16_ajust(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z32load_subpicture_yuy2_rgb16_ajustP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL LoadColorKeyRgb32(unsigned int key, void *surface, int width,
-                                                      int height, int reserved, int pitch)
-    LUMALANE_C_NAME("_Z17LoadColorKeyRgb32jPviiii");
-LUMALANE_C_API void LUMALANE_C_CALL LoadColorKeyRgb24(unsigned int key, void *surface, int width,
-                                                      int height, int reserved, int pitch)
-    LUMALANE_C_NAME("_Z17LoadColorKeyRgb24jPviiii");
-LUMALANE_C_API void LUMALANE_C_CALL LoadColorKeyRgb16(unsigned int key, void *surface, int width,
-                                                      int height, int reserved, int pitch)
-    LUMALANE_C_NAME("_Z17LoadColorKeyRgb16jPviiii");
-LUMALANE_C_API void LUMALANE_C_CALL RelaceMaskWithColorKey(unsigned char *dst, unsigned char *mask,
-                                                           unsigned int mask_value,
-                                                           unsigned int key_value, int width,
-                                                           int pitch, int height)
-    LUMALANE_C_NAME("_Z22RelaceMaskWithColorKeyPhS_jjiii");
-LUMALANE_C_API void LUMALANE_C_CALL mix_ayuy2_yuy2_p_ajust(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z22mix_ayuy2_yuy2_p_ajustP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL mix_ayuy2_half_yuy2_p_ajust(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z27mix_ayuy2_half_yuy2_p_ajustP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL mix_ayuy2_yuy2_i_ajust(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z22mix_ayuy2_yuy2_i_ajustP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL mix_ayv12_yv12_p(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z16mix_ayv12_yv12_pP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL mix_ayv12_yv12_i(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z16mix_ayv12_yv12_iP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL mix_ayv12_yv12_p_ajust(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z22mix_ayv12_yv12_p_ajustP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL mix_ayuy2_rgb32_p_ajust(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z23mix_ayuy2_rgb32_p_ajustP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL mix_ayuy2_rgb24_p_ajust(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z23mix_ayuy2_rgb24_p_ajustP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL mix_ayuy2_rgb16_p_ajust(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z23mix_ayuy2_rgb16_p_ajustP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL mix_ayuy2_rgb32_i_ajust(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z23mix_ayuy2_rgb32_i_ajustP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL mix_ayuy2_rgb24_i_ajust(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z23mix_ayuy2_rgb24_i_ajustP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL mix_ayuy2_rgb16_i_ajust(tagMIX_INFO *mix)
-    LUMALANE_C_NAME("_Z23mix_ayuy2_rgb16_i_ajustP11tagMIX_INFO");
-LUMALANE_C_API void LUMALANE_C_CALL strech_picture_1X2_yuy2(unsigned char *src,
-                                                            unsigned char *src_u,
-                                                            unsigned char *src_v,
-                                                            unsigned char *dst, int width,
-                                                            int height, int src_pitch,
-                                                            int dst_pitch,
-                                                            tag_ajust_contrast_info *info)
     LUMALANE_C_NAME("_Z23strech_picture_1X2_yuy2PhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL strech_picture_1X2_yuy2_ajust(unsigned char *src,
-                                                                  unsigned char *src_u,
-                                                                  unsigned char *src_v,
-                                                                  unsigned char *dst, int width,
-                                                                  int height, int src_pitch,
-                                                                  int dst_pitch,
-                                                                  tag_ajust_contrast_info *info)
+LUMALANE_C_API void LUMALANE_CALL strech_picture_1X2_yuy2_ajust(unsigned char *src,
+                                                                unsigned char *src_u,
+                                                                unsigned char *src_v,
+                                                                unsigned char *dst, int width,
+                                                                int height, int src_pitch,
+                                                                int dst_pitch,
+                                                                tag_ajust_contrast_info *info)
     LUMALANE_C_NAME("_Z29strech_picture_1X2_yuy2_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL strech_picture_2X2_yuy2(unsigned char *src,
-                                                            unsigned char *src_u,
-                                                            unsigned char *src_v,
-                                                            unsigned char *dst, int width,
-                                                            int height, int src_pitch,
-                                                            int dst_pitch,
-                                                            tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z23strech_picture_2X2_yuy2PhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL strech_picture_2X2_yuy2_ajust(unsigned char *src,
-                                                                  unsigned char *src_u,
-                                                                  unsigned char *src_v,
-                                                                  unsigned char *dst, int width,
-                                                                  int height, int src_pitch,
-                                                                  int dst_pitch,
-                                                                  tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z29strech_picture_2X2_yuy2_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL yuy2_strech_picture_2X2_yuy2(void *src, void *unread_u,
-                                                                 void *unread_v, void *dst,
-                                                                 int row_bytes, int height,
-                                                                 int dst_pitch)
-    LUMALANE_C_NAME("_Z28yuy2_strech_picture_2X2_yuy2PvS_S_S_iii");
-LUMALANE_C_API void LUMALANE_C_CALL yuy2_strech_picture_2X2_yuy2_ajust(void *src, void *unread_u,
-                                                                       void *unread_v, void *dst,
-                                                                       int row_bytes, int height,
-                                                                       int dst_pitch,
-                                                                       tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z34yuy2_strech_picture_2X2_yuy2_ajustPvS_S_S_iiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL strech_picture_1X2_yuy2_ajust_rgb32(unsigned char *src,
-                                                                        unsigned char *src_u,
-                                                                        unsigned char *src_v,
-                                                                        unsigned char *dst,
-                                                                        int width, int height,
-                                                                        int src_pitch,
-                                                                        int dst_pitch,
-                                                                        tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z35strech_picture_1X2_yuy2_ajust_rgb32PhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL strech_picture_1X2_yuy2_ajust_rgb24(unsigned char *src,
-                                                                        unsigned char *src_u,
-                                                                        unsigned char *src_v,
-                                                                        unsigned char *dst,
-                                                                        int width, int height,
-                                                                        int src_pitch,
-                                                                        int dst_pitch,
-                                                                        tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z35strech_picture_1X2_yuy2_ajust_rgb24PhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL strech_picture_1X2_yuy2_ajust_rgb16(unsigned char *src,
-                                                                        unsigned char *src_u,
-                                                                        unsigned char *src_v,
-                                                                        unsigned char *dst,
-                                                                        int width, int height,
-                                                                        int src_pitch,
-                                                                        int dst_pitch,
-                                                                        tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z35strech_picture_1X2_yuy2_ajust_rgb16PhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL strech_picture_2X2_yv12_ajust(unsigned char *src,
-                                                                  unsigned char *src_u,
-                                                                  unsigned char *src_v,
-                                                                  unsigned char *dst, int width,
-                                                                  int height, int src_pitch,
-                                                                  int dst_pitch,
-                                                                  tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z29strech_picture_2X2_yv12_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL strech_picture_1X2_yv12_ajust(unsigned char *src,
-                                                                  unsigned char *src_u,
-                                                                  unsigned char *src_v,
-                                                                  unsigned char *dst, int width,
-                                                                  int height, int src_pitch,
-                                                                  int dst_pitch,
-                                                                  tag_ajust_contrast_info *info)
-    LUMALANE_C_NAME("_Z29strech_picture_1X2_yv12_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
-LUMALANE_C_API void LUMALANE_C_CALL strech_pic_2X2(unsigned char *src, unsigned char *dst,
-                                                   int width, int height, int src_pitch,
-                                                   int dst_pitch)
-    LUMALANE_C_NAME("_Z14strech_pic_2X2PhS_iiii");
-LUMALANE_C_API void LUMALANE_C_CALL strech_pic_2X2_adjust(unsigned char *src, unsigned char *dst,
+LUMALANE_C_API void LUMALANE_CALL strech_picture_2X2_yuy2(unsigned char *src, unsigned char *src_u,
+                                                          unsigned char *src_v, unsigned char *dst,
                                                           int width, int height, int src_pitch,
-                                                          int dst_pitch,
-                                                          tag_ajust_contrast_info *info,
-                                                          int plane_number)
-    LUMALANE_C_NAME("_Z21strech_pic_2X2_adjustPhS_iiiiP23tag_ajust_contrast_infoi");
-LUMALANE_C_API void LUMALANE_C_CALL strech_pic_1X2_adjust(unsigned char *src, unsigned char *dst,
-                                                          int width, int height, int src_pitch,
-                                                          int dst_pitch,
-                                                          tag_ajust_contrast_info *info,
-                                                          int plane_number)
-    LUMALANE_C_NAME("_Z21strech_pic_1X2_adjustPhS_iiiiP23tag_ajust_contrast_infoi");
-LUMALANE_C_API void LUMALANE_C_CALL strech_opt_yuy2_ajust(tagVideoFrame *frame, int start,
-                                                          int height, unsigned char *dst,
                                                           int dst_pitch,
                                                           tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z23strech_picture_2X2_yuy2PhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL strech_picture_2X2_yuy2_ajust(unsigned char *src,
+                                                                unsigned char *src_u,
+                                                                unsigned char *src_v,
+                                                                unsigned char *dst, int width,
+                                                                int height, int src_pitch,
+                                                                int dst_pitch,
+                                                                tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z29strech_picture_2X2_yuy2_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL yuy2_strech_picture_2X2_yuy2(void *src, void *unread_u,
+                                                               void *unread_v, void *dst,
+                                                               int row_bytes, int height,
+                                                               int dst_pitch)
+    LUMALANE_C_NAME("_Z28yuy2_strech_picture_2X2_yuy2PvS_S_S_iii");
+LUMALANE_C_API void LUMALANE_CALL yuy2_strech_picture_2X2_yuy2_ajust(void *src, void *unread_u,
+                                                                     void *unread_v, void *dst,
+                                                                     int row_bytes, int height,
+                                                                     int dst_pitch,
+                                                                     tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z34yuy2_strech_picture_2X2_yuy2_ajustPvS_S_S_iiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL strech_picture_1X2_yuy2_ajust_rgb32(unsigned char *src,
+                                                                      unsigned char *src_u,
+                                                                      unsigned char *src_v,
+                                                                      unsigned char *dst, int width,
+                                                                      int height, int src_pitch,
+                                                                      int dst_pitch,
+                                                                      tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z35strech_picture_1X2_yuy2_ajust_rgb32PhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL strech_picture_1X2_yuy2_ajust_rgb24(unsigned char *src,
+                                                                      unsigned char *src_u,
+                                                                      unsigned char *src_v,
+                                                                      unsigned char *dst, int width,
+                                                                      int height, int src_pitch,
+                                                                      int dst_pitch,
+                                                                      tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z35strech_picture_1X2_yuy2_ajust_rgb24PhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL strech_picture_1X2_yuy2_ajust_rgb16(unsigned char *src,
+                                                                      unsigned char *src_u,
+                                                                      unsigned char *src_v,
+                                                                      unsigned char *dst, int width,
+                                                                      int height, int src_pitch,
+                                                                      int dst_pitch,
+                                                                      tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z35strech_picture_1X2_yuy2_ajust_rgb16PhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL strech_picture_2X2_yv12_ajust(unsigned char *src,
+                                                                unsigned char *src_u,
+                                                                unsigned char *src_v,
+                                                                unsigned char *dst, int width,
+                                                                int height, int src_pitch,
+                                                                int dst_pitch,
+                                                                tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z29strech_picture_2X2_yv12_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL strech_picture_1X2_yv12_ajust(unsigned char *src,
+                                                                unsigned char *src_u,
+                                                                unsigned char *src_v,
+                                                                unsigned char *dst, int width,
+                                                                int height, int src_pitch,
+                                                                int dst_pitch,
+                                                                tag_ajust_contrast_info *info)
+    LUMALANE_C_NAME("_Z29strech_picture_1X2_yv12_ajustPhS_S_S_iiiiP23tag_ajust_contrast_info");
+LUMALANE_C_API void LUMALANE_CALL strech_pic_2X2(unsigned char *src, unsigned char *dst, int width,
+                                                 int height, int src_pitch, int dst_pitch)
+    LUMALANE_C_NAME("_Z14strech_pic_2X2PhS_iiii");
+LUMALANE_C_API void LUMALANE_CALL strech_pic_2X2_adjust(unsigned char *src, unsigned char *dst,
+                                                        int width, int height, int src_pitch,
+                                                        int dst_pitch,
+                                                        tag_ajust_contrast_info *info,
+                                                        int plane_number)
+    LUMALANE_C_NAME("_Z21strech_pic_2X2_adjustPhS_iiiiP23tag_ajust_contrast_infoi");
+LUMALANE_C_API void LUMALANE_CALL strech_pic_1X2_adjust(unsigned char *src, unsigned char *dst,
+                                                        int width, int height, int src_pitch,
+                                                        int dst_pitch,
+                                                        tag_ajust_contrast_info *info,
+                                                        int plane_number)
+    LUMALANE_C_NAME("_Z21strech_pic_1X2_adjustPhS_iiiiP23tag_ajust_contrast_infoi");
+LUMALANE_C_API void LUMALANE_CALL strech_opt_yuy2_ajust(tagVideoFrame *frame, int start, int height,
+                                                        unsigned char *dst, int dst_pitch,
+                                                        tag_ajust_contrast_info *info)
     LUMALANE_C_NAME("_Z21strech_opt_yuy2_ajustP13tagVideoFrameiiPhiP23tag_ajust_contrast_info");
 // clang-format on
 
