@@ -40,12 +40,6 @@ void round(std::vector<contestant> &contestants) {
     }
 }
 
-double median(std::vector<double> values) {
-    const auto middle = values.begin() + values.size() / 2;
-    std::nth_element(values.begin(), middle, values.end());
-    return values.size() % 2 ? *middle : (*middle + *std::max_element(values.begin(), middle)) / 2;
-}
-
 double geometric_mean(const std::vector<double> &values) {
     double logarithms = 0;
     for (double value : values)

@@ -2,6 +2,8 @@
 // nobody always comes after the same other one.
 #pragma once
 
+#include "bench/median.h"
+
 #include <functional>
 #include <string>
 #include <vector>
@@ -32,7 +34,6 @@ void calibrate(contestant &contestant, double seconds);
 // One round: everybody once. Each round begins one further on.
 void round(std::vector<contestant> &contestants);
 
-double median(std::vector<double> values);
 double geometric_mean(const std::vector<double> &values);
 
 // Median of the quotients of the rounds, a's time over b's.

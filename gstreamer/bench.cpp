@@ -2,11 +2,11 @@
 // and with an adjustment beside videobalance and videoconvert, as a Markdown table. Of each pair of
 // formats all four take their turns at every frame of one pipeline; medians. The time is that of the
 // processor for the thread, which all elements run on: other programs do not count.
+#include "bench/median.h"
 #include "lumalaneconvert.h"
 
 #include <gst/gst.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -59,13 +59,11 @@ void probe(GstElement *pipeline, const std::string &element, const char *pad_nam
 // The first frames negotiate, and meet memory for the first time.
 constexpr int warm_up = 10;
 
-double median(std::vector<double> times) {
+double median_when_warm(std::vector<double> times) {
     if (times.size() <= 2 * warm_up)
         throw std::runtime_error("too few frames");
     times.erase(times.begin(), times.begin() + warm_up);
-    const auto middle = times.begin() + times.size() / 2;
-    std::nth_element(times.begin(), middle, times.end());
-    return times.size() % 2 ? *middle : (*middle + *std::max_element(times.begin(), middle)) / 2;
+    return lumalane::bench::median(times);
 }
 
 std::string name_of(size_t chain, size_t element) {
@@ -106,8 +104,8 @@ std::vector<double> measure(const std::string &from, const std::string &to, cons
         throw std::runtime_error("the pipeline failed: " + text.str());
     std::vector<double> medians;
     for (const contestant &c : all)
-        medians.push_back(median(c.times));
-    medians.push_back(median(all[0].copies));
+        medians.push_back(median_when_warm(c.times));
+    medians.push_back(median_when_warm(all[0].copies));
     return medians;
 }
 
