@@ -64,7 +64,7 @@ void loadimage_yv12_ajust(const machine &machine, const call::picture &p) {
     sizes.rows_to_plane_end = p.info->rows_to_plane_end;
     call_rows rows = rows_at(p);
     detail::rows_of_adjusted_copy(sizes, rows);
-    const bool in_order = machine.in_order || rows.order_can_be_observed();
+    const bool in_order = keeps_order(machine, rows);
     const adjustment by = current_adjustment();
     // quirk: V gets the offset of U, and U that of V [adjusted_copy.the_chroma_offsets_are_crossed]
     const plane_adjustment *const by_plane[] = {&by.y, &by.u, &by.v};
@@ -115,7 +115,7 @@ void loadimage_half_yv12_ajust(const machine &machine, const call::picture &p) {
     const auto at = [&](long long place) { return p.dst + static_cast<ptrdiff_t>(place); };
     call_rows rows = rows_at(p);
     detail::rows_of_halved_copy(sizes_of(p), rows);
-    const bool in_order = machine.in_order || rows.order_can_be_observed();
+    const bool in_order = keeps_order(machine, rows);
     const adjustment by = current_adjustment();
     load_plane(machine, rows.written[0], rows.read[0], 2, machine.rows.emit_half_plane, by.y,
                in_order, bytes_of_planes(rows));

@@ -30,9 +30,7 @@ constexpr ptrdiff_t times(ptrdiff_t n, ptrdiff_t distance) {
 
 // How many steps, a power of 2, a loop takes that counts `count` down and tests after each: at least
 // one. Counts are unsigned: a negative one means more than there is memory.
-constexpr long long steps_of(int count, unsigned step) {
-    return detail::whole(count, step) / step;
-}
+constexpr long long steps_of(int count, unsigned step) { return detail::whole(count, step) / step; }
 
 // The pixels of a row in whole steps, at least one.
 constexpr ptrdiff_t whole_steps(int width, unsigned step) {

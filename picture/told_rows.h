@@ -44,8 +44,12 @@ inline call_rows rows_at(const tagMIX_INFO &mix) {
     return rows;
 }
 
-// Whether a call's stores keep their order: where that is forced, or can be observed from the rows that
-// `tell` tells. (Its frame is gone when kernels that need much of the stack run.)
+// Whether a call's stores keep their order: where that is forced, or can be observed from its rows.
+inline bool keeps_order(const machine &machine, const call_rows &told) {
+    return machine.in_order || told.order_can_be_observed();
+}
+
+// From those that `tell` tells. (Its frame is gone when kernels that need much of the stack run.)
 template <class Call, class Tell>
 [[gnu::noinline]] bool keeps_order(const machine &machine, const Call &p, const Tell &tell) {
     if (machine.in_order)

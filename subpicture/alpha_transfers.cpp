@@ -23,7 +23,7 @@ void restore_alpha(const machine &machine, const tagMIX_INFO &mix, int bytes_per
                    row_kernel::plane_to_surface *kernel) {
     call_rows rows = rows_at(mix);
     detail::rows_of_restored_alpha(sizes_of(mix), step, bytes_per_pixel, from, rows);
-    const bool in_order = machine.in_order || rows.order_can_be_observed();
+    const bool in_order = keeps_order(machine, rows);
     rows.read[0].first += from, rows.read[0].bytes -= from;
     transfer(machine, rows, whole_steps(mix.width, step), in_order, step, kernel,
              bound_by::loads_and_stores);
@@ -34,7 +34,7 @@ void load_alpha(const machine &machine, const tagMIX_INFO &mix, int bytes_per_pi
     constexpr int step = 16;
     call_rows rows = rows_at(mix);
     detail::rows_of_loaded_alpha(sizes_of(mix), step, bytes_per_pixel, rows);
-    const bool in_order = machine.in_order || rows.order_can_be_observed();
+    const bool in_order = keeps_order(machine, rows);
     // Less is read than stored, of RGB16, too.
     transfer(machine, rows, whole_steps(mix.width, step), in_order, step, kernel, bound_by::stores);
 }

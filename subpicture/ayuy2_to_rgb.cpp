@@ -41,7 +41,7 @@ void load(const machine &machine, const tagMIX_INFO &mix, const keyed_surface &s
           const adjustment *by = nullptr) {
     call_rows p = rows_at(mix);
     detail::rows_of_subpicture(sizes_of(mix), surface.bytes_per_pixel, p);
-    const bool in_order = machine.in_order || p.order_can_be_observed();
+    const bool in_order = keeps_order(machine, p);
     const byte_rows &dst = p.written[0];
     const surface_stores stores(machine, dst.first, dst.pitch, most_bytes(p), in_order,
                                 surface.bytes_per_pixel == 2 ? bound_by::loads_and_stores

@@ -15,7 +15,7 @@ void convert(const machine &machine, tagMIX_INFO &mix, int bytes_per_pixel, int 
     const ptrdiff_t pixels = mix.width < 0 ? 0 : mix.width / step * step;
     call_rows p = rows_at(mix);
     detail::rows_of_conversion(sizes_of(mix), bytes_per_pixel, bytes_beyond, p);
-    const bool in_order = machine.in_order || p.order_can_be_observed();
+    const bool in_order = keeps_order(machine, p);
     p.read[0].bytes -= bytes_beyond; // which decide nothing
     const byte_rows &y = p.written[0], &v = p.written[1], &u = p.written[2];
     const long long count = y.count;

@@ -200,6 +200,18 @@ constexpr void rows_of_groups(number bytes, number count, number row, number gro
     for (number i = 0; i < count; ++i)
         tell(row_set{i * row, bytes, groups, next});
 }
+template <class Receiver>
+constexpr void reads_groups(Receiver &to, pointer p, number bytes, number count, number row,
+                            number groups, number next) {
+    rows_of_groups(bytes, count, row, groups, next,
+                   [&](const row_set &rows) { to.reads(p, rows); });
+}
+template <class Receiver>
+constexpr void writes_groups(Receiver &to, pointer p, number bytes, number count, number row,
+                             number groups, number next) {
+    rows_of_groups(bytes, count, row, groups, next,
+                   [&](const row_set &rows) { to.writes(p, rows); });
+}
 
 // A count that loops compare as an unsigned number.
 constexpr number as_unsigned(int x) { return static_cast<uint32_t>(x); }
@@ -331,13 +343,11 @@ constexpr void rows_of_planar_pairs(const picture_call &p, number B, number gap,
     const number P = row_pairs_of(as_unsigned(p.height));
     const number luma_next = 2 * S + d, chroma_next = W / 2 + half(S - p.width),
                  dst_next = 2 * D + B * d;
-    rows_of_groups(W, 2, S, P, luma_next,
-                   [&](const row_set &rows) { to.reads(pointer::src, rows); });
+    reads_groups(to, pointer::src, W, 2, S, P, luma_next);
     to.reads(pointer::src_v, {0, W / 2, P, chroma_next});
     to.reads(pointer::src_u, {0, W / 2, P, chroma_next});
     if (gap == 0)
-        return rows_of_groups(B * W, 2, D, P, dst_next,
-                              [&](const row_set &rows) { to.writes(pointer::dst, rows); });
+        return writes_groups(to, pointer::dst, B * W, 2, D, P, dst_next);
     to.writes(pointer::dst, {0, B * W, P, dst_next});
     to.writes(pointer::dst, {D + gap, B * W - gap, P, dst_next});
 }
@@ -363,10 +373,8 @@ template <class Receiver>
 constexpr void rows_of_packed_pairs(const picture_call &p, number step, number B, Receiver &to) {
     const number S = 2 * number{p.src_pitch}, D = p.dst_pitch, W = whole(p.width, step);
     const number P = row_pairs_of(as_unsigned(p.height)), d = p.width == 0 ? step : 0;
-    rows_of_groups(2 * W, 2, S, P, 2 * S + 2 * d,
-                   [&](const row_set &rows) { to.reads(pointer::src, rows); });
-    rows_of_groups(B * W, 2, D, P, 2 * D + B * d,
-                   [&](const row_set &rows) { to.writes(pointer::dst, rows); });
+    reads_groups(to, pointer::src, 2 * W, 2, S, P, 2 * S + 2 * d);
+    writes_groups(to, pointer::dst, B * W, 2, D, P, 2 * D + B * d);
 }
 
 // ---- Subpictures ---------------------------------------------------------------------------------
@@ -473,18 +481,14 @@ constexpr void rows_of_mix_pairs(const mix_call &c, number B, const pair_distanc
     const number P = row_pairs_of(c.height);
     const number luma_next = 2 * number{c.video_pitch} + d, sub_next = 2 * S + d,
                  chroma_next = to_lower.chroma + drift, dst_next = 2 * D + B * d;
-    rows_of_groups(W, 2, to_lower.luma, P, luma_next,
-                   [&](const row_set &rows) { to.reads(pointer::video_y, rows); });
+    reads_groups(to, pointer::video_y, W, 2, to_lower.luma, P, luma_next);
     to.reads(pointer::video_v, {0, W / 2, P, chroma_next});
     to.reads(pointer::video_u, {0, W / 2, P, chroma_next});
     for (const pointer plane : alpha_and_luma)
-        rows_of_groups(W, 2, to_lower.sub, P, sub_next,
-                       [&](const row_set &rows) { to.reads(plane, rows); });
+        reads_groups(to, plane, W, 2, to_lower.sub, P, sub_next);
     for (const pointer plane : sub_chroma)
-        rows_of_groups(W / 2, 2, half(S), P, S + drift,
-                       [&](const row_set &rows) { to.reads(plane, rows); });
-    rows_of_groups(B * W, 2, D, P, dst_next,
-                   [&](const row_set &rows) { to.writes(pointer::dst, rows); });
+        reads_groups(to, plane, W / 2, 2, half(S), P, S + drift);
+    writes_groups(to, pointer::dst, B * W, 2, D, P, dst_next);
 }
 
 // Groups of four rows, two of each row of a field, onto YUY2.
@@ -502,12 +506,10 @@ constexpr void rows_of_mix_groups(const mix_call &c, Receiver &to) {
         to.reads(plane, {half(V), W / 2, Q - 1, chroma_next});
     }
     for (const pointer plane : alpha_and_luma)
-        rows_of_groups(W, 4, S, Q, 4 * S + d, [&](const row_set &rows) { to.reads(plane, rows); });
+        reads_groups(to, plane, W, 4, S, Q, 4 * S + d);
     for (const pointer plane : sub_chroma)
-        rows_of_groups(W / 2, 4, half(S), Q, 2 * S + drift,
-                       [&](const row_set &rows) { to.reads(plane, rows); });
-    rows_of_groups(2 * W, 4, D, Q, 4 * D + 2 * d,
-                   [&](const row_set &rows) { to.writes(pointer::dst, rows); });
+        reads_groups(to, plane, W / 2, 4, half(S), Q, 2 * S + drift);
+    writes_groups(to, pointer::dst, 2 * W, 4, D, Q, 4 * D + 2 * d);
 }
 
 // The same in columns of 16 pixels, each from top to bottom, onto RGB of B bytes per pixel. A column
