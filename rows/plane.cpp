@@ -31,7 +31,8 @@ LUMALANE_INLINE void each_row(const plane_rows &rows, const Row &row) {
 }
 
 // Stores `make.operator()<n>(src)`, n samples from `times` * n, for every group of the rows.
-template <int times, class Make>
+// `adjusts`: where it does, fetching lines ahead costs what it brings with vectors of 32 bytes.
+template <int times, bool adjusts, class Make>
 LUMALANE_INLINE void store_rows(const plane_rows &rows, ptrdiff_t n, const Make &make) {
     const auto step = [=](auto stores, const unsigned char *src,
                           unsigned char *dst) LUMALANE_INLINE_LAMBDA {
@@ -53,7 +54,12 @@ LUMALANE_INLINE void store_rows(const plane_rows &rows, ptrdiff_t n, const Make 
     if (!streams || rows.stores == store_policy::cached) {
         each_row(rows, [=](const unsigned char *src, unsigned char *dst) LUMALANE_INLINE_LAMBDA {
             const auto store = step(cached{}, src, dst);
-            along_row<8>(n, store, four_groups(store, 0, n));
+            const auto fetch_and_store = [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+                if constexpr (widest > 32 || !adjusts)
+                    fetch_ahead<group.size, 1>(dst + x);
+                store(group, x);
+            };
+            along_row<8>(n, store, four_groups(fetch_and_store, 0, n));
         });
         return;
     }
@@ -85,19 +91,21 @@ LUMALANE_INLINE void store_rows(const plane_rows &rows, ptrdiff_t n, const Make 
 
 void emit_plane(const plane_rows &rows, ptrdiff_t n) {
     with_adjustment(rows.by, [&](const auto map) LUMALANE_INLINE_LAMBDA {
-        store_rows<1>(rows, n, [=]<int size>(const unsigned char *src) LUMALANE_INLINE_LAMBDA {
-            return map(load<size>(src));
-        });
+        store_rows<1, decltype(map)::adjusts>(
+            rows, n, [=]<int size>(const unsigned char *src) LUMALANE_INLINE_LAMBDA {
+                return map(load<size>(src));
+            });
     });
 }
 
 void emit_half_plane(const plane_rows &rows, ptrdiff_t n) {
     with_adjustment(rows.by, [&](const auto map) LUMALANE_INLINE_LAMBDA {
-        store_rows<2>(rows, n, [=]<int size>(const unsigned char *src) LUMALANE_INLINE_LAMBDA {
-            if constexpr (2 * size >= cache_line)
-                fetch_source<2 * size>(src);
-            return map(load_odd<size>(src));
-        });
+        store_rows<2, decltype(map)::adjusts>(
+            rows, n, [=]<int size>(const unsigned char *src) LUMALANE_INLINE_LAMBDA {
+                if constexpr (2 * size >= cache_line)
+                    fetch_source<2 * size>(src);
+                return map(load_odd<size>(src));
+            });
     });
 }
 
