@@ -533,10 +533,9 @@ void emit_yuy2_with_gaps(const planar_rows &rows, ptrdiff_t n) {
             store_after_8(dst_below, pixels(below, pairs));
         } else {
             // Stores of both rows in turn take 1.4 times as long here.
-            along_row<16, widest_with_gaps<widest>>(
-                n, [&](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-                    store_and_fetch(at.dst + 2 * x, pixels(at.y + x, chroma(group, x)));
-                });
+            along_row<16>(n, [&](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
+                store_and_fetch(at.dst + 2 * x, pixels(at.y + x, chroma(group, x)));
+            });
             along_row<16, widest_with_gaps<widest>>(
                 n, [&](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
                     fetch_ahead<group.size, 2>(dst_below + 2 * x);
