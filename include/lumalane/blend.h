@@ -216,7 +216,7 @@ inline status check_blend(const const_picture &video, const subpicture &over,
         s = check_size(over.width, over.height, "subpicture");
     const const_plane *const planes[] = {&over.alpha, &over.y, &over.u, &over.v};
     for (int i = 0; s && i < 4; ++i) {
-        const long long bytes = i < 2 ? over.width : (over.width + 1) / 2;
+        const long long bytes = bytes_of_row(layout::yuv422, i < 2 ? 0 : 1, over.width);
         s = check_plane(*planes[i], bytes, "subpicture");
         for (int k = 0; s && k < plane_count(destination.format); ++k)
             if (overlap(rows_of_plane(*planes[i], bytes, over.height),

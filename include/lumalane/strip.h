@@ -130,24 +130,29 @@ constexpr layout layout_of(format f) {
 
 constexpr int planes_of(layout l) { return l == layout::yuv420 || l == layout::yuv422 ? 3 : 1; }
 
-// Bytes of the first `width` pixels of a row, where `width` is even or ends at the picture's edge.
-constexpr std::ptrdiff_t bytes_of_row(layout l, int plane, int width) {
+// A format whose rows have as many bytes.
+constexpr format with_such_rows(layout l) {
     switch (l) {
     case layout::yuy2:
-        return (static_cast<std::ptrdiff_t>(width) + 1) / 2 * 4;
+        return format::yuy2;
     case layout::rgb32:
-        return static_cast<std::ptrdiff_t>(width) * 4;
+        return format::rgb32;
     case layout::rgb24:
-        return static_cast<std::ptrdiff_t>(width) * 3;
+        return format::rgb24;
     case layout::rgb16:
-        return static_cast<std::ptrdiff_t>(width) * 2;
+        return format::rgb565;
     default:
-        return plane > 0 ? width / 2 + width % 2 : width;
+        return format::i420;
     }
 }
 
+// Bytes of the first `width` pixels of a row, where `width` is even or ends at the picture's edge.
+constexpr std::ptrdiff_t bytes_of_row(layout l, int plane, int width) {
+    return static_cast<std::ptrdiff_t>(row_bytes(with_such_rows(l), plane, width));
+}
+
 constexpr int rows_of(layout l, int plane, int height) {
-    return l == layout::yuv420 && plane > 0 ? height / 2 + height % 2 : height;
+    return l == layout::yuv420 ? plane_height(format::i420, plane, height) : height;
 }
 
 // Planes of a picture: Y, U and V whatever their order was, or one.
