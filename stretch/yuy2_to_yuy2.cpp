@@ -94,12 +94,18 @@ private:
 
     const unsigned char *luma_of(long long row) {
         return luma.row(row, [&](unsigned char *y) {
+            const unsigned char *const from = at.src + static_cast<ptrdiff_t>(row) * at.src_pitch;
             const auto unpack = [&](unsigned char *uv) {
-                kernels.unpack_yuy2(
-                    {at.src + static_cast<ptrdiff_t>(row) * at.src_pitch, y, uv, by},
-                    at_end ? step : most);
-                if (uv && at_end)
-                    repeat_last_pair(uv + step);
+                kernels.unpack_yuy2({from, y, uv, by}, step);
+                if (at_end) {
+                    if (uv)
+                        repeat_last_pair(uv + step);
+                    return;
+                }
+                // Of the next column the first samples: the rest may be in no column.
+                const unsigned char *const next = from + 2 * step;
+                const unsigned char first[2 * step] = {next[0], next[1], 0, next[3]};
+                kernels.unpack_yuy2({first, y + step, uv ? uv + step : nullptr, by}, step);
             };
             if (row % 2 == 0)
                 chroma.row(row / 2, unpack);
@@ -113,7 +119,7 @@ private:
         return chroma.row(pair, [](unsigned char *) {});
     }
 
-    static constexpr ptrdiff_t most = step + pairs_of_samples::following;
+    static constexpr ptrdiff_t most = 2 * step; // a column and what is next to it
 
     const row_kernels &kernels;
     packed_columns at;

@@ -147,9 +147,11 @@ TEST_P(stretches, yuy2_averages_round_up) {
 }
 
 TEST_P(stretches, yuy2_2x2_averages_along_the_row_first_and_rounds_twice) {
-    y[1] = 1; // 0, 1 over 0, 0
-    stretch(strech_picture_2X2_yuy2, 32, 8);
-    EXPECT_EQ(row(1, 3)[2], 1);
+    y[1] = 3, y[pitch + 1] = 1; // 0, 3 over 0, 1: averaged down first it would be 1
+    for (const picture_function function : yuy2_2x2) {
+        stretch(function, 32, 16);
+        EXPECT_EQ(row(1, 3)[2], 2);
+    }
 }
 
 TEST_P(stretches, yuy2_2x2_looks_ahead_from_step_to_step_and_repeats_the_last_sample) {
@@ -348,9 +350,9 @@ TEST_P(packed_stretches, look_ahead_from_strip_to_strip_and_repeat_the_last_samp
 }
 
 TEST_P(packed_stretches, average_along_the_row_first_and_round_twice) {
-    y[2] = 1; // luma 0, 1 over 0, 0
+    y[2] = 3, y[row_bytes + 2] = 1; // luma 0, 3 over 0, 1: averaged down first it would be 1
     stretch_adjusted(8);
-    EXPECT_EQ(row(1, 3)[2], 1);
+    EXPECT_EQ(row(1, 3)[2], 2);
 }
 
 TEST_P(packed_stretches, adjust_before_the_interpolation) {
@@ -375,6 +377,25 @@ TEST_P(packed_stretches, start_later_strips_lower_after_an_odd_height) {
     EXPECT_EQ(row(0, 1)[0], 0);
     EXPECT_EQ(row(2, 1)[0], 10);
     EXPECT_EQ(row(2, 1, 64)[0], 10);
+}
+
+TEST_P(packed_stretches, read_of_a_strip_that_starts_lower_only_the_next_samples) {
+    // Beside the first strip there is nothing in its first row but 4 bytes: the second one starts a row
+    // lower. The next page faults.
+    constexpr int page = 4096, wide = page + 64, height = 9, rows = height + 1 + wide / 32;
+    differential::guarded_region region;
+    auto *const src = reinterpret_cast<unsigned char *>(region.begin()) + page - 36;
+    for (int i = 0; i < rows * wide; ++i)
+        src[i] = byte(i * 7 + i / 251);
+    const auto stretched = [](unsigned char *from) {
+        bytes to(std::size_t{64} * (4 * height + 4 * wide / 32));
+        yuy2_strech_picture_2X2_yuy2_ajust(from, nullptr, nullptr, to.data(), wide, height, 64,
+                                           nullptr);
+        return to;
+    };
+    bytes open(src, src + rows * wide);
+    region.guard(region.begin() + page, page);
+    EXPECT_EQ(stretched(src), stretched(open.data()));
 }
 
 TEST_P(packed_stretches, are_stored_strip_by_strip_where_rows_overlap) {
@@ -526,6 +547,12 @@ TEST_P(plane_stretches, adjusted_2x2_starts_twice_with_the_first_row_and_loses_t
     strech_pic_2X2_adjust(y.data(), dst.data(), 32, 4, 32, 64, nullptr, 1);
     EXPECT_EQ(written(8 * 64), samples_of_rows({10, 10, 15, 20, 25, 30, 30, 30}, 64));
     EXPECT_EQ(written_runs(), (runs{{0, 8 * 64}}));
+}
+
+TEST_P(plane_stretches, adjusted_2x2_averages_along_the_row_first_and_rounds_twice) {
+    y[1] = 3, y[33] = 1; // 0, 3 over 0, 1: averaged down first it would be 1
+    strech_pic_2X2_adjust(y.data(), dst.data(), 32, 4, 32, 64, nullptr, 1);
+    EXPECT_EQ(written(64, 2 * 64)[1], 2);
 }
 
 TEST_P(plane_stretches, adjusted_1x2_starts_twice_with_the_first_row_and_loses_the_last) {
@@ -685,9 +712,9 @@ TEST_P(plane_stretches, plain_2x2_looks_ahead_from_strip_to_strip_and_repeats_th
 }
 
 TEST_P(plane_stretches, plain_2x2_averages_along_the_row_first_and_rounds_twice) {
-    y[9] = 1; // 0, 1 over 0, 0
+    y[9] = 3, y[pitch + 9] = 1; // 0, 3 over 0, 1: averaged down first it would be 1
     strech_pic_2X2(y.data(), dst.data(), 24, 2, pitch, dst_pitch);
-    EXPECT_EQ(row(1, 1, 17), bytes{1});
+    EXPECT_EQ(row(1, 1, 17), bytes{2});
 }
 
 TEST_P(plane_stretches, plain_2x2_of_width_8_has_two_strips) {

@@ -26,6 +26,12 @@ guarded_region::guarded_region()
 
 guarded_region::~guarded_region() { VirtualFree(mapping, 0, MEM_RELEASE); }
 
+void guarded_region::guard(model::address first, std::size_t bytes) {
+    DWORD before;
+    if (!VirtualProtect(reinterpret_cast<void *>(first), bytes, PAGE_NOACCESS, &before))
+        throw std::bad_alloc();
+}
+
 #else
 
 guarded_region::guarded_region()
@@ -36,6 +42,11 @@ guarded_region::guarded_region()
 }
 
 guarded_region::~guarded_region() { munmap(mapping, mapping_size); }
+
+void guarded_region::guard(model::address first, std::size_t bytes) {
+    if (mprotect(reinterpret_cast<void *>(first), bytes, PROT_NONE) != 0)
+        throw std::bad_alloc();
+}
 
 #endif
 

@@ -20,6 +20,9 @@ public:
     model::address begin() const { return model::address_of(mapping) + guard_size; }
     model::address end() const { return begin() + size; }
 
+    // Makes so many bytes from there on fault as well: whole pages.
+    void guard(model::address first, std::size_t bytes);
+
 private:
     void *mapping;
 };
