@@ -30,6 +30,7 @@
 //     share memory with what the function reads, nor the surface of a function for subpictures,
 //     drawing surfaces or the colour key with other planes or the mask.
 //   - Widths and heights are counted as unsigned numbers: negative ones run into unmapped memory.
+//     (Of Convert_RGB32_To_AYUY2() and the like they convert nothing.)
 //     Functions with a least height compare it as a signed number; so are the heights of mixes onto
 //     YUY2 and RGB counted, and the widths of those with _i onto RGB, of strech_pic_2X2() and of
 //     strech_picture_1X2_yuy2_ajust_rgb32(): there a negative width counts as the least one. With
@@ -134,8 +135,8 @@
 //     clamp_to_byte(((low16(x * g) saturating+ 32) logical>> 6) saturating+ o)
 //
 // with saturating additions of signed words, so gain 64 and offset 0 change nothing. Y has the gain
-// and the offset of Y; U and V have the gain of chroma and an offset each, but where the table above
-// or a function says otherwise. Samples are adjusted before they become RGB.
+// and the offset of Y; U and V have the gain of chroma and an offset each, but where the table of
+// planes or a function says otherwise. Samples are adjusted before they become RGB.
 //
 // quirk: a product x * g from 65504 on begins at 0 again
 // [adjusted_copy.gain_257_wraps_at_255_where_200_still_saturates]
@@ -174,8 +175,9 @@
 #define LUMALANE_CALL
 #endif
 
-/// Facts about the destination surface; the last argument of most functions. (In spite of its name
-/// it carries no gain and no offset: those come from get_contrast_data().) 48 bytes, little-endian.
+/// Facts about the destination surface; the last argument of picture functions and most stretches.
+/// (In spite of its name it carries no gain and no offset: those come from get_contrast_data().) 48
+/// bytes, little-endian.
 struct tag_ajust_contrast_info {
     unsigned char unread_0[32]; ///< the caller's own
 
@@ -711,7 +713,8 @@ LUMALANE_API void LUMALANE_CALL LoadYUY2_RGB32_adjust(unsigned char *src, unsign
 //
 //     U = 128 + (449 B - 297 G - 151 R) / 1024      V = 128 + (449 R - 376 G - 72 B) / 1024
 //
-// rounded down. White gives 234, 128, 128. Fields: sub_pitch, dst_pitch, width, height, sub_y,
+// rounded down: BT.601's 0.257, 0.504, 0.098, 0.439, 0.291, 0.148, 0.368 and 0.071 times 1024,
+// truncated. White gives 234, 128, 128. Fields: sub_pitch, dst_pitch, width, height, sub_y,
 // sub_v, sub_u, alpha_plane, dst, color_key. Symbols of the formulas, r = 0 .. height-1:
 //
 //   As = dst_pitch - B * (width % 8)                           from row to row of the surface,
@@ -788,8 +791,8 @@ LUMALANE_API void LUMALANE_CALL Convert_RGB16_565_To_AYUY2(tagMIX_INFO *mix);
 //   As = dst_pitch + B * d                            from row to row of the surface,
 //   Aa = W + ((video_pitch - width) >> 1)             and of the alpha plane
 //
-// quirk: rows of alpha lie half of video_pitch - width apart, whatever sub_pitch says: with
-// video_pitch equal to width they follow each other without a gap
+// quirk: rows of alpha lie the width and half of video_pitch - width apart, whatever sub_pitch says:
+// with video_pitch equal to width they follow each other without a gap
 // [alpha_transfer.the_steps_of_alpha_come_from_half_of_video_pitch_beyond_the_width,
 // alpha_transfer.loads_step_over_alpha_in_the_same_way]
 // quirk: rows are rounded up to whole steps and drift
@@ -1152,7 +1155,8 @@ LUMALANE_API void LUMALANE_CALL mix_ayuy2_yuy2_i_ajust(tagMIX_INFO *mix);
 LUMALANE_API void LUMALANE_CALL mix_ayv12_yv12_p(tagMIX_INFO *mix);
 
 /// Mixes a subpicture over a field onto YV12. Rows are doubled in pairs, those of chroma too: a row
-/// of the field, then its average with the next one, rounded up.
+/// of the field, then its average with the next one, rounded up. Rows are stored one after the
+/// other.
 ///
 /// - step: 8 samples
 /// - rows: pairs, r = 0 .. 2P-1; of V and U Rc = up(height >> 1, 2), i = 0 .. Rc-1, in pairs
@@ -1312,12 +1316,21 @@ LUMALANE_API void LUMALANE_CALL mix_ayuy2_rgb16_i_ajust(tagMIX_INFO *mix);
 // averages rounds twice. Twice the width puts after each sample its average with the next one, and
 // after the last one that sample again. The last source row makes the last two rows, unless a
 // function says otherwise. Sources and surface are separate memory.
+//
+// From YV12 to YUY2 and RGB: of every four rows the first two have the chroma of their source pair,
+// the other two the average of that and the next pair's; the last pair has no next one, and all four
+// have its own.
+//
+// quirk: twice both averages along rows first, so that it rounds twice
+// [stretches.yuy2_2x2_averages_along_the_row_first_and_rounds_twice,
+// packed_stretches.average_along_the_row_first_and_round_twice,
+// plane_stretches.adjusted_2x2_averages_along_the_row_first_and_rounds_twice,
+// plane_stretches.plain_2x2_averages_along_the_row_first_and_rounds_twice]
 
 // ---- YV12 to YUY2, stretched
 //
-// Of every four rows the first two have the chroma of their source pair, the other two the average
-// of that and the next pair's. A surface row takes steps of 16 source pixels. Symbols of the
-// formulas, with t = 1 for 1X2 and 2 for 2X2:
+// Surface rows are made one after the other, from top to bottom, in steps of 16 source pixels.
+// Symbols of the formulas, with t = 1 for 1X2 and 2 for 2X2:
 //
 //   W  = max(2 * up(width >> 1, 8), 16 * t);  d and c from it, as for every function
 //   n  = 0 .. 4P-1, a row of the surface
@@ -1385,8 +1398,6 @@ LUMALANE_API void LUMALANE_CALL strech_picture_1X2_yuy2_ajust(
 ///   pixels of the 64 bytes
 ///   [stretches.yuy2_2x2_second_8_bytes_are_the_first_8_luma_samples_of_the_row,
 ///   stretches.yuy2_2x2_of_one_colour_has_luma_in_the_second_8_bytes_of_each_step]
-/// - quirk: rows are averaged along first: rounded twice
-///   [stretches.yuy2_2x2_averages_along_the_row_first_and_rounds_twice]
 /// - precondition: src_pitch is even and not negative; it is halved as an unsigned number
 LUMALANE_API void LUMALANE_CALL strech_picture_2X2_yuy2(unsigned char *src, unsigned char *src_u,
                                                         unsigned char *src_v, unsigned char *dst,
@@ -1437,8 +1448,6 @@ LUMALANE_API void LUMALANE_CALL strech_picture_2X2_yuy2_ajust(
 // quirk: where rows overlap, later strips are stored over earlier ones, and the row above a pair
 // over the pair's first one [packed_stretches.are_stored_strip_by_strip_where_rows_overlap,
 // packed_stretches.store_the_first_row_of_a_pair_before_the_one_above_it]
-// quirk: rows are averaged along first: rounded twice
-// [packed_stretches.average_along_the_row_first_and_round_twice]
 
 /// Stretches a YUY2 picture to YUY2 of twice the width and height.
 ///
@@ -1542,8 +1551,10 @@ LUMALANE_API void LUMALANE_CALL strech_picture_1X2_yuy2_ajust_rgb16(
 // The adjusting ones interpolate first and adjust afterwards, with the gain of Y and the offset of
 // Y, U or V for a plane number of 1, 2 or 3. Rows 0 and 1 are the first source row; rows 2k + 1 and
 // 2k + 2 are row k and its average with the next one; the last three are the source row before the
-// last one. Symbols of the formulas: W = up(width, 8); t = 1 for 1X2 and 2 for 2X2; T from source
-// row to source row, which is src_pitch for 1X2 and width for 2X2; i = 0 .. height-2. Bytes:
+// last one. Rows 2k + 1 and 2k + 2 are stored together, step by step; row 0 comes before them, the
+// last two rows after them. Symbols of the formulas: W = up(width, 8); t = 1 for 1X2 and 2 for 2X2;
+// T from source row to source row, which is src_pitch for 1X2 and width for 2X2;
+// i = 0 .. height-2. Bytes:
 //
 //   src   W at 0;  width at i * T + {0, src_pitch};
 //         W at {(height-1) * T - src_pitch, height * T - 2 * src_pitch}
@@ -1624,8 +1635,6 @@ LUMALANE_API void LUMALANE_CALL strech_picture_1X2_yv12_ajust(
 ///   row is left as it is
 ///   [plane_stretches.plain_2x2_stores_the_last_row_below_the_picture_in_all_strips_but_the_last]
 /// - quirk: a width up to 8 makes two strips [plane_stretches.plain_2x2_of_width_8_has_two_strips]
-/// - quirk: rows are averaged along first: rounded twice
-///   [plane_stretches.plain_2x2_averages_along_the_row_first_and_rounds_twice]
 /// - precondition: height is at least 2
 LUMALANE_API void LUMALANE_CALL strech_pic_2X2(unsigned char *src, unsigned char *dst, int width,
                                                int height, int src_pitch, int dst_pitch);
@@ -1663,6 +1672,8 @@ LUMALANE_API void LUMALANE_CALL strech_pic_1X2_adjust(unsigned char *src, unsign
 /// Converts a frame to YUY2 of twice the height, interpolated along edges, and adjusts it. `start`
 /// is the row to start at, counted in pitches for a field and in half pitches otherwise; `height`
 /// counts source rows. Rows have luma_pitch pixels.
+///
+/// Surface rows are made one after the other, from top to bottom.
 ///
 /// Between two rows, four samples that differ from those below by no more than 32 in all become
 /// averages straight down. Otherwise each sample becomes the average of the two samples that lie in

@@ -55,8 +55,9 @@ typedef struct contrast_data contrast_data;
 typedef struct tagMIX_INFO tagMIX_INFO;
 typedef struct tagVideoFrame tagVideoFrame;
 
-/// Facts about the destination surface; the last argument of most functions. (In spite of its name
-/// it carries no gain and no offset: those come from get_contrast_data().) 48 bytes, little-endian.
+/// Facts about the destination surface; the last argument of picture functions and most stretches.
+/// (In spite of its name it carries no gain and no offset: those come from get_contrast_data().) 48
+/// bytes, little-endian.
 struct tag_ajust_contrast_info {
     unsigned char unread_0[32]; ///< the caller's own
 

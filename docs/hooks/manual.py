@@ -93,7 +93,7 @@ def link_to(name, page):
     return f'<a href="{url}#{name}"><code>{name}</code></a>'
 
 
-PLANES = re.compile(r"(the table of planes|Planes of YV12 surfaces)")
+PLANES = re.compile(r"(the table of\s+planes|Planes of YV12 surfaces)")
 
 
 def inline(text, page, own=""):
@@ -356,8 +356,10 @@ def chapter(title, page):
                 lines += [heading + " {: #family }", ""]
             else:
                 sub, _, rest = " ".join(part[:1]).partition(":")
-                above = f"family-{len(lines)}"
-                lines += [f"## {sub} {{: #{above} }}", ""]
+                anchor = f"family-{len(lines)}"
+                if "as above" not in " ".join(part):  # or it has no formulas of its own
+                    above = anchor
+                lines += [f"## {sub} {{: #{anchor} }}", ""]
                 text = ([rest.strip()[0].upper() + rest.strip()[1:]] if rest.strip() else []) + \
                     part[1:]
             lines += [prose(text, page), ""]

@@ -487,8 +487,7 @@ samples samples_of(const mask_function &f) {
 
 samples samples_of(const packed_stretch_function &f) {
     samples made;
-    made.least = "row_bytes 64, multiples of 32; height " + std::to_string(f.least_height) +
-                 ", even heights";
+    made.least = "row_bytes 64, multiples of 32; height " + std::to_string(f.least_height);
     made.small = make_call(f, packed_stretch_call{64, f.least_height, 160});
     for (const auto &size : usual_sizes) {
         const int w = size.width / 16 * 16;
