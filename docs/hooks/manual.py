@@ -357,8 +357,8 @@ def chapter(title, page):
             else:
                 sub, _, rest = " ".join(part[:1]).partition(":")
                 anchor = f"family-{len(lines)}"
-                if "as above" not in " ".join(part):  # or it has no formulas of its own
-                    above = anchor
+                # Without formulas of its own it has those of the family.
+                above = "family" if "as above" in " ".join(part) else anchor
                 lines += [f"## {sub} {{: #{anchor} }}", ""]
                 text = ([rest.strip()[0].upper() + rest.strip()[1:]] if rest.strip() else []) + \
                     part[1:]
