@@ -231,14 +231,17 @@ TEST_P(mixes, alpha_0_is_the_video_and_16_and_more_the_subpicture) {
                                          {255, bytes{100, 30, 100, 220}}}) {
         assign(alpha, weight);
         for (const mix_function function : yuy2_mixes) {
+            forget();
             run(function, 32, 8);
             EXPECT_EQ(pair(0, 0), colour) << "alpha " << weight;
         }
         for (const mix_function function : yv12_mixes) {
+            forget();
             run(function, 32, 8);
             EXPECT_EQ((bytes{dst[0], dst_u[0], dst[0], dst_v[0]}), colour) << "alpha " << weight;
         }
         for (const mix_function function : rgb32_mixes) {
+            forget();
             run(function, 32, 8);
             EXPECT_EQ(pixel(0, 0), rgb32(colour[0], colour[1], colour[3])) << "alpha " << weight;
         }
@@ -385,6 +388,30 @@ TEST_P(mixes, yv12_doubling_goes_back_by_the_width_to_the_start_of_a_row) {
     run(mix_ayv12_yv12_i, 12, 2);
     EXPECT_EQ(dst[0], 0);
     EXPECT_EQ(dst[dst_pitch + 4], 4);
+}
+
+TEST_P(mixes, yv12_doubling_averages_under_one_clear_row_for_all_rows) {
+    for (int row = 0; row < 8; ++row)
+        fill_row(y, row, pitch, 10 * row);
+    prepare(32, 8);
+    mix.sub_pitch = 0;
+    mix_ayv12_yv12_i(&mix);
+    for (int row = 0; row < 8; ++row)
+        EXPECT_EQ(dst[row * dst_pitch + 20], 5 * row) << "row " << row;
+}
+
+TEST_P(mixes, yv12_chroma_is_drawn_where_only_what_is_past_the_width_is) {
+    // Of 12 samples 16 are made, the last four with the alpha behind the 24 of the row.
+    fill(100, 90, 160);
+    fill_sub(200, 30, 220);
+    std::fill_n(alpha.begin() + 24, 8, byte(16));
+    prepare(24, 8);
+    mix.sub_pitch = 0;
+    mix_ayv12_yv12_p(&mix);
+    bytes expected(16, 90);
+    std::fill_n(expected.begin() + 12, 4, byte(30));
+    EXPECT_EQ(slice(dst_u, 16), expected);
+    EXPECT_EQ(written(24), bytes(24, 100));
 }
 
 TEST_P(mixes, yv12_heights_of_0_and_1_make_a_row_of_each_plane_or_two_when_doubling) {

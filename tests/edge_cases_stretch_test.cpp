@@ -134,6 +134,19 @@ TEST_P(stretches, yuy2_doubles_the_rows_and_stores_the_last_one_twice) {
     }
 }
 
+TEST_P(stretches, yuy2_of_rows_that_the_cache_has_no_room_for) {
+    for (const int width : {8176, 8192, 8208}) {
+        bytes luma, surface(std::size_t{32} * width);
+        for (int r = 0; r < 8; ++r)
+            luma.insert(luma.end(), width, byte(10 * r));
+        strech_picture_1X2_yuy2(luma.data(), u.data(), v.data(), surface.data(), width, 8, width,
+                                2 * width, nullptr);
+        for (int r = 0; r < 16; ++r)
+            for (const int x : {0, width - 1})
+                EXPECT_EQ(surface[2 * (r * width + x)], std::min(5 * r, 70)) << "row " << r;
+    }
+}
+
 TEST_P(stretches, yuy2_averages_round_up) {
     alternate(0, 255);
     for (const picture_function function : yuy2_2x2) {

@@ -53,7 +53,7 @@ TEST_P(stack_test, calls_need_no_more_than_promised) {
                                 lumalane::assume_last_level_cache(o.cache_bytes);
                                 used = &o.used;
                             }});
-    const differential::outcome result = differential::run(GetParam(), measured, {.cases = 20});
+    const differential::outcome result = differential::run(GetParam(), measured, {.cases = 60});
     EXPECT_EQ(result.failure, "");
     for (const order &o : orders) {
         EXPECT_GT(o.used, 0u);

@@ -1,32 +1,33 @@
 // Pitches so large that 32-bit products of them wrap, against the models, in memory of which few pages
 // are ever touched.
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
-
-#include <lumalane/footprint.h>
 
 #include "tests/model/models.h"
 #include "tests/targets.h"
 
 namespace {
 
-using lumalane::picture_call;
-using lumalane::pointer;
-using lumalane::row_set;
-namespace functions = lumalane::functions;
+constexpr std::ptrdiff_t half = std::ptrdiff_t{16} << 30;
 
-constexpr std::ptrdiff_t half = std::ptrdiff_t{4} << 30;
-
-// `half` bytes on both sides of its origin.
+// `half` bytes on both sides of its origin: a file without a name, which has those pages that were read or
+// written, and tells which.
 class sparse_memory {
 public:
-    sparse_memory()
-        : first(mmap(nullptr, 2 * half, PROT_READ | PROT_WRITE,
-                     MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0)) {}
-    ~sparse_memory() { munmap(first, 2 * half); }
+    sparse_memory() : file(memfd_create("sparse", 0)) {
+        forget();
+        first =
+            mmap(nullptr, 2 * half, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_NORESERVE, file, 0);
+    }
+    ~sparse_memory() {
+        munmap(first, 2 * half);
+        close(file);
+    }
     sparse_memory(const sparse_memory &) = delete;
     sparse_memory &operator=(const sparse_memory &) = delete;
 
@@ -36,119 +37,223 @@ public:
         return {model::address_of(origin() - half), model::address_of(origin() + half)};
     }
 
+    // Every byte is 0 and no page was touched.
+    void forget() const {
+        ASSERT_EQ(ftruncate(file, 0), 0);
+        ASSERT_EQ(ftruncate(file, 2 * half), 0);
+    }
+
+    // Calls `visit(offset)` for every byte of the pages that were touched.
+    template <class Visit>
+    void each_byte(Visit visit) const {
+        for (off_t end, at = lseek(file, 0, SEEK_DATA); at >= 0; at = lseek(file, end, SEEK_DATA)) {
+            end = lseek(file, at, SEEK_HOLE);
+            for (; at < end; ++at)
+                visit(at - half);
+        }
+    }
+
+    // Samples that differ from page to page, up to the greatest one.
+    void fill_touched(unsigned greatest) const {
+        each_byte([&](std::ptrdiff_t at) {
+            const std::uint64_t mixed = static_cast<std::uint64_t>(at) * 0x9e3779b97f4a7c15;
+            origin()[at] = static_cast<std::uint8_t>((mixed >> 40) % (greatest + 1));
+        });
+    }
+
 private:
+    int file;
     void *first;
 };
 
-// Calls `visit(offset)` for every byte of the rows that are read of one plane, or written.
-template <class Visit>
-struct bytes_of_rows {
-    pointer of;
-    bool written;
-    Visit visit;
-
-    void reads(pointer p, const row_set &rows) {
-        if (p == of && !written)
-            all(rows);
-    }
-    void writes(pointer p, const row_set &rows) {
-        if (p == of && written)
-            all(rows);
-    }
-    void writes_again(pointer p, const row_set &rows) { writes(p, rows); }
-    void replaces(pointer p, const row_set &rows) { writes(p, rows); }
-
-    void all(const row_set &rows) {
-        for (long long row = 0; row < rows.rows; ++row)
-            for (long long i = 0; i < rows.bytes; ++i)
-                visit(rows.first + row * rows.pitch + i);
-    }
-};
-
-template <class Visit>
-void each_byte(const lumalane::picture_function &f, const picture_call &c, pointer of, bool written,
-               Visit visit) {
-    bytes_of_rows<Visit> rows{of, written, visit};
-    rows_of(f, c, rows);
-}
-
 class wrapping : public tests::on_each_target {
 protected:
-    sparse_memory src, dst, expected;
-    std::vector<std::uint8_t> chroma = std::vector<std::uint8_t>(1 << 12);
+    sparse_memory y, u, v, alpha, sub, dst, expected;
 
     void SetUp() override {
         on_each_target::SetUp();
-        ASSERT_TRUE(src.mapped() && dst.mapped() && expected.mapped());
-        for (std::size_t i = 0; i < chroma.size(); ++i)
-            chroma[i] = static_cast<std::uint8_t>(1 + i % 251);
+        for (const sparse_memory *memory : {&y, &u, &v, &alpha, &sub, &dst, &expected})
+            ASSERT_TRUE(memory->mapped());
+        contrast_data parameters{60, 70, 3, -5, 9, 0, 0, 0};
+        get_contrast_data(&parameters);
+        model::memory memory;
+        memory.add({model::address_of(&parameters), model::address_of(&parameters + 1)});
+        model::get_contrast_data(memory, &parameters);
     }
 
-    template <class Function, class Model>
-    void compare(const lumalane::picture_function &f, Function *function, Model *on_model,
-                 const picture_call &c) {
-        each_byte(f, c, pointer::src, false, [&](long long at) {
-            src.origin()[at] = static_cast<std::uint8_t>(1 + (at >> 20 ^ at) % 251);
-        });
-        std::uint8_t *const u = chroma.data(), *const v = u + chroma.size() / 2;
-        function(src.origin(), u, v, dst.origin(), c.width, c.height, c.src_pitch, c.dst_pitch,
-                 nullptr);
-        model::memory memory;
-        memory.add(src.extent());
-        memory.add({model::address_of(u), model::address_of(u + chroma.size())});
-        memory.add(expected.extent());
-        on_model(memory, src.origin(), u, v, expected.origin(), c.width, c.height, c.src_pitch,
-                 c.dst_pitch, nullptr);
-        long long written = 0, wrong = 0;
-        each_byte(f, c, pointer::dst, true, [&](long long at) {
-            written += expected.origin()[at] != 0;
-            wrong += dst.origin()[at] != expected.origin()[at];
-        });
-        EXPECT_GT(written, 0);
-        EXPECT_EQ(wrong, 0) << f.name << ", height " << c.height << ", src_pitch " << c.src_pitch
-                            << ", dst_pitch " << c.dst_pitch;
+    // Compares two calls, of the library and of the model: `call(nullptr, to)` and `call(&memory, to)`.
+    template <class Call>
+    void compare(const std::string &what, const Call &call) {
+        const auto on_model = [&] {
+            model::memory memory;
+            for (const sparse_memory *buffer : {&y, &u, &v, &alpha, &sub, &expected})
+                memory.add(buffer->extent());
+            call(&memory, expected);
+        };
+        // A first call tells which pages are read.
+        on_model();
+        for (const sparse_memory *source : {&y, &u, &v, &sub})
+            source->fill_touched(255);
+        alpha.fill_touched(16);
+        expected.forget();
+        on_model();
+        call(nullptr, dst);
+        expect_equal(dst, what);
+        for (const sparse_memory *buffer : {&y, &u, &v, &alpha, &sub, &dst, &expected})
+            buffer->forget();
     }
+
+    void expect_equal(const sparse_memory &found, const std::string &what) const {
+        long long made = 0, wrong = 0;
+        const auto count = [&](std::ptrdiff_t at) {
+            made += expected.origin()[at] != 0;
+            wrong += found.origin()[at] != expected.origin()[at];
+        };
+        expected.each_byte(count);
+        found.each_byte(count);
+        EXPECT_GT(made, 0) << what;
+        EXPECT_EQ(wrong, 0) << what;
+    }
+
+    struct size {
+        int width, height, src_pitch, dst_pitch;
+    };
+
+    template <class Function, class Model>
+    void compare(const char *name, Function *function, Model *model, const size &c) {
+        compare(std::string(name) + ", height " + std::to_string(c.height) + ", src_pitch " +
+                    std::to_string(c.src_pitch) + ", dst_pitch " + std::to_string(c.dst_pitch),
+                [&](model::memory *memory, const sparse_memory &to) {
+                    if (memory)
+                        model(*memory, y.origin(), u.origin(), v.origin(), to.origin(), c.width,
+                              c.height, c.src_pitch, c.dst_pitch, nullptr);
+                    else
+                        function(y.origin(), u.origin(), v.origin(), to.origin(), c.width, c.height,
+                                 c.src_pitch, c.dst_pitch, nullptr);
+                });
+    }
+
+    struct pitches {
+        int height, video, sub, dst;
+    };
+
+    template <class Function, class Model>
+    void compare(const char *name, Function *function, Model *model, const pitches &c) {
+        compare(std::string(name) + ", height " + std::to_string(c.height) + ", pitches " +
+                    std::to_string(c.video) + ", " + std::to_string(c.sub) + " and " +
+                    std::to_string(c.dst),
+                [&](model::memory *memory, const sparse_memory &to) {
+                    tagMIX_INFO mix{};
+                    mix.video_pitch = c.video, mix.sub_pitch = c.sub, mix.dst_pitch = c.dst;
+                    mix.width = 32, mix.height = c.height;
+                    mix.video_y = y.origin(), mix.video_u = u.origin(), mix.video_v = v.origin();
+                    mix.alpha_plane = alpha.origin();
+                    mix.sub_y = mix.sub_u = mix.sub_v = sub.origin();
+                    mix.dst = to.origin();
+                    mix.dst_u = to.origin() + 1024, mix.dst_v = to.origin() + 2048;
+                    if (!memory)
+                        return function(&mix);
+                    memory->add({model::address_of(&mix), model::address_of(&mix + 1)});
+                    model(*memory, &mix);
+                });
+    }
+
+    // A packed picture of 512x4 with its upper left byte at 0 and the second pair of rows so far from the
+    // first one, onto a surface within it.
+    void convert_in_place(int src_pitch, std::ptrdiff_t second_pair);
 };
 
 INSTANTIATE_ON_EACH_TARGET(wrapping);
 
+#define LUMALANE_BOTH(name) #name, name, model::name
+
 // Where the end of luma wraps, V and U lie ahead of it and further from each other than rows say.
 TEST_P(wrapping, the_plain_copy_makes_all_rows_of_chroma) {
-    for (const picture_call &c :
-         {picture_call{16, 30, 16, 1 << 26}, picture_call{16, 32, 16, 1 << 26},
-          picture_call{16, 64, 16, 1 << 25}, picture_call{16, 2, 16, 1 << 30},
-          picture_call{32, 4, 32, 1 << 29}})
-        compare(functions::loadimage_yv12, loadimage_yv12, model::loadimage_yv12, c);
+    for (const size &c :
+         {size{16, 30, 16, 1 << 26}, size{16, 32, 16, 1 << 26}, size{16, 64, 16, 1 << 25},
+          size{16, 2, 16, 1 << 30}, size{32, 4, 32, 1 << 29}})
+        compare(LUMALANE_BOTH(loadimage_yv12), c);
 }
 
 // Two rows of a gigabyte are still a distance: what wraps is the way on from a row's end.
 TEST_P(wrapping, packed_pairs_are_two_rows_apart) {
-    compare(functions::LoadYUY2_RGB32, LoadYUY2_RGB32, model::LoadYUY2_RGB32, {48, 4, 48, 1 << 30});
-    compare(functions::LoadYUY2_YUY2, LoadYUY2_YUY2, model::LoadYUY2_YUY2, {48, 4, 1 << 29, 96});
+    compare(LUMALANE_BOTH(LoadYUY2_RGB32), size{48, 4, 48, 1 << 30});
+    compare(LUMALANE_BOTH(LoadYUY2_YUY2), size{48, 4, 1 << 29, 96});
 }
 
-// The second pair lies ahead of the first one: the surface covers it, but only what is told of it
-// without wrapping lies elsewhere.
-TEST_P(wrapping, a_row_that_is_stored_before_it_is_loaded) {
-    const int width = 512, height = 4, src_pitch = 0x30000000, dst_pitch = 2048;
-    const std::ptrdiff_t second_pair = -0x40000000, lower = 2 * std::ptrdiff_t{src_pitch};
+TEST_P(wrapping, loads_of_planes_and_packed_pictures) {
+    for (const int pitch : {1 << 30, -(1 << 30)})
+        for (const size &c : {size{32, 4, pitch, 256}, size{32, 4, 64, pitch}}) {
+            compare(LUMALANE_BOTH(loadimage_rgb32), c);
+            compare(LUMALANE_BOTH(loadimage_rgb24_ajust), c);
+            compare(LUMALANE_BOTH(loadimage_yuy2), c);
+            compare(LUMALANE_BOTH(loadimage_half_yuy2_ajust), c);
+            compare(LUMALANE_BOTH(LoadYUY2_RGB32), c);
+        }
+}
+
+TEST_P(wrapping, chroma_behind_planes) {
+    compare(LUMALANE_BOTH(loadimage_half_yv12_ajust), size{32, 34, 32, 1 << 28});
+    compare(LUMALANE_BOTH(strech_picture_1X2_yv12_ajust), size{32, 16, 32, 3 << 26});
+}
+
+TEST_P(wrapping, columns_of_stretches_to_rgb) {
+    compare(LUMALANE_BOTH(strech_picture_1X2_yuy2_ajust_rgb32), size{32, 12, 1 << 28, 256});
+    compare(LUMALANE_BOTH(strech_picture_1X2_yuy2_ajust_rgb32), size{32, 12, 64, 1 << 27});
+}
+
+TEST_P(wrapping, mixes_of_frames) {
+    for (const int pitch : {1 << 30, -(1 << 30)})
+        for (const pitches &c :
+             {pitches{4, pitch, 32, 128}, pitches{4, 32, pitch, 128}, pitches{4, 32, 32, pitch}}) {
+            compare(LUMALANE_BOTH(mix_ayuy2_yuy2_p_ajust), c);
+            compare(LUMALANE_BOTH(mix_ayuy2_rgb32_p_ajust), c);
+            compare(LUMALANE_BOTH(mix_ayv12_yv12_p), c);
+        }
+}
+
+TEST_P(wrapping, mixes_of_fields) {
+    for (const int sign : {1, -1}) {
+        const int pitch = sign * (3 << 27), quarter = sign * (1 << 29);
+        for (const pitches &c : {pitches{8, pitch, 32, 128}, pitches{8, 32, pitch, 128},
+                                 pitches{8, 32, quarter, 128}}) {
+            compare(LUMALANE_BOTH(mix_ayuy2_rgb32_i_ajust), c);
+            compare(LUMALANE_BOTH(mix_ayuy2_yuy2_i_ajust), c);
+        }
+        compare(LUMALANE_BOTH(mix_ayuy2_rgb32_i_ajust), pitches{8, 32, 32, pitch});
+        compare(LUMALANE_BOTH(mix_ayuy2_yuy2_i_ajust), pitches{8, 32, 32, quarter});
+    }
+}
+
+#undef LUMALANE_BOTH
+
+void wrapping::convert_in_place(int src_pitch, std::ptrdiff_t second_pair) {
+    const int width = 512, height = 4, dst_pitch = 2048;
+    const std::ptrdiff_t lower = 2 * std::ptrdiff_t{src_pitch};
     const std::ptrdiff_t to = second_pair + 16 - 3 * dst_pitch;
-    for (const sparse_memory *memory : {&src, &expected})
+    for (const sparse_memory *memory : {&y, &expected})
         for (const std::ptrdiff_t row :
              {std::ptrdiff_t{0}, lower, second_pair, second_pair + lower})
             for (int i = 0; i < 2 * width; ++i)
                 memory->origin()[row + i] =
                     static_cast<std::uint8_t>(row / 7 + i * 31 + (i * i >> 5));
-    LoadYUY2_YUY2(src.origin(), nullptr, nullptr, src.origin() + to, width, height, src_pitch,
+    LoadYUY2_YUY2(y.origin(), nullptr, nullptr, y.origin() + to, width, height, src_pitch,
                   dst_pitch, nullptr);
     model::memory memory;
     memory.add(expected.extent());
     model::LoadYUY2_YUY2(memory, expected.origin(), nullptr, nullptr, expected.origin() + to, width,
                          height, src_pitch, dst_pitch, nullptr);
-    int wrong = 0;
-    for (std::ptrdiff_t i = 0; i < height * dst_pitch; ++i)
-        wrong += src.origin()[to + i] != expected.origin()[to + i];
-    EXPECT_EQ(wrong, 0);
+    expect_equal(y, "src_pitch " + std::to_string(src_pitch));
+}
+
+// The second pair lies ahead of the first one: the surface covers it, but only what is told of it
+// without wrapping lies elsewhere.
+TEST_P(wrapping, a_row_that_is_stored_before_it_is_loaded) {
+    convert_in_place(0x30000000, -0x40000000);
+}
+
+TEST_P(wrapping, a_row_of_a_bottom_up_picture_that_is_stored_before_it_is_loaded) {
+    convert_in_place(-0x30000000, 0x40000000);
 }
 
 } // namespace

@@ -571,7 +571,9 @@ template <class Receiver>
 constexpr void rows_of_doubled_pairs(const picture_call &p, number times, bool filtered,
                                      Receiver &to) {
     const number S = p.src_pitch, D = p.dst_pitch, w = p.width, c = half(w);
-    const number W = larger(2 * whole(p.width >> 1, 8), 16 * times), d = W - w, drift = W / 2 - c;
+    // Twice the width counts steps as signed numbers.
+    const number steps = times == 2 ? up(c, 8) : whole(p.width >> 1, 8);
+    const number W = larger(2 * steps, 16 * times), d = W - w, drift = W / 2 - c;
     const number P = row_pairs_of(p.height);
     const number luma_below = 2 * unsigned_half(S), chroma_below = unsigned_half(S);
     // From row to row of luma: that of the upper and of the lower one are alike.
@@ -685,7 +687,7 @@ constexpr void rows_of_adjusted_planes(const picture_call &p, number times, Rece
 // strech_pic_2X2(): of the last row all but the last 8 samples lie a row lower.
 template <class Receiver>
 constexpr void rows_of_plain_plane(const plane_stretch_call &c, Receiver &to) {
-    const number D = c.dst_pitch, h = c.height, W = larger(whole(c.width, 8), 16);
+    const number D = c.dst_pitch, h = c.height, W = larger(up(c.width, 8), 16);
     to.reads(pointer::src, {0, W, h, c.src_pitch});
     to.writes(pointer::dst, {0, 2 * W, 2 * h - 1, D});
     to.writes(pointer::dst, {(2 * h - 1) * D + 2 * W - 16, 16});

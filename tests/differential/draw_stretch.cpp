@@ -7,7 +7,8 @@ namespace differential {
 
 namespace {
 
-// With narrower or lower pictures, or with widths off the step, the function would not end.
+// With lower pictures, or with widths off the step, the function would not end; with narrower ones neither,
+// or it would leave its buffers. (Where negative widths mean something, -40 is as good as any.)
 struct stretch_function {
     std::string_view name;
     int row_bytes; // that a pixel makes
@@ -18,20 +19,20 @@ struct stretch_function {
 constexpr stretch_function stretch_functions[] = {
     {"strech_picture_1X2_yuy2", 2, 0, 1, -9},
     {"strech_picture_1X2_yuy2_ajust", 2, 0, 1, -9},
-    {"strech_picture_2X2_yuy2", 4, 0, 1, -9},
-    {"strech_picture_2X2_yuy2_ajust", 4, 0, 1, -9},
+    {"strech_picture_2X2_yuy2", 4, -40, 1, -9},
+    {"strech_picture_2X2_yuy2_ajust", 4, -40, 1, -9},
     {"yuy2_strech_picture_2X2_yuy2", 4, 32, 16, -9},
     {"yuy2_strech_picture_2X2_yuy2_ajust", 4, 32, 16, -9},
-    {"strech_picture_1X2_yuy2_ajust_rgb32", 4, 0, 1, -9},
+    {"strech_picture_1X2_yuy2_ajust_rgb32", 4, -40, 1, -9},
     {"strech_picture_1X2_yuy2_ajust_rgb24", 3, 16, 16, -9},
     {"strech_picture_1X2_yuy2_ajust_rgb16", 2, 16, 16, -9},
     // Each chroma plane has half of both.
     {"strech_picture_2X2_yv12_ajust", 2, 2, 1, 4},
     {"strech_picture_1X2_yv12_ajust", 1, 2, 1, 4},
-    {"strech_pic_2X2", 2, 1, 1, 2},
+    {"strech_pic_2X2", 2, -40, 1, 2},
     {"strech_pic_2X2_adjust", 2, 1, 1, 2},
     {"strech_pic_1X2_adjust", 1, 1, 1, 2},
-    {"strech_opt_yuy2_ajust", 2, 32, 1, -9},
+    {"strech_opt_yuy2_ajust", 2, 0, 1, -9},
 };
 
 // From the least one on.
@@ -57,8 +58,9 @@ shape draw_irregular(random &r, const stretch_function &f) {
     shape s;
     s.width = draw_width(r, f, r.one_in(4) ? 300 : 100);
     s.height = r.between(f.least_height, r.one_in(3) ? 40 : 20);
-    s.src_pitch = draw_irregular_pitch(r, s.width);
-    s.dst_pitch = draw_irregular_pitch(r, f.row_bytes * s.width);
+    const int pixels = std::max(s.width, 16);
+    s.src_pitch = draw_irregular_pitch(r, pixels);
+    s.dst_pitch = draw_irregular_pitch(r, f.row_bytes * pixels);
     return s;
 }
 
@@ -67,7 +69,7 @@ shape draw_almost_regular(random &r, const stretch_function &f) {
     shape s = draw_regular(r, f);
     switch (r.between(0, 4)) {
     case 0:
-        s.width = draw_width(r, f, s.width + 15);
+        s.width = draw_width(r, f, r.one_in(2) ? std::max(f.least_width + 1, 31) : s.width + 15);
         break;
     case 1:
         s.height = std::max(s.height - r.between(1, 3), f.least_height);

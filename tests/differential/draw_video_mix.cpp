@@ -33,15 +33,16 @@ constexpr mix_function mix_functions[] = {
 // Widths on the step of 16 (on and off 32), heights on the rows that are worked together, rows that
 // do not overlap.
 mix_shape draw_regular(random &r, const mix_function &f) {
-    const auto padding = [&] { return r.one_of({0, 0, 16, 32, 2 * r.between(0, 60)}); };
+    const bool tight = r.one_in(6); // rows that are one run
+    const auto padding = [&] { return tight ? 0 : r.one_of({0, 0, 16, 32, 2 * r.between(0, 60)}); };
     const bool wide = draw_wide(r);
     mix_shape s;
     s.width = 16 * r.between(1, wide ? widest_drawn / 16 : r.one_of({3, 24, 24, 80}));
-    s.height = f.rows * r.between(1, wide ? 2 : 5);
+    s.height = f.rows * r.between(1, wide ? 2 : r.one_in(8) ? 24 : 5);
     s.video_pitch = s.width + padding();
-    s.sub_pitch = s.width + padding();
-    s.dst_pitch =
-        destination_row_bytes(f.name, s.width) + r.one_of({0, 0, 16, 64, r.between(0, 100)});
+    s.sub_pitch = r.one_in(8) ? 0 : s.width + padding(); // 0: one row for all
+    s.dst_pitch = destination_row_bytes(f.name, s.width) +
+                  (tight ? 0 : r.one_of({0, 0, 16, 64, r.between(0, 100)}));
     return s;
 }
 

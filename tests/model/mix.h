@@ -20,15 +20,15 @@ struct mix_walk {
     int video_pitch, sub_pitch, dst_pitch, width, height;
     address video_y, video_v, video_u, alpha, sub_y, sub_v, sub_u, dst;
 
-    void move_video_chroma(int bytes) {
+    void move_video_chroma(std::intptr_t bytes) {
         video_v += bytes;
         video_u += bytes;
     }
-    void move_sub_chroma(int bytes) {
+    void move_sub_chroma(std::intptr_t bytes) {
         sub_v += bytes;
         sub_u += bytes;
     }
-    void move_alpha_and_sub_luma(int bytes) {
+    void move_alpha_and_sub_luma(std::intptr_t bytes) {
         alpha += bytes;
         sub_y += bytes;
     }

@@ -38,16 +38,16 @@ void mix_interlaced(memory &m, const tagMIX_INFO &mix, Pack pack) {
 
     mix_walk w = walk_of(m, mix);
     const auto times_height = [&](int pitch) { return low32(std::int64_t{pitch} * w.height); };
-    const int luma_rewind = times_height(w.video_pitch) >> 1;
-    const int chroma_rewind = luma_rewind >> 2;
-    const int sub_rewind = times_height(w.sub_pitch);
-    const int dst_rewind = times_height(w.dst_pitch);
+    const std::intptr_t luma_rewind = times_height(w.video_pitch) >> 1;
+    const std::intptr_t chroma_rewind = luma_rewind >> 2;
+    const std::intptr_t sub_rewind = times_height(w.sub_pitch);
+    const std::intptr_t dst_rewind = times_height(w.dst_pitch);
     const auto mix_group = [&](field_group group) {
         mix_four_rows(m, w, group, convert);
         w.video_y += 2 * std::intptr_t{w.video_pitch};
         w.move_video_chroma(w.video_pitch >> 1);
-        w.move_alpha_and_sub_luma(4 * w.sub_pitch);
-        w.move_sub_chroma(4 * (w.sub_pitch >> 1));
+        w.move_alpha_and_sub_luma(4 * std::intptr_t{w.sub_pitch});
+        w.move_sub_chroma(4 * std::intptr_t{w.sub_pitch >> 1});
         w.dst += 4 * std::intptr_t{w.dst_pitch};
     };
 
