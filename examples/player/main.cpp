@@ -18,7 +18,8 @@ namespace {
 using namespace player;
 namespace fs = std::filesystem;
 
-// Where there is no display: enough to see that it works, little enough not to fill a disk.
+// Where there is no display and --frames does not tell: enough to see that it works, little enough not
+// to fill a disk.
 constexpr const char *fallback_directory = "lumalane-frames";
 constexpr long fallback_frames = 60;
 
@@ -46,8 +47,9 @@ void run(const options &chosen) {
             display window(running.video().shown_width(), running.video().height());
             playback(running, window).run();
         } catch (const no_display &reason) {
-            running.stop_after(fallback_frames);
-            std::cerr << "no display (" << reason.what() << "): writing up to " << fallback_frames
+            const long most = chosen.frames.value_or(fallback_frames);
+            running.stop_after(most);
+            std::cerr << "no display (" << reason.what() << "): writing up to " << most
                       << " frames as PNG files to " << fs::absolute(fallback_directory).string()
                       << '\n';
             write_frames(running, fallback_directory);

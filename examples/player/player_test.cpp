@@ -447,6 +447,15 @@ TEST_F(player_test, without_a_display_it_writes_pngs_and_says_so) {
     EXPECT_FALSE(fs::exists(directory / "lumalane-frames" / "frame-00061.png"));
 }
 
+TEST_F(player_test, without_a_display_it_writes_as_many_pngs_as_it_is_told) {
+    write_file(directory / "ramps.y4m", ramps_y4m(48, 32, 63));
+    const outcome done = run("--frames 62 ramps.y4m", "DISPLAY= SDL_VIDEODRIVER=x11");
+    EXPECT_EQ(done.status, 0);
+    EXPECT_NE(done.err.find("up to 62 frames"), std::string::npos) << done.err;
+    EXPECT_TRUE(fs::exists(directory / "lumalane-frames" / "frame-00062.png"));
+    EXPECT_FALSE(fs::exists(directory / "lumalane-frames" / "frame-00063.png"));
+}
+
 TEST_F(player_test, keys_reach_the_session) {
     setenv("SDL_VIDEODRIVER", "dummy", 1);
     session running(playing(LUMALANE_PLAYER_CLIP, surface_formats().front()));
