@@ -12,6 +12,7 @@
 namespace {
 
 differential::options from_command_line;
+const char *program;
 
 class differential_test : public testing::TestWithParam<differential::subject> {};
 
@@ -40,7 +41,10 @@ differential::outcome run(const std::vector<differential::target> &targets, unsi
     options.cases = cases;
     const differential::outcome result =
         differential::run(differential_test::GetParam(), targets, options);
-    EXPECT_EQ(result.failure, "");
+    EXPECT_EQ(result.failure, "") << program << " --gtest_filter='*/"
+                                  << differential_test::GetParam().name << "' --seed "
+                                  << options.seed << " --first " << options.first + result.cases
+                                  << " --cases 1";
     EXPECT_EQ(result.cases, cases);
     return result;
 }
@@ -71,6 +75,7 @@ INSTANTIATE_TEST_SUITE_P(every, differential_test, testing::ValuesIn(differentia
 } // namespace
 
 int main(int argc, char **argv) {
+    program = argv[0];
     testing::InitGoogleTest(&argc, argv);
     if (!differential::parse(argc, argv, from_command_line))
         return 2;
