@@ -48,6 +48,11 @@ set_source_files_properties(${plain_name_files} PROPERTIES GENERATED TRUE)
 add_library(lumalane_plain_names OBJECT ${plain_name_files})
 target_compile_options(lumalane_plain_names PRIVATE -mno-incremental-linker-compatible)
 
+# What would otherwise be missed when everything is compiled. (Clang finds the one beside it first.)
+get_filename_component(compilers ${CMAKE_CXX_COMPILER} REALPATH)
+get_filename_component(compilers ${compilers} DIRECTORY)
+find_program(lld_link lld-link HINTS ${compilers} REQUIRED)
+
 # The linkers of binutils do not follow aliases of imports: for them their own program makes a library.
 find_program(llvm_ar llvm-ar REQUIRED)
 if(processors STREQUAL arm64)

@@ -87,7 +87,7 @@ int main(int argc, char **argv) {
     try {
         return run(argc, argv);
     } catch (const std::exception &e) {
-        std::fprintf(stderr, "dll_image_test: %s\n", e.what());
+        std::fprintf(stderr, "dll_image_test: %s: %s\n", argv[1], e.what());
         return 1;
     }
 }

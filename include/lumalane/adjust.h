@@ -28,6 +28,10 @@
 
 #include <mutex>
 
+#if defined(__MINGW32__) && defined(__GLIBCXX__) && !defined(_GLIBCXX_HAS_GTHREADS)
+#error "No std::mutex: MinGW must be the one with POSIX threads (i686-w64-mingw32-g++-posix)"
+#endif
+
 namespace lumalane {
 
 /// Gains in 1/64 and offsets, as contrast_data has them; as it is constructed it changes nothing. Each of U and
