@@ -88,12 +88,11 @@ void mix_ayuy2_yuy2_p_ajust(const machine &machine, const call::mix &p) {
 
 void mix_ayuy2_half_yuy2_p_ajust(const machine &machine, const call::mix &p) {
     tagMIX_INFO &mix = *p.record;
-    mix_row_pairs(
-        machine, mix,
-        {{machine.rows.emit_odd_yuy2, 1, on_wide_vectors(machine.rows, bound_by::loads)},
-         machine.rows.mix_pairs_to_odd_yuy2,
-         false},
-        detail::mix_half_yuy2_distances(sizes_of(mix)));
+    mix_row_pairs(machine, mix,
+                  {{machine.rows.emit_odd_yuy2, 1, on_wide_vectors(machine.rows, bound_by::loads)},
+                   machine.rows.mix_pairs_to_odd_yuy2,
+                   false},
+                  detail::mix_half_yuy2_distances(sizes_of(mix)));
 }
 
 } // namespace lumalane
