@@ -2,12 +2,12 @@
 // pairs or, of a field that is doubled to a frame, in groups of four rows.
 #pragma once
 
-#include <lumalane.h>
 #include "tests/model/adjustment.h"
 #include "tests/model/blend.h"
 #include "tests/model/count_down.h"
 #include "tests/model/lanes.h"
 #include "tests/model/memory.h"
+#include <lumalane.h>
 
 namespace model {
 

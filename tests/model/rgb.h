@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <optional>
 
-#include <lumalane.h>
 #include "tests/model/memory.h"
+#include <lumalane.h>
 
 namespace model {
 
