@@ -616,6 +616,13 @@ TEST(checked_calls, refuse_sizes_and_strides_of_mixes) {
     };
     using mix = lumalane::mix_buffers;
     EXPECT_TRUE(checked::mix_ayuy2_rgb32_p_ajust(regular));
+    // What is not set is 0.
+    const mix unset;
+    for (const int field : {unset.video_pitch, unset.sub_pitch, unset.dst_pitch, unset.width,
+                            unset.height, static_cast<int>(unset.color_key)})
+        EXPECT_EQ(field, 0);
+    EXPECT_EQ(lumalane::frame_buffers().field_mode, 0);
+    EXPECT_EQ(lumalane::frame_buffers().luma_pitch, 0);
     EXPECT_TRUE(checked::mix_ayuy2_rgb32_p_ajust(with(&mix::dst_pitch, -64)));
     expect(checked::mix_ayuy2_rgb32_p_ajust(with(&mix::width, 0)), error::width_too_small, "width");
     expect(checked::mix_ayuy2_rgb32_p_ajust(with(&mix::height, 0)), error::height_too_small,

@@ -92,19 +92,20 @@ inline rows_of_pixels resized(const rows_of_pixels &from, int width, int height)
 }
 
 // How a picture lies in memory: bytes between rows, whether the first row is the lowest one, whether
-// it ends where the mapped memory does or begins there, and how many bytes more are between rows of
-// its last plane.
+// it ends where the mapped memory does or begins there, how many bytes more are between rows of its
+// last plane, and whether chroma has the stride of luma instead.
 struct placement {
     int gap;
     bool bottom_up;
     bool at_end;
     int gap_of_last = 0;
+    bool one_stride = false;
 };
 
 inline std::ostream &operator<<(std::ostream &out, const placement &p) {
     return out << "gap " << p.gap << (p.bottom_up ? ", bottom up" : ", top down")
                << (p.at_end ? ", at the end" : ", at the beginning") << ", " << p.gap_of_last
-               << " more of the last plane";
+               << " more of the last plane" << (p.one_stride ? ", one stride" : "");
 }
 
 // Memory for the planes of a picture, each between unmapped pages.
@@ -118,6 +119,8 @@ public:
         for (int i = 0; i < lumalane::plane_count(f); ++i) {
             const int row = static_cast<int>(lumalane::row_bytes(f, i, width));
             placement at = where;
+            if (where.one_stride && i > 0)
+                at.gap += static_cast<int>(lumalane::row_bytes(f, 0, width)) - row;
             at.gap += i == 2 ? where.gap_of_last : 0;
             made.planes[i] = lay_out_plane(i, row, lumalane::plane_height(f, i, height), at);
         }
