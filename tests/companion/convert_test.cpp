@@ -1,6 +1,8 @@
 // convert() against the models of the functions, on pictures between unmapped pages.
 #include "tests/companion/comparison.h"
 
+#include <numeric>
+
 namespace companion {
 namespace {
 
@@ -22,10 +24,19 @@ protected:
     }
 };
 
+// On the step and beside it.
+const std::vector<int> telling_widths{1,  2,  7,  8,  15, 16, 17, 30, 31, 32,
+                                      33, 40, 47, 48, 49, 63, 64, 65, 70};
+const std::vector<int> all_widths = [] {
+    std::vector<int> widths(70);
+    std::iota(widths.begin(), widths.end(), 1);
+    return widths;
+}();
+
 TEST_P(conversion, makes_the_pixels_of_the_function_and_touches_nothing_else) {
     const auto [from, to] = GetParam();
     for (const optional_adjustment &by : adjustments)
-        for (int width = 1; width <= 70; width += few ? 3 : 1)
+        for (const int width : few ? telling_widths : all_widths)
             for (int height = 1; height <= 9; ++height) {
                 const rows_of_pixels pixels = random_pixels(from, width, height, random);
                 const auto expected = expected_conversion(pixels, to, by);
