@@ -108,21 +108,29 @@ TEST_P(conversion, makes_the_pixels_of_the_function_on_surfaces_that_outgrow_the
     }
 }
 
-// What a function would find its planes by tells nothing of their strides.
-TEST(conversion_of_planes, makes_chroma_of_any_stride_where_the_function_would_have_it) {
+// The function finds its planes by sizes, from which neither the strides of chroma follow nor that there
+// are sizes for any two places.
+TEST(conversion_of_planes, makes_chroma_wherever_it_lies) {
     std::minstd_rand random{1};
     const rows_of_pixels pixels = random_pixels(format::i420, 32, 16, random);
     guarded_planes memory;
     const lumalane::picture source = memory.lay_out(format::i420, 32, 16, {0, false, true});
     store(pixels, source);
-    bytes surface(4096);
-    const lumalane::picture made{
-        format::i420,
-        32,
-        16,
-        {{surface.data(), 64}, {surface.data() + 1280, 40}, {surface.data() + 1792, 40}}};
-    ASSERT_TRUE(convert(source, made, some));
-    EXPECT_TRUE(load(made) == expected_conversion(pixels, format::i420, some));
+    const struct {
+        int first, second, stride;
+    } chroma[] = {{1280, 1792, 32}, {1280, 1792, 40}, {1281, 1792, 32}, {1280, 1800, 32}};
+    for (const auto &[first, second, stride] : chroma) {
+        bytes surface(4096);
+        const lumalane::picture made{format::i420,
+                                     32,
+                                     16,
+                                     {{surface.data(), 64},
+                                      {surface.data() + first, stride},
+                                      {surface.data() + second, stride}}};
+        ASSERT_TRUE(convert(source, made, some));
+        EXPECT_TRUE(load(made) == expected_conversion(pixels, format::i420, some))
+            << first << ", " << second << ", " << stride;
+    }
 }
 
 std::vector<std::tuple<format, format>> served_pairs() {
