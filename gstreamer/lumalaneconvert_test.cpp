@@ -338,6 +338,17 @@ TEST_F(element, keeps_where_chroma_lies_between_planar_formats) {
     }
 }
 
+TEST_F(element, refuses_memory_that_is_not_of_the_system) {
+    for (const GstPadDirection side : {GST_PAD_SINK, GST_PAD_SRC}) {
+        GstCaps *const caps = gst_caps_from_string("video/x-raw(memory:DMABuf), format=YUY2");
+        GstCaps *const across =
+            lumalane_gst::transform_caps(side, caps, lumalane_gst::deinterlacing::none);
+        EXPECT_TRUE(gst_caps_is_empty(across));
+        gst_caps_unref(caps);
+        gst_caps_unref(across);
+    }
+}
+
 TEST_F(element, refuses_another_size) {
     EXPECT_FALSE(negotiate(caps_of(i420, 64, 48), caps_of(bgrx, 64, 49)));
 }
@@ -362,8 +373,8 @@ TEST_F(element, takes_the_rgb_of_limited_range_bt601_only) {
     const struct {
         const char *colorimetry;
         bool rgb;
-    } cases[] = {{"bt601", true},  {"2:4:5:2", true},  {"2:4:7:1", true}, {"2:4:0:0", true},
-                 {"bt709", false}, {"1:4:0:0", false}, {"bt2020", false}};
+    } cases[] = {{"bt601", true},  {"2:4:5:2", true},  {"2:4:7:1", true},  {"2:4:0:0", true},
+                 {"bt709", false}, {"1:4:0:0", false}, {"0:4:0:0", false}, {"bt2020", false}};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.colorimetry);
         const string from = caps_of(yv12, 64, 48, string("colorimetry=") + c.colorimetry);
@@ -627,6 +638,93 @@ TEST_F(element, writes_into_the_memory_that_its_neighbour_proposes) {
         EXPECT_GT(meta->offset[0], 0u);
         EXPECT_EQ(pixels(out, to.format), converted(d.p, to.format));
     }
+}
+
+// The same bytes, with a memory for each plane, one behind the other; without metas. Takes it.
+GstBuffer *plane_by_plane(GstBuffer *whole, const std::vector<gsize> &offsets) {
+    GstBuffer *const made = gst_buffer_new();
+    const gsize size = gst_buffer_get_size(whole);
+    auto *const bytes = static_cast<unsigned char *>(g_malloc(size));
+    gst_buffer_extract(whole, 0, bytes, size);
+    for (size_t i = 0; i < offsets.size(); ++i) {
+        const gsize of_plane = (i + 1 < offsets.size() ? offsets[i + 1] : size) - offsets[i];
+        gst_buffer_append_memory(made, gst_memory_new_wrapped(GstMemoryFlags(0), bytes + offsets[i],
+                                                              of_plane, 0, of_plane, bytes,
+                                                              i == 0 ? g_free : nullptr));
+    }
+    gst_buffer_unref(whole);
+    return made;
+}
+
+TEST_F(element, takes_planes_that_have_each_a_memory_of_its_own) {
+    for (const named_format &from : {i420, yv12}) {
+        restart();
+        ASSERT_TRUE(negotiate(caps_of(from, 35, 7), "video/x-raw, format=BGRx"));
+        const drawn d = noise(from.format, 35, 7);
+        const GstVideoFormat has = gst_video_format_from_string(from.name);
+        GstBuffer *const in = plane_by_plane(buffer_of(d, has), d.offsets);
+        gsize offsets[GST_VIDEO_MAX_PLANES] = {d.offsets[0], d.offsets[1], d.offsets[2]};
+        gint strides[GST_VIDEO_MAX_PLANES] = {35, 18, 18};
+        gst_buffer_add_video_meta_full(in, GST_VIDEO_FRAME_FLAG_NONE, has, 35, 7, 3, offsets,
+                                       strides);
+        ASSERT_EQ(gst_buffer_n_memory(in), 3u);
+        EXPECT_EQ(pixels(through(in), format::rgb32), converted(d.p, format::rgb32));
+        EXPECT_EQ(error(), "");
+    }
+}
+
+TEST_F(element, takes_frames_whose_rows_go_up) {
+    for (const char *how : {"none", "double", "edge"})
+        for (const char *mode : {"progressive", "interleaved"})
+            for (const int height : {8, 9, 12}) {
+                SCOPED_TRACE(string(how) + " " + mode + std::to_string(height));
+                restart();
+                deinterlace(how);
+                ASSERT_TRUE(negotiate(caps_of(i420, 37, height, string("interlace-mode=") + mode),
+                                      "video/x-raw, format=BGRx"));
+                const drawn d = noise(format::i420, 37, height, 3);
+                const picture up = lumalane::flipped(d.p);
+                drawn down(format::i420, 37, height);
+                ASSERT_TRUE(lumalane::convert(up, down.p));
+                GstBuffer *const in = buffer_of(d, GST_VIDEO_FORMAT_I420);
+                GstVideoMeta *const meta = gst_buffer_get_video_meta(in);
+                for (int i = 0; i < 3; ++i) {
+                    meta->offset[i] += static_cast<gsize>(up.planes[i].data - d.p.planes[i].data);
+                    meta->stride[i] = up.planes[i].stride;
+                }
+                EXPECT_EQ(pixels(through(in), format::rgb32), pushed(down, i420, bgrx));
+            }
+}
+
+TEST_F(element, makes_frames_that_begin_on_lines_of_the_cache) {
+    ASSERT_TRUE(negotiate(caps_of(i420, 70, 40), "video/x-raw, format=BGRx"));
+    std::vector<GstBuffer *> held;
+    for (int i = 0; i < 8; ++i) {
+        held.push_back(through(buffer_of(noise(format::i420, 70, 40), GST_VIDEO_FORMAT_I420)));
+        ASSERT_TRUE(held.back());
+        GstMapInfo mapped;
+        ASSERT_TRUE(gst_buffer_map(held.back(), &mapped, GST_MAP_READ));
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(mapped.data) % 64, 0u);
+        gst_buffer_unmap(held.back(), &mapped);
+    }
+    for (GstBuffer *const each : held)
+        gst_buffer_unref(each);
+}
+
+TEST_F(element, takes_the_memory_that_its_neighbour_proposes_when_frames_stop_passing) {
+    bool used = false;
+    gst_pad_add_probe(harness->sinkpad, GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM, propose_gaps, &used,
+                      nullptr);
+    ASSERT_TRUE(negotiate(caps_of(i420, 61, 7), "video/x-raw, format=I420"));
+    const drawn d = noise(format::i420, 61, 7);
+    EXPECT_EQ(pushed(d, i420, i420), pixels_of(d.p));
+    set("contrast", 1.5);
+    GstBuffer *const out = through(buffer_of(d, GST_VIDEO_FORMAT_I420));
+    ASSERT_TRUE(out);
+    const GstVideoMeta *const meta = gst_buffer_get_video_meta(out);
+    EXPECT_TRUE(meta && meta->stride[0] > 61 + 3);
+    const lumalane::adjustment adjust = lumalane_gst::adjustment_of({{1.5, 0, 1}});
+    EXPECT_EQ(pixels(out, format::i420), converted(d.p, format::i420, &adjust));
 }
 
 TEST_F(element, keeps_times_and_passes_what_there_is_nothing_to_do_to) {
@@ -972,6 +1070,32 @@ TEST_F(element, takes_segments_of_other_formats_than_time) {
     EXPECT_EQ(criticals, 0);
 }
 
+TEST_F(element, takes_frames_without_a_time) {
+    GstControlSource *const source = gst_interpolation_control_source_new();
+    gst_timed_value_control_source_set(GST_TIMED_VALUE_CONTROL_SOURCE(source), 0, 0.5);
+    gst_object_add_control_binding(
+        GST_OBJECT(harness->element),
+        gst_direct_control_binding_new(GST_OBJECT(harness->element), "brightness", source));
+    gst_object_unref(source);
+    ASSERT_TRUE(negotiate(caps_of(i420, 18, 4), "video/x-raw, format=BGRx"));
+    int criticals = 0;
+    const guint handler =
+        g_log_set_handler("GStreamer", G_LOG_LEVEL_CRITICAL, count_message, &criticals);
+    const drawn d = noise(format::i420, 18, 4);
+    EXPECT_EQ(
+        pixels(through(buffer_of(d, GST_VIDEO_FORMAT_I420, GST_CLOCK_TIME_NONE)), format::rgb32),
+        converted(d.p, format::rgb32));
+    g_log_remove_handler("GStreamer", handler);
+    EXPECT_EQ(criticals, 0);
+}
+
+TEST_F(element, keeps_its_balance_when_it_starts_again) {
+    set("contrast", 1.5);
+    gst_element_set_state(harness->element, GST_STATE_NULL);
+    gst_element_set_state(harness->element, GST_STATE_PLAYING);
+    EXPECT_EQ(get("contrast"), 1.5);
+}
+
 TEST_F(element, goes_on_after_flushing) {
     ASSERT_TRUE(negotiate(caps_of(i420, 18, 4), "video/x-raw, format=BGRx"));
     const drawn d = noise(format::i420, 18, 4);
@@ -1276,6 +1400,7 @@ constexpr gsize tight_chroma = 19 * 3;
 
 struct tight_layout {
     gsize behind_u, behind_v;
+    bool apart = false; // each plane in a memory of its own
 
     gsize offset_of_v() const { return 38 * 6 + tight_chroma + behind_u; }
     gsize size() const { return offset_of_v() + tight_chroma + behind_v; }
@@ -1298,6 +1423,8 @@ GstFlowReturn alloc_tight(GstBufferPool *pool, GstBuffer **made, GstBufferPoolAc
     *made = gst_buffer_new_allocate(nullptr, layout.size() + tight_chroma, nullptr);
     gst_buffer_memset(*made, 0, 0xee, layout.size() + tight_chroma);
     gst_buffer_set_size(*made, static_cast<gssize>(layout.size()));
+    if (layout.apart)
+        *made = plane_by_plane(*made, {offsets[0], offsets[1], offsets[2]});
     gst_buffer_add_video_meta_full(*made, GST_VIDEO_FRAME_FLAG_NONE, GST_VIDEO_FORMAT_I420, 38, 6,
                                    3, offsets, strides);
     return GST_FLOW_OK;
@@ -1344,6 +1471,44 @@ TEST_F(element, writes_no_row_of_chroma_where_there_is_no_room) {
     }
 }
 
+TEST_F(element, writes_the_row_of_chroma_where_each_plane_has_a_memory_with_room) {
+    for (const gsize behind : {gsize{0}, gsize{19}}) {
+        SCOPED_TRACE(behind);
+        tight_layout layout{behind, behind, true};
+        restart();
+        gst_pad_add_probe(harness->sinkpad, GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM, propose_tight,
+                          &layout, nullptr);
+        set("saturation", 0.9);
+        ASSERT_TRUE(negotiate(caps_of(i420, 38, 6, interleaved), "video/x-raw, format=I420"));
+        GstBuffer *const in = buffer_of(noise(format::i420, 38, 6), GST_VIDEO_FORMAT_I420);
+        GST_BUFFER_FLAG_SET(in, upper_first);
+        GstBuffer *const out = through(in);
+        ASSERT_TRUE(out);
+        ASSERT_EQ(gst_buffer_n_memory(out), 3u);
+        for (const guint plane : {1u, 2u}) {
+            GstMapInfo mapped;
+            ASSERT_TRUE(gst_buffer_map_range(out, plane, 1, &mapped, GST_MAP_READ));
+            ASSERT_EQ(mapped.size, tight_chroma + behind);
+            EXPECT_TRUE(std::equal(mapped.data + tight_chroma, mapped.data + mapped.size,
+                                   mapped.data + 19));
+            gst_buffer_unmap(out, &mapped);
+        }
+        gst_buffer_unref(out);
+    }
+}
+
+TEST_F(element, writes_nothing_where_the_frame_has_no_room) {
+    tight_layout a_byte_less{0, static_cast<gsize>(-1)};
+    gst_pad_add_probe(harness->sinkpad, GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM, propose_tight,
+                      &a_byte_less, nullptr);
+    set("saturation", 0.9);
+    ASSERT_TRUE(negotiate(caps_of(i420, 38, 6), "video/x-raw, format=I420"));
+    EXPECT_EQ(
+        gst_harness_push(harness, buffer_of(noise(format::i420, 38, 6), GST_VIDEO_FORMAT_I420)),
+        GST_FLOW_ERROR);
+    EXPECT_NE(error(), "");
+}
+
 TEST_F(element, writes_no_row_of_chroma_that_no_field_lacks) {
     using lumalane_gst::deinterlacing;
     const drawn d = noise(format::i420, 38, 6);
@@ -1381,7 +1546,7 @@ TEST_F(element, makes_a_frame_of_the_first_field) {
     for (const char *how : {"double", "edge"})
         for (const named_format &from : sinks)
             for (const named_format &to : sources)
-                for (const int height : {4, 5, 6, 7, 22, 64})
+                for (const int height : {3, 4, 5, 6, 7, 22, 64})
                     for (const int parity : {0, 1}) {
                         if (height != 22 &&
                             (to.format == format::rgb24 || from.format == format::yv12))
@@ -1404,6 +1569,44 @@ TEST_F(element, makes_a_frame_of_the_first_field) {
                                   converted(one_field(from.format, 37, height, parity).p, to.format,
                                             &adjust));
                     }
+}
+
+TEST_F(element, takes_the_order_of_fields_from_the_caps_where_frames_do_not_tell) {
+    for (const char *mode : {"interleaved", "mixed"})
+        for (const auto &[order, parity] :
+             {std::pair{"top-field-first", 0}, std::pair{"bottom-field-first", 1}}) {
+            SCOPED_TRACE(string(mode) + order);
+            restart();
+            deinterlace("double");
+            ASSERT_TRUE(negotiate(
+                caps_of(i420, 37, 12, string("interlace-mode=") + mode + ", field-order=" + order),
+                "video/x-raw, format=BGRx"));
+            EXPECT_EQ(pushed(two_fields(format::i420, 37, 12), i420, bgrx,
+                             GST_VIDEO_BUFFER_FLAG_INTERLACED),
+                      converted(one_field(format::i420, 37, 12, parity).p, format::rgb32));
+        }
+}
+
+TEST_F(element, takes_frames_of_one_row_as_they_are) {
+    for (const char *how : {"none", "double", "edge"})
+        for (const guint flags : {0u, upper_first}) {
+            SCOPED_TRACE(how + std::to_string(flags));
+            restart();
+            deinterlace(how);
+            ASSERT_TRUE(negotiate(caps_of(i420, 37, 1, interleaved), "video/x-raw, format=BGRx"));
+            const drawn d = noise(format::i420, 37, 1, 40);
+            EXPECT_EQ(pushed(d, i420, bgrx, flags), converted(d.p, format::rgb32));
+        }
+}
+
+TEST_F(element, says_what_fields_frames_keep) {
+    ASSERT_TRUE(negotiate(caps_of(i420, 38, 12, interleaved), "video/x-raw, format=BGRx"));
+    GstBuffer *const in = buffer_of(noise(format::i420, 38, 12), GST_VIDEO_FORMAT_I420);
+    GST_BUFFER_FLAG_SET(in, upper_first | GST_VIDEO_BUFFER_FLAG_RFF);
+    GstBuffer *const out = through(in);
+    ASSERT_TRUE(out);
+    EXPECT_TRUE(GST_BUFFER_FLAG_IS_SET(out, upper_first | GST_VIDEO_BUFFER_FLAG_RFF));
+    gst_buffer_unref(out);
 }
 
 TEST_F(element, doubles_and_follows_edges_as_the_library_does) {

@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include <sys/mman.h>
+
 #include <gtest/gtest.h>
 
 #include <lumalane/lumalane.hpp>
@@ -598,6 +600,8 @@ TEST(checked_calls, refuse_planes_of_a_surface_that_overlap) {
     info.rows_to_plane_end = 6;
     expect(p.call(checked::loadimage_yv12_ajust, 16, 8, 16, 16, &info), error::planes_overlap,
            "dst");
+    // Its steps of chroma have more samples than its rows.
+    expect(p.call(checked::loadimage_half_yv12_ajust, 16, 4, 16, 8), error::planes_overlap, "dst");
 }
 
 TEST(checked_calls, refuse_sizes_and_strides_of_mixes) {
@@ -640,6 +644,10 @@ TEST(checked_calls, refuse_sizes_and_strides_of_mixes) {
            "sub_pitch");
     expect(checked::load_subpicture_yuy2_rgb32(with(&mix::video_pitch, 0)), error::width_too_small,
            "video_pitch");
+    // Its width is that of the video.
+    const tag_ajust_contrast_info info = {};
+    regular.adjust_info = &info;
+    EXPECT_TRUE(checked::load_subpicture_yuy2_rgb16(with(&mix::width, 0)));
     expect(checked::Restore_RGB32_To_Alpha(with(&mix::height, -1)), error::height_too_small,
            "height");
 }
@@ -695,6 +703,21 @@ TEST(checked_calls, allow_rows_of_one_buffer_between_those_of_another) {
            error::buffers_overlap, "dst");
 }
 
+// As far as 32 bits would count as nothing.
+TEST(checked_calls, allow_buffers_that_are_far_apart) {
+    if (sizeof(void *) < 8)
+        GTEST_SKIP() << "there is no room";
+    constexpr unsigned long long apart = 1ULL << 32;
+    constexpr std::size_t page = 1 << 16;
+    void *const reserved =
+        mmap(nullptr, static_cast<std::size_t>(apart) + page, PROT_READ | PROT_WRITE,
+             MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    ASSERT_NE(reserved, MAP_FAILED);
+    auto *const src = static_cast<unsigned char *>(reserved);
+    EXPECT_TRUE(checked::LoadYUY2_YUY2({src, page}, {}, {}, {src + apart, page}, 16, 2, 16, 32));
+    munmap(reserved, static_cast<std::size_t>(apart) + page);
+}
+
 TEST(checked_calls, set_the_adjustment) {
     contrast_data halved = {32, 32, 0, 0, 0, 0, 0, 0};
     ASSERT_TRUE(checked::get_contrast_data(&halved));
@@ -723,6 +746,8 @@ TEST(status_text, tells_which_bytes_a_buffer_lacks) {
     unsigned char *const last_row = dst.data() + 479 * 2560;
     EXPECT_EQ(call({last_row, byte_range{-479 * 2560 + 1, 2560}}, -2560),
               "dst: needs bytes [-1226240, 2560), has [-1226239, 2560)");
+    EXPECT_EQ(call({dst.data(), byte_range{1, 1228800}}, 2560),
+              "dst: needs bytes [0, 1228800), has [1, 1228800)");
     EXPECT_EQ(call({nullptr, dst.size()}, 2560), "dst: the plane is null");
     EXPECT_EQ(call({dst.data(), dst.size()}, 2559),
               "dst_pitch: the stride is less than the bytes of a row, in whole steps");

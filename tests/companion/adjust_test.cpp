@@ -63,6 +63,25 @@ TEST_F(adjusted, calls_that_are_refused_change_nothing) {
     EXPECT_EQ(luma_100(), 111);
 }
 
+TEST_F(adjusted, calls_that_blend_and_stretch_change_as_little) {
+    constexpr adjustment other{64, 64, -30, 0, 0};
+    bytes memory(1 << 14, 16);
+    const lumalane::picture source = lumalane::packed_planes(format::i420, 16, 4, memory.data()),
+                            made = lumalane::packed_planes(format::yuy2, 16, 4, &memory[1024]),
+                            high = lumalane::packed_planes(format::yuy2, 16, 8, &memory[2048]);
+    const lumalane::const_plane sub{&memory[4096], 16};
+    const lumalane::subpicture over{8, 4, sub, sub, sub, sub};
+    lumalane::set_adjustment({64, 64, 11, 0, 0});
+    EXPECT_TRUE(lumalane::blend(source, over, 0, 0, made, other));
+    EXPECT_EQ(luma_100(), 111);
+    EXPECT_TRUE(lumalane::stretch(source, high, lumalane::stretching::twice_height, other));
+    EXPECT_EQ(luma_100(), 111);
+    EXPECT_FALSE(lumalane::blend(source, over, 0, 0, high, other));
+    EXPECT_EQ(luma_100(), 111);
+    EXPECT_FALSE(lumalane::stretch(source, made, lumalane::stretching::twice_height, other));
+    EXPECT_EQ(luma_100(), 111);
+}
+
 TEST_F(adjusted, threads_have_each_its_own) {
     const adjustment own[] = {{70, 50, 9, -4, 30}, {50, 80, -20, 14, 3}};
     const rows_of_pixels expected[] = {*expected_conversion(pixels, format::rgb32, own[0]),

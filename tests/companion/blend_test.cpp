@@ -26,8 +26,9 @@ protected:
 
     lumalane::subpicture lay_out(const subpicture_rows &drawn, placement where) {
         const auto plane = [&](int i, const bytes &samples, int width) {
-            const lumalane::plane p =
-                subpicture_memory.lay_out_plane(i, width, drawn.height, where);
+            placement at = where;
+            at.gap += i == 0 ? where.gap_of_last : 0; // of alpha
+            const lumalane::plane p = subpicture_memory.lay_out_plane(i, width, drawn.height, at);
             for (int row = 0; row < drawn.height; ++row)
                 std::copy_n(&samples[row * width], width, p.data + std::ptrdiff_t(row) * p.stride);
             return p;
@@ -81,8 +82,9 @@ TEST_P(blended, makes_the_pixels_of_the_function_of_larger_pictures) {
     for (int i = 0; i < (few ? 6 : 60); ++i) {
         const int width = 2 * (1 + below(150)), height = 1 + below(100);
         const subpicture_rows over = draw(2 * (1 + below(150)), 1 + below(100));
-        const placement at[] = {
-            {0, i % 4 == 0, i % 2 == 0}, {0, i % 3 == 0, i % 2 == 1}, {0, i % 5 == 0, i % 4 < 2}};
+        const placement at[] = {{0, i % 4 == 0, i % 2 == 0},
+                                {0, i % 3 == 0, i % 2 == 1, i % 5 == 1 ? 16 : 0},
+                                {0, i % 5 == 0, i % 4 < 2}};
         compare(width, height, over, below(width) - below(over.width),
                 below(height) - below(over.height), adjustments[i % 2], at);
         if (HasFatalFailure())

@@ -1,6 +1,8 @@
 // convert() against the models of the functions, on pictures between unmapped pages.
 #include "tests/companion/comparison.h"
 
+#include <sys/mman.h>
+
 #include <numeric>
 
 namespace companion {
@@ -75,6 +77,51 @@ TEST_P(conversion, makes_the_pixels_of_the_function_of_larger_pictures) {
     }
 }
 
+// Planes of which one or two begin with their last row: all that the functions are told of chroma is the
+// stride of luma.
+TEST_P(conversion, makes_the_pixels_of_the_function_of_planes_that_go_different_ways) {
+    const auto [from, to] = GetParam();
+    for (const int width : {16, 32, 46, 64})
+        for (const optional_adjustment &by : adjustments)
+            for (int which = 1; which < 7; ++which) {
+                const rows_of_pixels pixels = random_pixels(from, width, 12, random);
+                const auto expected = expected_conversion(pixels, to, by);
+                ASSERT_TRUE(expected);
+                const auto turned = [&](const lumalane::picture &p, int planes) {
+                    lumalane::picture made = p, up = lumalane::flipped(p);
+                    for (int i = 0; i < lumalane::plane_count(p.format); ++i)
+                        if (planes >> i & 1)
+                            made.planes[i] = up.planes[i];
+                    return made;
+                };
+                const lumalane::picture source =
+                    turned(source_memory.lay_out(from, width, 12, {0, false, true}), which);
+                store(pixels, source);
+                const lumalane::picture made =
+                    turned(destination_memory.lay_out(to, width, 12, {0, false, true}), 7 - which);
+                ASSERT_TRUE(convert(source, made, by));
+                expect_made(made, *expected, [&](std::ostream &text) {
+                    text << width << (by ? " adjusted" : "") << ", planes " << which;
+                });
+                if (HasFatalFailure())
+                    return;
+            }
+}
+
+// Rows that are longer than the alpha of no subpicture.
+TEST_P(conversion, makes_the_pixels_of_the_function_of_long_rows) {
+    const auto [from, to] = GetParam();
+    for (const int width : {4097, 8208}) {
+        const rows_of_pixels pixels = random_pixels(from, width, 3, random);
+        for (const optional_adjustment &by : adjustments) {
+            compare(pixels, *expected_conversion(pixels, to, by), by, {0, false, true},
+                    {2, false, true});
+            if (HasFatalFailure())
+                return;
+        }
+    }
+}
+
 // Surfaces of so many bytes that the library may store around the cache: steps end where a line does.
 TEST_P(conversion, makes_the_pixels_of_the_function_on_surfaces_that_outgrow_the_cache) {
     constexpr int stride = 1 << 16, height = 129;
@@ -118,7 +165,8 @@ TEST(conversion_of_planes, makes_chroma_wherever_it_lies) {
     store(pixels, source);
     const struct {
         int first, second, stride;
-    } chroma[] = {{1280, 1792, 32}, {1280, 1792, 40}, {1281, 1792, 32}, {1280, 1800, 32}};
+    } chroma[] = {
+        {1280, 1792, 32}, {1280, 1792, 40}, {1281, 1792, 32}, {1280, 1800, 32}, {1968, 2480, 32}};
     for (const auto &[first, second, stride] : chroma) {
         bytes surface(4096);
         const lumalane::picture made{format::i420,
@@ -130,6 +178,87 @@ TEST(conversion_of_planes, makes_chroma_wherever_it_lies) {
         ASSERT_TRUE(convert(source, made, some));
         EXPECT_TRUE(load(made) == expected_conversion(pixels, format::i420, some))
             << first << ", " << second << ", " << stride;
+    }
+}
+
+// As one function has them, if their distances are those that it can be told.
+TEST(planes_of_one_memory, are_adjusted_wherever_they_are) {
+    std::minstd_rand random{1};
+    for (const int width : {16, 18, 24, 32, 40})
+        for (const int height : {2, 4, 6, 8})
+            for (const int gap : {0, 2, 8, 16})
+                for (const int between : {0, 1, 3, 8, 24})
+                    for (const bool up : {false, true}) {
+                        const rows_of_pixels pixels =
+                            random_pixels(format::i420, width, height, random);
+                        bytes source = bytes(lumalane::picture_bytes(format::i420, width, height));
+                        const lumalane::picture from =
+                            lumalane::packed_planes(format::i420, width, height, source.data());
+                        store(pixels, from);
+                        bytes memory(4096, guarded_planes::mark), expected = memory;
+                        const auto picture_in = [&](bytes &in) {
+                            const int stride = width + gap;
+                            unsigned char *const y = in.data() + 64,
+                                                 *const v = y + height * stride + between,
+                                                 *const u =
+                                                     v + height / 2 * (stride / 2) + 2 * between;
+                            const lumalane::picture p{
+                                between % 2 == 0 ? format::yv12 : format::i420,
+                                width,
+                                height,
+                                {{y, stride}, {v, stride / 2}, {u, stride / 2}}};
+                            return up ? lumalane::flipped(p) : p;
+                        };
+                        store(*expected_conversion(pixels, picture_in(memory).format, some),
+                              picture_in(expected));
+                        ASSERT_TRUE(lumalane::convert(from, picture_in(memory), some));
+                        ASSERT_TRUE(memory == expected)
+                            << width << "x" << height << ", gap " << gap << ", " << between
+                            << (up ? " between, bottom up" : " between");
+                    }
+}
+
+// The function could be told such distances, and would compute with 32 bits of them.
+TEST(planes_far_apart, are_adjusted_like_others) {
+    if (sizeof(void *) < 8)
+        GTEST_SKIP() << "there is no room";
+    constexpr unsigned long long apart = 1ULL << 31;
+    constexpr std::size_t page = 1 << 16;
+    void *const reserved =
+        mmap(nullptr, static_cast<std::size_t>(2 * apart) + page, PROT_READ | PROT_WRITE,
+             MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    ASSERT_NE(reserved, MAP_FAILED);
+    auto *const y = static_cast<unsigned char *>(reserved);
+    std::minstd_rand random{1};
+    const rows_of_pixels pixels = random_pixels(format::i420, 16, 4, random);
+    bytes memory(1 << 10);
+    const lumalane::picture source = lumalane::packed_planes(format::i420, 16, 4, memory.data());
+    store(pixels, source);
+    const lumalane::picture made{
+        format::i420, 16, 4, {{y, 16}, {y + apart, 8}, {y + 2 * apart, 8}}};
+    EXPECT_TRUE(lumalane::convert(source, made, some));
+    EXPECT_TRUE(load(made) == *expected_conversion(pixels, format::i420, some));
+    munmap(reserved, static_cast<std::size_t>(2 * apart) + page);
+}
+
+// Of which not all rows lie side by side.
+TEST(conversion_of_planes, adjusts_sources_with_a_gap_in_any_plane) {
+    std::minstd_rand random{1};
+    const rows_of_pixels pixels = random_pixels(format::i420, 32, 16, random);
+    for (const auto &[luma, first, second] :
+         {std::array{32, 16, 16}, {40, 16, 16}, {32, 24, 16}, {32, 16, 24}, {32, 16, 64}}) {
+        bytes memory(4096), surface(4096);
+        const lumalane::picture source{
+            format::i420,
+            32,
+            16,
+            {{memory.data(), luma}, {&memory[1024], first}, {&memory[2048], second}}};
+        store(pixels, source);
+        const lumalane::picture made =
+            lumalane::packed_planes(format::i420, 32, 16, surface.data());
+        ASSERT_TRUE(convert(source, made, some));
+        EXPECT_TRUE(load(made) == expected_conversion(pixels, format::i420, some))
+            << luma << ", " << first << ", " << second;
     }
 }
 

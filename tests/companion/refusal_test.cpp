@@ -111,9 +111,22 @@ TEST_F(refusal, of_a_height_that_is_too_large) {
     refused(error::size_too_large, "source");
 }
 
+TEST_F(refusal, of_a_width_that_is_too_large) {
+    source.width = lumalane::largest_size + 1;
+    refused(error::size_too_large, "source");
+    EXPECT_TRUE(lumalane::detail::check_size(lumalane::largest_size, lumalane::largest_size, ""));
+}
+
 TEST_F(refusal, of_other_sizes) {
     --destination.width, ++high.height;
     refused(error::sizes_differ, "destination");
+}
+
+TEST_F(refusal, of_a_column_more_than_twice_the_width) {
+    const lumalane::picture wider =
+        lumalane::packed_planes(format::yuy2, 2 * width + 1, 2 * height, destination_memory.data());
+    EXPECT_EQ(lumalane::stretch(source, wider, stretching::twice_both).code, error::sizes_differ);
+    nothing_is_written();
 }
 
 TEST_F(refusal, of_rgb_sources) {
@@ -142,6 +155,19 @@ TEST_F(refusal, of_pairs_that_no_function_serves) {
         lumalane::packed_planes(format::rgb24, 2 * width, 2 * height, destination_memory.data());
     EXPECT_EQ(lumalane::stretch(source, large, stretching::twice_both).code,
               error::unsupported_formats);
+    EXPECT_EQ(lumalane::stretch(
+                  yuy2,
+                  lumalane::packed_planes(format::yuy2, width, 2 * height, high.planes[0].data),
+                  stretching::twice_height)
+                  .code,
+              error::unsupported_formats);
+    for (const format to : {format::yv12, format::yuy2}) {
+        const lumalane::picture twice =
+            lumalane::packed_planes(to, width, 2 * height, destination_memory.data());
+        const lumalane::const_picture &from = to == format::yuy2 ? yuy2 : source;
+        EXPECT_EQ(lumalane::stretch(from, twice, stretching::along_edges).code,
+                  error::unsupported_formats);
+    }
     nothing_is_written();
 }
 
@@ -168,14 +194,31 @@ TEST_F(refusal, of_source_and_destination_that_share_a_byte) {
         source, lumalane::packed_planes(format::rgb32, width, height, to.planes[0].data + 1)));
 }
 
+TEST_F(refusal, of_any_two_planes_of_source_and_destination_that_share_a_byte) {
+    for (int i = 0; i < 3; ++i)
+        for (int k = 0; k < 3; ++k) {
+            destination = packed(format::yv12, destination_memory);
+            destination.planes[k].data = const_cast<unsigned char *>(source.planes[i].data);
+            const lumalane::status s = lumalane::convert(source, destination);
+            EXPECT_EQ(s.code, error::buffers_overlap) << i << k;
+        }
+    nothing_is_written();
+}
+
 TEST_F(refusal, of_planes_of_the_destination_that_share_a_byte) {
     destination = packed(format::yv12, destination_memory);
     high = lumalane::packed_planes(format::yv12, width, 2 * height, destination_memory.data());
     destination.planes[1].data -= 1, high.planes[1].data -= 1;
     refused(error::planes_overlap, "destination");
     destination.planes[1].data += 1, high.planes[1].data += 1;
+    unsigned char *const last = destination.planes[2].data, *const last_of_high =
+                                                                high.planes[2].data;
     destination.planes[2].data = destination.planes[1].data;
     high.planes[2].data = high.planes[1].data;
+    refused(error::planes_overlap, "destination");
+    destination.planes[1].data = last, high.planes[1].data = last_of_high;
+    destination.planes[2].data = destination.planes[0].data;
+    high.planes[2].data = high.planes[0].data;
     refused(error::planes_overlap, "destination");
 }
 
@@ -218,6 +261,18 @@ TEST_F(refusal, of_subpictures_with_strides_below_the_bytes_of_a_row) {
 TEST_F(refusal, of_subpictures_that_overlap_the_destination) {
     over.v.data = destination_memory.data() + 4 * width * height - 1;
     subpicture_refused(error::buffers_overlap, "destination");
+    EXPECT_STREQ(lumalane::blend(source, over, 0, 0, destination).other, "subpicture");
+    for (lumalane::const_plane lumalane::subpicture::*plane :
+         {&lumalane::subpicture::alpha, &lumalane::subpicture::y, &lumalane::subpicture::u,
+          &lumalane::subpicture::v})
+        for (int i = 0; i < 3; ++i) {
+            destination = packed(format::i420, destination_memory);
+            over = {8, 4, sub, sub, sub, sub};
+            (over.*plane).data = destination.planes[i].data;
+            destination.planes[(i + 1) % 3].data += 1024,
+                destination.planes[(i + 2) % 3].data += 4096;
+            subpicture_refused(error::buffers_overlap, "destination");
+        }
 }
 
 // Far away is outside, and no error.

@@ -88,6 +88,17 @@ TEST(stretched_columns, go_back_by_no_more_than_32_bits_hold) {
     }
 }
 
+TEST(stretched_rows_of_rgb, go_back_by_no_more_than_32_bits_hold) {
+    using namespace lumalane::detail;
+    const stretcher t = stretcher_of(format::i420, format::rgb32, stretching::twice_height, false);
+    const auto fit = [&](int size, int to_row_of_surface) {
+        return fits(t, {{}, {size, size / 2, size / 2}}, {{}, {to_row_of_surface}}, size, size);
+    };
+    EXPECT_TRUE(fit(16368, 4 * 16368));
+    EXPECT_FALSE(fit(16384, 4 * 16384));
+    EXPECT_FALSE(fit(16384, -4 * 16384 - 32));
+}
+
 std::vector<served> all_served() {
     std::vector<served> found;
     for (const format from : {format::yv12, format::i420}) {
