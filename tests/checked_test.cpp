@@ -549,6 +549,30 @@ TEST(checked_calls, tell_of_the_first_of_several_buffers) {
     expect(call(p.y, {}, {}, {}), error::null_plane, "src_u");
     expect(call(p.y, p.u, {}, {}), error::null_plane, "src_v");
     expect(call(p.y, p.u, p.v, {}), error::null_plane, "dst");
+    // In the order of the record's fields.
+    const pixels memory[8];
+    lumalane::mix_buffers m;
+    m.video_pitch = m.sub_pitch = 16, m.dst_pitch = 64, m.width = 16, m.height = 4;
+    const auto refused_for = [&](const char *name) {
+        expect(checked::mix_ayuy2_rgb32_p_ajust(m), error::null_plane, name);
+    };
+    refused_for("video_y");
+    m.video_y = memory[0];
+    refused_for("video_v");
+    m.video_v = memory[1];
+    refused_for("video_u");
+    m.video_u = memory[2];
+    refused_for("alpha_plane");
+    m.alpha_plane = memory[3];
+    refused_for("sub_y");
+    m.sub_y = memory[4];
+    refused_for("sub_v");
+    m.sub_v = memory[5];
+    refused_for("sub_u");
+    m.sub_u = memory[6];
+    refused_for("dst");
+    m.dst = memory[7];
+    EXPECT_TRUE(checked::mix_ayuy2_rgb32_p_ajust(m));
 }
 
 TEST(checked_calls, refuse_strides) {

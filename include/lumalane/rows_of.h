@@ -213,6 +213,18 @@ constexpr void writes_groups(Receiver &to, pointer p, number bytes, number count
                    [&](const row_set &rows) { to.writes(p, rows); });
 }
 
+// Rows that are read from so many places, which are one where they touch.
+template <class Receiver>
+constexpr void reads_apart(Receiver &to, pointer p, row_set rows, number apart, number places) {
+    if (magnitude(apart) <= rows.bytes) {
+        rows.first += (places - 1) * least(apart);
+        rows.bytes += (places - 1) * magnitude(apart);
+    } else {
+        rows.columns = places, rows.column_pitch = apart;
+    }
+    to.reads(p, rows);
+}
+
 // A count that loops compare as an unsigned number.
 constexpr number as_unsigned(int x) { return static_cast<uint32_t>(x); }
 
@@ -587,15 +599,15 @@ constexpr void rows_of_doubled_pairs(const picture_call &p, number times, bool f
             to.reads(plane, {0, W / 2, P, chroma_next});
         return;
     }
-    // Each is read from two places that are d apart. (An odd width may be one more than W.)
-    const number left = d < 0 ? d : 0, wide = W + larger(d, -d);
-    to.reads(pointer::src, {left, wide, P, next});
-    to.reads(pointer::src, {left + row, wide, P, next});
+    // Luma is read from two places that are d apart (an odd width may be one more than W), chroma from
+    // four. They are one where they touch, which those of negative widths do not.
+    reads_apart(to, pointer::src, {0, W, P, next}, d, 2);
+    reads_apart(to, pointer::src, {row, W, P, next}, d, 2);
     to.reads(pointer::src, {d + luma_below, W, P, next});
     to.reads(pointer::src, {d + row + luma_below, W, P - 1, next});
     for (const pointer plane : src_chroma) {
-        to.reads(plane, {0, W / 2 + 3 * drift, P, chroma_next});
-        to.reads(plane, {2 * drift + chroma_below, W / 2 + drift, P - 1, chroma_next});
+        reads_apart(to, plane, {0, W / 2, P, chroma_next}, drift, 4);
+        reads_apart(to, plane, {2 * drift + chroma_below, W / 2, P - 1, chroma_next}, drift, 2);
     }
     if (filtered) {
         const number luma_beside[] = {-luma_below, 2 * luma_below};

@@ -234,10 +234,11 @@ TEST(planes_far_apart, are_adjusted_like_others) {
     bytes memory(1 << 10);
     const lumalane::picture source = lumalane::packed_planes(format::i420, 16, 4, memory.data());
     store(pixels, source);
-    const lumalane::picture made{
-        format::i420, 16, 4, {{y, 16}, {y + apart, 8}, {y + 2 * apart, 8}}};
-    EXPECT_TRUE(lumalane::convert(source, made, some));
-    EXPECT_TRUE(load(made) == *expected_conversion(pixels, format::i420, some));
+    for (unsigned char *const u : {y + apart, y + 128}) {
+        const lumalane::picture made{format::i420, 16, 4, {{y, 16}, {u, 8}, {y + 2 * apart, 8}}};
+        EXPECT_TRUE(lumalane::convert(source, made, some));
+        EXPECT_TRUE(load(made) == *expected_conversion(pixels, format::i420, some));
+    }
     munmap(reserved, static_cast<std::size_t>(2 * apart) + page);
 }
 
