@@ -69,7 +69,9 @@ shape draw_almost_regular(random &r, const stretch_function &f) {
     shape s = draw_regular(r, f);
     switch (r.between(0, 4)) {
     case 0:
-        s.width = draw_width(r, f, r.one_in(2) ? std::max(f.least_width + 1, 31) : s.width + 15);
+        s.width = r.one_in(3)   ? (s.width + 1) / f.width_step * f.width_step // by one too wide
+                  : r.one_in(2) ? draw_width(r, f, std::max(f.least_width + 1, 31))
+                                : draw_width(r, f, s.width + 15);
         break;
     case 1:
         s.height = std::max(s.height - r.between(1, 3), f.least_height);
