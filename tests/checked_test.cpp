@@ -11,8 +11,6 @@
 #include <utility>
 #include <vector>
 
-#include <sys/mman.h>
-
 #include <gtest/gtest.h>
 
 #include <lumalane/lumalane.hpp>
@@ -20,6 +18,9 @@
 #include "tests/call_memory.h"
 #include "tests/differential/drawn_call.h"
 #include "tests/recorded_call.h"
+#if UINTPTR_MAX > 0xffffffff // where there is room
+#include "tests/sparse_memory.h"
+#endif
 
 namespace {
 
@@ -553,25 +554,18 @@ TEST(checked_calls, tell_of_the_first_of_several_buffers) {
     const pixels memory[8];
     lumalane::mix_buffers m;
     m.video_pitch = m.sub_pitch = 16, m.dst_pitch = 64, m.width = 16, m.height = 4;
-    const auto refused_for = [&](const char *name) {
+    const auto refused_without = [&](const char *name, auto &field, const pixels &found) {
         expect(checked::mix_ayuy2_rgb32_p_ajust(m), error::null_plane, name);
+        field = found;
     };
-    refused_for("video_y");
-    m.video_y = memory[0];
-    refused_for("video_v");
-    m.video_v = memory[1];
-    refused_for("video_u");
-    m.video_u = memory[2];
-    refused_for("alpha_plane");
-    m.alpha_plane = memory[3];
-    refused_for("sub_y");
-    m.sub_y = memory[4];
-    refused_for("sub_v");
-    m.sub_v = memory[5];
-    refused_for("sub_u");
-    m.sub_u = memory[6];
-    refused_for("dst");
-    m.dst = memory[7];
+    refused_without("video_y", m.video_y, memory[0]);
+    refused_without("video_v", m.video_v, memory[1]);
+    refused_without("video_u", m.video_u, memory[2]);
+    refused_without("alpha_plane", m.alpha_plane, memory[3]);
+    refused_without("sub_y", m.sub_y, memory[4]);
+    refused_without("sub_v", m.sub_v, memory[5]);
+    refused_without("sub_u", m.sub_u, memory[6]);
+    refused_without("dst", m.dst, memory[7]);
     EXPECT_TRUE(checked::mix_ayuy2_rgb32_p_ajust(m));
 }
 
@@ -727,20 +721,18 @@ TEST(checked_calls, allow_rows_of_one_buffer_between_those_of_another) {
            error::buffers_overlap, "dst");
 }
 
+#if UINTPTR_MAX > 0xffffffff
+
 // As far as 32 bits would count as nothing.
 TEST(checked_calls, allow_buffers_that_are_far_apart) {
-    if (sizeof(void *) < 8)
-        GTEST_SKIP() << "there is no room";
-    constexpr unsigned long long apart = 1ULL << 32;
+    const tests::sparse_memory memory;
+    ASSERT_TRUE(memory.mapped());
     constexpr std::size_t page = 1 << 16;
-    void *const reserved =
-        mmap(nullptr, static_cast<std::size_t>(apart) + page, PROT_READ | PROT_WRITE,
-             MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    ASSERT_NE(reserved, MAP_FAILED);
-    auto *const src = static_cast<unsigned char *>(reserved);
-    EXPECT_TRUE(checked::LoadYUY2_YUY2({src, page}, {}, {}, {src + apart, page}, 16, 2, 16, 32));
-    munmap(reserved, static_cast<std::size_t>(apart) + page);
+    unsigned char *const src = memory.origin(), *const dst = src + (1LL << 32);
+    EXPECT_TRUE(checked::LoadYUY2_YUY2({src, page}, {}, {}, {dst, page}, 16, 2, 16, 32));
 }
+
+#endif
 
 TEST(checked_calls, set_the_adjustment) {
     contrast_data halved = {32, 32, 0, 0, 0, 0, 0, 0};

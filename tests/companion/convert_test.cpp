@@ -1,8 +1,10 @@
 // convert() against the models of the functions, on pictures between unmapped pages.
 #include "tests/companion/comparison.h"
+#if UINTPTR_MAX > 0xffffffff // where there is room
+#include "tests/sparse_memory.h"
+#endif
 
-#include <sys/mman.h>
-
+#include <cstdint>
 #include <numeric>
 
 namespace companion {
@@ -218,17 +220,14 @@ TEST(planes_of_one_memory, are_adjusted_wherever_they_are) {
                     }
 }
 
+#if UINTPTR_MAX > 0xffffffff
+
 // The function could be told such distances, and would compute with 32 bits of them.
 TEST(planes_far_apart, are_adjusted_like_others) {
-    if (sizeof(void *) < 8)
-        GTEST_SKIP() << "there is no room";
-    constexpr unsigned long long apart = 1ULL << 31;
-    constexpr std::size_t page = 1 << 16;
-    void *const reserved =
-        mmap(nullptr, static_cast<std::size_t>(2 * apart) + page, PROT_READ | PROT_WRITE,
-             MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    ASSERT_NE(reserved, MAP_FAILED);
-    auto *const y = static_cast<unsigned char *>(reserved);
+    constexpr long long apart = 1LL << 31;
+    const tests::sparse_memory far;
+    ASSERT_TRUE(far.mapped());
+    unsigned char *const y = far.origin();
     std::minstd_rand random{1};
     const rows_of_pixels pixels = random_pixels(format::i420, 16, 4, random);
     bytes memory(1 << 10);
@@ -239,8 +238,9 @@ TEST(planes_far_apart, are_adjusted_like_others) {
         EXPECT_TRUE(lumalane::convert(source, made, some));
         EXPECT_TRUE(load(made) == *expected_conversion(pixels, format::i420, some));
     }
-    munmap(reserved, static_cast<std::size_t>(2 * apart) + page);
 }
+
+#endif
 
 // Of which not all rows lie side by side.
 TEST(conversion_of_planes, adjusts_sources_with_a_gap_in_any_plane) {
