@@ -101,7 +101,7 @@ void mix_onto_rgb(const machine &machine, const tagMIX_INFO &mix,
                   const planar_to_surface &surface) {
     if (!surface.emit)
         return;
-    const ptrdiff_t pixels = mix.width <= 0 ? step : whole_steps(mix.width, step);
+    const ptrdiff_t pixels = whole_steps_signed(mix.width, step);
     const mix_groups p(mix, surface.bytes_per_pixel, pixels);
     const mix_distance rewind = rewind_of(mix);
     const bool in_order = keeps_order(machine, mix, [&](call_rows &rows) {

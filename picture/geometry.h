@@ -37,6 +37,13 @@ constexpr ptrdiff_t whole_steps(int width, unsigned step) {
     return static_cast<ptrdiff_t>(detail::whole(width, step));
 }
 
+// Where widths are counted with their sign: one below 0 has the least number of steps.
+constexpr ptrdiff_t whole_steps_signed(int width, int step, int least_steps = 1) {
+    const ptrdiff_t pixels = static_cast<ptrdiff_t>(detail::up(width, step));
+    const ptrdiff_t least = least_steps * step;
+    return pixels < least ? least : pixels;
+}
+
 // ---- Rows --------------------------------------------------------------------------------------
 
 // `count` rows of `bytes` bytes each, `pitch` bytes apart.

@@ -202,8 +202,7 @@ ptrdiff_t pixels_of_width_on_16(int width) {
 
 void strech_picture_1X2_yuy2_ajust_rgb32(const machine &machine, const call::picture &p) {
     if (p.height >= least_height)
-        stretch(machine, p, planar_to_rgb32(machine.rows),
-                p.width < step ? step : whole_steps(p.width, step));
+        stretch(machine, p, planar_to_rgb32(machine.rows), whole_steps_signed(p.width, step));
 }
 
 void strech_picture_1X2_yuy2_ajust_rgb24(const machine &machine, const call::picture &p) {

@@ -152,9 +152,7 @@ namespace {
 
 // quirk: the steps of a row are counted from one step less on, tested after each, and followed by the
 // last one: there are two at least [stretches.yuy2_2x2_writes_at_least_two_steps]
-ptrdiff_t pixels_of_double_width(int width) {
-    return static_cast<ptrdiff_t>(2 * (detail::up((width >> 1) - 8, 8) + 8));
-}
+ptrdiff_t pixels_of_double_width(int width) { return 2 * whole_steps_signed(width >> 1, 8, 2); }
 
 // A run of one row or of what lies between it and the row below, adjusted unless `by` is null.
 class doubled_run {

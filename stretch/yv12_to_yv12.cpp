@@ -207,7 +207,7 @@ public:
           lost_bits(static_cast<unsigned>(product(twice(p.height), static_cast<int>(p.dst_pitch)))),
           // quirk: there are two columns at least
           // [plane_stretches.plain_2x2_of_width_8_has_two_strips]
-          samples(p.width <= 2 * column ? 2 * column : whole_steps(p.width, column)) {}
+          samples(whole_steps_signed(p.width, column, 2)) {}
 
     void stretch() const {
         // Rows are cleared of all bits of the first column.
