@@ -169,7 +169,7 @@ void mix_by_bands(const machine &machine, const mixed_planes &p, const adjustmen
     const surface_stores y_stores = stores_of(p.y), u_stores = stores_of(p.u),
                          v_stores = stores_of(p.v);
     const store_policy chroma_stores =
-        u_stores == v_stores ? static_cast<store_policy>(u_stores) : store_policy::cached;
+        u_stores == v_stores ? static_cast<store_policy>(u_stores) : in_cache(u_stores);
     const auto end_of = [](ptrdiff_t from, ptrdiff_t rows_of_band, const mixed_plane &plane) {
         return from + rows_of_band < plane.rows ? from + rows_of_band : plane.rows;
     };

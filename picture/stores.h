@@ -41,8 +41,13 @@ public:
                 bound_by::loads_and_stores};
     }
 
+    // For what is stored in the cache, whatever it comes to.
+    static store_policy in_cache(const machine &machine) {
+        return of_a_server(machine) ? store_policy::cached_fetching : store_policy::cached;
+    }
+
     ~surface_stores() {
-        if (policy_ == store_policy::non_temporal)
+        if (is_non_temporal(policy_))
             rows.finish_stores();
     }
 
@@ -53,17 +58,25 @@ public:
 private:
     surface_stores(const machine &machine, const unsigned char *dst, long long pitch, int alignment,
                    long long bytes, bool in_order, bound_by bound)
-        : rows(machine.rows), policy_(!in_order && outgrows_cache(machine, bytes, bound) &&
-                                              begin_on(alignment, dst, pitch)
-                                          ? store_policy::non_temporal
-                                          : store_policy::cached) {}
+        : rows(machine.rows),
+          policy_(in_order ? store_policy::cached
+                  : outgrows_cache(machine, bytes, bound) && begin_on(alignment, dst, pitch)
+                      ? around(in_cache(machine))
+                      : in_cache(machine)) {}
+
+    // The caches of many cores are slower. There lines that are fetched ahead make rows that are copied or
+    // made in pairs 1.1 to 1.7 times as fast (measured with 260 and 480 MB); with 32 MB the same loops
+    // take 1.1 to 1.5 times as long with them.
+    static bool of_a_server(const machine &machine) {
+        return machine.last_level_cache_bytes > 128'000'000;
+    }
 
     // Non-temporal stores win from a third of the last-level cache on: what is read needs its place
     // too, and other processes have theirs; in larger caches, which are those of many cores and slower
     // to write, from most_cached_bytes() on.
     static bool outgrows_cache(const machine &machine, long long bytes, bound_by bound) {
         const unsigned cache = machine.last_level_cache_bytes, third = cache / 3;
-        const unsigned most = detail::most_cached_bytes(bound, cache > 128'000'000);
+        const unsigned most = detail::most_cached_bytes(bound, of_a_server(machine));
         return cache != 0 && bytes > (third > most ? most : third);
     }
 

@@ -324,7 +324,7 @@ private:
     // As store_all() does, but fetches no lines.
     template <class Pixels>
     LUMALANE_INLINE void store(unsigned char *to, const Pixels &pixels) const {
-        if (streams_at_once && stores == store_policy::non_temporal)
+        if (streams_at_once && is_non_temporal(stores))
             store_all<non_temporal>(to, pixels);
         else
             store_all<cached>(to, pixels);
@@ -545,7 +545,7 @@ template <class Surface>
 LUMALANE_INLINE void mix_to(const mixed_pairs &pairs, ptrdiff_t n) {
     constexpr blending *into_strip = blend_chroma_of_pairs<strip_chroma<weight_of_second>>;
     if constexpr (emits_at_once) {
-        const bool at_once = !streams || streams_at_once || pairs.stores == store_policy::cached;
+        const bool at_once = !streams || streams_at_once || !is_non_temporal(pairs.stores);
         mix(pairs, n, at_once ? blend_chroma_of_pairs<surface_chroma<Surface>> : into_strip,
             into_strip);
     } else {

@@ -249,9 +249,10 @@ LUMALANE_INLINE ptrdiff_t convert_vectors(const drawn_rows &row, ptrdiff_t n, un
             const samples<widest> made = convert<false, widest>(here.first, here.second);
             const drawn_rows at = after<Surface>(row, x);
             fetch_source<widest * Surface::bytes_per_pixel>(at.surface);
-            fetch_ahead<widest, 1>(at.y);
-            fetch_ahead<widest, 1>(at.u);
-            fetch_ahead<widest, 1>(at.v);
+            const ptrdiff_t ahead = fetched_ahead(row.stores);
+            fetch_ahead<widest, 1>(at.y, ahead);
+            fetch_ahead<widest, 1>(at.u, ahead);
+            fetch_ahead<widest, 1>(at.v, ahead);
             store(at.y, made.y);
             store(at.u, made.uv.lower);
             store(at.v, made.uv.upper);

@@ -176,13 +176,13 @@ struct row_place {
 
 // And what is made of it, which is the same for all of them.
 struct row_start : row_place {
-    ptrdiff_t dst_below, chroma_below;
+    ptrdiff_t dst_below, chroma_below, ahead;
     store_policy stores;
     lower_row lower;
 
     LUMALANE_INLINE row_start(const row_place &at, const planar_rows &rows)
         : row_place(at), dst_below(rows.dst_below), chroma_below(rows.chroma_below),
-          stores(rows.stores), lower(rows.lower) {}
+          ahead(fetched_ahead(rows.stores)), stores(rows.stores), lower(rows.lower) {}
 };
 
 LUMALANE_INLINE row_place place_of(const planar_rows &rows) {
@@ -230,8 +230,8 @@ LUMALANE_INLINE void emit_group(const Surface &surface, const row_start &at, ptr
     const bytes<n> upper = load<n>(at.y + x);
     if constexpr (pair) {
         if constexpr (Stores::takes_lines) {
-            fetch_ahead<n, Surface::bytes_per_pixel>(dst);
-            fetch_ahead<n, Surface::bytes_per_pixel>(dst + at.dst_below);
+            fetch_ahead<n, Surface::bytes_per_pixel>(dst, at.ahead);
+            fetch_ahead<n, Surface::bytes_per_pixel>(dst + at.dst_below, at.ahead);
         }
         const auto load_lower = [&]() LUMALANE_INLINE_LAMBDA {
             if constexpr (is == known::nothing)
@@ -339,7 +339,7 @@ LUMALANE_INLINE void emit_rows(const planar_rows &rows, ptrdiff_t n,
                 return emit_rows_as<true, known::both_averages, cached>(surface, rows, n, format);
             }
     } else if constexpr (streams_its_pairs<Surface>) {
-        if (rows.stores == store_policy::non_temporal)
+        if (is_non_temporal(rows.stores))
             return emit_rows_as<true, known::nothing, non_temporal>(surface, rows, n, format);
     }
     emit_rows_as<true, known::nothing, cached>(surface, rows, n, format);
@@ -515,7 +515,7 @@ void emit_odd_yuy2(const planar_rows &rows, ptrdiff_t n) {
 void emit_yuy2_with_gaps(const planar_rows &rows, ptrdiff_t n) {
     const to_yuy2<unadjusted_samples> surface(nullptr, {});
     const ptrdiff_t y_next = rows.y_next, chroma_next = rows.chroma_next, dst_next = rows.dst_next;
-    const ptrdiff_t dst_to_lower = rows.dst_below;
+    const ptrdiff_t dst_to_lower = rows.dst_below, ahead = fetched_ahead(rows.stores);
     row_place at = place_of(rows);
     const auto chroma = [&]<int size>(group_of<size>, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
         return surface.chroma<size>(at.u + x / 2, at.v + x / 2, 0);
@@ -534,11 +534,11 @@ void emit_yuy2_with_gaps(const planar_rows &rows, ptrdiff_t n) {
         } else {
             // Stores of both rows in turn take 1.4 times as long here.
             along_row<16>(n, [&](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-                store_and_fetch(at.dst + 2 * x, pixels(at.y + x, chroma(group, x)));
+                store_and_fetch(at.dst + 2 * x, pixels(at.y + x, chroma(group, x)), ahead);
             });
             along_row<16, widest_with_gaps<widest>>(
                 n, [&](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
-                    fetch_ahead<group.size, 2>(dst_below + 2 * x);
+                    fetch_ahead<group.size, 2>(dst_below + 2 * x, ahead);
                     store_after_8(dst_below + 2 * x, pixels(below + x, chroma(group, x)));
                 });
         }

@@ -9,13 +9,14 @@ namespace lumalane::LUMALANE_TARGET_NAME {
 namespace {
 
 template <class Stores>
-LUMALANE_INLINE void fill_row(unsigned char *dst, ptrdiff_t count, const pattern &with) {
+LUMALANE_INLINE void fill_row(unsigned char *dst, ptrdiff_t count, const pattern &with,
+                              ptrdiff_t ahead) {
     constexpr ptrdiff_t size = 3 * widest;
     const vectors<3, widest> pieces = pattern_vectors<3, widest>(with);
     ptrdiff_t x = 0;
     for (; x + 2 * size <= count; x += 2 * size) {
         if constexpr (Stores::takes_lines)
-            fetch_ahead<widest, 6>(dst + x);
+            fetch_ahead<widest, 6>(dst + x, ahead);
         store_all<Stores>(dst + x, pieces);
         store_all<Stores>(dst + x + size, pieces);
     }
@@ -57,8 +58,8 @@ template <int m, int size>
     ptrdiff_t x = 0;
     with_stores(stores, [&](auto policy) LUMALANE_INLINE_LAMBDA {
         const auto store_group = [&]() LUMALANE_INLINE_LAMBDA {
-            if constexpr (policy.takes_lines)
-                fetch_ahead<m, size>(dst + size * x);
+            if constexpr (decltype(policy)::takes_lines)
+                fetch_ahead<m, size>(dst + size * x, policy.ahead);
             store_all<decltype(policy)>(dst + size * x, pixels);
             x += m;
         };
@@ -153,7 +154,7 @@ LUMALANE_INLINE void emit_keyed(row_kernel::keyed_to_surface *itself, const keye
 
 void fill(unsigned char *dst, ptrdiff_t bytes, const pattern &with, store_policy stores) {
     with_stores(stores, [=, &with](auto policy) LUMALANE_INLINE_LAMBDA {
-        fill_row<decltype(policy)>(dst, bytes, with);
+        fill_row<decltype(policy)>(dst, bytes, with, fetched_ahead(stores));
     });
 }
 

@@ -160,14 +160,15 @@ LUMALANE_INLINE ptrdiff_t emit_pair_ahead(const Surface &surface, const packed_r
         return 0;
     const unsigned char *const src_below = rows.src + rows.src_below;
     unsigned char *const dst_below = rows.dst + rows.dst_below;
+    const ptrdiff_t ahead = fetched_ahead(rows.stores);
     auto upper = surface.template fetch<most>(rows.src);
     auto lower = surface.template fetch<most>(src_below);
     ptrdiff_t x = 0;
     for (; x + most <= n; x += most) {
         constexpr int vectors = most * Surface::bytes_per_pixel / widest;
         if constexpr (Stores::takes_lines) {
-            fetch_ahead<widest, vectors>(rows.dst + x * Surface::bytes_per_pixel);
-            fetch_ahead<widest, vectors>(dst_below + x * Surface::bytes_per_pixel);
+            fetch_ahead<widest, vectors>(rows.dst + x * Surface::bytes_per_pixel, ahead);
+            fetch_ahead<widest, vectors>(dst_below + x * Surface::bytes_per_pixel, ahead);
         }
         if constexpr (Surface::fetches_sources) {
             fetch_source<2 * most>(rows.src + 2 * x);
@@ -190,7 +191,7 @@ LUMALANE_INLINE void emit_pair(const Surface &surface, typename Surface::format 
                                const packed_rows &rows, ptrdiff_t n) {
     ptrdiff_t x = 0;
     if constexpr (streams_its_pairs<Surface>)
-        if (rows.stores == store_policy::non_temporal) {
+        if (is_non_temporal(rows.stores)) {
             x = emit_pair_ahead<non_temporal>(surface, rows, n);
             if (x < n) { // cached stores would hold up the others
                 packed_rows row = own(rows);

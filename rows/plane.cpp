@@ -51,12 +51,13 @@ LUMALANE_INLINE void store_rows(const plane_rows &rows, ptrdiff_t n, const Make 
                                      }
                                      return x;
                                  };
-    if (!streams || rows.stores == store_policy::cached) {
+    if (!streams || !is_non_temporal(rows.stores)) {
+        const ptrdiff_t ahead = fetched_ahead(rows.stores);
         each_row(rows, [=](const unsigned char *src, unsigned char *dst) LUMALANE_INLINE_LAMBDA {
             const auto store = step(cached{}, src, dst);
             const auto fetch_and_store = [=](auto group, ptrdiff_t x) LUMALANE_INLINE_LAMBDA {
                 if constexpr (widest > 32 || !adjusts)
-                    fetch_ahead<group.size, 1>(dst + x);
+                    fetch_ahead<group.size, 1>(dst + x, ahead);
                 store(group, x);
             };
             along_row<8>(n, store, four_groups(fetch_and_store, 0, n));
@@ -99,11 +100,12 @@ void emit_plane(const plane_rows &rows, ptrdiff_t n) {
 }
 
 void emit_half_plane(const plane_rows &rows, ptrdiff_t n) {
+    const ptrdiff_t ahead = fetched_ahead(rows.stores);
     with_adjustment(rows.by, [&](const auto map) LUMALANE_INLINE_LAMBDA {
         store_rows<2, decltype(map)::adjusts>(
             rows, n, [=]<int size>(const unsigned char *src) LUMALANE_INLINE_LAMBDA {
                 if constexpr (2 * size >= cache_line)
-                    fetch_source<2 * size>(src);
+                    fetch_source<2 * size>(src, ahead);
                 return map(load_odd<size>(src));
             });
     });

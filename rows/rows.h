@@ -38,8 +38,27 @@ constexpr int stack_alignment = 64;
 
 // How a kernel stores: non-temporal stores do not take lines of the cache for what is written. The
 // destination is aligned to row_kernels::streamed_bytes for them; for emit_plane() and
-// emit_half_plane() to 8 bytes.
-enum class store_policy : int { cached, non_temporal };
+// emit_half_plane() to 8 bytes. With either lines are fetched ahead, of what is about to be stored in
+// the cache and of what is only moved, if the processor does that too late by itself.
+enum class store_policy : int { cached, non_temporal, cached_fetching, non_temporal_fetching };
+
+constexpr bool is_non_temporal(store_policy stores) { return (static_cast<int>(stores) & 1) != 0; }
+
+// The same in the cache.
+constexpr store_policy in_cache(store_policy stores) {
+    return static_cast<store_policy>(static_cast<int>(stores) & 2);
+}
+
+// The same around it.
+constexpr store_policy around(store_policy stores) {
+    return static_cast<store_policy>(static_cast<int>(stores) | 1);
+}
+
+// How many bytes before they are stored lines are fetched. (0: the lines themselves, which takes as long
+// as fetching none.)
+constexpr ptrdiff_t fetched_ahead(store_policy stores) {
+    return (static_cast<int>(stores) & 2) != 0 ? 1024 : 0;
+}
 
 // Whether non-temporal stores go to both rows of a pair of RGB in turn, which share the arithmetic of
 // chroma: where a vector's pixels are whole lines of the cache, and registers are not short.
@@ -228,6 +247,8 @@ struct drawn_rows {
     // The same once more for so many rows.
     ptrdiff_t count = 1;
     ptrdiff_t surface_next = 0, luma_next = 0, chroma_next = 0; // from one to the next
+
+    store_policy stores = store_policy::cached; // never non-temporal
 };
 
 // Rows of one plane on their way to another one.

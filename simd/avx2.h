@@ -50,7 +50,7 @@ LUMALANE_INLINE void stream(unsigned char *to, bytes<32> a) {
 #ifndef LUMALANE_WIDER_THAN_AVX2
 // Not in 32 bits, where code is to be small.
 template <>
-inline constexpr int fetched_ahead<32> = vector_registers > 8 ? 1024 : 0;
+inline constexpr bool fetches_ahead<32> = vector_registers > 8;
 #endif
 
 // ---- One lane at a time ------------------------------------------------------------------------

@@ -65,10 +65,9 @@ inline constexpr int widest_with_gaps = n;
 template <int n>
 inline constexpr bool calls_are_apart = false;
 
-// How many bytes before they are stored lines of the destination are fetched, where vectors have n. 0:
-// the processor does by itself.
+// Whether loops over vectors of n bytes fetch lines of the destination ahead, where they are told to.
 template <int n>
-inline constexpr int fetched_ahead = 0;
+inline constexpr bool fetches_ahead = false;
 
 // How many bytes before they are loaded lines of a source are fetched, in loops where that gains: not all
 // processors do enough of it by themselves beside stores to other places. (To convert a surface of RGB32

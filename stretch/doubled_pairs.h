@@ -14,7 +14,7 @@ public:
                   bool lower_has_own_chroma, store_policy stores)
         : emit_rows(times_width == 2 ? kernels.emit_doubled_yuy2
                                      : kernels.emit_yuy2_of_double_height),
-          dst_pitch(dst_pitch_), in_turn(stores == store_policy::cached ||
+          dst_pitch(dst_pitch_), in_turn(!is_non_temporal(stores) ||
                                          streamed(kernels, times_width) == rows_stored::in_turn) {
         rows.stores = stores, rows.lower_has_own_chroma = lower_has_own_chroma;
     }

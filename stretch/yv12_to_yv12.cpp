@@ -259,7 +259,7 @@ private:
     // the first 8 are cleared.
     void double_rows(store_policy stores) const {
         const ptrdiff_t at_once = doubled_pairs::most(samples), last = height - 1;
-        const bool clears = stores == store_policy::cached || samples <= head;
+        const bool clears = !is_non_temporal(stores) || samples <= head;
         const auto make = [&](stretched_rows r, ptrdiff_t from, ptrdiff_t to, store_policy policy) {
             r.src += from, r.dst += 2 * from;
             r.repeats_last = to == samples, r.stores = policy;
@@ -276,7 +276,7 @@ private:
             stretched_rows r{row_at(first), surface(first), rows_made::both};
             r.src_below = p.src_pitch, r.dst_below = p.dst_pitch;
             r.count = count, r.src_next = p.src_pitch, r.dst_next = 2 * p.dst_pitch;
-            make(r, clears ? 0 : head, samples, clears ? store_policy::cached : stores);
+            make(r, clears ? 0 : head, samples, clears ? in_cache(stores) : stores);
             for (ptrdiff_t row = first; row < first + count; ++row) {
                 if (clears) {
                     const unsigned char next = row_at(row)[column], below = row_at(row + 1)[column];

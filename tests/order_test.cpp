@@ -223,7 +223,7 @@ protected:
             policy = stores;
             EXPECT_EQ(finished, before);
         }
-        EXPECT_EQ(finished - before, policy == store_policy::non_temporal);
+        EXPECT_EQ(finished - before, is_non_temporal(policy));
         return policy;
     }
 };
@@ -231,8 +231,12 @@ protected:
 TEST_P(stores_test, go_around_the_cache_from_a_third_of_it_on) {
     // In a cache of so many bytes cached stores are best up to `most`.
     const auto expect = [&](unsigned cache, long long most, bound_by bound) {
-        EXPECT_EQ(decided(cache, most, bound), store_policy::cached) << cache << " " << most;
-        EXPECT_EQ(decided(cache, most + 1, bound), store_policy::non_temporal)
+        const bool fetches = cache > 128'000'000;
+        EXPECT_EQ(decided(cache, most, bound),
+                  fetches ? store_policy::cached_fetching : store_policy::cached)
+            << cache << " " << most;
+        EXPECT_EQ(decided(cache, most + 1, bound),
+                  fetches ? store_policy::non_temporal_fetching : store_policy::non_temporal)
             << cache << " " << most;
     };
     for (const bound_by bound :
@@ -243,8 +247,9 @@ TEST_P(stores_test, go_around_the_cache_from_a_third_of_it_on) {
         expect(1, 0, bound);
         EXPECT_EQ(decided(0, 1LL << 40, bound), store_policy::cached);
     }
-    for (const bound_by bound : {bound_by::loads, bound_by::loads_and_stores, bound_by::stores})
+    for (const bound_by bound : {bound_by::loads, bound_by::loads_and_stores})
         expect(128'000'000, 8'000'000, bound);
+    expect(128'000'000, 12'000'000, bound_by::stores);
     for (const bound_by bound : {bound_by::stores_and_arithmetic, bound_by::arithmetic_and_stores})
         expect(128'000'000, 16'000'000, bound);
     expect(128'000'001, 800'000, bound_by::loads);
@@ -263,6 +268,8 @@ TEST_P(stores_test, stay_in_the_cache_off_the_vectors_and_in_order) {
     EXPECT_EQ(around(vector, 3 * vector, false), store_policy::non_temporal);
     EXPECT_EQ(around(vector, -vector, false), store_policy::non_temporal);
     EXPECT_EQ(around(vector, vector, true), store_policy::cached);
+    EXPECT_EQ(decided(300'000'000, 1 << 20, bound_by::stores, vector, vector, true),
+              store_policy::cached);
     const auto in_pairs = [&](std::uintptr_t at, long long pitch) {
         return decided(1, 1 << 20, bound_by::stores_and_arithmetic, at, pitch);
     };

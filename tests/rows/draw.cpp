@@ -30,9 +30,19 @@ lumalane::adjustment draw_adjustment(random &r) {
 }
 
 int alignment_for(lumalane::store_policy stores) {
-    return stores == lumalane::store_policy::cached
-               ? 1
-               : (lumalane::targets().end() - 1)->rows.streamed_bytes;
+    return is_non_temporal(stores) ? (lumalane::targets().end() - 1)->rows.streamed_bytes : 1;
+}
+
+lumalane::store_policy draw_policy(const wanted_call &wanted) {
+    using lumalane::store_policy;
+    const store_policy stores =
+        wanted.randomness.one_in(2) ? store_policy::cached : store_policy::cached_fetching;
+    return wanted.number % 2 == 0 ? stores : around(stores);
+}
+
+std::string told(lumalane::store_policy stores) {
+    return std::string(is_non_temporal(stores) ? "non-temporal" : "cached") +
+           (fetched_ahead(stores) != 0 ? ", lines fetched" : "");
 }
 
 std::ptrdiff_t draw_pitch(random &r, std::ptrdiff_t size, int alignment) {

@@ -71,14 +71,10 @@ bytes averaged(bytes, const bytes &);
 std::string told(const lumalane::plane_adjustment &);
 std::string told(const lumalane::adjustment &);
 
-// A policy by turns.
-inline lumalane::store_policy policy(unsigned number) {
-    return number % 2 == 0 ? lumalane::store_policy::cached : lumalane::store_policy::non_temporal;
-}
+// In the cache and around it by turns, and lines fetched ahead or not.
+lumalane::store_policy draw_policy(const wanted_call &);
 
-inline std::string told(lumalane::store_policy stores) {
-    return stores == lumalane::store_policy::cached ? "cached" : "non-temporal";
-}
+std::string told(lumalane::store_policy);
 
 // Of two calls, one after the other, of each four: an adjustment of a plane or of a picture. Else null.
 template <class Adjustment>
@@ -99,10 +95,10 @@ struct repetition {
     std::shared_ptr<const Adjustment> by; // or null
 
     explicit repetition(const wanted_call &wanted)
-        : count(wanted.randomness.between(1, 3)), stores(policy(wanted.number)),
+        : count(wanted.randomness.between(1, 3)), stores(draw_policy(wanted)),
           by(draw_by<Adjustment>(wanted)) {}
 
-    bool non_temporal() const { return stores == lumalane::store_policy::non_temporal; }
+    bool non_temporal() const { return is_non_temporal(stores); }
 
     template <class Rows>
     void tell(Rows &rows) const {

@@ -74,7 +74,7 @@ row_call draw_mixing_pairs(const wanted_call &wanted,
                                               : surfaces[4];
     const std::ptrdiff_t row_bytes = n * to.bytes_per_pixel;
     const auto by = draw_by<adjustment>(wanted);
-    const store_policy stores = policy(wanted.number);
+    const store_policy stores = draw_policy(wanted);
     const bool averaged = wanted.number / 4 % 2 == 1;
     const bool between = to.bytes_per_pixel > 1 && wanted.number / 8 % 3 == 0;
     const bool by_averages = wanted.facts.name == "mix_pairs_by_averages";
@@ -181,7 +181,7 @@ row_call draw_blending_planes(const wanted_call &wanted,
     const bool chroma = wanted.facts.name == "blend_chroma_planes";
     const std::ptrdiff_t n = wanted.n, samples = chroma ? n / 2 : n;
     const auto by = draw_by<adjustment>(wanted);
-    const store_policy stores = policy(wanted.number);
+    const store_policy stores = draw_policy(wanted);
     const bool averages = wanted.number / 4 % 2 == 1; // unless they are adjusted
     const std::ptrdiff_t count = wanted.randomness.between(1, 3);
     random &r = wanted.randomness;

@@ -146,7 +146,7 @@ row_call draw_doubled_to_surface(const wanted_call &wanted,
     const bool repeats_last = doubles_width && wanted.number / 6 % 2 == 1;
     const bool lower_has_own = wanted.number / 12 % 2 == 1;
     const bool two_of_chroma = all || wanted.number / 24 % 2 == 1;
-    const store_policy stores = policy(wanted.number);
+    const store_policy stores = draw_policy(wanted);
     random &r = wanted.randomness;
     const std::ptrdiff_t count = r.between(1, 3);
     const std::ptrdiff_t luma_bytes = n == 0 ? 0 : n + (doubles_width && !repeats_last);

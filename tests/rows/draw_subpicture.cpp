@@ -32,7 +32,7 @@ bytes drawn_bytes(random &r, std::ptrdiff_t size) {
 row_call draw_keyed_to_surface(const wanted_call &wanted,
                                member<lumalane::row_kernel::keyed_to_surface> kernel) {
     const std::ptrdiff_t n = wanted.n, row_bytes = n * wanted.facts.written;
-    const store_policy stores = policy(wanted.number);
+    const store_policy stores = draw_policy(wanted);
     const bytes channels = drawn_bytes(wanted.randomness, 3);
     const model::rgb colour{channels[0], channels[1], channels[2]};
     const auto pixel_of = [&]() -> bytes {
@@ -115,6 +115,7 @@ row_call draw_surface_to_planes(const wanted_call &wanted,
     surface.resize(n * size);
 
     enum { src, y, u, v };
+    const store_policy stores = in_cache(draw_policy(wanted));
     const auto key_pixels = pattern_of(key_pixel);
     const std::ptrdiff_t count = r.between(1, 3);
     const std::ptrdiff_t surface_next = draw_pitch(r, n * size);
@@ -127,9 +128,9 @@ row_call draw_surface_to_planes(const wanted_call &wanted,
                  {"u", n / 2, count, chroma_next, true},
                  {"v", n / 2, count, chroma_next, true}};
     call.run = [=](const row_kernels &target, const addresses &at) {
-        (target.*
-         kernel)({at[src], at[y], at[u], at[v], count, surface_next, luma_next, chroma_next}, n,
-                 key, *key_pixels);
+        (target.*kernel)(
+            {at[src], at[y], at[u], at[v], count, surface_next, luma_next, chroma_next, stores}, n,
+            key, *key_pixels);
         return 0;
     };
     call.expect = [=](const row_kernels &reference, contents &held) {
@@ -151,7 +152,7 @@ row_call draw_surface_to_planes(const wanted_call &wanted,
 
 row_call draw_filling(const wanted_call &wanted, member<lumalane::row_kernel::filling> kernel) {
     const std::ptrdiff_t n = wanted.n;
-    const store_policy stores = policy(wanted.number);
+    const store_policy stores = draw_policy(wanted);
     const auto pattern = pattern_of(drawn_bytes(wanted.randomness, 24));
     row_call call;
     call.arguments = told(stores);
@@ -174,7 +175,7 @@ row_call draw_filling(const wanted_call &wanted, member<lumalane::row_kernel::fi
 row_call draw_marker_to_key(const wanted_call &wanted,
                             member<lumalane::row_kernel::marker_to_key> kernel) {
     const std::ptrdiff_t n = wanted.n;
-    const store_policy stores = policy(wanted.number);
+    const store_policy stores = draw_policy(wanted);
     random &r = wanted.randomness;
     const auto marker = static_cast<unsigned char>(r.next()),
                key = static_cast<unsigned char>(r.next());
