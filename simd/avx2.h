@@ -47,12 +47,6 @@ LUMALANE_INLINE void stream(unsigned char *to, bytes<32> a) {
         _mm256_stream_si256(place, a.v);
 }
 
-#ifndef LUMALANE_WIDER_THAN_AVX2
-// Not in 32 bits, where code is to be small.
-template <>
-inline constexpr bool fetches_ahead<32> = vector_registers > 8;
-#endif
-
 // ---- One lane at a time ------------------------------------------------------------------------
 
 template <>
