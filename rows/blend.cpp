@@ -519,8 +519,8 @@ LUMALANE_INLINE ptrdiff_t pairs_in_turn(ptrdiff_t n) {
     // Narrow pairs that are drawn all over are blended together: full veils in rows of 320 pixels are
     // 1.02 to 1.05 times as fast.
     const ptrdiff_t most_drawn = n == 0 || n > strip ? 0 : pair_strip::bytes / pitch_of_strip(n);
-    const mixing how{n,   most_clear_pairs(n), most_drawn, longest_look_of(pairs.stores), blend,
-                     maps};
+    const ptrdiff_t longest = longest_look_of(pairs.stores);
+    const mixing how{n, most_clear_pairs(n), most_drawn, longest, blend, maps};
     const mixed_pairs *const others = pairs.alternate;
     const ptrdiff_t count = pairs.count;
     const ptrdiff_t run = others ? pairs_in_turn(n) : count;

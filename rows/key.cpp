@@ -10,13 +10,13 @@ namespace {
 
 template <class Stores>
 LUMALANE_INLINE void fill_row(unsigned char *dst, ptrdiff_t count, const pattern &with,
-                              ptrdiff_t ahead) {
+                              Stores stores) {
     constexpr ptrdiff_t size = 3 * widest;
     const vectors<3, widest> pieces = pattern_vectors<3, widest>(with);
     ptrdiff_t x = 0;
     for (; x + 2 * size <= count; x += 2 * size) {
         if constexpr (Stores::takes_lines)
-            fetch_ahead<widest, 6>(dst + x, ahead);
+            fetch_ahead<widest, 6>(dst + x, stores.ahead);
         store_all<Stores>(dst + x, pieces);
         store_all<Stores>(dst + x + size, pieces);
     }
@@ -153,9 +153,8 @@ LUMALANE_INLINE void emit_keyed(row_kernel::keyed_to_surface *itself, const keye
 } // namespace
 
 void fill(unsigned char *dst, ptrdiff_t bytes, const pattern &with, store_policy stores) {
-    with_stores(stores, [=, &with](auto policy) LUMALANE_INLINE_LAMBDA {
-        fill_row<decltype(policy)>(dst, bytes, with, fetched_ahead(stores));
-    });
+    with_stores(stores, [=, &with](auto policy)
+                            LUMALANE_INLINE_LAMBDA { fill_row(dst, bytes, with, policy); });
 }
 
 // The destination is read: non-temporal stores have nothing to spare there.

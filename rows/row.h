@@ -68,10 +68,11 @@ LUMALANE_INLINE void in_strips(Rows &at, ptrdiff_t n, const Make &make) {
 
 // ---- Loads ---------------------------------------------------------------------------------------
 
-// Lines of a source, of which n bytes from `from` on are about to be loaded, for later loads.
+// Lines of a source, of which n bytes from `from` on are about to be loaded, for later loads: not all
+// processors do enough of it by themselves beside stores to other places. (To convert a surface of RGB32
+// to planes took 2.9 times as long without it.)
 template <int n, int line = 0>
-LUMALANE_INLINE void fetch_source(const unsigned char *from,
-                                  ptrdiff_t ahead = sources_fetched_ahead) {
+LUMALANE_INLINE void fetch_source(const unsigned char *from, ptrdiff_t ahead = distance_ahead) {
     if constexpr (line < n) {
         __builtin_prefetch(from + ahead + line);
         fetch_source<n, line + cache_line>(from, ahead);
@@ -141,7 +142,7 @@ template <int count, int n>
 LUMALANE_INLINE void fetch_if_told(store_policy stores, const unsigned char *to,
                                    const vectors<count, n> &) {
     if (fetches_ahead<n> && fetched_ahead(stores) != 0)
-        fetch_ahead<n, count>(to, fetched_ahead(store_policy::cached_fetching));
+        fetch_ahead<n, count>(to, distance_ahead);
 }
 
 template <class Interleaved>

@@ -40,24 +40,39 @@ constexpr int stack_alignment = 64;
 // destination is aligned to row_kernels::streamed_bytes for them; for emit_plane() and
 // emit_half_plane() to 8 bytes. With either lines are fetched ahead, of what is about to be stored in
 // the cache and of what is only moved, if the processor does that too late by itself.
-enum class store_policy : int { cached, non_temporal, cached_fetching, non_temporal_fetching };
+enum class store_policy : int {
+    cached = 0,
+    non_temporal = 1, // a bit for each answer
+    cached_fetching = 2,
+    non_temporal_fetching = non_temporal | cached_fetching,
+};
 
-constexpr bool is_non_temporal(store_policy stores) { return (static_cast<int>(stores) & 1) != 0; }
+constexpr bool has(store_policy stores, store_policy bit) {
+    return (static_cast<int>(stores) & static_cast<int>(bit)) != 0;
+}
+
+constexpr bool is_non_temporal(store_policy stores) {
+    return has(stores, store_policy::non_temporal);
+}
 
 // The same in the cache.
 constexpr store_policy in_cache(store_policy stores) {
-    return static_cast<store_policy>(static_cast<int>(stores) & 2);
+    return has(stores, store_policy::cached_fetching) ? store_policy::cached_fetching
+                                                      : store_policy::cached;
 }
 
 // The same around it.
 constexpr store_policy around(store_policy stores) {
-    return static_cast<store_policy>(static_cast<int>(stores) | 1);
+    return has(stores, store_policy::cached_fetching) ? store_policy::non_temporal_fetching
+                                                      : store_policy::non_temporal;
 }
 
-// How many bytes before they are stored lines are fetched. (0: the lines themselves, which takes as long
-// as fetching none.)
+// How many bytes before they are loaded or stored lines are fetched, where that gains.
+constexpr ptrdiff_t distance_ahead = 1024;
+
+// What a policy makes of it. (0: the lines themselves, which takes as long as fetching none.)
 constexpr ptrdiff_t fetched_ahead(store_policy stores) {
-    return (static_cast<int>(stores) & 2) != 0 ? 1024 : 0;
+    return has(stores, store_policy::cached_fetching) ? distance_ahead : 0;
 }
 
 // Whether non-temporal stores go to both rows of a pair of RGB in turn, which share the arithmetic of

@@ -69,11 +69,6 @@ inline constexpr bool calls_are_apart = false;
 template <int n>
 inline constexpr bool fetches_ahead = false;
 
-// How many bytes before they are loaded lines of a source are fetched, in loops where that gains: not all
-// processors do enough of it by themselves beside stores to other places. (To convert a surface of RGB32
-// to planes took 2.9 times as long without it.)
-inline constexpr int sources_fetched_ahead = 1024;
-
 // What non-temporal stores of n bytes are to be aligned to.
 template <int n>
 inline constexpr int streamed_bytes = n;

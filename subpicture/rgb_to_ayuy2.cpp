@@ -26,7 +26,7 @@ void convert(const machine &machine, tagMIX_INFO &mix, int bytes_per_pixel, int 
     for_rows(p, pixels, in_order, step, [&](const rows_run &run) {
         kernel({source_row(surface, run.row), destination_row(y, run.row),
                 destination_row(u, run.row), destination_row(v, run.row), run.count,
-                run.next(surface), run.next(y), run.next(u), surface_stores::in_cache(machine)},
+                run.next(surface), run.next(y), run.next(u), surface_stores::cached_on(machine)},
                run.n, key, key_pixels);
     });
     // quirk: the record keeps where the conversion stands
