@@ -248,8 +248,9 @@ LUMALANE_INLINE void emit_rows(const packed_rows &told, ptrdiff_t n,
                      told.count,     told.src_next,  told.dst_next};
     const bool pairs = rows.lower != lower_row::none;
     const bool in_turn =
-        pairs && (rows_in_turn(rows.stores) ? n <= longest_run_in_order || !Surface::apart(rows)
-                                            : streams_in_turn<Surface>(rows));
+        pairs && (rows_in_turn(rows.stores)
+                      ? n <= longest_run_in_order || !Surface::apart(rows)
+                      : streams_its_pairs<Surface> && begin_at_multiples(rows, cache_line));
     for (ptrdiff_t left = rows.count; left > 0; --left) {
         if (in_turn) {
             emit_pair(surface, format, rows, n);

@@ -131,6 +131,7 @@ static_assert(to_rgb::green_is_as_promised());
 
 struct rgb32 {
     static constexpr int bytes_per_pixel = 4, vectors_per_group = 4;
+    static constexpr bool is_rare = false;
 
     template <int n, pairs order>
     LUMALANE_INLINE static auto interleaved(rgb_pixels<n, order> p) {
@@ -140,6 +141,7 @@ struct rgb32 {
 
 struct rgb24 {
     static constexpr int bytes_per_pixel = 3, vectors_per_group = 3;
+    static constexpr bool is_rare = false;
 
     template <int n, pairs order>
     LUMALANE_INLINE static auto interleaved(rgb_pixels<n, order> p) {
@@ -156,6 +158,7 @@ inline constexpr int permuted_for =
 template <int red, int green, int blue>
 struct rgb16 {
     static constexpr int bytes_per_pixel = 2, vectors_per_group = 2;
+    static constexpr bool is_rare = false;
 
     template <int n, pairs order>
     LUMALANE_INLINE static auto interleaved(rgb_pixels<n, order> p) {
@@ -174,6 +177,7 @@ struct rgb16 {
 // The layouts that are rare, in one kernel: only the packing differs.
 struct rare_rgb16 {
     static constexpr int bytes_per_pixel = 2, vectors_per_group = 2;
+    static constexpr bool is_rare = true;
 
     enum { rgb_555, rgb_664, rgb_655 } layout;
 

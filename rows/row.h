@@ -186,14 +186,8 @@ LUMALANE_INLINE bool begin_at_multiples(const Rows &rows, uintptr_t size) {
     return places % size == 0;
 }
 
-// Where rows begin on lines of the cache.
-template <class Surface, class Rows>
-LUMALANE_INLINE bool streams_in_turn(const Rows &rows) {
-    return streams_its_pairs<Surface> && begin_at_multiples(rows, cache_line);
-}
-
-// Whether rows of a pair are stored in turn wherever they begin: non-temporal stores would leave lines of
-// the cache half filled.
+// Whether rows of a pair are stored in turn wherever they begin: others begin on lines of the cache, of
+// which non-temporal stores would leave some half filled.
 LUMALANE_INLINE bool rows_in_turn(store_policy stores) {
     return !streams || !is_non_temporal(stores);
 }

@@ -75,11 +75,16 @@ constexpr ptrdiff_t fetched_ahead(store_policy stores) {
     return has(stores, store_policy::cached_fetching) ? distance_ahead : 0;
 }
 
-// Whether non-temporal stores go to both rows of a pair of RGB in turn, which share the arithmetic of
-// chroma: where a vector's pixels are whole lines of the cache, and registers are not short.
+// Whether vectors of pixels are whole lines of the cache, and registers enough for two rows: then
+// non-temporal stores can go to both rows of a pair in turn.
+constexpr bool streams_averages(int vector_bytes, int vector_registers, int bytes_per_pixel) {
+    return vector_bytes * bytes_per_pixel % cache_line == 0 && vector_registers >= 16;
+}
+
+// Whether they do for all pairs: of RGB, which share the arithmetic of chroma. (Of 2 bytes a pixel rows
+// are faster one by one, unless the lower ones are averages.)
 constexpr bool streams_pairs(int vector_bytes, int vector_registers, int bytes_per_pixel) {
-    return bytes_per_pixel > 2 && vector_bytes * bytes_per_pixel % cache_line == 0 &&
-           vector_registers >= 16;
+    return bytes_per_pixel > 2 && streams_averages(vector_bytes, vector_registers, bytes_per_pixel);
 }
 
 // The adjustment of one plane: a sample x becomes
