@@ -107,9 +107,9 @@ void mix_onto_rgb(const machine &machine, const tagMIX_INFO &mix,
     const bool in_order = keeps_order(machine, mix, [&](call_rows &rows) {
         detail::rows_of_mix_columns(sizes_of(mix), surface.bytes_per_pixel, rows);
     });
-    const surface_stores stores(machine, p.first.dst, mix.dst_pitch,
-                                4LL * p.groups * pixels * p.bytes_per_pixel, in_order,
-                                bound_by::arithmetic);
+    const surface_stores stores = surface_stores::of_mix(
+        machine, p.first.dst, mix.dst_pitch, 4LL * p.groups * pixels * p.bytes_per_pixel, in_order,
+        bound_by::arithmetic);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, {surface, machine.rows.mix_pairs_by_averages, true},
                           by.unless_neutral(), stores);
@@ -153,9 +153,9 @@ void mix_ayuy2_yuy2_i_ajust(const machine &machine, const call::mix &call) {
 
     const bool in_order = keeps_order(
         machine, mix, [&](call_rows &rows) { detail::rows_of_mix_groups(sizes_of(mix), rows); });
-    const surface_stores stores(machine, p.first.dst, p.row.dst | p.next.dst,
-                                4LL * p.groups * p.pixels * p.bytes_per_pixel, in_order,
-                                bound_by::arithmetic);
+    const surface_stores stores = surface_stores::of_mix(
+        machine, p.first.dst, p.row.dst | p.next.dst, 4LL * p.groups * p.pixels * p.bytes_per_pixel,
+        in_order, bound_by::arithmetic);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, {surface, machine.rows.mix_pairs_to_yuy2, false},
                           by.unless_neutral(), stores);

@@ -42,9 +42,9 @@ void mix_row_pairs(const machine &machine, tagMIX_INFO &mix, const mixed_to_surf
     const bool in_order = keeps_order(machine, mix, [&](call_rows &rows) {
         detail::rows_of_mix_pairs(sizes_of(mix), surface.bytes_per_pixel, d, rows);
     });
-    const surface_stores stores(machine, p.first.dst, p.below.dst | p.next.dst,
-                                2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order,
-                                surface.bound);
+    const surface_stores stores = surface_stores::of_mix(
+        machine, p.first.dst, p.below.dst | p.next.dst,
+        2LL * p.pairs * p.pixels * p.bytes_per_pixel, in_order, surface.bound);
     const adjustment by = current_adjustment();
     const row_mixer mixer(machine, surface, by.unless_neutral(), stores);
     if (in_order) {

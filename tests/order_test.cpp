@@ -260,6 +260,31 @@ TEST_P(stores_test, go_around_the_cache_from_a_third_of_it_on) {
     expect(300'000'000, 100'000'000, bound_by::arithmetic);
 }
 
+TEST_P(stores_test, of_mixes_go_around_small_caches_earlier) {
+    const auto mixed = [&](unsigned cache, long long bytes, bound_by bound,
+                           long long pitch = 1 << 10) {
+        return store_policy(surface_stores::of_mix({counting, cache, false},
+                                                   reinterpret_cast<const unsigned char *>(1 << 20),
+                                                   pitch, bytes, false, bound));
+    };
+    for (const bound_by bound : {bound_by::stores_and_arithmetic, bound_by::arithmetic}) {
+        EXPECT_EQ(mixed(128'000'000, 8'000'000, bound), store_policy::cached);
+        EXPECT_EQ(mixed(128'000'000, 8'000'001, bound), store_policy::non_temporal);
+        EXPECT_EQ(mixed(15'000'000, 5'000'000, bound), store_policy::cached);
+        EXPECT_EQ(mixed(15'000'000, 5'000'001, bound), store_policy::non_temporal);
+    }
+    EXPECT_EQ(mixed(300'000'000, 2'300'000, bound_by::stores_and_arithmetic),
+              store_policy::cached_fetching);
+    EXPECT_EQ(mixed(300'000'000, 2'300'001, bound_by::stores_and_arithmetic),
+              store_policy::non_temporal_fetching);
+    EXPECT_EQ(mixed(300'000'000, 100'000'000, bound_by::arithmetic), store_policy::cached_fetching);
+    // Rows begin where their bound wants them.
+    EXPECT_EQ(mixed(3, 2, bound_by::stores_and_arithmetic, 96), store_policy::cached);
+    if (counting.streamed_bytes <= 32) {
+        EXPECT_EQ(mixed(3, 2, bound_by::arithmetic, 96), store_policy::non_temporal);
+    }
+}
+
 TEST_P(stores_test, stay_in_the_cache_off_the_vectors_and_in_order) {
     const int vector = counting.streamed_bytes;
     const auto around = [&](std::uintptr_t at, long long pitch, bool in_order) {
